@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+
+namespace tarn {
+
+/// How much a piece of background work matters to the person waiting.
+enum class TaskPriority { userWaits, background };
+
+/// A fixed set of worker threads for work that has no order.
+///
+/// Tasks must not throw; an exception that leaves one ends the program, as it would anywhere else
+/// outside main. The destructor drops what has not begun and waits for what has, so owners cancel
+/// their tokens first. Callable from any thread.
+class TaskPool {
+public:
+    /// `threads` 0 means one per processor, at least two and at most eight.
+    explicit TaskPool(std::size_t threads = 0);
+    ~TaskPool();
+    TaskPool(const TaskPool&) = delete;
+    TaskPool& operator=(const TaskPool&) = delete;
+
+    void run(std::function<void()> task, TaskPriority priority = TaskPriority::userWaits);
+
+    /// Calls `body(0)` … `body(count - 1)`, spread over the workers and the calling thread, and
+    /// returns when all are done. Safe to call from inside a task: the caller works too, so it
+    /// never waits for a worker that is not there.
+    void forEach(std::size_t count, const std::function<void(std::size_t)>& body);
+
+    std::size_t threadCount() const;
+
+    /// The pool of the process.
+    static TaskPool& shared();
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace tarn

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "TarnCore/base/CancelToken.h"
+#include "TarnCore/files/FileItem.h"
+#include "TarnCore/files/ListingError.h"
+#include "TarnCore/files/ResourceReader.h"
+
+/// Reads one folder level. Synchronous and free of state; call it off the main thread.
+namespace tarn::DirectoryLister {
+
+/// Folders with more entries are listed without tags, which the caller fetches afterwards.
+inline constexpr std::size_t deferTagsAbove = 3000;
+bool tagsDeferred(std::size_t count);
+
+/// The items of a folder, unsorted, in the order of the disk. Package contents are never entered.
+/// Items that vanish or cannot be read on the way are left out. Throws ListingError. A listing
+/// that is cancelled returns what it has.
+std::vector<FileItem> list(const URL& folder, bool includeHidden, const CancelToken& token = {});
+
+/// Items for known URLs, in their order; those that cannot be read are left out.
+std::vector<FileItem> load(const std::vector<URL>& urls, ResourceKeys keys);
+
+/// The tags of those URLs that have any.
+std::unordered_map<URL, std::vector<std::string>> loadTags(const std::vector<URL>& urls);
+
+/// The name to show for a path ("Computer" for "/", else the last component, made valid UTF-8).
+std::string displayName(const URL& url);
+
+}  // namespace tarn::DirectoryLister

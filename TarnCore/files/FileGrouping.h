@@ -1,0 +1,48 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "TarnCore/base/Calendar.h"
+#include "TarnCore/base/Locale.h"
+#include "TarnCore/files/FileItem.h"
+
+namespace tarn {
+
+enum class GroupField { none, kind, modified, created, added, size, tags };
+
+inline constexpr std::array allGroupFields = {
+    GroupField::none,  GroupField::kind, GroupField::modified, GroupField::created,
+    GroupField::added, GroupField::size, GroupField::tags};
+
+/// The items under one header.
+struct FileGroup {
+    std::string title;
+    std::vector<FileItem> items;
+    bool operator==(const FileGroup&) const = default;
+};
+
+void to_json(JSON& json, const FileGroup& group);
+
+namespace FileGrouping {
+std::string_view rawValue(GroupField field);
+std::optional<GroupField> fromRawValue(std::string_view raw);
+std::string_view title(GroupField field);
+
+/// `items` are already sorted and keep their order inside the groups. `none` gives one group
+/// without a title.
+std::vector<FileGroup> groups(std::vector<FileItem> items, GroupField field, Date now,
+                              const Calendar& calendar, const Locale& locale);
+
+/// The header and its place for a date: "Today", "Yesterday", "Previous 7 Days", "Previous 30
+/// Days", a month of this year, an earlier year, and last "No Date".
+std::pair<std::string, std::int64_t> dateKey(std::optional<Date> date, Date now,
+                                             const Calendar& calendar, const Locale& locale);
+}  // namespace FileGrouping
+
+}  // namespace tarn

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "TarnCore/base/Date.h"
+#include "TarnCore/base/URL.h"
+
+namespace tarn {
+
+enum class FileType : std::uint8_t { unknown, file, directory, symlink, other };
+
+/// What the disk says about one item, as of one call.
+struct FileAttributes {
+    FileType type = FileType::unknown;
+    std::uint32_t mode = 0;           ///< Permission bits, without the type.
+    std::int64_t size = 0;            ///< Bytes.
+    std::int64_t allocatedSize = 0;   ///< Bytes on the disk.
+    Date modified;
+    std::optional<Date> created;      ///< Absent where the disk keeps no creation time.
+    Date accessed;
+    Date changed;                     ///< Of the attributes themselves (ctime).
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::uint32_t links = 1;
+    std::uint32_t owner = 0;
+    std::uint32_t group = 0;
+};
+
+enum class Links { follow, keep };
+
+/// One name read from a folder. Valid until the next read from the same reader.
+struct FolderEntry {
+    const char* name = nullptr;  ///< NUL-terminated; never "." or "..".
+    std::uint32_t length = 0;
+    FileType type = FileType::unknown;  ///< `unknown` where the file system does not tell.
+    std::uint64_t inode = 0;
+    std::string_view view() const { return {name, length}; }
+};
+
+/// An open folder: its names in batches, and cheap questions about its children. Used by one
+/// thread at a time. Failures throw std::system_error.
+class FolderReader {
+public:
+    virtual ~FolderReader() = default;
+
+    /// The next names, in the order of the disk; empty at the end.
+    virtual std::span<const FolderEntry> read() = 0;
+
+    /// Absent when the child is gone or cannot be looked at. `Links::keep` describes a link itself.
+    virtual std::optional<FileAttributes> attributes(const char* name, Links links) const = 0;
+
+    /// The folder's own attributes.
+    virtual FileAttributes attributes() const = 0;
+
+    /// Opens a child folder without following a link; throws (ELOOP, ENOTDIR, EACCES, ENOENT …).
+    virtual std::unique_ptr<FolderReader> open(const char* name) const = 0;
+};
+
+/// The disk, read only. Callable from any thread. A failure throws std::system_error with its
+/// errno, unless a function says otherwise.
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+
+    /// Opens a folder; a link to a folder is followed here.
+    virtual std::unique_ptr<FolderReader> openFolder(const URL& folder) const = 0;
+
+    /// Absent when nothing is there or it cannot be looked at.
+    virtual std::optional<FileAttributes> attributes(const URL& url, Links links) const = 0;
+
+    /// The same, with the reason of a failure thrown.
+    virtual FileAttributes requireAttributes(const URL& url, Links links) const = 0;
+
+    /// The text of a link.
+    virtual std::string linkTarget(const URL& url) const = 0;
+
+    /// The path with every link resolved; absent when something on the way is missing.
+    virtual std::optional<URL> resolved(const URL& url) const = 0;
+
+    /// The first `limit` bytes of a file, fewer when it is shorter.
+    virtual std::string readFile(const URL& url, std::size_t limit) const = 0;
+
+    /// True when the user may open the folder and read its names.
+    virtual bool isReadableFolder(const URL& url) const = 0;
+};
+
+}  // namespace tarn

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "TarnCore/base/Date.h"
+#include "TarnCore/base/URL.h"
+
+namespace tarn {
+
+/// What a picture, a film or a document says about itself. Everything is absent when unknown.
+struct ItemMetadata {
+    std::optional<Date> lastOpened;
+    std::optional<int> pixelWidth;   ///< Of the upright picture.
+    std::optional<int> pixelHeight;
+    std::optional<double> duration;  ///< Seconds.
+    std::optional<std::string> cameraMake;
+    std::optional<std::string> cameraModel;
+    std::optional<std::string> lens;
+    std::optional<std::string> artist;
+    std::optional<std::string> album;
+    std::optional<std::string> title;
+    std::optional<int> pages;
+    std::vector<std::string> codecs;
+
+    /// Make and model as one would say them: "Apple iPhone 15", "Canon EOS R5" (the make is not
+    /// repeated when the model begins with it). Absent without either.
+    std::optional<std::string> camera() const;
+    bool operator==(const ItemMetadata&) const = default;
+};
+
+void to_json(nlohmann::json& json, const ItemMetadata& metadata);
+
+/// Reads metadata from the files themselves. Callable from any thread. Never throws: a file that
+/// cannot be read or understood has none.
+class MediaMetadata {
+public:
+    virtual ~MediaMetadata() = default;
+    virtual ItemMetadata read(const URL& url) const = 0;
+};
+
+}  // namespace tarn

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "TarnCore/base/TaskPool.h"
+#include "TarnCore/files/FileItem.h"
+#include "TarnCore/search/SearchQuery.h"
+
+namespace tarn {
+
+class TextIndex;
+
+/// What a search is and where it looks.
+struct SearchOptions {
+    SearchQuery query;
+    std::vector<URL> roots;
+    bool includeHidden = false;
+    bool hidesTrash = true;
+    bool useSpotlight = true;  ///< Ask the metadata index, when there is one.
+    std::int64_t limit = 5000; ///< Most results delivered.
+    TaskPriority priority = TaskPriority::userWaits;
+    std::shared_ptr<TextIndex> textIndex;
+    /// What `currentFolder` in the query's place means; the first root when absent.
+    std::optional<URL> currentFolder;
+};
+
+/// Runs one search: the metadata index, the content index, pictures by description and a walk of
+/// the roots, at once; every result is delivered once, in batches, until the limit is reached.
+///
+/// `start` may be called once. `onBatch` comes from worker threads, one at a time; `onDone` comes
+/// once, after the last batch, on a worker thread, also after `cancel`. The destructor cancels and
+/// waits. Any thread may cancel.
+class SearchTask {
+public:
+    explicit SearchTask(SearchOptions options);
+    ~SearchTask();
+    SearchTask(const SearchTask&) = delete;
+    SearchTask& operator=(const SearchTask&) = delete;
+
+    void start(std::function<void(std::vector<FileItem>)> onBatch, std::function<void()> onDone);
+    /// Runs to the end on this thread and the pool, and returns everything accepted.
+    std::vector<FileItem> runAll();
+    void cancel();
+
+    std::optional<float> imageScore(const URL& url) const;
+    /// Files and folders that the walk has looked at so far; for "Searched 214,000 files".
+    std::int64_t visitedCount() const;
+
+    /// Scores of pictures for "a photo of …", by path; absent when image search is off. Installed
+    /// by the application, callable from any thread.
+    using DescribeImages = std::function<std::optional<std::unordered_map<std::string, float>>(
+        const std::string& description)>;
+    static void setDescribeImages(DescribeImages describe);
+
+private:
+    struct State;
+    std::shared_ptr<State> state_;
+};
+
+}  // namespace tarn

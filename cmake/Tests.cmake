@@ -1,0 +1,12 @@
+# tarn_test(AREA SOURCES... [LIBS lib...]): the test program of one area, found by `ctest -L AREA`.
+function(tarn_test area)
+    cmake_parse_arguments(arg "" "" "LIBS" ${ARGN})
+    set(target tarn-tests-${area})
+    add_executable(${target} ${arg_UNPARSED_ARGUMENTS})
+    target_link_libraries(${target} PRIVATE TarnTestSupport TarnWarnings ${arg_LIBS})
+    if(TARN_PCH)
+        target_precompile_headers(${target} REUSE_FROM TarnTestSupport)
+    endif()
+    gtest_discover_tests(${target} TEST_PREFIX "${area}." PROPERTIES LABELS ${area} TIMEOUT 60
+        DISCOVERY_TIMEOUT 60)
+endfunction()
