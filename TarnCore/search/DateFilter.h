@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,6 +34,12 @@ struct DateFilter {
 };
 
 void to_json(JSON& json, const DateFilter& filter);
+/// Missing keys take their defaults. Throws tarn::Error for an unknown field.
 void from_json(const JSON& json, DateFilter& filter);
 
 }  // namespace tarn
+
+template <>
+struct std::hash<tarn::DateFilter> {
+    std::size_t operator()(const tarn::DateFilter& filter) const noexcept;
+};

@@ -1,13 +1,15 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "TarnCore/base/JSON.h"
 
 namespace tarn {
 
 /// Where a query looks. Stored as an object with one key, the case: {"named": {"_0": "taxes"}},
-/// {"iCloud": {}}.
+/// {"iCloud": {}}. A path that is not UTF-8 is stored in its file:// form.
 struct PlaceFilter {
     enum class Case { folder, named, externalDrives, iCloud, thisMac, currentFolder };
     Case which = Case::currentFolder;
@@ -20,6 +22,7 @@ struct PlaceFilter {
     static PlaceFilter thisMac() { return {Case::thisMac, {}}; }
     static PlaceFilter currentFolder() { return {Case::currentFolder, {}}; }
 
+    /// "In Downloads", "In “taxes”", "On external drives", …
     std::string label() const;
     bool operator==(const PlaceFilter&) const = default;
 };
@@ -30,3 +33,8 @@ void to_json(JSON& json, const PlaceFilter& place);
 void from_json(const JSON& json, PlaceFilter& place);
 
 }  // namespace tarn
+
+template <>
+struct std::hash<tarn::PlaceFilter> {
+    std::size_t operator()(const tarn::PlaceFilter& place) const noexcept;
+};

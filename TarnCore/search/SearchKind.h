@@ -8,18 +8,46 @@ namespace tarn {
 
 /// The kinds of file that a query may ask for.
 enum class SearchKind {
-    pdf, image, photo, screenshot, screenRecording, video, audio, document, spreadsheet,
-    presentation, archive, installer, raw, code, folder, app, text, font, ebook
+    pdf,
+    image,
+    photo,
+    screenshot,
+    screenRecording,
+    video,
+    audio,
+    document,
+    spreadsheet,
+    presentation,
+    archive,
+    installer,
+    raw,
+    code,
+    folder,
+    app,
+    text,
+    font,
+    ebook
 };
 
-inline constexpr std::array allSearchKinds = {
-    SearchKind::pdf,       SearchKind::image,           SearchKind::photo,
-    SearchKind::screenshot, SearchKind::screenRecording, SearchKind::video,
-    SearchKind::audio,     SearchKind::document,        SearchKind::spreadsheet,
-    SearchKind::presentation, SearchKind::archive,      SearchKind::installer,
-    SearchKind::raw,       SearchKind::code,            SearchKind::folder,
-    SearchKind::app,       SearchKind::text,            SearchKind::font,
-    SearchKind::ebook};
+inline constexpr std::array allSearchKinds = {SearchKind::pdf,
+                                              SearchKind::image,
+                                              SearchKind::photo,
+                                              SearchKind::screenshot,
+                                              SearchKind::screenRecording,
+                                              SearchKind::video,
+                                              SearchKind::audio,
+                                              SearchKind::document,
+                                              SearchKind::spreadsheet,
+                                              SearchKind::presentation,
+                                              SearchKind::archive,
+                                              SearchKind::installer,
+                                              SearchKind::raw,
+                                              SearchKind::code,
+                                              SearchKind::folder,
+                                              SearchKind::app,
+                                              SearchKind::text,
+                                              SearchKind::font,
+                                              SearchKind::ebook};
 
 namespace SearchKinds {
 /// The case name, as stored: "screenRecording".

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -60,7 +61,7 @@ struct SearchQuery {
 };
 
 void to_json(JSON& json, const SearchQuery& query);
-/// Missing keys take their defaults.
+/// Missing keys take their defaults. Throws tarn::Error for an unknown kind, date field or place.
 void from_json(const JSON& json, SearchQuery& query);
 
 }  // namespace tarn

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -18,6 +19,7 @@ struct SizeFilter {
     bool contains(std::optional<std::int64_t> size) const;
     bool operator==(const SizeFilter&) const = default;
 
+    /// What the plain words mean: nothing in it, under 100 KB, under 1 MB, over 100 MB, over 1 GB.
     static SizeFilter empty();
     static SizeFilter tiny();
     static SizeFilter small();
@@ -29,3 +31,8 @@ void to_json(JSON& json, const SizeFilter& filter);
 void from_json(const JSON& json, SizeFilter& filter);
 
 }  // namespace tarn
+
+template <>
+struct std::hash<tarn::SizeFilter> {
+    std::size_t operator()(const tarn::SizeFilter& filter) const noexcept;
+};
