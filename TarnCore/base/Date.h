@@ -19,7 +19,8 @@ struct Date {
     static constexpr std::int64_t unixOffset = 978307200;
 
     static constexpr Date fromUnix(std::int64_t seconds, std::int64_t nanoseconds = 0) {
-        return {static_cast<double>(seconds - unixOffset) + static_cast<double>(nanoseconds) * 1e-9};
+        return {static_cast<double>(seconds - unixOffset) +
+                static_cast<double>(nanoseconds) * 1e-9};
     }
     /// Reads "2026-03-15T12:00:00Z", also with a fraction of seconds or an offset such as +02:00.
     static std::optional<Date> fromISO8601(std::string_view text);

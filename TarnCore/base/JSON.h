@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include <nlohmann/json_fwd.hpp>
 
 #include "TarnCore/base/Date.h"
 #include "TarnCore/base/URL.h"
@@ -31,10 +32,24 @@ class JSONWriter {
 public:
     explicit JSONWriter(std::string& out) : out_(out) {}
 
-    void beginObject() { separate(); out_ += '{'; first_ = true; }
-    void endObject() { out_ += '}'; first_ = false; }
-    void beginArray() { separate(); out_ += '['; first_ = true; }
-    void endArray() { out_ += ']'; first_ = false; }
+    void beginObject() {
+        separate();
+        out_ += '{';
+        first_ = true;
+    }
+    void endObject() {
+        out_ += '}';
+        first_ = false;
+    }
+    void beginArray() {
+        separate();
+        out_ += '[';
+        first_ = true;
+    }
+    void endArray() {
+        out_ += ']';
+        first_ = false;
+    }
     /// A key without characters that need escaping.
     void key(std::string_view name);
 

@@ -1,13 +1,13 @@
 #include "TarnCore/base/SerialQueue.h"
 
-#include <pthread.h>
-
 #include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <map>
 #include <mutex>
 #include <thread>
+
+#include <pthread.h>
 
 namespace tarn {
 

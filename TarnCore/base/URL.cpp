@@ -46,7 +46,8 @@ std::array<bool, 256> plainCharacters() {
     for (unsigned char c = '0'; c <= '9'; ++c) plain[c] = true;
     for (unsigned char c = 'a'; c <= 'z'; ++c) plain[c] = true;
     for (unsigned char c = 'A'; c <= 'Z'; ++c) plain[c] = true;
-    for (const char c : std::string_view("-._~/!$&'()*+,;=:@")) plain[static_cast<unsigned char>(c)] = true;
+    for (const char c : std::string_view("-._~/!$&'()*+,;=:@"))
+        plain[static_cast<unsigned char>(c)] = true;
     return plain;
 }
 

@@ -1,8 +1,8 @@
 #include "TarnCore/base/UUID.h"
 
-#include <sys/random.h>
-
 #include <random>
+
+#include <sys/random.h>
 
 namespace tarn {
 namespace {

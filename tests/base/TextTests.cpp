@@ -1,0 +1,80 @@
+#include <gtest/gtest.h>
+
+#include "TarnCore/base/Collation.h"
+#include "TarnCore/base/Text.h"
+
+namespace tarn {
+namespace {
+
+TEST(Text, foldingForgetsCaseAndDiacritics) {
+    const struct {
+        const char* text;
+        const char* folded;
+    } cases[] = {
+        {"RÉSUMÉ", "resume"},       {"re\u0301sume\u0301", "resume"},
+        {"Straße", "strasse"},      {"ÅNGSTRÖM", "angstrom"},
+        {"日本", "日本"},           {"İ", "i"},
+        {"caf\xE9 É", "caf\xE9 e"},  // a Latin-1 byte stays, the rest folds
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        EXPECT_EQ(Text::folded(c.text), c.folded);
+    }
+}
+
+TEST(Text, brokenBytesAreReplacedOneByOne) {
+    const struct {
+        std::string_view text;
+        const char* clean;
+        std::size_t length;
+    } cases[] = {
+        {"plain", "plain", 5},
+        {"a\xFF"
+         "b",
+         "a\uFFFDb", 3},
+        {"\xC3", "\uFFFD", 1},                                // cut off
+        {"\xC0\xAF", "\uFFFD\uFFFD", 2},                      // overlong
+        {"\xED\xA0\x80", "\uFFFD\uFFFD\uFFFD", 3},            // a surrogate
+        {"\xF4\x90\x80\x80", "\uFFFD\uFFFD\uFFFD\uFFFD", 4},  // beyond U+10FFFF
+        {"\xF0\x9F\x98\x80", "😀", 1},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.clean);
+        EXPECT_EQ(Text::sanitized(c.text), c.clean);
+        EXPECT_EQ(Text::length(c.text), c.length);
+        EXPECT_EQ(Text::isValidUTF8(c.text), c.text == c.clean);
+    }
+}
+
+TEST(Text, trimsEveryKindOfSpace) {
+    EXPECT_EQ(Text::trimmed(" \n\u00A0\u3000a b\u2003\t"), "a b");
+    EXPECT_EQ(Text::trimmed("\u3000"), "");
+    EXPECT_EQ(Text::trimmed("\xFF "), "\xFF");
+}
+
+TEST(Text, firstLetterChangesAlone) {
+    EXPECT_EQ(Text::withFirstLowered("Last Week"), "last Week");
+    EXPECT_EQ(Text::withFirstRaised("übung"), "Übung");
+    EXPECT_EQ(Text::withFirstRaised(""), "");
+    EXPECT_EQ(Text::withFirstRaised("\xFFx"), "\xFFx");
+}
+
+TEST(Collation, namesFollowTheUsersOrder) {
+    Collation::use("en_US");
+    const char* ordered[] = {"1 a",     "2 a",      "10 a",   "Apfel",
+                             "äpfel 2", "Äpfel 10", "File 2", "file 10"};
+    for (std::size_t i = 0; i + 1 < std::size(ordered); ++i) {
+        SCOPED_TRACE(ordered[i]);
+        EXPECT_LT(Collation::compare(ordered[i], ordered[i + 1]), 0);
+        EXPECT_LT(Collation::sortKey(ordered[i]), Collation::sortKey(ordered[i + 1]));
+    }
+    EXPECT_EQ(Collation::compare("README", "readme"), 0);
+    const std::string longName(255, 'x');
+    EXPECT_LT(Collation::sortKey(longName), Collation::sortKey(longName + "y"));
+    Collation::use("sv_SE");
+    EXPECT_GT(Collation::compare("ö", "z"), 0);
+    Collation::use("en_US");
+}
+
+}  // namespace
+}  // namespace tarn
