@@ -18,13 +18,13 @@ enum class FileType : std::uint8_t { unknown, file, directory, symlink, other };
 /// What the disk says about one item, as of one call.
 struct FileAttributes {
     FileType type = FileType::unknown;
-    std::uint32_t mode = 0;           ///< Permission bits, without the type.
-    std::int64_t size = 0;            ///< Bytes.
-    std::int64_t allocatedSize = 0;   ///< Bytes on the disk.
+    std::uint32_t mode = 0;          ///< Permission bits, without the type.
+    std::int64_t size = 0;           ///< Bytes.
+    std::int64_t allocatedSize = 0;  ///< Bytes on the disk.
     Date modified;
-    std::optional<Date> created;      ///< Absent where the disk keeps no creation time.
+    std::optional<Date> created;  ///< Absent where the disk keeps no creation time.
     Date accessed;
-    Date changed;                     ///< Of the attributes themselves (ctime).
+    Date changed;  ///< Of the attributes themselves (ctime).
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
     std::uint32_t links = 1;
@@ -38,7 +38,7 @@ enum class Links { follow, keep };
 struct FolderEntry {
     const char* name = nullptr;  ///< NUL-terminated; never "." or "..".
     std::uint32_t length = 0;
-    FileType type = FileType::unknown;  ///< `unknown` where the file system does not tell.
+    FileType type = FileType::unknown;  ///< `unknown` only when it vanished while being read.
     std::uint64_t inode = 0;
     std::string_view view() const { return {name, length}; }
 };

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include <nlohmann/json_fwd.hpp>
 
 #include "TarnCore/base/Date.h"
 #include "TarnCore/base/URL.h"
@@ -13,7 +14,7 @@ namespace tarn {
 /// What a picture, a film or a document says about itself. Everything is absent when unknown.
 struct ItemMetadata {
     std::optional<Date> lastOpened;
-    std::optional<int> pixelWidth;   ///< Of the upright picture.
+    std::optional<int> pixelWidth;  ///< Of the upright picture.
     std::optional<int> pixelHeight;
     std::optional<double> duration;  ///< Seconds.
     std::optional<std::string> cameraMake;

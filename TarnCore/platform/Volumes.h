@@ -14,8 +14,8 @@ namespace tarn {
 /// One mounted file system, as the kernel's mount table names it.
 struct Mount {
     URL mountPoint;
-    std::string fileSystem;  ///< "ext4", "nfs4", "fuse.gvfsd-fuse", …
-    std::string source;      ///< Device or server.
+    std::string fileSystem;    ///< "ext4", "nfs4", "fuse.gvfsd-fuse", …
+    std::string source;        ///< Device or server.
     std::uint64_t device = 0;  ///< As in FileAttributes.
     bool isReadOnly = false;
     bool isPseudo = false;     ///< proc, sysfs, cgroup and the like: no user's files.
@@ -43,7 +43,8 @@ public:
     virtual std::string displayName(const Mount& mount) const = 0;
     /// Asks the file system; may block on a dead server, so not on the main thread.
     virtual std::optional<VolumeSpace> space(const URL& url) const = 0;
-    /// Calls back on an unnamed thread when the mount table changes, until the returned handle goes.
+    /// Calls back on an unnamed thread when the mount table changes, until the returned handle
+    /// goes.
     virtual std::shared_ptr<void> observe(std::function<void()> onChange) = 0;
 };
 

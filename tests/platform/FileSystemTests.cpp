@@ -1,0 +1,205 @@
+#include <cerrno>
+#include <map>
+#include <system_error>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "TarnCore/platform/linux/LinuxFileSystem.h"
+#include "tests/support/TestFolder.h"
+
+namespace tarn {
+namespace {
+
+/// The errno that `body` throws; 0 when it does not.
+template <class Body>
+int errorOf(const Body& body) {
+    try {
+        body();
+    } catch (const std::system_error& error) {
+        return error.code().value();
+    }
+    return 0;
+}
+
+std::map<std::string, FileType> contents(FolderReader& reader) {
+    std::map<std::string, FileType> names;
+    for (auto batch = reader.read(); !batch.empty(); batch = reader.read())
+        for (const FolderEntry& entry : batch)
+            EXPECT_TRUE(names.emplace(entry.view(), entry.type).second) << entry.name;
+    return names;
+}
+
+TEST(LinuxFileSystem, readsEveryNameWhateverItsBytes) {
+    const TestFolder folder;
+    const std::string names[] = {"plain",       ".hidden", "line\nfeed",          "broken\xff\xfe",
+                                 "back\\slash", "-rf",     std::string(255, 'n'), "...",
+                                 "..\n",        "é"};
+    for (const auto& name : names) folder.file(name);
+    folder.folder("folder");
+    folder.link("link", "nowhere");
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+
+    const auto reader = LinuxFileSystem().openFolder(folder.url());
+    auto found = contents(*reader);
+    EXPECT_EQ(found.size(), std::size(names) + 3);
+    for (const auto& name : names) EXPECT_EQ(found[name], FileType::file) << name;
+    EXPECT_EQ(found["folder"], FileType::directory);
+    EXPECT_EQ(found["link"], FileType::symlink);
+    EXPECT_EQ(found["pipe"], FileType::other);
+    EXPECT_TRUE(reader->read().empty()) << "the end stays the end";
+}
+
+TEST(LinuxFileSystem, readsFoldersOfManyBatches) {
+    const TestFolder folder;
+    for (int i = 0; i < 5000; ++i)
+        folder.file("a name of some length, number " + std::to_string(i));
+    EXPECT_EQ(contents(*LinuxFileSystem().openFolder(folder.url())).size(), 5000U);
+}
+
+TEST(LinuxFileSystem, severalReadersOfOneThreadKeepTheirNames) {
+    const TestFolder folder;
+    folder.file("a/inner");
+    folder.file("b/other");
+    const LinuxFileSystem files;
+    const auto first = files.openFolder(folder / "a");
+    const auto batch = first->read();
+    const auto second = files.openFolder(folder / "b");
+    second->read();
+    ASSERT_EQ(batch.size(), 1U);
+    EXPECT_EQ(batch[0].view(), "inner");
+}
+
+TEST(LinuxFileSystem, opensChildrenWithoutFollowingLinks) {
+    const TestFolder folder;
+    folder.file("real/inside");
+    folder.link("loop", ".");
+    folder.file("file");
+    const auto reader = LinuxFileSystem().openFolder(folder.url());
+    EXPECT_EQ(contents(*reader->open("real")).size(), 1U);
+    EXPECT_EQ(errorOf([&] { reader->open("missing"); }), ENOENT);
+    EXPECT_EQ(errorOf([&] { reader->open("file"); }), ENOTDIR);
+    const int error = errorOf([&] { reader->open("loop"); });
+    EXPECT_TRUE(error == ELOOP || error == ENOTDIR) << error;
+}
+
+TEST(LinuxFileSystem, tellsAttributesOfFilesAndLinks) {
+    const TestFolder folder;
+    const Date modified = Date::fromUnix(1'700'000'000, 123'456'789);
+    const URL file = folder.file("file", "twelve bytes", modified);
+    const URL link = folder.link("link", "file");
+    folder.link("dangling", "nowhere");
+    ASSERT_EQ(chmod(file.c_str(), 0640), 0);
+    const LinuxFileSystem files;
+
+    const auto attributes = files.requireAttributes(link, Links::follow);
+    EXPECT_EQ(attributes.type, FileType::file);
+    EXPECT_EQ(attributes.size, 12);
+    EXPECT_EQ(attributes.mode, 0640U);
+    EXPECT_NEAR(attributes.modified.seconds, modified.seconds, 1e-6);
+    EXPECT_EQ(attributes.owner, getuid());
+    struct stat expected {};
+    ASSERT_EQ(stat(file.c_str(), &expected), 0);
+    EXPECT_EQ(attributes.device, expected.st_dev);
+    EXPECT_EQ(attributes.inode, expected.st_ino);
+
+    EXPECT_EQ(files.requireAttributes(link, Links::keep).type, FileType::symlink);
+    EXPECT_EQ(files.linkTarget(link), "file");
+    EXPECT_EQ(files.attributes(folder / "dangling", Links::follow), std::nullopt);
+    EXPECT_EQ(errorOf([&] { files.requireAttributes(folder / "missing", Links::keep); }), ENOENT);
+
+    const auto reader = files.openFolder(folder.url());
+    EXPECT_EQ(reader->attributes("link", Links::follow)->size, 12);
+    EXPECT_EQ(reader->attributes("link", Links::keep)->type, FileType::symlink);
+    EXPECT_EQ(reader->attributes("missing", Links::keep), std::nullopt);
+    EXPECT_EQ(reader->attributes().type, FileType::directory);
+}
+
+TEST(LinuxFileSystem, anOpenFolderOutlivesItsRemoval) {
+    const TestFolder folder;
+    folder.file("gone/file");
+    const auto reader = LinuxFileSystem().openFolder(folder / "gone");
+    ASSERT_EQ(unlink((folder / "gone/file").c_str()), 0);
+    ASSERT_EQ(rmdir((folder / "gone").c_str()), 0);
+    EXPECT_TRUE(contents(*reader).empty());
+    EXPECT_EQ(reader->attributes("file", Links::keep), std::nullopt);
+}
+
+TEST(LinuxFileSystem, readsAtMostTheLimitAndNeverWaitsForAPipe) {
+    const TestFolder folder;
+    const std::string content(100'000, 'x');
+    const URL file = folder.file("file", content);
+    const LinuxFileSystem files;
+    EXPECT_EQ(files.readFile(file, 1'000'000), content);
+    EXPECT_EQ(files.readFile(file, 5), "xxxxx");
+    EXPECT_EQ(files.readFile(folder.file("empty"), 5), "");
+    EXPECT_FALSE(files.readFile(URL::fromPath("/proc/self/mountinfo"), 1'000'000).empty())
+        << "its size is said to be 0";
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(errorOf([&] { files.readFile(folder / "pipe", 10); }), EINVAL);
+    EXPECT_EQ(errorOf([&] { files.readFile(folder.url(), 10); }), EISDIR);
+    EXPECT_EQ(errorOf([&] { files.readFile(folder / "missing", 10); }), ENOENT);
+}
+
+TEST(LinuxFileSystem, resolvesLinksAndRefusesLoops) {
+    const TestFolder folder;
+    folder.file("real/file");
+    folder.link("short", "real");
+    folder.link("a", "b");
+    folder.link("b", "a");
+    const LinuxFileSystem files;
+    EXPECT_EQ(files.resolved(folder / "short/file"),
+              *files.resolved(folder.url().appending("real/file")));
+    EXPECT_EQ(files.resolved(folder / "a"), std::nullopt);
+    EXPECT_EQ(errorOf([&] { files.openFolder(folder / "a"); }), ELOOP);
+    EXPECT_TRUE(files.isReadableFolder(folder / "short"));
+    EXPECT_FALSE(files.isReadableFolder(folder / "short/file"));
+}
+
+TEST(LinuxFileSystem, reachesPathsLongerThanTheKernelTakes) {
+    const TestFolder folder;
+    const std::string name(250, 'd');
+    // Made piece by piece, as no single call could.
+    int fd = ::open(folder.url().c_str(), O_RDONLY | O_DIRECTORY);
+    URL deep = folder.url();
+    for (int i = 0; i < 40; ++i) {
+        ASSERT_EQ(mkdirat(fd, name.c_str(), 0700), 0);
+        const int next = openat(fd, name.c_str(), O_RDONLY | O_DIRECTORY);
+        ::close(fd);
+        fd = next;
+        deep = deep.appending(name);
+    }
+    const int file = openat(fd, "bottom", O_CREAT | O_WRONLY, 0600);
+    ASSERT_EQ(::write(file, "deep", 4), 4);
+    ::close(file);
+    ::close(fd);
+
+    const LinuxFileSystem files;
+    ASSERT_GT(deep.path().size(), 10'000U);
+    EXPECT_EQ(files.readFile(deep.appending("bottom"), 10), "deep");
+    EXPECT_EQ(files.requireAttributes(deep.appending("bottom"), Links::keep).size, 4);
+    EXPECT_EQ(contents(*files.openFolder(deep)).count("bottom"), 1U);
+    EXPECT_EQ(files.attributes(deep.appending("missing"), Links::keep), std::nullopt);
+    EXPECT_EQ(errorOf([&] { files.openFolder(folder / std::string(256, 'n')); }), ENAMETOOLONG);
+}
+
+TEST(LinuxFileSystem, saysSoWhenNoDescriptorIsLeft) {
+    const TestFolder folder;
+    const LinuxFileSystem files;
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    rlimit none = before;
+    none.rlim_cur = 0;
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    const int error = errorOf([&] { files.openFolder(folder.url()); });
+    const bool isReadable = files.isReadableFolder(folder.url());
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+    EXPECT_EQ(error, EMFILE);
+    EXPECT_FALSE(isReadable);
+}
+
+}  // namespace
+}  // namespace tarn
