@@ -1,0 +1,19 @@
+#include "TarnCore/platform/linux/LinuxPlatform.h"
+
+#include "TarnCore/platform/linux/LinuxContentTypes.h"
+#include "TarnCore/platform/linux/LinuxExtendedAttributes.h"
+#include "TarnCore/platform/linux/LinuxFileSystem.h"
+#include "TarnCore/platform/linux/SystemClock.h"
+
+namespace tarn {
+
+Platform makeLinuxPlatform() {
+    Platform platform;
+    platform.files = std::make_shared<LinuxFileSystem>();
+    platform.types = std::make_shared<LinuxContentTypes>();
+    platform.attributes = std::make_shared<LinuxExtendedAttributes>();
+    platform.clock = std::make_shared<SystemClock>();
+    return platform;
+}
+
+}  // namespace tarn
