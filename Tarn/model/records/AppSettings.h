@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Tarn/model/records/Shortcut.h"
+#include "Tarn/model/records/ViewMode.h"
+#include "TarnCore/base/Date.h"
+#include "TarnCore/base/JSON.h"
+#include "TarnCore/files/Paths.h"
+
+namespace tarn {
+
+/// From when on something is worth suggesting for cleaning up. Days, decimal megabytes and
+/// gigabytes.
+struct CleanupThresholds {
+    int installerDays = 7;
+    int downloadsDays = 90;
+    int screenshotDays = 30;
+    int videoMB = 200;
+    int videoDays = 180;
+    int appDays = 180;
+    double largeFileGB = 1.0;
+    bool operator==(const CleanupThresholds&) const = default;
+};
+
+void to_json(JSON& json, const CleanupThresholds& thresholds);
+void from_json(const JSON& json, CleanupThresholds& thresholds);
+
+/// The user's settings, "settings.json". Keys are the field names.
+///
+/// Missing keys take the defaults below. Keys that this version does not know stay in the file, so
+/// that an older program next to a newer one loses nothing.
+struct AppSettings {
+    bool returnOpens = true;  ///< Return opens; otherwise it renames.
+    ViewMode defaultView = ViewMode::grid;
+    bool foldersFirst = true;
+    bool showFolderSizes = true;
+    SearchScopeSetting defaultSearchScope = SearchScopeSetting::currentFolder;
+    CopyPathFormat copyPathFormat = CopyPathFormat::full;
+    std::string terminalApp = "com.apple.Terminal";
+    std::string editorApp = "com.microsoft.VSCode";
+    bool showHiddenByDefault = false;
+    CleanupThresholds cleanup;
+    bool readTextInImages = true;
+    bool useAppleIntelligence = true;
+    bool indexFileContents = true;
+    bool smartRenameDownloads = true;
+    bool quickSearchEnabled = true;
+    std::uint32_t quickSearchKeyCode = 49;        ///< The space bar.
+    std::uint32_t quickSearchModifiers = 0x1200;  ///< Shift and Control.
+    int shortcutDefaultsVersion = 2;
+    bool openAtLogin = false;
+    std::map<std::string, Shortcut> shortcutOverrides;  ///< By command id.
+    bool findLookAlikes = false;
+    double lookAlikeMatch = 95.0;  ///< Percent.
+    bool imageSearch = true;
+    bool fetchWebsiteIcons = true;
+    std::vector<std::string> duplicateFolders;  ///< Paths.
+    bool showMenuBarIcon = false;
+    bool checkForUpdates = true;
+    bool installUpdatesAutomatically = true;
+    std::optional<Date> lastUpdateCheck;
+    std::optional<std::string> skippedUpdateVersion;
+    bool rulesInBackground = false;
+    bool hasOnboarded = false;
+    int onboardingPage = 0;
+
+    std::string unknownKeys;  ///< A JSON object of what this version does not know; else empty.
+
+    bool operator==(const AppSettings&) const = default;
+};
+
+void to_json(JSON& json, const AppSettings& settings);
+void from_json(const JSON& json, AppSettings& settings);
+
+}  // namespace tarn
