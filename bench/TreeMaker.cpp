@@ -1,5 +1,6 @@
 #include "bench/TreeMaker.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -14,10 +15,8 @@
 namespace tarn::bench {
 namespace {
 
-using namespace std::string_view_literals;
-
-/// Ordinary words of file names. Each stands once, so that a search for a rare one finds a few in
-/// a thousand, as "invoice" in a real home does.
+/// Ordinary words of file names. Each stands once: a search for one finds about a file in a
+/// hundred.
 constexpr std::string_view vocabulary[] = {
     "account",    "agenda",       "album",     "analysis", "annual",     "application", "april",
     "archive",    "august",       "autumn",    "backup",   "balance",    "beach",       "berlin",
