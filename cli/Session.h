@@ -1,0 +1,48 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "TarnCore/base/Calendar.h"
+#include "TarnCore/base/Date.h"
+#include "TarnCore/base/Locale.h"
+#include "TarnCore/base/URL.h"
+#include "cli/Output.h"
+#include "cli/Terminal.h"
+
+namespace tarn::cli {
+
+/// What a command works with: its output, its terminal, the present, the user's language. Built
+/// lazily, since most runs need little of it and must start in milliseconds. Main thread only.
+class Session {
+public:
+    explicit Session(bool quiet) : quiet_(quiet) {}
+
+    Output& out() { return out_; }
+    /// Of the standard output.
+    const Terminal& terminal();
+    /// Progress is not wanted.
+    bool quiet() const { return quiet_; }
+
+    /// A finished sentence on the standard error.
+    static void say(std::string_view sentence);
+
+    /// Where relative paths begin. Throws tarn::Error when the folder has been removed.
+    const URL& currentFolder();
+    /// An argument as a location.
+    URL url(std::string_view argument);
+
+    Date now() const;
+    const Locale& locale();
+    const Calendar& calendar();
+
+private:
+    bool quiet_;
+    Output out_{1};
+    std::optional<Terminal> terminal_;
+    std::optional<URL> currentFolder_;
+    std::optional<Locale> locale_;
+    std::optional<Calendar> calendar_;
+};
+
+}  // namespace tarn::cli

@@ -1,0 +1,150 @@
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <signal.h>
+#include <unistd.h>
+
+#include "TarnCore/base/Error.h"
+#include "TarnCore/base/Text.h"
+#include "TarnCore/platform/Platform.h"
+#include "TarnCore/platform/linux/LinuxPlatform.h"
+#include "cli/Arguments.h"
+#include "cli/CommandTable.h"
+#include "cli/Completions.h"
+#include "cli/Help.h"
+#include "cli/Interrupt.h"
+#include "cli/ManPage.h"
+#include "cli/Output.h"
+#include "cli/Session.h"
+#include "cli/UsageError.h"
+#include "cli/WindowLauncher.h"
+
+namespace tarn::cli {
+namespace {
+
+using Words = std::vector<std::string_view>;
+
+int print(std::string_view text) {
+    Output out(STDOUT_FILENO);
+    out << text;
+    out.flush();
+    return ExitStatus::done;
+}
+
+/// The pages that are made at build time: `tarn __pages man`, `tarn __pages bash` …
+int printPage(const Words& words) {
+    const std::string_view page = words.size() == 2 ? words[1] : std::string_view();
+    if (page == "man") return print(manPage());
+    if (page == "bash") return print(Completions::bash());
+    if (page == "zsh") return print(Completions::zsh());
+    if (page == "fish") return print(Completions::fish());
+    throw UsageError("The pages are man, bash, zsh and fish.");
+}
+
+void setPlatform(const Arguments& before, const Arguments& after) {
+    Platform platform = makeLinuxPlatform();
+    auto now = after.value("now");
+    if (!now) now = before.value("now");
+    if (now) {
+        const auto date = Date::fromISO8601(*now);
+        if (!date) {
+            throw UsageError("The option “--now” takes a time such as 2026-03-15T12:00:00Z, not " +
+                             Text::quoted(Terminal::escaped(*now)) + ".");
+        }
+        platform.clock = std::make_shared<FixedClock>(*date);
+    }
+    Platform::setCurrent(std::move(platform));
+}
+
+void checkCount(const Command& command, const Arguments& arguments) {
+    const std::size_t count = arguments.rest().size();
+    const std::string usage =
+        "tarn " + std::string(command.name) + " " + std::string(command.arguments);
+    if (count < command.fewest) {
+        throw UsageError("Something is missing after “tarn " + std::string(command.name) +
+                         "”: it is used as “" + usage + "”.");
+    }
+    if (count > command.most) {
+        throw UsageError("There is no place for " +
+                         Text::quoted(Terminal::escaped(arguments.rest()[command.most])) +
+                         ": the command is used as “" + usage + "”.");
+    }
+}
+
+int runCommand(const Command& command, const Arguments& before, const Words& words) {
+    const auto global = CommandTable::globalOptions();
+    const Arguments arguments = Arguments::parse(words, command.options, global);
+    if (arguments.has("help")) return print(Help::command(command));
+    if (arguments.has("version")) return print("tarn " TARN_VERSION "\n");
+    checkCount(command, arguments);
+    setPlatform(before, arguments);
+    Session session(before.has("quiet") || arguments.has("quiet"));
+    const int status = command.run(arguments, session);
+    session.out().flush();
+    return status;
+}
+
+/// Words that are neither a command nor there are mistyped commands more often than files.
+void requirePaths(const Words& paths) {
+    for (const std::string_view path : paths) {
+        if (::access(std::string(path).c_str(), F_OK) == 0) continue;
+        std::string sentence = Text::quoted(Terminal::escaped(path)) +
+                               " is neither a command nor an existing file or folder.";
+        std::vector<std::string_view> names;
+        for (const Command* command : CommandTable::all()) names.push_back(command->name);
+        if (const auto near = nearest(path, names)) {
+            sentence += " Did you mean “tarn " + std::string(*near) + "”?";
+        }
+        throw UsageError(sentence);
+    }
+}
+
+int run(const Words& words) {
+    const auto global = CommandTable::globalOptions();
+    const Arguments before = Arguments::parse(words, global, {}, Arguments::Order::optionsFirst);
+    if (before.has("help")) return print(Help::program());
+    if (before.has("version")) return print("tarn " TARN_VERSION "\n");
+
+    const Words& rest = before.rest();
+    if (!rest.empty() && !before.wasEnded()) {
+        if (rest[0] == "__pages") return printPage(rest);
+        if (const Command* command = CommandTable::find(rest[0])) {
+            return runCommand(*command, before, Words(rest.begin() + 1, rest.end()));
+        }
+    }
+    requirePaths(rest);
+    WindowLauncher::start(rest);
+}
+
+int runReporting(const Words& words) {
+    try {
+        return run(words);
+    } catch (const UsageError& error) {
+        Session::say(error.what());
+        return ExitStatus::wrongUsage;
+    } catch (const Error& error) {
+        Session::say(error.what());
+    } catch (const std::system_error& error) {
+        Session::say("The operation failed. " + systemErrorSentence(error.code().value()));
+    } catch (const std::bad_alloc&) {
+        Session::say("The operation failed because there is not enough memory.");
+    }
+    return ExitStatus::failed;
+}
+
+}  // namespace
+}  // namespace tarn::cli
+
+int main(int argc, char** argv) {
+    // A reader that stops early (head, less) ends the program without a word, even when a parent
+    // switched the signal off.
+    ::signal(SIGPIPE, SIG_DFL);
+    tarn::cli::Interrupt::endsProcess();
+    const int status = tarn::cli::runReporting({argv + 1, argv + argc});
+    // Everything has been flushed; taking large results apart again would only keep people waiting.
+    ::_exit(status);
+}

@@ -1,0 +1,40 @@
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/cli/Transcript.h"
+
+namespace tarn::cli {
+namespace {
+
+std::vector<std::string> transcripts() {
+    std::vector<std::string> names;
+    for (const auto& file : std::filesystem::directory_iterator(TARN_TRANSCRIPTS)) {
+        if (file.path().extension() == ".transcript") names.push_back(file.path().stem().string());
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+class Transcripts : public testing::TestWithParam<std::string> {};
+
+TEST_P(Transcripts, printsWhatWasRecorded) {
+    const std::filesystem::path file =
+        std::filesystem::path(TARN_TRANSCRIPTS) / (GetParam() + ".transcript");
+    const Transcript transcript(file);
+    const TestFolder root;
+    transcript.makeTree(root);
+    for (const Transcript::Entry& entry : transcript.entries()) {
+        SCOPED_TRACE(file.string() + ":" + std::to_string(entry.line) + ": " + entry.command);
+        EXPECT_EQ(transcript.run(entry, root), entry.expected);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(CLI, Transcripts, testing::ValuesIn(transcripts()),
+                         [](const auto& test) { return test.param; });
+
+}  // namespace
+}  // namespace tarn::cli
