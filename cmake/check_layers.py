@@ -157,8 +157,8 @@ def check_line(root, path, mark, include, folders):
     return f"“{include}”: {own} may not include from {target}"
 
 
-def main():
-    root = Path(sys.argv[1] if len(sys.argv) > 1 else Path(__file__).resolve().parent.parent)
+def check(root):
+    """The number of sources below `root`, and a line for each fault in them."""
     faults, files = [], 0
     for tree in TREES:
         for file in sorted((root / tree).rglob("*")):
@@ -176,13 +176,16 @@ def main():
                     fault = check_line(root, path, found[1], found[2], folders)
                     if fault:
                         faults.append(f"{path}:{number}: {fault}")
+    return files, faults
+
+
+def main():
+    root = Path(sys.argv[1] if len(sys.argv) > 1 else Path(__file__).resolve().parent.parent)
+    files, faults = check(root)
     for fault in faults:
         print(fault)
-    if files == 0:
-        faults.append("")
-        print(f"There are no sources below {root}.")
     print(f"{files} files, {len(faults)} includes that leave their layer.")
-    return 1 if faults else 0
+    return 1 if faults or files == 0 else 0
 
 
 if __name__ == "__main__":
