@@ -1,0 +1,55 @@
+#include "Tarn/ui/theme/Paint.h"
+
+#include <QtGui/QPainter>
+
+#include "Tarn/ui/theme/Colors.h"
+#include "Tarn/ui/theme/Metrics.h"
+
+namespace tarn::Paint {
+
+void fill(QPainter& painter, const QRectF& rect, qreal radius, const QColor& color) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawRoundedRect(rect, radius, radius);
+    painter.restore();
+}
+
+void outline(QPainter& painter, const QRectF& rect, qreal radius, const QColor& color,
+             qreal width) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(color, width));
+    painter.setBrush(Qt::NoBrush);
+    const qreal half = width / 2;
+    painter.drawRoundedRect(rect.adjusted(half, half, -half, -half), radius - half, radius - half);
+    painter.restore();
+}
+
+void focusRing(QPainter& painter, const QRectF& rect, qreal radius) {
+    outline(painter, rect, radius, Colors::current().accent, Metrics::focusRing);
+}
+
+void row(QPainter& painter, const QRectF& rect, bool selected, bool hovered, bool left,
+         bool right) {
+    if (!selected && !hovered) return;
+    // An end that lies in another cell is drawn beyond this one and cut off.
+    const QRectF whole = rect.adjusted(left ? 0 : -2.0 * Metrics::radiusRow, 0,
+                                       right ? 0 : 2.0 * Metrics::radiusRow, 0);
+    painter.save();
+    if (!left || !right) painter.setClipRect(rect, Qt::IntersectClip);
+    const Colors& colors = Colors::current();
+    QColor ground = colors.text;
+    if (selected)
+        ground =
+            hovered ? colors.tinted(colors.selection, Metrics::hoverTint / 2) : colors.selection;
+    else
+        ground.setAlphaF(static_cast<float>(Metrics::hoverTint));
+    fill(painter, whole, Metrics::radiusRow, ground);
+    if (selected && colors.isHighContrast)
+        outline(painter, whole, Metrics::radiusRow, colors.text, Metrics::hairline);
+    painter.restore();
+}
+
+}  // namespace tarn::Paint
