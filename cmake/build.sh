@@ -17,17 +17,25 @@ quietly() {
     fi
 }
 
-# build_preset PRESET TARGET...: configures once and builds what is out of date.
+# build_preset PRESET TARGET...: configures when need be and builds what is out of date. Says so, and
+# on a terminal shows ninja's progress, only when a source has changed.
 build_preset() {
     preset=$1
     shift
     folder=build/$preset
+    built=$folder/.built-$(printf '%s-' "$@")
     mkdir -p "$folder"
     if [ ! -f "$folder/build.ninja" ] || [ CMakePresets.json -nt "$folder/build.ninja" ]; then
         say "Configuring ($preset)…"
         quietly "$folder/configure.log" cmake --preset "$preset" || return 1
     fi
-    if ninja -C "$folder" -n "$@" 2>/dev/null | grep -q 'no work to do'; then return 0; fi
-    say "Building ($preset)…"
-    quietly "$folder/build.log" cmake --build "$folder" --target "$@"
+    if [ -f "$built" ] && [ -z "$(find CMakeLists.txt cmake TarnCore Tarn cli tests bench \
+        -newer "$built" -print -quit)" ]; then
+        quietly "$folder/build.log" cmake --build "$folder" --target "$@" -- --quiet || return 1
+    else
+        say "Building ($preset)…"
+        touch "$built.begun"
+        quietly "$folder/build.log" cmake --build "$folder" --target "$@" || return 1
+        mv "$built.begun" "$built"
+    fi
 }
