@@ -129,6 +129,13 @@ CivilDay Calendar::day(Date date) const {
     return civil(static_cast<Days>(std::floor(zone_->wallSeconds(date) / secondsPerDay)));
 }
 
+std::pair<CivilDay, int> Calendar::dayAndMinute(Date date) const {
+    const double wall = zone_->wallSeconds(date);
+    const double days = std::floor(wall / secondsPerDay);
+    const double minute = std::floor((wall - days * secondsPerDay) / 60);
+    return {civil(static_cast<Days>(days)), std::clamp(static_cast<int>(minute), 0, 24 * 60 - 1)};
+}
+
 int Calendar::weekday(Date date) const {
     return weekdayOf(static_cast<Days>(std::floor(zone_->wallSeconds(date) / secondsPerDay)));
 }

@@ -3,6 +3,7 @@
 #include <compare>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "TarnCore/base/Date.h"
 
@@ -46,6 +47,8 @@ public:
     int firstWeekday() const { return firstWeekday_; }
 
     CivilDay day(Date date) const;
+    /// The day, and the minutes of the wall clock since its midnight: 0 to 1439.
+    std::pair<CivilDay, int> dayAndMinute(Date date) const;
     /// 1 = Sunday … 7 = Saturday.
     int weekday(Date date) const;
     int weekday(CivilDay day) const;
