@@ -9,9 +9,9 @@ namespace tarn {
 /// Where a file of a synchronised folder is. On Linux every file is `local`.
 enum class CloudStatus { local, downloaded, cloudOnly, downloading, uploading, error };
 
-inline constexpr std::array allCloudStatuses = {CloudStatus::local,       CloudStatus::downloaded,
-                                                CloudStatus::cloudOnly,   CloudStatus::downloading,
-                                                CloudStatus::uploading,   CloudStatus::error};
+inline constexpr std::array allCloudStatuses = {CloudStatus::local,     CloudStatus::downloaded,
+                                                CloudStatus::cloudOnly, CloudStatus::downloading,
+                                                CloudStatus::uploading, CloudStatus::error};
 
 namespace CloudStatuses {
 std::string_view rawValue(CloudStatus status);

@@ -7,6 +7,7 @@
 
 #include "TarnCore/base/CancelToken.h"
 #include "TarnCore/files/FileItem.h"
+#include "TarnCore/files/ListedName.h"
 #include "TarnCore/files/ListingError.h"
 #include "TarnCore/files/ResourceReader.h"
 
@@ -17,10 +18,17 @@ namespace tarn::DirectoryLister {
 inline constexpr std::size_t deferTagsAbove = 3000;
 bool tagsDeferred(std::size_t count);
 
+/// From this many items on they are built on several threads; below, starting them costs more.
+inline constexpr std::size_t parallelFrom = 1500;
+
 /// The items of a folder, unsorted, in the order of the disk. Package contents are never entered.
 /// Items that vanish or cannot be read on the way are left out. Throws ListingError. A listing
 /// that is cancelled returns what it has.
 std::vector<FileItem> list(const URL& folder, bool includeHidden, const CancelToken& token = {});
+
+/// The names alone, in the order of the disk: items are not looked at, links excepted. Throws
+/// ListingError.
+std::vector<ListedName> names(const URL& folder, bool includeHidden, const CancelToken& token = {});
 
 /// Items for known URLs, in their order; those that cannot be read are left out.
 std::vector<FileItem> load(const std::vector<URL>& urls, ResourceKeys keys);

@@ -15,17 +15,17 @@ namespace tarn {
 
 /// What the platform tells about one item, as far as it was asked; the raw material of FileItem.
 struct ResourceValues {
-    std::optional<std::string> name;
+    std::optional<std::string> name{};
     bool isDirectory = false;
     bool isPackage = false;
-    std::optional<bool> isHidden;
+    std::optional<bool> isHidden{};
     bool isSymlink = false;
-    std::optional<std::int64_t> fileSize;
-    std::optional<Date> modified;
-    std::optional<Date> created;
-    std::optional<Date> added;
-    std::optional<std::string> contentType;
-    std::vector<std::string> tags;
+    std::optional<std::int64_t> fileSize{};
+    std::optional<Date> modified{};
+    std::optional<Date> created{};
+    std::optional<Date> added{};  ///< When it came into its folder.
+    std::optional<std::string> contentType{};
+    std::vector<std::string> tags{};
     bool isUbiquitous = false;
     bool isDownloading = false;
     bool isUploading = false;
@@ -33,13 +33,13 @@ struct ResourceValues {
     bool hasDownloadingError = false;
     bool isNotDownloaded = false;
     /// For a link: whether its target exists and is a folder; absent when the target is missing.
-    std::optional<bool> linkTargetIsDirectory;
+    std::optional<bool> linkTargetIsDirectory{};
 };
 
 /// A snapshot of one item of the disk, taken when it was listed. Identified by its URL.
 struct FileItem {
     URL url;
-    std::string name;  ///< Any bytes; Text::sanitized before showing.
+    std::string name;          ///< Any bytes; Text::sanitized before showing.
     bool isDirectory = false;  ///< A folder to enter: a directory, or a link to one, no package.
     bool isPackage = false;
     bool isHidden = false;
@@ -66,7 +66,7 @@ struct FileItem {
     /// "Document" without a type or without a description.
     static std::string kindName(const std::optional<std::string>& type);
 
-    static FileItem make(const URL& url, ResourceValues values);
+    static FileItem make(URL url, ResourceValues values);
     /// Everything about one path, tags included. Absent when it cannot be looked at.
     static std::optional<FileItem> load(const URL& url);
 

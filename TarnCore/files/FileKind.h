@@ -12,9 +12,9 @@ namespace tarn {
 /// What a file is, as coarsely as menus and groups need it; the order is that of menus.
 enum class FileKind { folder, image, video, audio, document, archive, app, code, other };
 
-inline constexpr std::array allFileKinds = {
-    FileKind::folder,  FileKind::image, FileKind::video, FileKind::audio, FileKind::document,
-    FileKind::archive, FileKind::app,   FileKind::code,  FileKind::other};
+inline constexpr std::array allFileKinds = {FileKind::folder, FileKind::image,    FileKind::video,
+                                            FileKind::audio,  FileKind::document, FileKind::archive,
+                                            FileKind::app,    FileKind::code,     FileKind::other};
 
 namespace FileKinds {
 /// "folder", "image", …: the stored form.

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "TarnCore/files/FileItem.h"
+#include "TarnCore/files/ListedName.h"
 
 namespace tarn {
 
@@ -48,6 +49,9 @@ struct SortOrder {
     std::vector<std::uint32_t> sortedIndexes(const std::vector<FileItem>& items,
                                              const FolderSize& folderSize = {},
                                              const Source& source = {}) const;
+
+    /// Bare names by name, whatever `field` says; direction and foldersFirst as above.
+    void sort(std::vector<ListedName>& names) const;
 };
 
 void to_json(JSON& json, const SortOrder& order);
