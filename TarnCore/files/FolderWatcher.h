@@ -25,7 +25,8 @@ public:
     /// a burst comes at once.
     void watch(const std::vector<URL>& folders, double latency,
                WatchDepth depth = WatchDepth::tree);
-    /// No callback runs after it returns. Safe when nothing is watched.
+    /// No callback runs after it returns, so it waits for one that is running; not to be called
+    /// from the callback. Safe when nothing is watched.
     void stop();
     const std::vector<URL>& watched() const { return watched_; }
 
