@@ -28,6 +28,7 @@ struct Mount {
 struct VolumeSpace {
     std::int64_t total = 0;  ///< Bytes.
     std::int64_t free = 0;   ///< Bytes that the user may still write.
+    bool operator==(const VolumeSpace&) const = default;
 };
 
 /// The mounted file systems. Callable from any thread; nothing here touches the mounts themselves

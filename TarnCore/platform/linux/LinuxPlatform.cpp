@@ -1,8 +1,10 @@
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 
+#include "TarnCore/platform/linux/InotifyWatching.h"
 #include "TarnCore/platform/linux/LinuxContentTypes.h"
 #include "TarnCore/platform/linux/LinuxExtendedAttributes.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
+#include "TarnCore/platform/linux/LinuxVolumes.h"
 #include "TarnCore/platform/linux/SystemClock.h"
 
 namespace tarn {
@@ -12,6 +14,8 @@ Platform makeLinuxPlatform() {
     platform.files = std::make_shared<LinuxFileSystem>();
     platform.types = std::make_shared<LinuxContentTypes>();
     platform.attributes = std::make_shared<LinuxExtendedAttributes>();
+    platform.watching = std::make_shared<InotifyWatching>();
+    platform.volumes = std::make_shared<LinuxVolumes>();
     platform.clock = std::make_shared<SystemClock>();
     return platform;
 }
