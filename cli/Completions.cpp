@@ -30,7 +30,7 @@ std::string joined(const std::vector<std::string_view>& words) {
 }
 
 /// Inside single quotes of any shell.
-std::string quoted(std::string_view text) {
+std::string shellQuoted(std::string_view text) {
     return "'" + Text::replacing(text, "'", "'\\''") + "'";
 }
 
@@ -49,7 +49,7 @@ std::string bashAction(Completes completes) {
 }
 
 std::string bashWords(std::string_view words) {
-    return "mapfile -t COMPREPLY < <(compgen -W " + quoted(words) + " -- \"$word\")";
+    return "mapfile -t COMPREPLY < <(compgen -W " + shellQuoted(words) + " -- \"$word\")";
 }
 
 /// The cases of "$previous" that take a value; `--name=` is cut off before they are asked.
@@ -124,7 +124,7 @@ void appendZshArguments(std::string& out, std::span<const Option> own, std::stri
         } else if (!letter.empty()) {
             front = "'(" + letter + " " + name + ")'";
         }
-        out += std::string(indent) + front + names + quoted(help + value) + " \\\n";
+        out += std::string(indent) + front + names + shellQuoted(help + value) + " \\\n";
     }
 }
 
@@ -201,7 +201,7 @@ std::string bash() {
     out += "        '')\n            if [[ $word == -* ]]; then\n                " +
            bashWords(bashOptionWords(visibleOptions({}))) +
            "\n            else\n                compopt -o filenames\n                " +
-           "mapfile -t COMPREPLY < <(compgen -W " + quoted(commandNames()) +
+           "mapfile -t COMPREPLY < <(compgen -W " + shellQuoted(commandNames()) +
            " -- \"$word\"; compgen -f -- \"$word\")\n            fi ;;\n";
     out += "        *) " + bashAction(Completes::files) + " ;;\n";
     out += "    esac\n}\ncomplete -F _tarn tarn\n";
@@ -217,7 +217,7 @@ std::string zsh() {
         "    local -a commands=(\n";
     for (const Command* command : CommandTable::all()) {
         out += "        " +
-               quoted(std::string(command->name) + ":" + zshEscaped(command->summary)) + "\n";
+               shellQuoted(std::string(command->name) + ":" + zshEscaped(command->summary)) + "\n";
     }
     out += "    )\n    _arguments -C \\\n";
     appendZshArguments(out, {}, "        ");
@@ -236,7 +236,8 @@ std::string zsh() {
         out += "                    _arguments \\\n";
         appendZshArguments(out, command->options, "                        ");
         out += "                        " +
-               quoted("*:" + zshEscaped(command->arguments) + ":" + zshAction(command->completes)) +
+               shellQuoted("*:" + zshEscaped(command->arguments) + ":" +
+                           zshAction(command->completes)) +
                "\n                    ;;\n";
     }
     out +=
