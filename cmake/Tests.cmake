@@ -4,7 +4,9 @@ function(tarn_test area)
     set(target tarn-tests-${area})
     add_executable(${target} ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${target} PRIVATE TarnTestSupport TarnWarnings ${arg_LIBS})
-    if(TARN_PCH)
+    # Programs that link Qt are compiled as position-independent executables, which the shared
+    # header was not.
+    if(TARN_PCH AND NOT "TarnUI" IN_LIST arg_LIBS)
         target_precompile_headers(${target} REUSE_FROM TarnTestSupport)
     endif()
     gtest_discover_tests(${target} TEST_PREFIX "${area}." PROPERTIES LABELS ${area} TIMEOUT 60

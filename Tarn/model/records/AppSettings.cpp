@@ -1,7 +1,6 @@
 #include "Tarn/model/records/AppSettings.h"
 
 #include <array>
-#include <set>
 #include <string_view>
 
 #include "TarnCore/base/JSONFields.h"
@@ -80,10 +79,8 @@ struct Writer {
 
 struct Reader {
     const JSON& json;
-    std::set<std::string, std::less<>> known;
     template <class Value>
     void operator()(const char* key, Value& value) {
-        known.insert(key);
         JSONFields::read(json, key, value);
     }
     void operator()(const char* key, CopyPathFormat& format) {
@@ -103,23 +100,17 @@ void to_json(JSON& json, const CleanupThresholds& thresholds) {
 }
 
 void from_json(const JSON& json, CleanupThresholds& thresholds) {
-    eachField(thresholds, Reader{json, {}});
+    eachField(thresholds, Reader{json});
 }
 
 void to_json(JSON& json, const AppSettings& settings) {
-    json = JSONText::parse(settings.unknownKeys).value_or(JSON::object());
+    json = JSON::object();
     eachField(settings, Writer{json});
 }
 
 void from_json(const JSON& json, AppSettings& settings) {
     AppSettings read;
-    Reader reader{json, {}};
-    eachField(read, reader);
-    JSON unknown = JSON::object();
-    for (const auto& [key, value] : json.items()) {
-        if (!reader.known.contains(key)) unknown[key] = value;
-    }
-    if (!unknown.empty()) read.unknownKeys = JSONText::compact(unknown);
+    eachField(read, Reader{json});
     settings = std::move(read);
 }
 

@@ -32,7 +32,7 @@ void from_json(const JSON& json, CleanupThresholds& thresholds);
 
 /// The user's settings, "settings.json". Keys are the field names.
 ///
-/// Missing keys take the defaults below. Keys that this version does not know stay in the file, so
+/// Missing keys take the defaults below. The store keeps keys that this version does not know, so
 /// that an older program next to a newer one loses nothing.
 struct AppSettings {
     bool returnOpens = true;  ///< Return opens; otherwise it renames.
@@ -68,8 +68,6 @@ struct AppSettings {
     bool rulesInBackground = false;
     bool hasOnboarded = false;
     int onboardingPage = 0;
-
-    std::string unknownKeys;  ///< A JSON object of what this version does not know; else empty.
 
     bool operator==(const AppSettings&) const = default;
 };

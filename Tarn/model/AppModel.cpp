@@ -1,0 +1,140 @@
+#include "Tarn/model/AppModel.h"
+
+#include <algorithm>
+
+#include <nlohmann/json.hpp>
+
+#include "Tarn/model/MainThread.h"
+#include "Tarn/model/WindowModel.h"
+#include "TarnCore/files/JSONStore.h"
+#include "TarnCore/platform/Platform.h"
+
+namespace tarn {
+namespace {
+
+constexpr std::size_t mostClosedTabs = 20;
+constexpr std::size_t mostRecentFolders = 50;
+constexpr double defaultIconSize = 96;
+
+}  // namespace
+
+/// The files in the support folder. Paths in them are written by JSONText::fromPath.
+struct AppModel::Stores {
+    JSONStore<AppSettings> settings{"settings.json", [] { return AppSettings(); },
+                                    UnknownKeys::kept};
+    JSONStore<std::map<std::string, FolderViewPrefs>> folderPrefs{
+        "folder-views.json", [] { return std::map<std::string, FolderViewPrefs>(); },
+        UnknownKeys::kept};
+    JSONStore<SessionState> session{"session.json", [] { return SessionState(); }};
+    JSONStore<double> iconSize{"icon-size.json", [] { return defaultIconSize; }};
+    JSONStore<std::vector<std::string>> recentFolders{"recent-folders.json",
+                                                      [] { return std::vector<std::string>(); }};
+    JSONStore<std::map<std::string, std::int64_t>> folderVisits{
+        "folder-visits.json", [] { return std::map<std::string, std::int64_t>(); }};
+};
+
+AppModel::AppModel(TaskPool& pool, QObject* parent)
+    : QObject(parent),
+      pool_(pool),
+      stores_(std::make_unique<Stores>()),
+      settings_(stores_->settings.value()) {}
+
+AppModel::~AppModel() { flush(); }
+
+void AppModel::setSettings(AppSettings settings) {
+    if (settings == settings_) return;
+    settings_ = settings;
+    stores_->settings.set(std::move(settings));
+    emit settingsChanged();
+}
+
+std::optional<FolderViewPrefs> AppModel::viewPrefs(const URL& folder) const {
+    const auto prefs = stores_->folderPrefs.value();
+    const auto found = prefs.find(JSONText::fromPath(folder));
+    if (found == prefs.end()) return std::nullopt;
+    return found->second;
+}
+
+void AppModel::setViewPrefs(const URL& folder, const FolderViewPrefs& prefs) {
+    stores_->folderPrefs.update([path = JSONText::fromPath(folder), prefs](auto& all) {
+        all.insert_or_assign(path, prefs);
+    });
+}
+
+double AppModel::iconSize() const { return stores_->iconSize.value(); }
+
+void AppModel::setIconSize(double size) { stores_->iconSize.set(size); }
+
+void AppModel::noteVisited(const URL& folder) {
+    const std::string path = JSONText::fromPath(folder);
+    stores_->folderVisits.update([path](auto& visits) { ++visits[path]; });
+    stores_->recentFolders.update([path](std::vector<std::string>& recent) {
+        std::erase(recent, path);
+        recent.insert(recent.begin(), path);
+        if (recent.size() > mostRecentFolders) recent.resize(mostRecentFolders);
+    });
+}
+
+std::vector<URL> AppModel::recentFolders() const {
+    std::vector<URL> folders;
+    for (const std::string& path : stores_->recentFolders.value()) {
+        if (auto url = JSONText::toPath(path)) folders.push_back(std::move(*url));
+    }
+    return folders;
+}
+
+std::int64_t AppModel::visitCount(const URL& folder) const {
+    const auto visits = stores_->folderVisits.value();
+    const auto found = visits.find(JSONText::fromPath(folder));
+    return found == visits.end() ? 0 : found->second;
+}
+
+void AppModel::refreshVolumes() {
+    pool_.run([self = QPointer<AppModel>(this)] {
+        MainThread::post(self, [volumes = DriveService::volumes()](AppModel& app) {
+            if (app.volumes_ == volumes) return;
+            app.volumes_ = volumes;
+            emit app.volumesChanged();
+        });
+    });
+}
+
+void AppModel::windowOpened(WindowModel* window) { windows_.push_back(window); }
+
+void AppModel::windowClosed(WindowModel* window) {
+    std::erase(windows_, window);
+    if (closedTabs_.size() >= mostClosedTabs) closedTabs_.erase(closedTabs_.begin());
+    closedTabs_.push_back(window->snapshot());
+    // The last window's session is what the next start may want back.
+    if (!windows_.empty()) saveSession();
+}
+
+void AppModel::saveSession() {
+    SessionState session;
+    for (const WindowModel* window : windows_) session.windows.push_back({window->snapshot()});
+    stores_->session.set(std::move(session));
+}
+
+SessionState AppModel::storedSession() const { return stores_->session.value(); }
+
+void AppModel::startBackgroundServices() {
+    if (servicesStarted_) return;
+    servicesStarted_ = true;
+    refreshVolumes();
+    if (const auto& volumes = Platform::current().volumes) {
+        volumeObserver_ = volumes->observe([self = QPointer<AppModel>(this)] {
+            MainThread::post(self, [](AppModel& app) { app.refreshVolumes(); });
+        });
+    }
+}
+
+void AppModel::flush() {
+    stores_->settings.flush();
+    stores_->folderPrefs.flush();
+    stores_->session.flush();
+    stores_->iconSize.flush();
+    stores_->recentFolders.flush();
+    stores_->folderVisits.flush();
+}
+
+}  // namespace tarn

@@ -1,0 +1,135 @@
+#include "Tarn/model/PaneItems.h"
+
+#include "Tarn/model/MainThread.h"
+#include "TarnCore/base/Text.h"
+#include "TarnCore/files/Format.h"
+#include "TarnCore/files/Paths.h"
+
+namespace tarn {
+namespace {
+
+/// Fewer rows are freed faster than another thread is woken.
+constexpr std::size_t manyRows = 2000;
+
+const char* const absent = "—";
+
+}  // namespace
+
+PaneItems::PaneItems(TaskPool& pool, QObject* parent)
+    : QAbstractTableModel(parent),
+      pool_(pool),
+      rows_(std::make_shared<const PaneRows>(std::vector<FileItem>())) {}
+
+void PaneItems::show(SharedRows rows) {
+    Q_ASSERT(MainThread::isCurrent());
+    beginResetModel();
+    rows_.swap(rows);
+    endResetModel();
+    if (rows->size() > manyRows)
+        pool_.run([old = std::move(rows)]() mutable { old.reset(); }, TaskPriority::background);
+}
+
+std::optional<int> PaneItems::row(const URL& url) const {
+    const auto row = rows_->row(url);
+    if (!row) return std::nullopt;
+    return static_cast<int>(*row);
+}
+
+std::optional<int> PaneItems::rowWithPrefix(std::string_view prefix, int from) const {
+    const std::string wanted = Text::folded(prefix);
+    if (wanted.empty()) return std::nullopt;
+    std::string folded;
+    for (int step = 0; step < count(); ++step) {
+        const int row = (from + step) % count();
+        Text::foldInto(folded, item(row).name);
+        if (folded.starts_with(wanted)) return row;
+    }
+    return std::nullopt;
+}
+
+QString PaneItems::displayName(const FileItem& item) {
+    QString name = QString::fromStdString(Text::sanitized(item.name));
+    for (QChar& character : name) {
+        if (character.category() == QChar::Other_Control) character = QChar::Nbsp;
+    }
+    return name;
+}
+
+std::optional<SortField> PaneItems::sortField(PaneColumn column) {
+    switch (column) {
+        case PaneColumn::name:
+            return SortField::name;
+        case PaneColumn::modified:
+            return SortField::modified;
+        case PaneColumn::size:
+            return SortField::size;
+        case PaneColumn::kind:
+            return SortField::kind;
+        case PaneColumn::folder:
+            return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+int PaneItems::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : count(); }
+
+int PaneItems::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : paneColumnCount;
+}
+
+QString PaneItems::text(const FileItem& item, PaneColumn column) const {
+    switch (column) {
+        case PaneColumn::name:
+            return displayName(item);
+        case PaneColumn::modified:
+            return QString::fromStdString(Format::date(item.modified));
+        case PaneColumn::size:
+            return item.size ? QString::fromStdString(Format::bytes(*item.size))
+                             : QString::fromUtf8(absent);
+        case PaneColumn::kind:
+            return QString::fromStdString(Text::sanitized(item.kindDescription));
+        case PaneColumn::folder:
+            return QString::fromStdString(Text::sanitized(Paths::abbreviate(item.url.parent())));
+    }
+    return {};
+}
+
+QVariant PaneItems::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || index.row() >= count()) return {};
+    const FileItem& row = item(index.row());
+    const auto column = static_cast<PaneColumn>(index.column());
+    switch (role) {
+        case Qt::DisplayRole:
+            return text(row, column);
+        case Qt::AccessibleTextRole:
+            return column == PaneColumn::name ? text(row, PaneColumn::name) + QStringLiteral(", ") +
+                                                    text(row, PaneColumn::kind)
+                                              : text(row, column);
+        case Qt::TextAlignmentRole:
+            return QVariant::fromValue(Qt::Alignment(
+                Qt::AlignVCenter | (column == PaneColumn::size ? Qt::AlignRight : Qt::AlignLeft)));
+        default:
+            return {};
+    }
+}
+
+QVariant PaneItems::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal) return {};
+    const auto column = static_cast<PaneColumn>(section);
+    if (role == Qt::TextAlignmentRole) {
+        return QVariant::fromValue(Qt::Alignment(
+            Qt::AlignVCenter | (column == PaneColumn::size ? Qt::AlignRight : Qt::AlignLeft)));
+    }
+    if (role != Qt::DisplayRole) return {};
+    const auto field = sortField(column);
+    if (!field) return tr("Folder");
+    const std::string_view title = SortFields::title(*field);
+    return QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size()));
+}
+
+Qt::ItemFlags PaneItems::flags(const QModelIndex& index) const {
+    return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren
+                           : Qt::NoItemFlags;
+}
+
+}  // namespace tarn

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include <QtCore/QAbstractTableModel>
+#include <QtCore/QString>
+
+#include "Tarn/model/PaneRows.h"
+#include "TarnCore/base/TaskPool.h"
+#include "TarnCore/files/SortOrder.h"
+
+namespace tarn {
+
+enum class PaneColumn { name, modified, size, kind, folder };
+inline constexpr int paneColumnCount = 5;
+
+/// The rows of one pane as views read them.
+///
+/// Main thread only. Rows are replaced as a whole by rows that were sorted elsewhere, in constant
+/// time; texts are made when a view asks for them.
+class PaneItems final : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    /// Rows that are replaced are freed on `pool`, since freeing 100,000 takes a while.
+    explicit PaneItems(TaskPool& pool, QObject* parent = nullptr);
+
+    void show(SharedRows rows);
+    const SharedRows& rows() const { return rows_; }
+    int count() const { return static_cast<int>(rows_->size()); }
+    bool isEmpty() const { return rows_->size() == 0; }
+    /// `row` is in range.
+    const FileItem& item(int row) const { return rows_->items()[static_cast<std::size_t>(row)]; }
+    std::optional<int> row(const URL& url) const;
+
+    /// The first row at or after `from`, going round, whose name begins with `prefix`, case and
+    /// accents aside.
+    std::optional<int> rowWithPrefix(std::string_view prefix, int from) const;
+
+    /// The name for showing: valid text in one line.
+    static QString displayName(const FileItem& item);
+    /// The field that a click on a column's header sorts by; absent for `folder`.
+    static std::optional<SortField> sortField(PaneColumn column);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    /// The text of a cell; for assistive tools "NAME, KIND" of the row.
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+private:
+    QString text(const FileItem& item, PaneColumn column) const;
+
+    TaskPool& pool_;
+    SharedRows rows_;
+};
+
+}  // namespace tarn

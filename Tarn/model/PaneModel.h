@@ -1,0 +1,179 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <QtCore/QItemSelectionModel>
+#include <QtCore/QObject>
+#include <QtCore/QTimer>
+
+#include "Tarn/model/PaneHistory.h"
+#include "Tarn/model/PaneItems.h"
+#include "Tarn/model/PaneSearch.h"
+#include "Tarn/model/PaneWatcher.h"
+#include "Tarn/model/records/FolderViewPrefs.h"
+#include "Tarn/model/records/Location.h"
+#include "TarnCore/base/CancelToken.h"
+#include "TarnCore/files/ListingError.h"
+#include "TarnCore/search/SearchQuery.h"
+
+namespace tarn {
+
+class AppModel;
+
+/// What one pane shows: a place, its items, the search in it, and the way here.
+///
+/// Main thread only, every member. Listing, sorting and searching run elsewhere with copies of
+/// what they need; an answer that comes after the pane has moved on is dropped.
+class PaneModel final : public QObject {
+    Q_OBJECT
+public:
+    /// Shows nothing until navigate(). `app` outlives the pane.
+    PaneModel(AppModel& app, bool showsHidden, QObject* parent = nullptr);
+    ~PaneModel() override;
+
+    UUID id() const { return id_; }
+    const Location& location() const { return location_; }
+    PaneItems& items() { return items_; }
+    const PaneItems& items() const { return items_; }
+
+    /// Goes to a place and selects what of `select` is there. Going to the place that is shown
+    /// reloads it.
+    void navigate(const Location& to, bool addToHistory = true, std::vector<URL> select = {});
+    void goBack();
+    void goForward();
+    void goUp();
+    bool canGoBack() const { return !history_.backStack().empty(); }
+    bool canGoForward() const { return !history_.forwardStack().empty(); }
+    bool canGoUp() const;
+    const PaneHistory& history() const { return history_; }
+    /// Counts navigations: what a view remembers of another one is stale.
+    std::uint64_t navigationID() const { return navigationID_; }
+
+    /// Enters a folder; false for anything that does not open inside the pane.
+    bool browse(const FileItem& item);
+    /// Reads the place again. What is shown stays until the answer is there.
+    void reload();
+    /// The same, once for a burst of calls.
+    void refreshSoon();
+
+    /// What is selected, shared by all views of the pane and kept by URL when rows are replaced.
+    QItemSelectionModel& selection() { return selection_; }
+    bool hasSelection() const { return selection_.hasSelection(); }
+    std::vector<FileItem> selectedItems() const;
+    void select(const std::vector<URL>& urls);
+
+    ViewMode viewMode() const { return viewMode_; }
+    void setViewMode(ViewMode mode);
+    double iconSize() const { return iconSize_; }
+    void setIconSize(double size);
+    const SortOrder& sort() const { return sort_; }
+    /// Picks a field, or turns the direction of the one that is picked.
+    void sortBy(SortField field);
+    bool showsHidden() const { return showsHidden_; }
+    void setShowsHidden(bool shows);
+
+    bool isLoading() const { return isLoading_; }
+    /// The rows so far are only the first of many.
+    bool isPartial() const { return isPartial_; }
+    const std::optional<ListingError>& listingError() const { return listingError_; }
+
+    const std::string& searchText() const { return searchText_; }
+    /// What the text was understood as, less the chips that were removed; absent when the pane
+    /// shows its place and no search.
+    const std::optional<SearchQuery>& query() const { return query_; }
+    SearchScopeSetting searchScope() const { return searchScope_; }
+    bool isSearching() const { return search_.isRunning(); }
+    const PaneSearch& search() const { return search_; }
+    /// The rows are results, not the place itself.
+    bool showsResults() const { return showsResults_; }
+
+    /// Searches once nothing was typed for 0.2 s; at once when there is nothing left to search.
+    void searchTextChanged(const std::string& text);
+    /// Searches at once.
+    void setSearchText(const std::string& text);
+    /// Back to the place itself, read afresh when `reload` is set.
+    void clearSearch(bool reload);
+    void setScope(SearchScopeSetting scope);
+    /// Searches without that part of what was understood.
+    void removeChip(ChipCategory category);
+
+    /// What a view tells while results stream in: see PaneSearch.
+    void rowsSeen(int count);
+    void holdRows();
+
+    /// Seconds between the last keystroke and the search.
+    static constexpr double searchDelay = 0.2;
+
+signals:
+    void locationChanged();
+    /// isLoading, listingError or isSearching has changed.
+    void stateChanged();
+    void searchChanged();  ///< Text, query or scope.
+    void viewModeChanged();
+    void sortChanged();
+    void iconSizeChanged();
+    /// After the rows were replaced and the selection was put back.
+    void rowsChanged();
+
+private:
+    void applyPrefs();
+    void savePrefs();
+    void load();
+    void startListing();
+    void showListing(SharedRows rows, const SortOrder& sort, bool isPartial);
+    void listingFailed(const ListingError& error);
+    void listingEnded();
+    void loadDeferredTags(const SharedRows& rows);
+    void resortListing();
+    void showRows(const SharedRows& rows);
+    void watchFolder();
+    void runSearch();
+    void startSearch();
+    void resultsChanged();
+    std::vector<URL> searchRoots() const;
+    SearchQuery parsed(const std::string& text) const;
+    /// Drops every answer that is under way.
+    void moveOn();
+
+    AppModel& app_;
+    UUID id_ = UUID::random();
+    Location location_;
+    bool hasLocation_ = false;
+    PaneItems items_;
+    QItemSelectionModel selection_{&items_};
+    PaneHistory history_;
+    std::uint64_t navigationID_ = 0;
+
+    ViewMode viewMode_ = ViewMode::grid;
+    SortOrder sort_;
+    double iconSize_ = 96;
+    bool showsHidden_ = false;
+    bool applyingPrefs_ = false;
+
+    SharedRows listing_;  ///< The place itself, also while results are shown.
+    std::vector<URL> selectWhenListed_;
+    std::uint64_t generation_ = 0;  ///< Counts loads; the answer of an older one is dropped.
+    CancelToken listToken_;
+    bool isLoading_ = false;
+    bool isListing_ = false;
+    bool isPartial_ = false;
+    bool missedChanges_ = false;  ///< The place changed while it was being listed.
+    std::optional<ListingError> listingError_;
+    QTimer refreshTimer_;
+    QTimer deadlineTimer_;
+    PaneWatcher watcher_;
+
+    std::string searchText_;
+    std::optional<SearchQuery> query_;
+    std::vector<SearchChip> removedChips_;
+    SearchScopeSetting searchScope_;
+    bool showsResults_ = false;
+    bool isRanked_ = true;
+    QTimer searchTimer_;
+    PaneSearch search_;
+};
+
+}  // namespace tarn

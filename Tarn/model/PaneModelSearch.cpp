@@ -1,0 +1,134 @@
+// The search in a pane: from typed text to rows.
+#include <algorithm>
+
+#include "Tarn/model/AppModel.h"
+#include "Tarn/model/PaneModel.h"
+#include "TarnCore/base/Text.h"
+#include "TarnCore/files/Paths.h"
+#include "TarnCore/platform/Platform.h"
+#include "TarnCore/search/QueryParser.h"
+
+namespace tarn {
+void PaneModel::searchTextChanged(const std::string& text) {
+    if (text == searchText_) return;
+    searchText_ = text;
+    searchTimer_.stop();
+    if (Text::trimmed(text).empty())
+        clearSearch(false);
+    else
+        searchTimer_.start();
+}
+
+void PaneModel::setSearchText(const std::string& text) {
+    searchText_ = text;
+    searchTimer_.stop();
+    runSearch();
+}
+
+void PaneModel::clearSearch(bool reload) {
+    searchTimer_.stop();
+    const bool hadText = !searchText_.empty() || query_;
+    searchText_.clear();
+    removedChips_.clear();
+    query_.reset();
+    search_.cancel();
+    if (showsResults_) {
+        showsResults_ = false;
+        showRows(listing_);
+    }
+    if (hadText) {
+        emit searchChanged();
+        emit stateChanged();
+    }
+    if (reload) this->reload();
+}
+
+SearchQuery PaneModel::parsed(const std::string& text) const {
+    const Locale locale = Locale::current();
+    const QueryParser parser(Platform::current().clock->now(), Calendar::current(locale), locale);
+    return parser.parse(text);
+}
+
+void PaneModel::runSearch() {
+    if (Text::trimmed(searchText_).empty()) {
+        clearSearch(false);
+        return;
+    }
+    SearchQuery query = parsed(searchText_);
+    // What was removed stays removed while the text around it grows, until its words change.
+    const std::vector<SearchChip> chips = query.chips();
+    std::erase_if(removedChips_, [&chips](const SearchChip& removed) {
+        return std::find(chips.begin(), chips.end(), removed) == chips.end();
+    });
+    for (const SearchChip& removed : removedChips_) query = query.removing(removed.category);
+    query_ = std::move(query);
+    isRanked_ = true;
+    startSearch();
+}
+
+void PaneModel::removeChip(ChipCategory category) {
+    if (!query_) return;
+    for (const SearchChip& chip : query_->chips()) {
+        if (chip.category == category) removedChips_.push_back(chip);
+    }
+    query_ = query_->removing(category);
+    startSearch();
+}
+
+void PaneModel::setScope(SearchScopeSetting scope) {
+    if (scope == searchScope_) return;
+    searchScope_ = scope;
+    emit searchChanged();
+    if (query_) startSearch();
+}
+
+std::vector<URL> PaneModel::searchRoots() const {
+    switch (searchScope_) {
+        case SearchScopeSetting::currentFolder:
+            return {location_.isFolder() ? location_.url : Paths::home()};
+        case SearchScopeSetting::home:
+            return {Paths::home()};
+        case SearchScopeSetting::thisMac:
+            return {URL()};
+    }
+    return {};
+}
+
+void PaneModel::startSearch() {
+    if (query_->isEmpty()) {
+        // Nothing but fillers, or every chip is gone: there is nothing to look for.
+        search_.cancel();
+        if (showsResults_) {
+            showsResults_ = false;
+            showRows(listing_);
+        }
+    } else {
+        SearchOptions options;
+        options.query = *query_;
+        options.roots = searchRoots();
+        options.includeHidden = showsHidden_;
+        options.hidesTrash = !Paths::isInTrash(options.roots.front());
+        if (location_.isFolder()) options.currentFolder = location_.url;
+        search_.start(std::move(options), sort_, isRanked_);
+    }
+    emit searchChanged();
+    emit stateChanged();
+}
+
+void PaneModel::resultsChanged() {
+    const bool isFirst = !showsResults_;
+    showsResults_ = true;
+    if (isFirst) selection_.clear();
+    showRows(search_.rows());
+    if (isFirst) emit stateChanged();
+}
+
+void PaneModel::rowsSeen(int count) {
+    if (showsResults_ && items_.rows() == search_.rows()) search_.rowsSeen(count);
+}
+
+void PaneModel::holdRows() {
+    if (showsResults_) search_.holdRows();
+}
+
+}  // namespace tarn

@@ -1,0 +1,173 @@
+#include "Tarn/model/PaneSearch.h"
+
+#include <unordered_set>
+
+#include "Tarn/model/MainThread.h"
+#include "TarnCore/search/SearchRanking.h"
+
+namespace tarn {
+namespace {
+
+/// Milliseconds until the first results are shown, so that a quick search appears finished and in
+/// its final order; then between later ones.
+constexpr int firstPublish = 80;
+constexpr int laterPublish = 150;
+
+SharedRows noRows() { return std::make_shared<const PaneRows>(std::vector<FileItem>()); }
+
+SharedRows orderedRows(std::vector<FileItem> items, const SearchQuery& query, const SortOrder& sort,
+                       bool isRanked, const SearchTask& task) {
+    items = sort.sort(std::move(items));
+    if (isRanked) {
+        items = SearchRanking::rank(std::move(items), query, [&task](const FileItem& item) {
+            return task.imageScore(item.url);
+        });
+    }
+    return std::make_shared<const PaneRows>(std::move(items));
+}
+
+}  // namespace
+
+PaneSearch::PaneSearch(QObject* parent) : QObject(parent), rows_(noRows()) {
+    publishTimer_.setSingleShot(true);
+    connect(&publishTimer_, &QTimer::timeout, this, &PaneSearch::publish);
+}
+
+PaneSearch::~PaneSearch() { cancel(); }
+
+void PaneSearch::start(SearchOptions options, const SortOrder& sort, bool isRanked) {
+    cancel();
+    const std::uint64_t run = ++run_;
+    query_ = options.query;
+    sort_ = sort;
+    isRanked_ = isRanked;
+    isRunning_ = true;
+    hasEnded_ = isOrdering_ = isDirty_ = isHeld_ = false;
+    seen_ = 0;
+    rows_ = noRows();
+    clock_.start();
+    found_ = std::make_shared<Found>();
+    task_ = std::make_shared<SearchTask>(std::move(options));
+    const QPointer<PaneSearch> self(this);
+    task_->start(
+        [self, run, found = found_](std::vector<FileItem> batch) {
+            {
+                const auto items = found->items.lock();
+                items->insert(items->end(), std::make_move_iterator(batch.begin()),
+                              std::make_move_iterator(batch.end()));
+            }
+            if (found->isTold.exchange(true)) return;
+            MainThread::post(self, [run](PaneSearch& search) { search.batchArrived(run); });
+        },
+        [self, run] {
+            MainThread::post(self, [run](PaneSearch& search) { search.taskEnded(run); });
+        });
+}
+
+void PaneSearch::setOrder(const SortOrder& sort, bool isRanked) {
+    sort_ = sort;
+    isRanked_ = isRanked;
+    ++order_;
+    seen_ = 0;
+    if (found_) {
+        isDirty_ = true;
+        publish();
+    }
+}
+
+void PaneSearch::cancel() {
+    ++run_;
+    publishTimer_.stop();
+    if (isRunning_) elapsed_ = elapsed();
+    isRunning_ = false;
+    retireTask();
+    found_.reset();
+}
+
+void PaneSearch::retireTask() {
+    if (!task_) return;
+    task_->cancel();
+    // What orders results may hold the task for a moment longer; whoever lets go of it last does
+    // so on a queue, never here.
+    retired_.run([task = std::move(task_)]() mutable { task.reset(); });
+    task_.reset();
+}
+
+std::int64_t PaneSearch::visitedCount() const { return task_ ? task_->visitedCount() : 0; }
+
+double PaneSearch::elapsed() const {
+    return isRunning_ && !hasEnded_ ? static_cast<double>(clock_.nsecsElapsed()) * 1e-9 : elapsed_;
+}
+
+void PaneSearch::rowsSeen(int count) { seen_ = std::max(seen_, count); }
+
+void PaneSearch::batchArrived(std::uint64_t run) {
+    if (run != run_) return;
+    isDirty_ = true;
+    if (publishTimer_.isActive() || isOrdering_) return;
+    const auto sinceStart = static_cast<int>(clock_.elapsed());
+    publishTimer_.start(rows_->size() == 0 ? std::max(0, firstPublish - sinceStart) : laterPublish);
+}
+
+void PaneSearch::taskEnded(std::uint64_t run) {
+    if (run != run_) return;
+    elapsed_ = elapsed();
+    hasEnded_ = true;
+    publishTimer_.stop();
+    isDirty_ = true;
+    publish();
+}
+
+void PaneSearch::publish() {
+    if (!isDirty_ || isOrdering_ || !task_) return;
+    isDirty_ = false;
+    isOrdering_ = true;
+    queue_.run([self = QPointer<PaneSearch>(this), run = run_, order = order_, found = found_,
+                task = task_, query = query_, sort = sort_, isRanked = isRanked_,
+                isLast = hasEnded_] {
+        // Before the copy, so that what comes during it is told again.
+        found->isTold.store(false);
+        std::vector<FileItem> items = *found->items.lock();
+        auto rows = orderedRows(std::move(items), query, sort, isRanked, *task);
+        MainThread::post(self, [run, order, rows = std::move(rows), isLast](PaneSearch& search) {
+            search.ordered(run, order, rows, isLast);
+        });
+    });
+}
+
+void PaneSearch::ordered(std::uint64_t run, std::uint64_t order, SharedRows rows, bool isLast) {
+    if (run != run_) return;
+    isOrdering_ = false;
+    if (order != order_) {
+        isDirty_ = true;
+        publish();
+        return;
+    }
+    const bool isDone = isLast && !isDirty_;
+    rows_ = isDone && !isHeld_ ? std::move(rows) : keepingSeenRows(rows);
+    const bool wasRunning = isRunning_;
+    if (isDone) isRunning_ = false;
+    emit rowsChanged();
+    if (isDone) {
+        if (wasRunning) emit finished();
+    } else if (hasEnded_) {
+        publish();
+    } else if (isDirty_) {
+        publishTimer_.start(laterPublish);
+    }
+}
+
+SharedRows PaneSearch::keepingSeenRows(const SharedRows& rows) const {
+    const auto seen = std::min(static_cast<std::size_t>(seen_), rows_->size());
+    if (seen == 0) return rows;
+    std::vector<FileItem> items(rows_->items().begin(),
+                                rows_->items().begin() + static_cast<std::ptrdiff_t>(seen));
+    items.reserve(rows->size());
+    for (const FileItem& item : rows->items()) {
+        const auto old = rows_->row(item.url);
+        if (!old || *old >= seen) items.push_back(item);
+    }
+    return std::make_shared<const PaneRows>(std::move(items));
+}
+
+}  // namespace tarn

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QObject>
+#include <QtCore/QTimer>
+
+#include "Tarn/model/PaneRows.h"
+#include "TarnCore/base/Guarded.h"
+#include "TarnCore/base/SerialQueue.h"
+#include "TarnCore/files/SortOrder.h"
+#include "TarnCore/search/SearchTask.h"
+
+namespace tarn {
+
+/// The running search of a pane: gathers what the search task finds, orders it, and tells at a
+/// bounded rate.
+///
+/// Main thread only. Ordering happens on a queue of its own. Rows that a person has seen keep
+/// their places while more results come in: new ones are placed behind them. Once the search is
+/// over, everything is ordered afresh unless someone has begun to work with the rows.
+class PaneSearch final : public QObject {
+    Q_OBJECT
+public:
+    explicit PaneSearch(QObject* parent = nullptr);
+    ~PaneSearch() override;
+
+    /// Ends what ran before. With `isRanked` the best matches come first and `sort` decides among
+    /// equals; else `sort` alone decides.
+    void start(SearchOptions options, const SortOrder& sort, bool isRanked);
+    /// Another order for what was found, seen or not.
+    void setOrder(const SortOrder& sort, bool isRanked);
+    void cancel();
+
+    bool isRunning() const { return isRunning_; }
+    /// What was found so far, in order.
+    const SharedRows& rows() const { return rows_; }
+    std::int64_t visitedCount() const;
+    /// Seconds from the start to the end, or to now.
+    double elapsed() const;
+
+    /// The first `count` rows were on the screen.
+    void rowsSeen(int count);
+    /// Someone has selected, scrolled or pointed at rows: they stay where they are to the end.
+    void holdRows() { isHeld_ = true; }
+
+signals:
+    void rowsChanged();
+    /// After the last rowsChanged() of a search that was not cancelled.
+    void finished();
+
+private:
+    /// What one search has found; shared with its threads.
+    struct Found {
+        Guarded<std::vector<FileItem>> items;
+        std::atomic<bool> isTold{false};  ///< The main thread knows that there is something new.
+    };
+
+    void batchArrived(std::uint64_t run);
+    void taskEnded(std::uint64_t run);
+    void publish();
+    void ordered(std::uint64_t run, std::uint64_t order, SharedRows rows, bool isLast);
+    SharedRows keepingSeenRows(const SharedRows& rows) const;
+    void retireTask();
+
+    std::shared_ptr<SearchTask> task_;
+    std::shared_ptr<Found> found_;
+    SearchQuery query_;
+    SortOrder sort_;
+    bool isRanked_ = true;
+    bool isRunning_ = false;
+    bool hasEnded_ = false;  ///< The task is done; its last results are being ordered.
+    bool isOrdering_ = false;
+    bool isDirty_ = false;  ///< Results have come since the last ordering began.
+    bool isHeld_ = false;
+    int seen_ = 0;
+    std::uint64_t run_ = 0;    ///< Counts searches; what belongs to an older one is dropped.
+    std::uint64_t order_ = 0;  ///< Counts changes of the order.
+    SharedRows rows_;
+    QTimer publishTimer_;
+    QElapsedTimer clock_;
+    double elapsed_ = 0;
+    SerialQueue queue_{"tarn.ordering"};
+    SerialQueue retired_{"tarn.retired"};  ///< Ends old tasks, which wait for their threads.
+};
+
+}  // namespace tarn

@@ -1,0 +1,37 @@
+#include "Tarn/model/PaneWatcher.h"
+
+#include "Tarn/model/MainThread.h"
+
+namespace tarn {
+
+PaneWatcher::PaneWatcher(QObject* parent) : QObject(parent) {}
+
+PaneWatcher::~PaneWatcher() {
+    queue_.run([this] { watcher_.reset(); });
+    queue_.flush();
+}
+
+void PaneWatcher::watch(std::vector<URL> folders, WatchDepth depth, double latency) {
+    const std::uint64_t watch = ++current_;
+    queue_.run([this, watch, folders = std::move(folders), depth, latency,
+                self = QPointer<PaneWatcher>(this)] {
+        watcher_ =
+            std::make_unique<FolderWatcher>([self, watch](const std::vector<std::string>& paths) {
+                MainThread::post(self, [watch, paths](PaneWatcher& watcher) {
+                    watcher.tellChanged(watch, paths);
+                });
+            });
+        watcher_->watch(folders, latency, depth);
+    });
+}
+
+void PaneWatcher::stop() {
+    ++current_;
+    queue_.run([this] { watcher_.reset(); });
+}
+
+void PaneWatcher::tellChanged(std::uint64_t watch, const std::vector<std::string>& paths) {
+    if (watch == current_) emit changed(paths);
+}
+
+}  // namespace tarn

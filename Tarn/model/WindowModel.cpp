@@ -1,0 +1,82 @@
+#include "Tarn/model/WindowModel.h"
+
+#include <algorithm>
+
+#include "Tarn/model/AppModel.h"
+#include "Tarn/model/MainThread.h"
+#include "TarnCore/files/Paths.h"
+
+namespace tarn {
+
+WindowModel::WindowModel(AppModel& app, const Location& start, QObject* parent)
+    : WindowModel(app, WindowSnapshot{{{start, std::nullopt}}, 0, true, false}, parent) {}
+
+WindowModel::WindowModel(AppModel& app, const WindowSnapshot& snapshot, QObject* parent)
+    : QObject(parent),
+      app_(app),
+      showHidden_(app.settings().showHiddenByDefault),
+      sidebarVisible_(snapshot.showSidebar) {
+    Q_ASSERT(MainThread::isCurrent());
+    for (const PaneSnapshot& pane : snapshot.panes) addPane(pane.location, pane.viewMode);
+    if (panes_.empty()) addPane(Location::folder(Paths::home()), std::nullopt);
+    activeIndex_ = std::clamp(snapshot.activePane, 0, static_cast<int>(panes_.size()) - 1);
+    updateTitle();
+    app_.windowOpened(this);
+}
+
+WindowModel::~WindowModel() { app_.windowClosed(this); }
+
+void WindowModel::addPane(const Location& location, std::optional<ViewMode> viewMode) {
+    auto pane = std::make_unique<PaneModel>(app_, showHidden_);
+    connect(pane.get(), &PaneModel::locationChanged, this, [this] {
+        updateTitle();
+        app_.saveSession();
+    });
+    pane->navigate(location, false);
+    if (viewMode) pane->setViewMode(*viewMode);
+    panes_.push_back(std::move(pane));
+}
+
+void WindowModel::setShowHidden(bool show) {
+    if (show == showHidden_) return;
+    showHidden_ = show;
+    for (const auto& pane : panes_) pane->setShowsHidden(show);
+    emit showHiddenChanged();
+}
+
+void WindowModel::setSidebarVisible(bool visible) {
+    if (visible == sidebarVisible_) return;
+    sidebarVisible_ = visible;
+    emit sidebarVisibleChanged();
+}
+
+void WindowModel::openSelection() {
+    const std::vector<FileItem> items = active().selectedItems();
+    if (items.size() == 1 && active().browse(items.front())) return;
+    std::vector<URL> files;
+    for (const FileItem& item : items) {
+        if (item.isDirectory)
+            emit openWindowRequested(item.url);
+        else
+            files.push_back(item.url);
+    }
+    if (!files.empty()) emit openFilesRequested(files);
+}
+
+void WindowModel::updateTitle() {
+    if (panes_.empty()) return;
+    QString title = QString::fromStdString(active().location().title());
+    if (title == title_) return;
+    title_ = std::move(title);
+    emit titleChanged();
+}
+
+WindowSnapshot WindowModel::snapshot() const {
+    WindowSnapshot snapshot;
+    for (const auto& pane : panes_) snapshot.panes.push_back({pane->location(), pane->viewMode()});
+    snapshot.activePane = activeIndex_;
+    snapshot.showSidebar = sidebarVisible_;
+    return snapshot;
+}
+
+}  // namespace tarn

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <QtCore/QObject>
+
+#include "Tarn/model/PaneModel.h"
+#include "Tarn/model/records/SessionState.h"
+#include "TarnCore/base/UUID.h"
+
+namespace tarn {
+
+class AppModel;
+
+/// What one window shows: its panes and switches. Main thread only; `app` outlives it.
+class WindowModel final : public QObject {
+    Q_OBJECT
+public:
+    WindowModel(AppModel& app, const Location& start, QObject* parent = nullptr);
+    WindowModel(AppModel& app, const WindowSnapshot& snapshot, QObject* parent = nullptr);
+    ~WindowModel() override;
+
+    AppModel& app() { return app_; }
+    UUID id() const { return id_; }
+
+    PaneModel& active() { return *panes_[static_cast<std::size_t>(activeIndex_)]; }
+    const PaneModel& active() const { return *panes_[static_cast<std::size_t>(activeIndex_)]; }
+    const std::vector<std::unique_ptr<PaneModel>>& panes() const { return panes_; }
+    int activeIndex() const { return activeIndex_; }
+
+    bool showHidden() const { return showHidden_; }
+    void setShowHidden(bool show);
+    bool sidebarVisible() const { return sidebarVisible_; }
+    void setSidebarVisible(bool visible);
+
+    /// Follows the active pane's location.
+    const QString& title() const { return title_; }
+
+    WindowSnapshot snapshot() const;
+
+    /// Opens what is selected: one folder in the pane, anything else with its program.
+    void openSelection();
+
+    /// Ask the view to put the focus into its path field or its search field.
+    void editPath() { emit editPathRequested(); }
+    void focusSearch() { emit focusSearchRequested(); }
+
+signals:
+    void titleChanged();
+    void showHiddenChanged();
+    void sidebarVisibleChanged();
+    void editPathRequested();
+    void focusSearchRequested();
+    /// Files are to be opened with the desktop's programs for them.
+    void openFilesRequested(const std::vector<tarn::URL>& files);
+    void openWindowRequested(const tarn::URL& folder);
+
+private:
+    void addPane(const Location& location, std::optional<ViewMode> viewMode);
+    void updateTitle();
+
+    AppModel& app_;
+    UUID id_ = UUID::random();
+    std::vector<std::unique_ptr<PaneModel>> panes_;
+    int activeIndex_ = 0;
+    bool showHidden_ = false;
+    bool sidebarVisible_ = true;
+    QString title_;
+};
+
+}  // namespace tarn

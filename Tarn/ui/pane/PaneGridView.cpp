@@ -1,0 +1,203 @@
+#include "Tarn/ui/pane/PaneGridView.h"
+
+#include <algorithm>
+
+#include <QtGui/QTextLayout>
+
+#include "Tarn/model/PaneModel.h"
+#include "Tarn/ui/theme/Colors.h"
+#include "Tarn/ui/theme/Fonts.h"
+#include "Tarn/ui/theme/Icons.h"
+#include "Tarn/ui/theme/Metrics.h"
+#include "Tarn/ui/theme/Paint.h"
+
+namespace tarn {
+namespace {
+
+constexpr int gap = Metrics::space6;
+constexpr int margin = Metrics::space16;
+constexpr int padding = Metrics::space6;
+constexpr int nameLines = 2;
+constexpr int narrowestCell = 96;
+constexpr double hiddenOpacity = 0.55;
+
+/// A name in at most two lines; the second is elided in its middle, so that the extension stays.
+QStringList nameLinesOf(const QString& name, const QFont& font, int width) {
+    const QFontMetrics metrics(font);
+    if (metrics.horizontalAdvance(name) <= width) return {name};
+    QTextLayout layout(name, font);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    QTextLine first = layout.createLine();
+    first.setLineWidth(width);
+    layout.endLayout();
+    const auto end = static_cast<qsizetype>(first.textLength());
+    return {name.left(end).trimmed(),
+            metrics.elidedText(name.mid(end).trimmed(), Qt::ElideMiddle, width)};
+}
+
+bool isElided(const QString& name, const QFont& font, int width) {
+    return nameLinesOf(name, font, width).join(QString()).contains(QChar(0x2026)) &&
+           !name.contains(QChar(0x2026));
+}
+
+}  // namespace
+
+PaneGridView::PaneGridView(PaneModel& pane, QWidget* parent) : PaneView(pane, parent) {
+    setObjectName(QStringLiteral("paneGrid"));
+    setAccessibleName(tr("Files"));
+    connect(&pane, &PaneModel::iconSizeChanged, this, [this] {
+        updateGeometries();
+        viewport()->update();
+    });
+}
+
+int PaneGridView::iconSize() const { return static_cast<int>(pane().iconSize()); }
+
+PaneGridView::Cells PaneGridView::cells() const {
+    Cells cells;
+    const int lines = nameLines * QFontMetrics(Fonts::body()).lineSpacing();
+    cells.size = {std::max(narrowestCell, iconSize() + 2 * Metrics::space16),
+                  padding + iconSize() + Metrics::space6 + lines + padding};
+    const int room = std::max(cells.size.width(), viewport()->width() - 2 * margin);
+    cells.columns = std::max(1, (room + gap) / (cells.size.width() + gap));
+    // What is left over goes between the columns, so that both edges stay straight.
+    const int used = cells.columns * cells.size.width();
+    const int between = cells.columns > 1 ? (room - used) / (cells.columns - 1) : 0;
+    // With few items a sparse row would look torn apart.
+    cells.pitch = cells.size.width() + std::min(between, 3 * gap);
+    cells.left = margin;
+    cells.vertical = cells.size.height() + gap;
+    return cells;
+}
+
+int PaneGridView::stepHeight() const { return cells().vertical / 3; }
+
+int PaneGridView::contentHeight() const {
+    const Cells cells = this->cells();
+    const int lines = (rowCount() + cells.columns - 1) / cells.columns;
+    return lines * cells.vertical - gap + 2 * margin;
+}
+
+QRect PaneGridView::rowRect(int row) const {
+    const Cells cells = this->cells();
+    return {QPoint(cells.left + row % cells.columns * cells.pitch,
+                   margin + row / cells.columns * cells.vertical),
+            cells.size};
+}
+
+std::optional<PaneView::Rows> PaneGridView::rowsIn(const QRect& content) const {
+    const Cells cells = this->cells();
+    const int firstLine = std::max(0, (content.top() - margin) / cells.vertical);
+    const int lastLine = (content.bottom() - margin) / cells.vertical;
+    const int first = firstLine * cells.columns;
+    const int last = std::min(rowCount() - 1, (lastLine + 1) * cells.columns - 1);
+    if (content.bottom() < margin || first > last) return std::nullopt;
+    return Rows{first, last};
+}
+
+int PaneGridView::rowNearest(const QPoint& content) const {
+    if (rowCount() == 0) return -1;
+    const Cells cells = this->cells();
+    const int line = std::max(0, content.y() - margin) / cells.vertical;
+    const int column = std::clamp((content.x() - cells.left) / cells.pitch, 0, cells.columns - 1);
+    return std::min(line * cells.columns + column, rowCount() - 1);
+}
+
+int PaneGridView::rowAt(const QPoint& content) const {
+    const int row = rowNearest(content);
+    return row >= 0 && rowRect(row).contains(content) ? row : -1;
+}
+
+QItemSelection PaneGridView::rowsTouching(const QRect& content) const {
+    QItemSelection touched;
+    const auto rows = rowsIn(content);
+    if (!rows) return touched;
+    for (int row = rows->first; row <= rows->last; ++row) {
+        if (rowRect(row).intersects(content)) touched.append(rowRange(row, row).front());
+    }
+    return touched;
+}
+
+int PaneGridView::rowAfter(int row, CursorAction action) const {
+    const Cells cells = this->cells();
+    const int page = std::max(1, viewport()->height() / cells.vertical) * cells.columns;
+    const bool mirrored = isRightToLeft();
+    switch (action) {
+        case MoveUp:
+            return row >= cells.columns ? row - cells.columns : row;
+        case MoveDown:
+            return row + cells.columns < rowCount()                         ? row + cells.columns
+                   : row / cells.columns < (rowCount() - 1) / cells.columns ? rowCount() - 1
+                                                                            : row;
+        case MoveLeft:
+            return mirrored ? row + 1 : row - 1;
+        case MoveRight:
+            return mirrored ? row - 1 : row + 1;
+        case MovePrevious:
+            return row - 1;
+        case MoveNext:
+            return row + 1;
+        case MovePageUp:
+            return row - page;
+        case MovePageDown:
+            return row + page;
+        case MoveHome:
+            return 0;
+        case MoveEnd:
+            return rowCount() - 1;
+    }
+    return row;
+}
+
+void PaneGridView::paintPicture(QPainter& painter, const FileItem& item, const QRect& place) const {
+    const auto pixels = static_cast<int>(iconSize() * devicePixelRatioF());
+    const QPixmap picture = thumbnail_ ? thumbnail_(item, pixels) : QPixmap();
+    if (picture.isNull()) {
+        Icons::forItem(item).paint(&painter, place);
+        return;
+    }
+    // Small pictures are not blown up.
+    QSizeF size = picture.deviceIndependentSize();
+    if (size.width() > place.width() || size.height() > place.height())
+        size.scale(place.size(), Qt::KeepAspectRatio);
+    QRectF target({}, size);
+    target.moveCenter(QRectF(place).center());
+    target.moveBottom(place.bottom());
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(target, picture, QRectF(picture.rect()));
+    // White pages must stand out on white.
+    Paint::outline(painter, target, 0, Colors::current().border, Metrics::hairline);
+}
+
+void PaneGridView::paintRow(QPainter& painter, int row, const QRect& rect) {
+    const FileItem& item = pane().items().item(row);
+    Paint::row(painter, rect, isSelected(row), isHovered(row));
+    if (hasCursor(row))
+        Paint::focusRing(painter, QRectF(rect).adjusted(1, 1, -1, -1), Metrics::radiusRow);
+    painter.setOpacity(item.isHidden ? hiddenOpacity : 1.0);
+    const QRect place(rect.left() + (rect.width() - iconSize()) / 2, rect.top() + padding,
+                      iconSize(), iconSize());
+    paintPicture(painter, item, place);
+
+    painter.setFont(Fonts::body());
+    painter.setPen(palette().color(QPalette::Text));
+    const int width = rect.width() - 2 * padding;
+    const int lineHeight = QFontMetrics(painter.font()).lineSpacing();
+    int top = place.bottom() + 1 + Metrics::space6;
+    for (const QString& line : nameLinesOf(PaneItems::displayName(item), painter.font(), width)) {
+        painter.drawText(QRect(rect.left() + padding, top, width, lineHeight),
+                         Qt::AlignHCenter | Qt::AlignVCenter | Qt::TextSingleLine, line);
+        top += lineHeight;
+    }
+    painter.setOpacity(1);
+}
+
+QString PaneGridView::elidedName(int row, const QPoint&) const {
+    const QString name = PaneItems::displayName(pane().items().item(row));
+    return isElided(name, Fonts::body(), cells().size.width() - 2 * padding) ? name : QString();
+}
+
+}  // namespace tarn

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <functional>
+
+#include <QtGui/QPixmap>
+
+#include "Tarn/ui/pane/PaneView.h"
+
+namespace tarn {
+
+struct FileItem;
+
+/// A pane as a grid of icons, with names of up to two lines below them.
+class PaneGridView final : public PaneView {
+    Q_OBJECT
+public:
+    PaneGridView(PaneModel& pane, QWidget* parent);
+
+    /// The picture to draw for an item instead of its icon, about `pixels` physical pixels wide or
+    /// high; null for none, or none yet. Called while painting, so it must not wait.
+    using Thumbnail = std::function<QPixmap(const FileItem& item, int pixels)>;
+    void setThumbnails(Thumbnail thumbnail) { thumbnail_ = std::move(thumbnail); }
+
+protected:
+    QRect rowRect(int row) const override;
+    int contentHeight() const override;
+    std::optional<Rows> rowsIn(const QRect& content) const override;
+    int rowNearest(const QPoint& content) const override;
+    int rowAt(const QPoint& content) const override;
+    QItemSelection rowsTouching(const QRect& content) const override;
+    void paintRow(QPainter& painter, int row, const QRect& rect) override;
+    int rowAfter(int row, CursorAction action) const override;
+    int stepHeight() const override;
+    QString elidedName(int row, const QPoint& content) const override;
+
+private:
+    struct Cells {
+        int columns = 1;
+        int pitch = 1;  ///< From the left edge of a cell to that of the next.
+        QSize size;
+        int left = 0;      ///< Of the first column.
+        int vertical = 1;  ///< From the top of a cell to that of the one below.
+    };
+    Cells cells() const;
+    int iconSize() const;
+    void paintPicture(QPainter& painter, const FileItem& item, const QRect& place) const;
+
+    Thumbnail thumbnail_;
+};
+
+}  // namespace tarn

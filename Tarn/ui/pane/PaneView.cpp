@@ -1,0 +1,306 @@
+#include "Tarn/ui/pane/PaneView.h"
+
+#include <algorithm>
+
+#include <QtGui/QHelpEvent>
+#include <QtWidgets/QScrollBar>
+#include <QtWidgets/QToolTip>
+
+#include "Tarn/model/PaneModel.h"
+#include "Tarn/ui/theme/Colors.h"
+#include "Tarn/ui/theme/Metrics.h"
+#include "Tarn/ui/theme/Paint.h"
+
+namespace tarn {
+namespace {
+
+/// Milliseconds after which typed letters begin a new word.
+constexpr qint64 typingPause = 1000;
+
+constexpr int bandFillAlpha = 40;
+
+}  // namespace
+
+PaneView::PaneView(PaneModel& pane, QWidget* parent) : QAbstractItemView(parent), pane_(pane) {
+    setModel(&pane.items());
+    setSelectionModel(&pane.selection());
+    setSelectionMode(ExtendedSelection);
+    setSelectionBehavior(SelectRows);
+    setEditTriggers(NoEditTriggers);
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(ScrollPerPixel);
+    setMouseTracking(true);
+    viewport()->setMouseTracking(true);
+    // The default context menu of a scroll area holds nothing.
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(&pane, &PaneModel::rowsChanged, this, [this] {
+        updateGeometries();
+        viewport()->update();
+    });
+    connect(&pane, &PaneModel::locationChanged, this, [this] {
+        updateGeometries();
+        verticalScrollBar()->setValue(0);
+        viewport()->update();
+    });
+    connect(&pane.selection(), &QItemSelectionModel::currentChanged, this,
+            [this](const QModelIndex& current) {
+                if (!isVisible() && current.isValid()) scrollTo(current);
+            });
+}
+
+int PaneView::rowCount() const { return pane_.items().count(); }
+
+int PaneView::verticalOffset() const { return verticalScrollBar()->value(); }
+
+QPoint PaneView::toContent(const QPoint& viewportPoint) const {
+    return viewportPoint + QPoint(0, verticalOffset());
+}
+
+QRect PaneView::visualRect(const QModelIndex& index) const {
+    if (!index.isValid()) return {};
+    return rowRect(index.row()).translated(0, -verticalOffset());
+}
+
+QModelIndex PaneView::indexAt(const QPoint& point) const {
+    const int row = rowAt(toContent(point));
+    return row < 0 ? QModelIndex() : model()->index(row, 0);
+}
+
+void PaneView::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    if (!index.isValid()) return;
+    const QRect rect = rowRect(index.row());
+    const int top = rect.top() - Metrics::space4;
+    const int bottom = rect.bottom() + Metrics::space4;
+    const int height = viewport()->height();
+    int value = verticalOffset();
+    switch (hint) {
+        case EnsureVisible:
+            if (top < value)
+                value = top;
+            else if (bottom > value + height)
+                value = bottom - height;
+            break;
+        case PositionAtTop:
+            value = top;
+            break;
+        case PositionAtBottom:
+            value = bottom - height;
+            break;
+        case PositionAtCenter:
+            value = rect.center().y() - height / 2;
+            break;
+    }
+    verticalScrollBar()->setValue(value);
+}
+
+std::optional<PaneView::Rows> PaneView::visibleRows() const {
+    return rowsIn(QRect(QPoint(0, verticalOffset()), viewport()->size()));
+}
+
+void PaneView::updateGeometries() {
+    const int hidden = std::max(0, contentHeight() - viewport()->height());
+    verticalScrollBar()->setRange(0, hidden);
+    verticalScrollBar()->setPageStep(viewport()->height());
+    verticalScrollBar()->setSingleStep(stepHeight());
+    QAbstractItemView::updateGeometries();
+}
+
+void PaneView::scrollContentsBy(int dx, int dy) {
+    viewport()->scroll(dx, dy);
+    hover(rowAt(toContent(viewport()->mapFromGlobal(QCursor::pos()))));
+}
+
+void PaneView::resizeEvent(QResizeEvent* event) {
+    updateGeometries();
+    QAbstractItemView::resizeEvent(event);
+}
+
+// --- Painting
+
+bool PaneView::isSelected(int row) const { return selectionModel()->isRowSelected(row); }
+
+bool PaneView::hasCursor(int row) const {
+    return showsCursor_ && hasFocus() && currentIndex().row() == row;
+}
+
+void PaneView::paintEvent(QPaintEvent* event) {
+    QPainter painter(viewport());
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillRect(event->rect(), palette().base());
+    const QPoint offset(0, verticalOffset());
+    if (const auto rows = rowsIn(event->rect().translated(offset))) {
+        for (int row = rows->first; row <= rows->last; ++row)
+            paintRow(painter, row, rowRect(row).translated(-offset));
+    }
+    paintBand(painter);
+    // While results stream in, what has been on the screen keeps its place.
+    if (const auto rows = visibleRows()) pane_.rowsSeen(rows->last + 1);
+}
+
+void PaneView::paintBand(QPainter& painter) const {
+    if (!bandStart_) return;
+    const QRect band = QRect(*bandStart_, bandEnd_).normalized().translated(0, -verticalOffset());
+    QColor fill = Colors::current().accent;
+    fill.setAlpha(bandFillAlpha);
+    Paint::fill(painter, band, Metrics::radiusSmall, fill);
+    Paint::outline(painter, band, Metrics::radiusSmall, Colors::current().accent,
+                   Metrics::hairline);
+}
+
+// --- Pointer
+
+void PaneView::hover(int row) {
+    if (row == hovered_) return;
+    const int old = hovered_;
+    hovered_ = row;
+    const QPoint offset(0, verticalOffset());
+    if (old >= 0 && old < rowCount()) viewport()->update(rowRect(old).translated(-offset));
+    if (row >= 0) viewport()->update(rowRect(row).translated(-offset));
+}
+
+bool PaneView::viewportEvent(QEvent* event) {
+    switch (event->type()) {
+        case QEvent::Leave:
+            hover(-1);
+            break;
+        case QEvent::ToolTip: {
+            const auto* help = static_cast<QHelpEvent*>(event);
+            const QPoint point = toContent(help->pos());
+            const int row = rowAt(point);
+            const QString name = row < 0 ? QString() : elidedName(row, point);
+            if (name.isEmpty())
+                QToolTip::hideText();
+            else
+                QToolTip::showText(help->globalPos(), name.toHtmlEscaped(), viewport(),
+                                   visualRect(model()->index(row, 0)));
+            return true;
+        }
+        default:
+            break;
+    }
+    return QAbstractItemView::viewportEvent(event);
+}
+
+void PaneView::mousePressEvent(QMouseEvent* event) {
+    showsCursor_ = false;
+    pane_.holdRows();
+    QAbstractItemView::mousePressEvent(event);
+    if (event->button() == Qt::LeftButton && !indexAt(event->pos()).isValid()) {
+        bandStart_ = bandEnd_ = toContent(event->pos());
+    }
+}
+
+void PaneView::mouseMoveEvent(QMouseEvent* event) {
+    const int row = rowAt(toContent(event->pos()));
+    hover(row);
+    if (row >= 0) pane_.holdRows();
+    if (bandStart_) {
+        bandEnd_ = toContent(event->pos());
+        viewport()->update();
+    }
+    QAbstractItemView::mouseMoveEvent(event);
+}
+
+void PaneView::mouseReleaseEvent(QMouseEvent* event) {
+    QAbstractItemView::mouseReleaseEvent(event);
+    if (!bandStart_) return;
+    bandStart_.reset();
+    viewport()->update();
+}
+
+// --- Selection
+
+QItemSelection PaneView::rowRange(int first, int last) const {
+    return QItemSelection(model()->index(first, 0), model()->index(last, paneColumnCount - 1));
+}
+
+void PaneView::setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) {
+    const QPoint offset(0, verticalOffset());
+    if (bandStart_) {
+        const QRect band = QRect(*bandStart_, bandEnd_).normalized();
+        selectionModel()->select(rowsTouching(band), command);
+        return;
+    }
+    // The corners are the row where the selection began and the one it has come to.
+    const int from = rowNearest(rect.topLeft() + offset);
+    const int to = rowNearest(rect.bottomRight() + offset);
+    if (from < 0 || to < 0) {
+        selectionModel()->select(QItemSelection(), command);
+        return;
+    }
+    selectionModel()->select(rowRange(std::min(from, to), std::max(from, to)), command);
+}
+
+QRegion PaneView::visualRegionForSelection(const QItemSelection& selection) const {
+    const auto visible = visibleRows();
+    if (!visible) return {};
+    QRegion region;
+    const QPoint offset(0, verticalOffset());
+    for (const QItemSelectionRange& range : selection) {
+        const int first = std::max(range.top(), visible->first);
+        const int last = std::min(range.bottom(), visible->last);
+        for (int row = first; row <= last; ++row) region += rowRect(row).translated(-offset);
+    }
+    return region;
+}
+
+// --- Keyboard
+
+void PaneView::enter() {
+    setFocus(Qt::OtherFocusReason);
+    showsCursor_ = true;
+    if (rowCount() == 0) return;
+    if (!currentIndex().isValid() || !selectionModel()->hasSelection())
+        selectionModel()->setCurrentIndex(
+            currentIndex().isValid() ? currentIndex() : model()->index(0, 0),
+            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    scrollTo(currentIndex());
+    viewport()->update();
+}
+
+QModelIndex PaneView::moveCursor(CursorAction action, Qt::KeyboardModifiers) {
+    if (rowCount() == 0) return {};
+    const int current = currentIndex().row();
+    if (current < 0) return model()->index(action == MoveEnd ? rowCount() - 1 : 0, 0);
+    const int row = std::clamp(rowAfter(current, action), 0, rowCount() - 1);
+    return model()->index(row, 0);
+}
+
+bool PaneView::isTyping() const {
+    return !typed_.isEmpty() && sinceTyped_.isValid() && sinceTyped_.elapsed() < typingPause;
+}
+
+void PaneView::keyPressEvent(QKeyEvent* event) {
+    showsCursor_ = true;
+    pane_.holdRows();
+    if (event->key() == Qt::Key_Up && event->modifiers() == Qt::NoModifier &&
+        currentIndex().row() <= 0 && visibleRows()) {
+        emit leftAtTop();
+        return;
+    }
+    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier && isTyping()) {
+        keyboardSearch(event->text());
+        return;
+    }
+    QAbstractItemView::keyPressEvent(event);
+    viewport()->update();
+}
+
+void PaneView::keyboardSearch(const QString& text) {
+    if (text.isEmpty() || !text.front().isPrint()) return;
+    const bool goesOn = isTyping();
+    const bool repeats = goesOn && typed_ == text;
+    typed_ = goesOn && !repeats ? typed_ + text : text;
+    sinceTyped_.start();
+    const int current = std::max(0, currentIndex().row());
+    // One letter looks further on, so that pressing it again leads to the next name with it.
+    const int from = goesOn && !repeats ? current : current + (currentIndex().isValid() ? 1 : 0);
+    const auto row = pane_.items().rowWithPrefix(typed_.toStdString(), from);
+    if (!row) return;
+    selectionModel()->setCurrentIndex(
+        model()->index(*row, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    scrollTo(model()->index(*row, 0));
+}
+
+}  // namespace tarn

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <optional>
+
+#include <QtCore/QElapsedTimer>
+#include <QtWidgets/QAbstractItemView>
+
+namespace tarn {
+
+class PaneModel;
+
+/// What the list and the grid of a pane share: rows of one size, so that every question about
+/// geometry is answered by arithmetic and 100,000 rows cost as much as ten.
+///
+/// Content coordinates begin at the first row; viewport coordinates are those of the screen.
+class PaneView : public QAbstractItemView {
+    Q_OBJECT
+public:
+    PaneView(PaneModel& pane, QWidget* parent);
+
+    PaneModel& pane() const { return pane_; }
+
+    QRect visualRect(const QModelIndex& index) const override;
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+    QModelIndex indexAt(const QPoint& point) const override;
+    /// Letters typed one after the other go to the first name that begins with them.
+    void keyboardSearch(const QString& text) override;
+
+    /// The rows that are on the screen, the last one included; absent when there are none.
+    struct Rows {
+        int first = 0;
+        int last = 0;
+    };
+    std::optional<Rows> visibleRows() const;
+
+    /// Puts the focus here and selects the first row when none is.
+    void enter();
+
+signals:
+    /// Up was pressed on the first row.
+    void leftAtTop();
+
+protected:
+    /// Of a row, in content coordinates.
+    virtual QRect rowRect(int row) const = 0;
+    /// Height of everything, margins included.
+    virtual int contentHeight() const = 0;
+    /// Those that touch a rectangle of the content; absent when none does.
+    virtual std::optional<Rows> rowsIn(const QRect& content) const = 0;
+    /// The row whose place is nearest to a point of the content; -1 without rows.
+    virtual int rowNearest(const QPoint& content) const = 0;
+    /// The row under a point of the content, or -1.
+    virtual int rowAt(const QPoint& content) const = 0;
+    /// The rows inside a rubber band.
+    virtual QItemSelection rowsTouching(const QRect& content) const = 0;
+    virtual void paintRow(QPainter& painter, int row, const QRect& rect) = 0;
+    /// The row that a cursor key leads to from `row`.
+    virtual int rowAfter(int row, CursorAction action) const = 0;
+    virtual int stepHeight() const = 0;
+    /// The full name when it does not fit; else empty.
+    virtual QString elidedName(int row, const QPoint& content) const = 0;
+
+    bool isSelected(int row) const;
+    bool isHovered(int row) const { return row == hovered_; }
+    /// The row has the keyboard, and the person uses it.
+    bool hasCursor(int row) const;
+    QItemSelection rowRange(int first, int last) const;
+    int rowCount() const;
+    QPoint toContent(const QPoint& viewportPoint) const;
+
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    int horizontalOffset() const override { return 0; }
+    int verticalOffset() const override;
+    bool isIndexHidden(const QModelIndex&) const override { return false; }
+    void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
+    QRegion visualRegionForSelection(const QItemSelection& selection) const override;
+    void updateGeometries() override;
+    void scrollContentsBy(int dx, int dy) override;
+
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+
+private:
+    void hover(int row);
+    void paintBand(QPainter& painter) const;
+    bool isTyping() const;
+
+    PaneModel& pane_;
+    int hovered_ = -1;
+    std::uint64_t shownNavigation_ = 0;
+    QString typed_;
+    QElapsedTimer sinceTyped_;
+    std::optional<QPoint> bandStart_;  ///< Content coordinates; a rubber band is being drawn.
+    QPoint bandEnd_;
+    bool showsCursor_ = false;  ///< The keyboard was used last, not the pointer.
+};
+
+}  // namespace tarn
