@@ -49,6 +49,19 @@ std::string americanNumber(double value, int mostDecimals) {
     return grouped(std::move(text)) + decimals;
 }
 
+/// A date pattern quotes its words ("{1} 'um' {0}"), which a SimpleFormatter would show.
+icu::UnicodeString withoutQuotes(const icu::UnicodeString& pattern) {
+    icu::UnicodeString out;
+    for (int32_t i = 0; i < pattern.length(); ++i) {
+        if (pattern[i] != u'\'') {
+            out.append(pattern[i]);
+        } else if (i + 1 < pattern.length() && pattern[i + 1] == u'\'') {
+            out.append(pattern[i++]);
+        }
+    }
+    return out;
+}
+
 std::string twoDigits(int n) { return (n < 10 ? "0" : "") + std::to_string(n); }
 
 icu::MeasureUnit measureUnit(std::size_t unit) {
@@ -133,7 +146,8 @@ struct LocalisedPatterns::ICUFormats {
                 icu::DateTimePatternGenerator::createInstance(locale, status));
             if (U_FAILURE(status)) return day + " " + time;
             // {0} is the time. The long form says "at" where the language does.
-            const icu::UnicodeString pattern = generator->getDateTimeFormat(UDAT_LONG, status);
+            const icu::UnicodeString pattern =
+                withoutQuotes(generator->getDateTimeFormat(UDAT_LONG, status));
             glue.emplace(U_SUCCESS(status) ? pattern : ICU::text("{1} {0}"), 2, 2, status);
         }
         icu::UnicodeString text;
