@@ -179,7 +179,7 @@ std::string bash() {
         "    elif [[ $previous == '=' ]]; then\n"
         "        previous=${COMP_WORDS[COMP_CWORD-2]}\n"
         "    fi\n"
-        "    local command= i\n"
+        "    local command='' i\n"
         "    for ((i = 1; i < COMP_CWORD; i++)); do\n"
         "        if [[ ${COMP_WORDS[i]} != -* ]]; then\n"
         "            command=${COMP_WORDS[i]}\n"

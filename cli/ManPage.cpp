@@ -8,19 +8,36 @@
 namespace tarn::cli {
 namespace {
 
-/// Text as roff takes it: backslashes and dashes are its own characters, and a line that begins
-/// with a dot or an apostrophe would be a request. Characters beyond ASCII stay as they are, which
-/// every man program of today reads as UTF-8.
+/// Text as roff takes it. Backslashes are its own; dashes, apostrophes and tildes would turn into
+/// typographic ones, which nobody could paste into a shell; a line that begins with a dot would be
+/// a request. Characters beyond ASCII stay: man reads UTF-8.
 std::string roff(std::string_view text) {
     std::string out;
     for (const char byte : text) {
-        if (byte == '\\') {
-            out += "\\e";
-        } else if (byte == '-') {
-            out += "\\-";
-        } else {
-            if ((byte == '.' || byte == '\'') && (out.empty() || out.back() == '\n')) out += "\\&";
-            out += byte;
+        switch (byte) {
+            case '\\':
+                out += "\\e";
+                break;
+            case '-':
+                out += "\\-";
+                break;
+            case '\'':
+                out += "\\(aq";
+                break;
+            case '~':
+                out += "\\(ti";
+                break;
+            case '^':
+                out += "\\(ha";
+                break;
+            case '`':
+                out += "\\(ga";
+                break;
+            case '.':
+                if (out.empty() || out.back() == '\n') out += "\\&";
+                [[fallthrough]];
+            default:
+                out += byte;
         }
     }
     return out;

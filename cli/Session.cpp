@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "TarnCore/base/Error.h"
+#include "TarnCore/files/Format.h"
 #include "TarnCore/platform/Platform.h"
 
 namespace tarn::cli {
@@ -55,5 +56,6 @@ const Calendar& Session::calendar() {
     return *calendar_;
 }
 
+void Session::useLocaleForFormats() { Format::use(locale(), calendar()); }
 
 }  // namespace tarn::cli

@@ -35,6 +35,8 @@ public:
     Date now() const;
     const Locale& locale();
     const Calendar& calendar();
+    /// Call before Format is used, which then writes for the user's language and time zone.
+    void useLocaleForFormats();
 
 private:
     bool quiet_;

@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string_view>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <fcntl.h>
@@ -94,6 +95,7 @@ void readAll(int out, int errors, Printed& printed) {
     ::setenv("PATH", path.c_str(), 1);
     ::setenv("HOME", home.c_str(), 1);
     ::setenv("TARN_ISOLATED_ROOT", root.c_str(), 1);
+    ::setenv("XDG_DATA_DIRS", (root + "/nowhere").c_str(), 1);  // types by the built-in table alone
     ::setenv("TZ", "UTC", 1);
     ::setenv("LC_ALL", "en_US.UTF-8", 1);
     ::setenv("TERM", "xterm", 1);
@@ -154,16 +156,20 @@ Transcript::Transcript(const std::filesystem::path& file) {
     bool inTree = false;
     bool inEntry = false;
     int number = 0;
+    std::string before;
     for (std::string line; std::getline(in, line);) {
         ++number;
         const bool onTerminal = line.starts_with("tty$ ");
         if (inEntry) {
             entries_.back().expected += line + "\n";
             if (std::regex_match(line, std::regex(R"(\[\d+\])"))) inEntry = false;
+            continue;
         } else if (onTerminal || line.starts_with("$ ")) {
-            entries_.push_back({number, line.substr(onTerminal ? 5 : 2), onTerminal, {}});
+            entries_.push_back({number, before, line.substr(onTerminal ? 5 : 2), onTerminal, {}});
+            before.clear();
             inEntry = true;
             inTree = false;
+            continue;
         } else if (line == "tree") {
             inTree = true;
         } else if (inTree && line.starts_with("  ")) {
@@ -171,15 +177,21 @@ Transcript::Transcript(const std::filesystem::path& file) {
         } else if (!line.empty() && !line.starts_with('#')) {
             ADD_FAILURE() << file << ":" << number << ": neither tree, command nor comment";
         }
+        before += line + "\n";
     }
     EXPECT_FALSE(inEntry) << file << ": the last command has no exit status";
     EXPECT_FALSE(entries_.empty()) << file;
 }
 
 void Transcript::makeTree(const TestFolder& root) const {
+    struct Stamp {
+        std::string path;
+        std::string time;
+    };
+    std::vector<Stamp> stamps;
     root.folder("Home");
     for (const std::string& line : tree_) {
-        static const std::regex form(R"((\S+?)(?: -> (\S+))?(?: (\d+))?(?: (\S+Z))?)");
+        static const std::regex form(R"(((?:\\.|\S)+?)(?: -> (\S+))?(?: (\d+))?(?: (\S+Z))?)");
         std::smatch parts;
         if (!std::regex_match(line, parts, form)) {
             ADD_FAILURE() << "not a line of a tree: " << line;
@@ -191,11 +203,17 @@ void Transcript::makeTree(const TestFolder& root) const {
         } else if (path.ends_with('/')) {
             root.folder(path);
         } else {
-            const URL url = root.sparseFile(path, parts[3].matched ? std::stoll(parts[3]) : 0);
-            const auto modified = Date::fromISO8601(
-                parts[4].matched ? parts[4].str() : std::string("2026-03-01T00:00:00Z"));
-            root.setModified(url, modified.value());
+            root.sparseFile(path, parts[3].matched ? std::stoll(parts[3]) : 0);
         }
+        stamps.push_back(
+            {(root / path).path(), parts[4].matched ? parts[4].str() : "2026-03-01T00:00:00Z"});
+    }
+    // Making a file touches its folder, so the times come last; those of links are their own.
+    for (const Stamp& stamp : stamps) {
+        const timespec time = {Date::fromISO8601(stamp.time).value().unixSeconds(), 0};
+        const std::array times = {time, time};
+        EXPECT_EQ(::utimensat(AT_FDCWD, stamp.path.c_str(), times.data(), AT_SYMLINK_NOFOLLOW), 0)
+            << stamp.path;
     }
 }
 
@@ -210,6 +228,16 @@ std::string Transcript::run(const Entry& entry, const TestFolder& root) const {
     text = escaped(Text::replacing(text, path, "ROOT"));
     static const std::regex births(R"re(("(?:created|added)": ?)[0-9.]+)re");
     return std::regex_replace(text, births, "$1…");
+}
+
+void Transcript::record(const std::filesystem::path& file,
+                        const std::vector<std::string>& printed) const {
+    std::ofstream out(file);
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        const Entry& entry = entries_[i];
+        out << entry.before << (entry.onTerminal ? "tty$ " : "$ ") << entry.command << '\n'
+            << printed[i];
+    }
 }
 
 }  // namespace tarn::cli
