@@ -197,9 +197,9 @@ std::optional<std::int64_t> Arguments::number(std::string_view option, std::int6
 
 std::string Arguments::text() const {
     std::string text;
-    for (const std::string_view word : rest_) {
-        if (&word != &rest_.front()) text += ' ';
-        text += word;
+    for (std::size_t i = 0; i < rest_.size(); ++i) {
+        if (i > 0) text += ' ';
+        text += rest_[i];
     }
     return text;
 }
