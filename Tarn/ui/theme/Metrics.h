@@ -59,8 +59,11 @@ inline constexpr int contentMinimum = 360;
 inline constexpr int sidebarFolds = 700;
 inline constexpr int inspectorFolds = 900;
 
+inline constexpr int searchFieldMinimum = 120;
 inline constexpr int searchFieldWidth = 220;
 inline constexpr int searchFieldFocused = 340;
+inline constexpr int pathBarMinimum = 160;
+inline constexpr int crumbMaximum = 240;
 inline constexpr int stateTextWidth = 420;
 
 /// Motion, in milliseconds; none at all when the style's animation duration is 0.

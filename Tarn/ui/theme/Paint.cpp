@@ -31,6 +31,15 @@ void focusRing(QPainter& painter, const QRectF& rect, qreal radius) {
     outline(painter, rect, radius, Colors::current().accent, Metrics::focusRing);
 }
 
+void field(QPainter& painter, const QRectF& rect, bool focused) {
+    const Colors& colors = Colors::current();
+    fill(painter, rect, Metrics::radiusControl, colors.base);
+    if (focused)
+        focusRing(painter, rect, Metrics::radiusControl);
+    else
+        outline(painter, rect, Metrics::radiusControl, colors.border, Metrics::hairline);
+}
+
 void row(QPainter& painter, const QRectF& rect, bool selected, bool hovered, bool left,
          bool right) {
     if (!selected && !hovered) return;

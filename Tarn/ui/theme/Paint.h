@@ -17,6 +17,9 @@ void outline(QPainter& painter, const QRectF& rect, qreal radius, const QColor& 
 /// The mark of the control that has the keyboard.
 void focusRing(QPainter& painter, const QRectF& rect, qreal radius);
 
+/// The ground of a field for text: a line around it, the focus ring while it has the keyboard.
+void field(QPainter& painter, const QRectF& rect, bool focused);
+
 /// The ground of a selected or hovered row: the whole width, rounded. Nothing when neither.
 /// `left` and `right` tell which ends of the row lie in this part of it.
 void row(QPainter& painter, const QRectF& rect, bool selected, bool hovered, bool left = true,

@@ -86,12 +86,7 @@ void toolButton(QPainter& painter, const QStyleOption& option) {
 void field(QPainter& painter, const QStyleOption& option) {
     const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(&option);
     if (!frame || frame->lineWidth <= 0) return;
-    const Colors& colors = Colors::current();
-    Paint::fill(painter, option.rect, radiusControl, colors.base);
-    if (option.state & QStyle::State_HasFocus)
-        Paint::focusRing(painter, option.rect, radiusControl);
-    else
-        Paint::outline(painter, option.rect, radiusControl, colors.border, hairline);
+    Paint::field(painter, option.rect, option.state & QStyle::State_HasFocus);
 }
 
 void comboBox(QPainter& painter, const QStyleOptionComboBox& option, const QRect& arrow) {

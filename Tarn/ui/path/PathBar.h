@@ -1,0 +1,72 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <QtWidgets/QWidget>
+
+#include "TarnCore/base/URL.h"
+
+class QToolButton;
+
+namespace tarn {
+
+class CrumbButton;
+class PathEdit;
+
+/// Where the pane is: the folders on the way as buttons, or the path as text. What has no room is
+/// folded on the left into a menu. The disk is never touched on the main thread.
+class PathBar final : public QWidget {
+    Q_OBJECT
+public:
+    explicit PathBar(QWidget* parent = nullptr);
+    ~PathBar() override;
+
+    /// Shows a folder. Ends editing.
+    void setLocation(const URL& folder);
+    /// Shows a place that is no folder: one crumb.
+    void setPlace(std::string_view symbol, const QString& title);
+    const URL& location() const { return location_; }
+    void setIncludeHidden(bool include);
+
+    /// Turns the crumbs into text, all selected.
+    void beginEditing();
+    /// Back to the crumbs; what was typed is dropped.
+    void endEditing();
+    bool isEditing() const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+signals:
+    void folderChosen(const tarn::URL& folder);
+    /// The typed path is a file: its folder is meant, with the file selected.
+    void fileChosen(const tarn::URL& file);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    struct Crumb {
+        URL url;
+        CrumbButton* button;
+    };
+    void rebuild();
+    void layoutCrumbs();
+    void showFolded();
+    CrumbButton* addCrumb(const QString& text, std::string_view symbol);
+
+    URL location_;
+    QString placeTitle_;  ///< Empty while a folder is shown.
+    std::string placeSymbol_;
+    std::vector<Crumb> crumbs_;
+    std::size_t firstShown_ = 0;
+    QToolButton* folded_;
+    PathEdit* edit_;
+};
+
+}  // namespace tarn

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QtCore/QVariantAnimation>
+#include <QtWidgets/QWidget>
+
+class QLineEdit;
+class QToolButton;
+
+namespace tarn {
+
+/// The field that a search is typed into. It grows while it has the keyboard or a text.
+class SearchField final : public QWidget {
+    Q_OBJECT
+public:
+    explicit SearchField(QWidget* parent = nullptr);
+
+    QString text() const;
+    /// Says textChanged() when the text is another one.
+    void setText(const QString& text);
+    void clear();
+    void setPlaceholder(const QString& text);
+    /// Gives it the keyboard with everything selected.
+    void beginEditing();
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+signals:
+    void textChanged(const QString& text);
+    /// Down or Enter: the person goes on to the results.
+    void downPressed();
+    /// The ✕ or Escape took the text away.
+    void cleared();
+    /// Escape while there is no text.
+    void escaped();
+    /// Backspace while there is no text: the last chip is meant.
+    void backspaceInEmpty();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void placeParts();
+    void grow();
+    void takeAway();
+
+    QLineEdit* edit_;
+    QToolButton* clear_;
+    QVariantAnimation growth_;
+    int width_;
+};
+
+}  // namespace tarn

@@ -1,0 +1,76 @@
+#include "Tarn/ui/sidebar/Sidebar.h"
+
+#include <QtGui/QGuiApplication>
+#include <QtGui/QKeyEvent>
+
+#include "Tarn/ui/sidebar/SidebarDelegate.h"
+#include "Tarn/ui/theme/Metrics.h"
+
+namespace tarn {
+
+Sidebar::Sidebar(QWidget* parent) : QListView(parent) {
+    setAccessibleName(tr("Places"));
+    setFrameShape(QFrame::NoFrame);
+    setSelectionMode(QAbstractItemView::NoSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setMouseTracking(true);
+    viewport()->setAttribute(Qt::WA_Hover);
+    viewport()->setBackgroundRole(QPalette::Window);
+    setViewportMargins(0, Metrics::space8, 0, Metrics::space8);
+    setItemDelegate(new SidebarDelegate(*this));
+    setMinimumWidth(Metrics::sidebarMinimum);
+    setMaximumWidth(Metrics::sidebarMaximum);
+    connect(this, &QListView::clicked, this, &Sidebar::choose);
+}
+
+void Sidebar::setModel(SidebarModel* model) {
+    model_ = model;
+    QListView::setModel(model);
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, model,
+            [model](Qt::ApplicationState state) {
+                if (state == Qt::ApplicationActive) model->refresh();
+            });
+    connect(model, &SidebarModel::refreshed, this, [this] { setCurrent(current_); });
+    setCurrent(current_);
+}
+
+void Sidebar::setCurrent(const Location& location) {
+    current_ = location;
+    if (!model_) return;
+    const auto row = model_->indexOf(location);
+    setCurrentIndex(row ? model_->index(*row) : QModelIndex());
+    viewport()->update();
+}
+
+QSize Sidebar::sizeHint() const {
+    return {Metrics::sidebarDefault, QListView::sizeHint().height()};
+}
+
+void Sidebar::choose(const QModelIndex& index) {
+    if (!model_ || !index.isValid()) return;
+    const SidebarRow& row = model_->row(index.row());
+    if (row.kind != SidebarRow::Kind::heading) emit chosen(row.location);
+}
+
+void Sidebar::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_Space:
+            choose(currentIndex());
+            return;
+        default:
+            QListView::keyPressEvent(event);
+    }
+}
+
+void Sidebar::focusInEvent(QFocusEvent* event) {
+    QListView::focusInEvent(event);
+    if (!currentIndex().isValid() && model_ && event->reason() != Qt::MouseFocusReason)
+        setCurrentIndex(moveCursor(MoveHome, Qt::NoModifier));
+    viewport()->update();
+}
+
+}  // namespace tarn

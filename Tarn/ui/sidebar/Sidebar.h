@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QtWidgets/QListView>
+
+#include "Tarn/model/SidebarModel.h"
+
+namespace tarn {
+
+/// The places one goes to, by a click or by the arrows and Enter.
+class Sidebar final : public QListView {
+    Q_OBJECT
+public:
+    explicit Sidebar(QWidget* parent = nullptr);
+
+    void setModel(SidebarModel* model);
+    /// Marks the row of what the window shows; none when the sidebar has no such row.
+    void setCurrent(const Location& location);
+    const Location& current() const { return current_; }
+
+    QSize sizeHint() const override;
+
+signals:
+    void chosen(const tarn::Location& location);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+
+private:
+    using QListView::setModel;
+    void choose(const QModelIndex& index);
+
+    SidebarModel* model_ = nullptr;
+    Location current_;
+};
+
+}  // namespace tarn
