@@ -3,6 +3,7 @@
 #include <array>
 #include <cassert>
 #include <charconv>
+#include <chrono>
 #include <optional>
 #include <string_view>
 #include <utility>

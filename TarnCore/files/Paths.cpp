@@ -272,7 +272,7 @@ std::optional<URL> resolve(std::string_view typed, const URL& base) {
     const std::string_view trimmed = Text::trimmed(typed);
     if (trimmed.empty()) return std::nullopt;
     for (const std::string_view text : {typed, trimmed})
-        if (const URL url = typedURL(text, base); exists(url)) return url;
+        if (URL url = typedURL(text, base); exists(url)) return url;
     return std::nullopt;
 }
 

@@ -28,29 +28,29 @@ std::optional<std::size_t> find(const Map& map, std::string_view key) {
 /// The table, made quick to search. Building it takes some twenty microseconds.
 class Index {
 public:
-    Index() : lineages_(declarations().size()) {
+    Index() : lineages(declarations().size()) {
         const auto rows = declarations();
         for (std::size_t i = 0; i < rows.size(); ++i) {
-            identifiers_.emplace(rows[i].identifier, i);
-            forEachWord(rows[i].extensions, [&](auto word) { extensions_.emplace(word, i); });
-            forEachWord(rows[i].mimeTypes, [&](auto word) { mimeTypes_.emplace(word, i); });
+            identifiers.emplace(rows[i].identifier, i);
+            forEachWord(rows[i].extensions, [&](auto word) { extensions.emplace(word, i); });
+            forEachWord(rows[i].mimeTypes, [&](auto word) { mimeTypes.emplace(word, i); });
         }
         for (std::size_t i = 0; i < rows.size(); ++i) resolve(i);
     }
 
-    Map identifiers_;
-    Map extensions_;
-    Map mimeTypes_;
-    std::vector<Set> lineages_;
+    Map identifiers;
+    Map extensions;
+    Map mimeTypes;
+    std::vector<Set> lineages;
 
 private:
     /// The table has no circles, so the depth of this is that of the deepest type.
     const Set& resolve(std::size_t i) {
-        Set& set = lineages_[i];
+        Set& set = lineages[i];
         if (set.any()) return set;
         set.set(i);
         forEachWord(declarations()[i].parents, [&](std::string_view parent) {
-            const auto at = find(identifiers_, parent);
+            const auto at = find(identifiers, parent);
             assert(at && "a parent that is not declared");
             if (at) set |= resolve(*at);
         });
@@ -134,11 +134,11 @@ bool isCameraRaw(std::string_view mimeType) {
 }  // namespace
 
 std::optional<std::size_t> indexOf(std::string_view identifier) {
-    return find(index().identifiers_, identifier);
+    return find(index().identifiers, identifier);
 }
 
 std::optional<std::size_t> indexForExtension(std::string_view lowerExtension) {
-    return find(index().extensions_, lowerExtension);
+    return find(index().extensions, lowerExtension);
 }
 
 std::optional<std::size_t> indexForName(std::string_view lowerName) {
@@ -148,10 +148,10 @@ std::optional<std::size_t> indexForName(std::string_view lowerName) {
 }
 
 std::optional<std::size_t> indexForMIMEType(std::string_view mimeType) {
-    return find(index().mimeTypes_, mimeType);
+    return find(index().mimeTypes, mimeType);
 }
 
-const Set& lineage(std::size_t i) { return index().lineages_[i]; }
+const Set& lineage(std::size_t i) { return index().lineages[i]; }
 
 std::string_view mimeType(std::size_t i) {
     const std::string_view all = declarations()[i].mimeTypes;
