@@ -40,6 +40,8 @@ class MediaMetadata {
 public:
     virtual ~MediaMetadata() = default;
     virtual ItemMetadata read(const URL& url) const = 0;
+    /// When a program last opened the file for the user; the file itself is not read for it.
+    virtual std::optional<Date> lastOpened(const URL& url) const = 0;
 };
 
 }  // namespace tarn

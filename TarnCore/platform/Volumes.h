@@ -25,6 +25,9 @@ struct Mount {
     bool operator==(const Mount&) const = default;
 };
 
+/// The mount whose folder is the longest beginning of the path; null when none is.
+const Mount* mountHolding(const std::vector<Mount>& mounts, const URL& url);
+
 struct VolumeSpace {
     std::int64_t total = 0;  ///< Bytes.
     std::int64_t free = 0;   ///< Bytes that the user may still write.

@@ -1,6 +1,7 @@
 #include <set>
 
 #include "TarnCore/platform/UniformTypes.h"
+#include "TarnCore/platform/linux/DesktopServices.h"
 #include "TarnCore/platform/linux/LinuxContentTypes.h"
 #include "tests/support/TestFolder.h"
 
@@ -101,6 +102,76 @@ TEST(LinuxContentTypes, conformToTheirAncestors) {
         SCOPED_TRACE(std::string(c.type) + " is a " + std::string(c.ancestor));
         EXPECT_EQ(types.conforms(c.type, c.ancestor), c.conforms);
     }
+}
+
+/// A database of two entries that counts its questions.
+class FakeServices final : public DesktopServices {
+public:
+    mutable int questions = 0;
+    std::optional<std::string> mimeTypeForName(const std::string& name) const override {
+        ++questions;
+        if (name.ends_with(".fb2")) return "application/x-fictionbook+xml";
+        if (name.ends_with(".jpegx")) return "image/jpeg";
+        return std::nullopt;
+    }
+    bool isA(const std::string& mimeType, const std::string& ancestor) const override {
+        return mimeType == "application/x-fictionbook+xml" &&
+               (ancestor == "application/xml" || ancestor == "application/zip");
+    }
+    std::string description(const std::string& mimeType) const override {
+        ++questions;
+        if (mimeType == "application/x-fictionbook+xml") return "FictionBook-Dokument";
+        if (mimeType == "application/pdf") return "PDF-Dokument";
+        return "";
+    }
+    std::string genericIcon(const std::string& mimeType) const override {
+        return mimeType == "application/x-fictionbook+xml" ? "x-office-document" : "";
+    }
+    static FakeServices& instance() {
+        static FakeServices services;
+        return services;
+    }
+    static const DesktopServices* load() { return &instance(); }
+};
+
+TEST(LinuxContentTypes, askTheDatabaseOnceAndRememberAcrossRuns) {
+    const TestFolder folder;
+    const URL cache = folder / "cache/types";
+    const std::string book = "dyn.mime.application/x-fictionbook+xml";
+    const auto check = [&](const LinuxContentTypes& types) {
+        EXPECT_EQ(types.typeForName("Book.FB2"), book);
+        EXPECT_EQ(types.typeForName("a.jpegx"), "public.jpeg");
+        EXPECT_EQ(types.typeForName("a.nonsense"), std::nullopt);
+        EXPECT_TRUE(types.conforms(book, ContentType::text));
+        EXPECT_FALSE(types.conforms(book, ContentType::archive)) << "a container is no archive";
+        EXPECT_EQ(types.description(book), "FictionBook-Dokument");
+        EXPECT_EQ(types.description("com.adobe.pdf"), "PDF-Dokument");
+        EXPECT_EQ(types.description("public.swift-source"), "Swift source code")
+            << "in English rather than not at all";
+        EXPECT_EQ(types.mimeType(book), "application/x-fictionbook+xml");
+    };
+    {
+        const LinuxContentTypes types(FakeServices::load, cache, "de", false);
+        check(types);
+        const int before = FakeServices::instance().questions;
+        check(types);
+        EXPECT_EQ(FakeServices::instance().questions, before);
+    }
+    check(LinuxContentTypes(nullptr, cache, "de", false));
+    // Another language or another database is another cache.
+    EXPECT_EQ(LinuxContentTypes(nullptr, cache, "fr", false).typeForName("a.fb2"), std::nullopt);
+}
+
+TEST(LinuxContentTypes, readTheSharedMIMEDatabase) {
+    const DesktopServices* services = loadDesktopServices();
+    ASSERT_TRUE(services) << "the module is built beside the tests";
+    const TestFolder folder;
+    const LinuxContentTypes types(loadDesktopServices, folder / "cache", "key", true);
+    const auto type = types.typeForName("book.fb2");
+    EXPECT_EQ(type, "dyn.mime.application/x-fictionbook+xml");
+    EXPECT_EQ(types.description(*type), "FictionBook document");
+    EXPECT_TRUE(types.conforms("dyn.mime.application/x-lha", ContentType::archive));
+    EXPECT_EQ(types.typeForName("x.nosuchextension"), std::nullopt);
 }
 
 TEST(ContentTypeCache, survivesItsFileAndRefusesOthers) {

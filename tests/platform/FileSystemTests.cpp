@@ -60,32 +60,6 @@ TEST(LinuxFileSystem, readsFoldersOfManyBatches) {
     EXPECT_EQ(contents(*LinuxFileSystem().openFolder(folder.url())).size(), 2500U);
 }
 
-TEST(LinuxFileSystem, severalReadersOfOneThreadKeepTheirNames) {
-    const TestFolder folder;
-    folder.file("a/inner");
-    folder.file("b/other");
-    const LinuxFileSystem files;
-    const auto first = files.openFolder(folder / "a");
-    const auto batch = first->read();
-    const auto second = files.openFolder(folder / "b");
-    second->read();
-    ASSERT_EQ(batch.size(), 1U);
-    EXPECT_EQ(batch[0].view(), "inner");
-}
-
-TEST(LinuxFileSystem, opensChildrenWithoutFollowingLinks) {
-    const TestFolder folder;
-    folder.file("real/inside");
-    folder.link("loop", ".");
-    folder.file("file");
-    const auto reader = LinuxFileSystem().openFolder(folder.url());
-    EXPECT_EQ(contents(*reader->open("real")).size(), 1U);
-    EXPECT_EQ(errorOf([&] { reader->open("missing"); }), ENOENT);
-    EXPECT_EQ(errorOf([&] { reader->open("file"); }), ENOTDIR);
-    const int error = errorOf([&] { reader->open("loop"); });
-    EXPECT_TRUE(error == ELOOP || error == ENOTDIR) << error;
-}
-
 TEST(LinuxFileSystem, tellsAttributesOfFilesAndLinks) {
     const TestFolder folder;
     const Date modified = Date::fromUnix(1'700'000'000, 123'456'789);
@@ -142,21 +116,6 @@ TEST(LinuxFileSystem, readsAtMostTheLimitAndNeverWaitsForAPipe) {
     EXPECT_EQ(errorOf([&] { files.readFile(folder / "pipe", 10); }), EINVAL);
     EXPECT_EQ(errorOf([&] { files.readFile(folder.url(), 10); }), EISDIR);
     EXPECT_EQ(errorOf([&] { files.readFile(folder / "missing", 10); }), ENOENT);
-}
-
-TEST(LinuxFileSystem, resolvesLinksAndRefusesLoops) {
-    const TestFolder folder;
-    folder.file("real/file");
-    folder.link("short", "real");
-    folder.link("a", "b");
-    folder.link("b", "a");
-    const LinuxFileSystem files;
-    EXPECT_EQ(files.resolved(folder / "short/file"),
-              *files.resolved(folder.url().appending("real/file")));
-    EXPECT_EQ(files.resolved(folder / "a"), std::nullopt);
-    EXPECT_EQ(errorOf([&] { files.openFolder(folder / "a"); }), ELOOP);
-    EXPECT_TRUE(files.isReadableFolder(folder / "short"));
-    EXPECT_FALSE(files.isReadableFolder(folder / "short/file"));
 }
 
 TEST(LinuxFileSystem, reachesPathsLongerThanTheKernelTakes) {

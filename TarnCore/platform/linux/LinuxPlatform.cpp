@@ -4,6 +4,8 @@
 #include "TarnCore/platform/linux/LinuxContentTypes.h"
 #include "TarnCore/platform/linux/LinuxExtendedAttributes.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
+#include "TarnCore/platform/linux/LinuxMediaMetadata.h"
+#include "TarnCore/platform/linux/LinuxRecentFiles.h"
 #include "TarnCore/platform/linux/LinuxVolumes.h"
 #include "TarnCore/platform/linux/SystemClock.h"
 
@@ -16,6 +18,9 @@ Platform makeLinuxPlatform() {
     platform.attributes = std::make_shared<LinuxExtendedAttributes>();
     platform.watching = std::make_shared<InotifyWatching>();
     platform.volumes = std::make_shared<LinuxVolumes>();
+    platform.recentFiles = std::make_shared<LinuxRecentFiles>();
+    platform.metadata = std::make_shared<LinuxMediaMetadata>(
+        platform.files, platform.types, platform.recentFiles, platform.volumes);
     platform.clock = std::make_shared<SystemClock>();
     return platform;
 }

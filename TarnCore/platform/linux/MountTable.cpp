@@ -192,14 +192,4 @@ std::vector<Mount> currentMounts() {
     }
 }
 
-const Mount* mountHolding(const std::vector<Mount>& mounts, const URL& url) {
-    const Mount* best = nullptr;
-    for (const Mount& mount : mounts) {
-        if (!url.isInside(mount.mountPoint)) continue;
-        if (!best || mount.mountPoint.path().size() >= best->mountPoint.path().size())
-            best = &mount;
-    }
-    return best;
-}
-
 }  // namespace tarn

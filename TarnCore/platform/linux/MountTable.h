@@ -15,7 +15,4 @@ std::vector<Mount> parseMountInfo(std::string_view text);
 /// The mounts of this process as of now; empty when /proc is not there.
 std::vector<Mount> currentMounts();
 
-/// The mount whose folder is the longest beginning of the path.
-const Mount* mountHolding(const std::vector<Mount>& mounts, const URL& url);
-
 }  // namespace tarn

@@ -1,0 +1,36 @@
+#include "TarnCore/platform/memory/MemoryPlatform.h"
+
+#include "TarnCore/platform/memory/MemoryContentTypes.h"
+#include "TarnCore/platform/memory/MemoryExtendedAttributes.h"
+#include "TarnCore/platform/memory/MemoryFileSystem.h"
+#include "TarnCore/platform/memory/MemoryFolderWatching.h"
+#include "TarnCore/platform/memory/MemoryMediaMetadata.h"
+#include "TarnCore/platform/memory/MemoryRecentFiles.h"
+#include "TarnCore/platform/memory/MemoryVolumes.h"
+
+namespace tarn {
+
+MemoryPlatform::MemoryPlatform(Date now)
+    : files(std::make_shared<MemoryFileSystem>()),
+      types(std::make_shared<MemoryContentTypes>()),
+      attributes(std::make_shared<MemoryExtendedAttributes>(files)),
+      watching(std::make_shared<MemoryFolderWatching>()),
+      volumes(std::make_shared<MemoryVolumes>()),
+      recentFiles(std::make_shared<MemoryRecentFiles>()),
+      metadata(std::make_shared<MemoryMediaMetadata>()),
+      clock(std::make_shared<FixedClock>(now)) {}
+
+Platform MemoryPlatform::services() const {
+    Platform platform;
+    platform.files = files;
+    platform.types = types;
+    platform.attributes = attributes;
+    platform.watching = watching;
+    platform.volumes = volumes;
+    platform.recentFiles = recentFiles;
+    platform.metadata = metadata;
+    platform.clock = clock;
+    return platform;
+}
+
+}  // namespace tarn

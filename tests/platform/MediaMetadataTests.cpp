@@ -1,0 +1,183 @@
+#include <sys/stat.h>
+
+#include <fcntl.h>
+#include <nlohmann/json.hpp>
+
+#include "TarnCore/platform/MediaMetadata.h"
+#include "TarnCore/platform/linux/LinuxContentTypes.h"
+#include "TarnCore/platform/linux/LinuxFileSystem.h"
+#include "TarnCore/platform/linux/LinuxMediaMetadata.h"
+#include "TarnCore/platform/memory/MemoryContentTypes.h"
+#include "TarnCore/platform/memory/MemoryRecentFiles.h"
+#include "TarnCore/platform/memory/MemoryVolumes.h"
+#include "tests/support/TestFolder.h"
+
+namespace tarn {
+namespace {
+
+std::string bigEndian(std::uint32_t value, int size) {
+    std::string out;
+    for (int i = size - 1; i >= 0; --i) out += static_cast<char>(value >> (8 * i) & 0xFF);
+    return out;
+}
+
+std::string littleEndian(std::uint32_t value, int size) {
+    const std::string big = bigEndian(value, size);
+    return {big.rbegin(), big.rend()};
+}
+
+/// A JPEG of 40 × 30 dots without any picture, but with what a camera writes.
+std::string photo(const std::string& make, const std::string& model, std::uint16_t orientation) {
+    constexpr std::uint32_t directory = 8 + 2 + 3 * 12 + 4;
+    std::string tiff = "MM" + bigEndian(42, 2) + bigEndian(8, 4) + bigEndian(3, 2);
+    std::string values;
+    const auto addText = [&](std::uint16_t tag, const std::string& text) {
+        const auto size = static_cast<std::uint32_t>(text.size() + 1);
+        tiff += bigEndian(tag, 2) + bigEndian(2, 2) + bigEndian(size, 4) +
+                bigEndian(directory + static_cast<std::uint32_t>(values.size()), 4);
+        values += text + '\0';
+    };
+    addText(0x010F, make);
+    addText(0x0110, model);
+    tiff += bigEndian(0x0112, 2) + bigEndian(3, 2) + bigEndian(1, 4) + bigEndian(orientation, 2) +
+            bigEndian(0, 2);
+    tiff += bigEndian(0, 4) + values;
+    const std::string exif = std::string("Exif\0\0", 6) + tiff;
+    return "\xFF\xD8\xFF\xE1" + bigEndian(static_cast<std::uint32_t>(exif.size() + 2), 2) + exif +
+           "\xFF\xC0" + bigEndian(11, 2) + '\x08' + bigEndian(30, 2) + bigEndian(40, 2) +
+           std::string("\x01\x01\x11\x00", 4) + "\xFF\xD9";
+}
+
+/// Two seconds of silence.
+std::string sound() {
+    const std::string samples(16'000, '\x80');
+    const auto size = static_cast<std::uint32_t>(samples.size());
+    return "RIFF" + littleEndian(36 + size, 4) + "WAVEfmt " + littleEndian(16, 4) +
+           littleEndian(1, 2) + littleEndian(1, 2) + littleEndian(8000, 4) + littleEndian(8000, 4) +
+           littleEndian(1, 2) + littleEndian(8, 2) + "data" + littleEndian(size, 4) + samples;
+}
+
+std::string threePages() {
+    std::string out = "%PDF-1.4\n";
+    std::vector<std::size_t> offsets;
+    const auto object = [&](const std::string& body) {
+        offsets.push_back(out.size());
+        out += std::to_string(offsets.size()) + " 0 obj\n" + body + "\nendobj\n";
+    };
+    object("<</Type/Catalog/Pages 2 0 R>>");
+    object("<</Type/Pages/Count 3/Kids[3 0 R 4 0 R 5 0 R]>>");
+    for (int i = 0; i < 3; ++i) object("<</Type/Page/Parent 2 0 R/MediaBox[0 0 100 100]>>");
+    object("<</Title(Annual report)>>");
+    const std::size_t table = out.size();
+    out += "xref\n0 7\n0000000000 65535 f \n";
+    for (const std::size_t offset : offsets) {
+        const std::string digits = std::to_string(offset);
+        out += std::string(10 - digits.size(), '0') + digits + " 00000 n \n";
+    }
+    return out + "trailer\n<</Size 7/Root 1 0 R/Info 6 0 R>>\nstartxref\n" + std::to_string(table) +
+           "\n%%EOF\n";
+}
+
+class LinuxMediaMetadataTest : public testing::Test {
+protected:
+    TestFolder folder;
+    std::shared_ptr<MemoryRecentFiles> recent = std::make_shared<MemoryRecentFiles>();
+    std::shared_ptr<MemoryVolumes> volumes = std::make_shared<MemoryVolumes>();
+    LinuxMediaMetadata metadata{std::make_shared<LinuxFileSystem>(),
+                                std::make_shared<MemoryContentTypes>(), recent, volumes};
+};
+
+TEST_F(LinuxMediaMetadataTest, knowsTheCameraAndTheUprightSize) {
+    const auto found = metadata.read(folder.file("a\nb.JPG", photo("Canon ", "Canon EOS R5", 6)));
+    EXPECT_EQ(found.cameraMake, "Canon");
+    EXPECT_EQ(found.cameraModel, "Canon EOS R5");
+    EXPECT_EQ(found.pixelWidth, 30);
+    EXPECT_EQ(found.pixelHeight, 40);
+    EXPECT_EQ(metadata.read(folder.file("b.jpg", photo("Apple", "iPhone 15", 1))).pixelWidth, 40);
+}
+
+TEST_F(LinuxMediaMetadataTest, knowsTheLengthOfSoundAndThePagesOfDocuments) {
+    const auto heard = metadata.read(folder.file("tone: 1.wav", sound()));
+    ASSERT_TRUE(heard.duration);
+    EXPECT_NEAR(*heard.duration, 2, 0.01);
+    EXPECT_EQ(heard.codecs, std::vector<std::string>{"pcm_u8"});
+    const auto read = metadata.read(folder.file("report.pdf", threePages()));
+    EXPECT_EQ(read.pages, 3);
+    EXPECT_EQ(read.title, "Annual report");
+}
+
+TEST_F(LinuxMediaMetadataTest, saysNothingAboutWhatItCannotRead) {
+    const std::string rubbish = "\xFF\xD8\xFF\xE1 rubbish " + std::string(3000, '\x7f');
+    for (const char* name : {"x.jpg", "x.heic", "x.mp3", "x.mp4", "x.pdf", "x.cr2", "x.unknown"}) {
+        SCOPED_TRACE(name);
+        ItemMetadata found = metadata.read(folder.file(name, rubbish));
+        found.lastOpened.reset();
+        EXPECT_EQ(found, ItemMetadata());
+    }
+    EXPECT_EQ(metadata.read(folder / "missing.jpg"), ItemMetadata());
+    ASSERT_EQ(mkfifo((folder / "pipe.jpg").c_str(), 0600), 0);
+    EXPECT_EQ(metadata.read(folder / "pipe.jpg").pixelWidth, std::nullopt);
+    // A playlist that calls itself a film must not open what it names.
+    folder.file("secret.wav", sound());
+    const auto playlist =
+        folder.file("list.mp4", "#EXTM3U\n#EXTINF:2,\n" + (folder / "secret.wav").path() +
+                                    "\n#EXT-X-ENDLIST\n");
+    EXPECT_EQ(metadata.read(playlist).duration, std::nullopt);
+}
+
+TEST_F(LinuxMediaMetadataTest, knowsWhenAFileWasOpened) {
+    const URL file = folder.file("file.txt", "x", Date::fromUnix(1'000'000));
+    const timespec times[2] = {{2'000'000, 0}, {1'000'000, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
+    EXPECT_EQ(metadata.lastOpened(file), Date::fromUnix(2'000'000));
+    recent->visit(file, Date::fromUnix(1'500'000));
+    EXPECT_EQ(metadata.lastOpened(file), Date::fromUnix(1'500'000)) << "the desktop knows better";
+    EXPECT_EQ(metadata.lastOpened(folder / "missing"), std::nullopt);
+
+    // Written after it was read: nobody knows.
+    const URL written = folder.file("written.txt", "x", Date::fromUnix(3'000'000));
+    const timespec earlier[2] = {{2'000'000, 0}, {3'000'000, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, written.c_str(), earlier, 0), 0);
+    EXPECT_EQ(metadata.lastOpened(written), std::nullopt);
+}
+
+TEST_F(LinuxMediaMetadataTest, doesNotBelieveAccessTimesThatAreNotKept) {
+    auto mounts = volumes->mounts();
+    mounts[0].recordsAccessTimes = false;
+    volumes->setMounts(mounts);
+    const URL file = folder.file("file.txt", "x", Date::fromUnix(1'000'000));
+    const timespec times[2] = {{2'000'000, 0}, {1'000'000, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
+    EXPECT_EQ(metadata.lastOpened(file), std::nullopt);
+}
+
+TEST(ItemMetadata, namesCamerasAsPeopleDo) {
+    const struct {
+        std::optional<std::string> make, model, camera;
+    } cases[] = {
+        {"Apple", "iPhone 15", "Apple iPhone 15"},
+        {"Canon", "Canon EOS R5", "Canon EOS R5"},
+        {"NIKON CORPORATION", "NIKON D850", "NIKON D850"},
+        {"FUJIFILM", "X-T4", "FUJIFILM X-T4"},
+        {std::nullopt, "X-T4", "X-T4"},
+        {"FUJIFILM", std::nullopt, "FUJIFILM"},
+        {std::nullopt, std::nullopt, std::nullopt},
+    };
+    for (const auto& c : cases) {
+        ItemMetadata metadata;
+        metadata.cameraMake = c.make;
+        metadata.cameraModel = c.model;
+        EXPECT_EQ(metadata.camera(), c.camera);
+    }
+}
+
+TEST(ItemMetadata, leavesOutOfJSONWhatIsUnknown) {
+    ItemMetadata metadata;
+    metadata.pixelWidth = 40;
+    metadata.title = "broken\xff";
+    EXPECT_EQ(nlohmann::json(metadata).dump(),
+              "{\"pixelWidth\":40,\"title\":\"broken\xEF\xBF\xBD\"}");
+}
+
+}  // namespace
+}  // namespace tarn
