@@ -43,8 +43,8 @@ struct FolderEntry {
     std::string_view view() const { return {name, length}; }
 };
 
-/// An open folder: its names in batches, and cheap questions about its children. Used by one
-/// thread at a time. Failures throw std::system_error.
+/// An open folder: its names in batches, and cheap questions about its children. `read` is for one
+/// thread at a time, the rest for any number. Failures throw std::system_error.
 class FolderReader {
 public:
     virtual ~FolderReader() = default;
