@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,8 +13,10 @@ namespace tarn {
 class TextIndex {
 public:
     virtual ~TextIndex() = default;
-    /// The files whose text holds every one of the phrases.
+    /// The files below `roots` whose text holds every one of the phrases; with `imagesOnly` the
+    /// pictures among them, where no phrases stand for any text at all.
     virtual std::vector<URL> filesContaining(const std::vector<std::string>& phrases,
+                                             const std::vector<URL>& roots, bool imagesOnly,
                                              const CancelToken& token) const = 0;
     /// The text known for a file as it is now; absent when it was not indexed or has changed.
     virtual std::optional<std::string> text(const URL& url) const = 0;

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "TarnCore/files/FileItem.h"
+#include "TarnCore/platform/FileSystem.h"
+#include "TarnCore/search/NameTerms.h"
 #include "TarnCore/search/SearchQuery.h"
 
 namespace tarn {
@@ -23,30 +25,54 @@ public:
 
     /// Every term occurs in the name, in any order; case and diacritics do not matter, plurals
     /// match singulars. True without terms.
-    bool nameMatches(std::string_view name) const;
+    bool nameMatches(std::string_view name) const { return terms_.allIn(name); }
 
-    /// The terms that do not occur in the name; absent when none of several occurs.
+    /// The terms that do not occur in the name, as they were typed; absent when none of them does.
     std::optional<std::vector<std::string>> termsMissingFromName(std::string_view name) const;
+
+    /// With a text index and several terms, a file may have some of them in its name and the
+    /// others in its text.
+    bool mayFindTermsInText() const { return textIndex_ && query_.terms.size() > 1; }
+    /// nameMatches, or that.
+    bool termsMatch(const FileItem& item) const;
 
     /// Every filter of the query holds; the name is tested too when `checkName` is set.
     bool matchesFilters(const FileItem& item, bool checkName) const;
+
+    /// A cheap question before anything is read about a child of a folder: false when no item of
+    /// this name and type can pass matchesFilters(item, checkName). Most of a walk ends here.
+    bool mayMatch(std::string_view name, FileType type, bool checkName) const;
+    /// Likewise for what statx tells of an item that is no link.
+    bool mayMatch(const FileAttributes& attributes) const;
 
     bool item(const FileItem& item, SearchKind kind) const;
     bool item(const FileItem& item, const PlaceFilter& place) const;
     /// Camera maker and model from the file's metadata.
     std::optional<std::string> camera(const URL& url) const;
 
+    /// Every phrase of `containing` occurs in the text of the file.
     bool contentMatches(const URL& url, FileKind kind) const;
+    /// The text of a file from the text index, else the file itself when it is plain text in
+    /// UTF-8: at most its first `longestText` bytes.
     std::optional<std::string> readableText(const URL& url, FileKind kind) const;
+    static constexpr std::size_t longestText = 32 << 20;
 
     /// The query for a metadata index; absent when nothing in it can be put to one.
     std::optional<std::string> spotlightQuery() const;
 
 private:
+    bool kindMatches(const FileItem& item) const;
+    bool hasWantedExtension(std::string_view name) const;
+    bool dateMatches(const FileItem& item) const;
+    bool sourceMatches(const URL& url) const;
+    bool cameraMatches(const FileItem& item) const;
+    bool isOnExternalDrive(const URL& url) const;
+
     SearchQuery query_;
-    std::vector<std::string> lowerTerms_;
+    NameTerms terms_;
     std::vector<std::string> lowerContaining_;
     std::shared_ptr<TextIndex> textIndex_;
+    std::vector<URL> externalDrives_;  ///< When the query asks for them.
 };
 
 }  // namespace tarn

@@ -21,9 +21,9 @@ struct SearchOptions {
     SearchQuery query;
     std::vector<URL> roots;
     bool includeHidden = false;
-    bool hidesTrash = true;
-    bool useSpotlight = true;  ///< Ask the metadata index, when there is one.
-    std::int64_t limit = 5000; ///< Most results delivered.
+    bool hidesTrash = true;     ///< When false, the home Trash below a root is walked too.
+    bool useSpotlight = true;   ///< Ask the metadata index, when there is one.
+    std::int64_t limit = 5000;  ///< Most results delivered.
     TaskPriority priority = TaskPriority::userWaits;
     std::shared_ptr<TextIndex> textIndex;
     /// What `currentFolder` in the query's place means; the first root when absent.
@@ -34,8 +34,13 @@ struct SearchOptions {
 /// the roots, at once; every result is delivered once, in batches, until the limit is reached.
 ///
 /// `start` may be called once. `onBatch` comes from worker threads, one at a time; `onDone` comes
-/// once, after the last batch, on a worker thread, also after `cancel`. The destructor cancels and
-/// waits. Any thread may cancel.
+/// once, after the last batch, on a worker thread, also after `cancel`. No batch begins after
+/// `cancel`. Any thread may cancel, and so may `onBatch`. The destructor cancels and waits, so it
+/// must not run in a callback.
+///
+/// Folders on servers are entered only where a root lies on one. A root on a server that no longer
+/// answers keeps its thread in the kernel: results from other roots still come, but `onDone`, and
+/// with it the destructor, wait until the kernel gives up.
 class SearchTask {
 public:
     explicit SearchTask(SearchOptions options);

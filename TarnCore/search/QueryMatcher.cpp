@@ -1,0 +1,262 @@
+#include "TarnCore/search/QueryMatcher.h"
+
+#include <algorithm>
+#include <cstring>
+#include <system_error>
+#include <utility>
+
+#include "TarnCore/base/Text.h"
+#include "TarnCore/files/ResourceReader.h"
+#include "TarnCore/index/TextIndex.h"
+#include "TarnCore/platform/Platform.h"
+#include "TarnCore/search/KindRules.h"
+#include "TarnCore/search/SourceMatch.h"
+#include "TarnCore/search/SpotlightQuery.h"
+
+namespace tarn {
+namespace {
+
+KindRules::Facts factsOf(const FileItem& item) {
+    return {item.name, item.typeIdentifier, item.kind, item.isDirectory};
+}
+
+bool lowerContains(std::string_view text, std::string_view lowerPart) {
+    return Text::lowercased(text).find(lowerPart) != std::string::npos;
+}
+
+/// True when a folder on the way to the file has `foldedName` in its name.
+bool liesInFolderNamed(const URL& url, const std::string& foldedName) {
+    const auto names = Text::split(url.path(), '/');
+    return std::any_of(names.begin(), std::prev(names.end()), [&](std::string_view name) {
+        return !name.empty() && Text::folded(name).find(foldedName) != std::string::npos;
+    });
+}
+
+bool isBelowCameraFolder(const URL& url) {
+    const auto names = Text::split(url.path(), '/');
+    return std::any_of(names.begin(), std::prev(names.end()),
+                       [](std::string_view name) { return Text::lowercasedASCII(name) == "dcim"; });
+}
+
+bool isPlainText(const std::optional<std::string>& type, FileKind kind) {
+    if (kind == FileKind::code) return true;
+    // A name that says nothing ("LICENSE") is most often text; the content decides.
+    if (!type) return kind == FileKind::other;
+    const ContentTypes& types = *Platform::current().types;
+    return types.conforms(*type, ContentType::text) && !types.conforms(*type, ContentType::rtf);
+}
+
+/// Text as this program can read it: a NUL near the beginning means another format.
+bool looksLikeText(std::string_view content) {
+    constexpr std::size_t inspected = 8192;
+    return content.substr(0, inspected).find('\0') == content.npos;
+}
+
+}  // namespace
+
+QueryMatcher::QueryMatcher(SearchQuery query, std::shared_ptr<TextIndex> textIndex)
+    : query_(std::move(query)), terms_(query_.terms), textIndex_(std::move(textIndex)) {
+    for (const std::string& phrase : query_.containing)
+        lowerContaining_.push_back(Text::lowercased(phrase));
+    if (query_.place && query_.place->which == PlaceFilter::Case::externalDrives) {
+        for (const char* folder : {"/Volumes", "/media", "/run/media", "/mnt"})
+            externalDrives_.push_back(URL::fromPath(folder));
+        for (const Mount& mount : Platform::current().volumes->mounts())
+            if (mount.isRemovable) externalDrives_.push_back(mount.mountPoint);
+    }
+}
+
+std::optional<std::vector<std::string>> QueryMatcher::termsMissingFromName(
+    std::string_view name) const {
+    const auto positions = terms_.missingFrom(name);
+    if (!positions.empty() && positions.size() == query_.terms.size()) return std::nullopt;
+    std::vector<std::string> missing;
+    for (const std::size_t i : positions) missing.push_back(query_.terms[i]);
+    return missing;
+}
+
+bool QueryMatcher::termsMatch(const FileItem& item) const {
+    const auto missing = termsMissingFromName(item.name);
+    if (!missing) return false;
+    if (missing->empty()) return true;
+    const auto text = textIndex_ ? textIndex_->text(item.url) : std::nullopt;
+    return text && NameTerms(*missing).allIn(*text);
+}
+
+bool QueryMatcher::matchesFilters(const FileItem& item, bool checkName) const {
+    // From the cheapest to those that read the file.
+    if (query_.filesOnly && item.isDirectory) return false;
+    if (checkName && !nameMatches(item.name)) return false;
+    if (query_.size && !query_.size->contains(item.size)) return false;
+    const bool asksWhenOpened = query_.date && query_.date->field == DateField::opened;
+    if (query_.date && !asksWhenOpened && !dateMatches(item)) return false;
+    if (query_.place && !this->item(item, *query_.place)) return false;
+    if (!kindMatches(item)) return false;
+    if (query_.textInImages && item.kind != FileKind::image) return false;
+    if (asksWhenOpened && !dateMatches(item)) return false;
+    if (query_.source && !sourceMatches(item.url)) return false;
+    if (query_.camera && !cameraMatches(item)) return false;
+    if (!lowerContaining_.empty()) return !item.isDirectory && contentMatches(item.url, item.kind);
+    if (query_.textInImages) return !readableText(item.url, item.kind).value_or("").empty();
+    return true;
+}
+
+bool QueryMatcher::mayMatch(std::string_view name, FileType type, bool checkName) const {
+    if (checkName && !nameMatches(name)) return false;
+    // What a link is depends on where it leads; a bundle is no folder, whatever else it is.
+    if (type == FileType::symlink || type == FileType::unknown) return true;
+    if (type == FileType::directory) {
+        if (ResourceReader::isPackageName(name)) return true;
+        if (query_.filesOnly || query_.size || query_.camera || query_.textInImages ||
+            !query_.containing.empty())
+            return false;
+        if (query_.kinds.empty() && query_.extensions.empty()) return true;
+        return hasWantedExtension(name) ||
+               std::any_of(query_.kinds.begin(), query_.kinds.end(), [](SearchKind kind) {
+                   return kind == SearchKind::folder || kind == SearchKind::app;
+               });
+    }
+    const bool isAnyKind = query_.kinds.empty() && query_.extensions.empty();
+    if (isAnyKind && !query_.camera && !query_.textInImages) return true;
+    if (query_.kinds.empty() && !query_.camera && !query_.textInImages)
+        return hasWantedExtension(name);
+
+    const auto facts = KindRules::Facts::ofFile(name);
+    if (query_.camera && !KindRules::mayNameCamera(facts.kind)) return false;
+    if (query_.textInImages && facts.kind != FileKind::image) return false;
+    return isAnyKind || hasWantedExtension(name) ||
+           std::any_of(query_.kinds.begin(), query_.kinds.end(), [&](SearchKind kind) {
+               return KindRules::test(kind, facts) != KindRules::Answer::no;
+           });
+}
+
+bool QueryMatcher::mayMatch(const FileAttributes& attributes) const {
+    if (attributes.type == FileType::symlink) return true;
+    if (query_.size && attributes.type == FileType::file && !query_.size->contains(attributes.size))
+        return false;
+    if (!query_.date) return true;
+    if (query_.date->field == DateField::modified)
+        return query_.date->contains(attributes.modified);
+    if (query_.date->field == DateField::created) return query_.date->contains(attributes.created);
+    return true;
+}
+
+bool QueryMatcher::hasWantedExtension(std::string_view name) const {
+    if (query_.extensions.empty()) return false;
+    const std::string ext = Text::lowercased(pathExtension(name));
+    return std::any_of(
+        query_.extensions.begin(), query_.extensions.end(), [&](const std::string& wanted) {
+            if (ext == wanted) return true;
+            // "tar.gz" is more than what follows the last dot.
+            return wanted.find('.') != wanted.npos && name.size() > wanted.size() + 1 &&
+                   Text::lowercased(name).ends_with("." + wanted);
+        });
+}
+
+bool QueryMatcher::kindMatches(const FileItem& item) const {
+    if (query_.kinds.empty() && query_.extensions.empty()) return true;
+    return hasWantedExtension(item.url.name()) ||
+           std::any_of(query_.kinds.begin(), query_.kinds.end(),
+                       [&](SearchKind kind) { return this->item(item, kind); });
+}
+
+bool QueryMatcher::item(const FileItem& item, SearchKind kind) const {
+    switch (KindRules::test(kind, factsOf(item))) {
+        case KindRules::Answer::no:
+            return false;
+        case KindRules::Answer::yes:
+            return true;
+        case KindRules::Answer::dependsOnPicture:
+            break;
+    }
+    return isBelowCameraFolder(item.url) || camera(item.url).has_value();
+}
+
+bool QueryMatcher::item(const FileItem& item, const PlaceFilter& place) const {
+    switch (place.which) {
+        case PlaceFilter::Case::folder: {
+            const URL folder = URL::fromPath(place.text);
+            return item.url != folder && item.url.isInside(folder);
+        }
+        case PlaceFilter::Case::named:
+            return liesInFolderNamed(item.url, Text::folded(place.text));
+        case PlaceFilter::Case::externalDrives:
+            return isOnExternalDrive(item.url);
+        case PlaceFilter::Case::iCloud:
+            return item.path().find("/Library/Mobile Documents/") != std::string::npos;
+        case PlaceFilter::Case::thisMac:
+        case PlaceFilter::Case::currentFolder:  // Where the search looks at all.
+            break;
+    }
+    return true;
+}
+
+bool QueryMatcher::isOnExternalDrive(const URL& url) const {
+    return std::any_of(externalDrives_.begin(), externalDrives_.end(),
+                       [&](const URL& drive) { return url != drive && url.isInside(drive); });
+}
+
+bool QueryMatcher::dateMatches(const FileItem& item) const {
+    switch (query_.date->field) {
+        case DateField::modified:
+            return query_.date->contains(item.modified);
+        case DateField::created:
+            return query_.date->contains(item.created);
+        case DateField::added:
+            return query_.date->contains(item.added);
+        case DateField::opened:
+            break;
+    }
+    const auto metadata = Platform::current().metadata;
+    return metadata && query_.date->contains(metadata->lastOpened(item.url));
+}
+
+bool QueryMatcher::sourceMatches(const URL& url) const {
+    return SourceMatch::matches(*query_.source, url);
+}
+
+std::optional<std::string> QueryMatcher::camera(const URL& url) const {
+    const auto metadata = Platform::current().metadata;
+    return metadata ? metadata->read(url).camera() : std::nullopt;
+}
+
+bool QueryMatcher::cameraMatches(const FileItem& item) const {
+    const auto service = Platform::current().metadata;
+    if (!service || !KindRules::mayNameCamera(item.kind)) return false;
+    const ItemMetadata metadata = service->read(item.url);
+    const std::string word = SpotlightQuery::cameraWord(*query_.camera);
+    if (lowerContains(metadata.cameraModel.value_or(""), word)) return true;
+    return !SpotlightQuery::isModelOnly(word) &&
+           lowerContains(metadata.cameraMake.value_or(""), word);
+}
+
+bool QueryMatcher::contentMatches(const URL& url, FileKind kind) const {
+    if (lowerContaining_.empty()) return true;
+    const auto text = readableText(url, kind);
+    if (!text) return false;
+    const std::string lower = Text::lowercased(*text);
+    return std::all_of(
+        lowerContaining_.begin(), lowerContaining_.end(), [&](const std::string& phrase) {
+            return memmem(lower.data(), lower.size(), phrase.data(), phrase.size()) != nullptr;
+        });
+}
+
+std::optional<std::string> QueryMatcher::readableText(const URL& url, FileKind kind) const {
+    if (textIndex_)
+        if (auto text = textIndex_->text(url)) return text;
+    const Platform& platform = Platform::current();
+    if (!isPlainText(platform.types->typeForName(url.name()), kind)) return std::nullopt;
+    try {
+        std::string content = platform.files->readFile(url, longestText);
+        if (!looksLikeText(content)) return std::nullopt;
+        return content;
+    } catch (const std::system_error&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<std::string> QueryMatcher::spotlightQuery() const {
+    return SpotlightQuery::text(query_);
+}
+
+}  // namespace tarn

@@ -1,0 +1,96 @@
+#include "TarnCore/search/SearchWalk.h"
+
+#include <utility>
+
+namespace tarn {
+namespace {
+
+/// Names kept before they are tested: a folder of a million matching files must neither fill the
+/// memory nor hold its first results back until its end.
+constexpr std::size_t mostCandidates = 256;
+
+void append(std::vector<std::string>& names, std::size_t& count, std::string_view name) {
+    if (count == names.size()) names.emplace_back();
+    names[count++].assign(name);  // Strings keep their room from folder to folder.
+}
+
+}  // namespace
+
+SearchWalk::SearchWalk(const QueryMatcher& matcher, SearchResults& results, bool includeHidden,
+                       std::size_t threads, CancelToken token, std::atomic<std::int64_t>& visited)
+    : matcher_(matcher),
+      results_(results),
+      includeHidden_(includeHidden),
+      checksNames_(!matcher.mayFindTermsInText()),
+      token_(std::move(token)),
+      visited_(visited),
+      workers_(threads) {}
+
+void SearchWalk::visit(TreeWalker::Folder& folder, std::span<const FolderEntry> entries) {
+    Worker& worker = workers_[folder.worker()];
+    for (const FolderEntry& entry : entries) {
+        const std::string_view name = entry.view();
+        if (name[0] == '.' && !includeHidden_) {
+            if (name == ".hidden") worker.hasHiddenList = true;
+            continue;
+        }
+        if (entry.type == FileType::directory && isToBeEntered(folder, name))
+            append(worker.subfolders, worker.subfolderCount, name);
+        if (!matcher_.mayMatch(name, entry.type, checksNames_)) continue;
+        append(worker.candidates, worker.candidateCount, name);
+        if (worker.candidateCount >= mostCandidates) test(folder, worker);
+    }
+    visited_.fetch_add(static_cast<std::int64_t>(entries.size()), std::memory_order_relaxed);
+    results_.deliverIfDue();
+}
+
+void SearchWalk::leave(TreeWalker::Folder& folder) {
+    Worker& worker = workers_[folder.worker()];
+    test(folder, worker);
+    if (worker.hasHiddenList && worker.subfolderCount > 0 && !worker.resources)
+        worker.resources.emplace(folder.url());
+    for (std::size_t i = 0; i < worker.subfolderCount; ++i) {
+        const std::string& name = worker.subfolders[i];
+        if (!worker.hasHiddenList || !worker.resources->isHidden(name)) folder.enter(name);
+    }
+    worker.subfolderCount = 0;
+    worker.hasHiddenList = false;
+    worker.resources.reset();
+    results_.deliverIfDue();
+}
+
+bool SearchWalk::isToBeEntered(const TreeWalker::Folder& folder, std::string_view name) const {
+    if (folder.depth() == 0 && name == "Library") return false;
+    if (ResourceReader::isPackageName(name)) return false;
+    return !results_.isExcludedFolder(folder.pathOf(name));
+}
+
+void SearchWalk::test(const TreeWalker::Folder& folder, Worker& worker) {
+    std::vector<FileItem> found;
+    for (std::size_t i = 0; i < worker.candidateCount && !token_.isCancelled(); ++i)
+        if (auto item = match(folder, worker.candidates[i], worker))
+            found.push_back(std::move(*item));
+    worker.candidateCount = 0;
+    if (!found.empty()) results_.add(std::move(found));
+}
+
+std::optional<FileItem> SearchWalk::match(const TreeWalker::Folder& folder, const std::string& name,
+                                          Worker& worker) const {
+    const auto attributes = folder.reader().attributes(name.c_str(), Links::keep);
+    if (!attributes || !matcher_.mayMatch(*attributes)) return std::nullopt;
+    if (!worker.resources) worker.resources.emplace(folder.url());
+    if (!includeHidden_ && worker.resources->isHidden(name)) return std::nullopt;
+
+    std::optional<bool> leadsToFolder;
+    if (attributes->type == FileType::symlink)
+        if (const auto target = folder.reader().attributes(name.c_str(), Links::follow))
+            leadsToFolder = target->type == FileType::directory;
+    const URL url = URL::fromPath(folder.pathOf(name));
+    FileItem item = FileItem::make(
+        url, worker.resources->values(url, name, *attributes, leadsToFolder, {.tags = true}));
+    if (!matcher_.matchesFilters(item, checksNames_)) return std::nullopt;
+    if (!checksNames_ && !matcher_.termsMatch(item)) return std::nullopt;
+    return item;
+}
+
+}  // namespace tarn

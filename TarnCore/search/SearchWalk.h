@@ -1,0 +1,59 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "TarnCore/base/CancelToken.h"
+#include "TarnCore/files/FileItem.h"
+#include "TarnCore/files/ResourceReader.h"
+#include "TarnCore/files/TreeWalker.h"
+#include "TarnCore/search/QueryMatcher.h"
+#include "TarnCore/search/SearchResults.h"
+
+namespace tarn {
+
+/// The part of a search that looks at the folders themselves.
+///
+/// A name is tested where the kernel put it; only what passes is copied, asked for its attributes,
+/// and made a FileItem when these pass too. Hidden items are left out unless asked for, and so
+/// are a root's own "Library", folders that hold no results, and the insides of packages, which
+/// are one item each.
+class SearchWalk final : public TreeWalker::Visitor {
+public:
+    SearchWalk(const QueryMatcher& matcher, SearchResults& results, bool includeHidden,
+               std::size_t threads, CancelToken token, std::atomic<std::int64_t>& visited);
+
+    void visit(TreeWalker::Folder& folder, std::span<const FolderEntry> entries) override;
+    void leave(TreeWalker::Folder& folder) override;
+    void idle() override { results_.deliver(); }
+
+private:
+    /// What a thread keeps of the folder that it reads.
+    struct Worker {
+        std::vector<std::string> candidates;  ///< Names; the first `candidateCount` are in use.
+        std::size_t candidateCount = 0;
+        std::vector<std::string> subfolders;  ///< Likewise.
+        std::size_t subfolderCount = 0;
+        bool hasHiddenList = false;
+        std::optional<ResourceReader> resources;
+    };
+
+    bool isToBeEntered(const TreeWalker::Folder& folder, std::string_view name) const;
+    void test(const TreeWalker::Folder& folder, Worker& worker);
+    std::optional<FileItem> match(const TreeWalker::Folder& folder, const std::string& name,
+                                  Worker& worker) const;
+
+    const QueryMatcher& matcher_;
+    SearchResults& results_;
+    const bool includeHidden_;
+    const bool checksNames_;  ///< False when the text of a file may make up for its name.
+    const CancelToken token_;
+    std::atomic<std::int64_t>& visited_;
+    std::vector<Worker> workers_;
+};
+
+}  // namespace tarn
