@@ -32,16 +32,11 @@ public:
     FilterReading read(std::size_t index, bool allowsYear) const {
         if (auto found = readAge(index)) return found;
         if (auto found = readOpen(index)) return found;
-        if (auto found = readRange(index, allowsYear)) return found;
         if (auto found = withinSpan(index)) return found;
         if (tokens_.isAny(index, {"recent", "recently", "lately", "newest", "latest"})) {
             return spanReading({7, CalendarUnit::day}, 1);
         }
-        const auto term = dates_.readTerm(index, allowsYear);
-        if (!term) return std::nullopt;
-        DatePeriod period = dates_.latest(term->value, dates_.now());
-        return reading(period.interval.start, period.interval.end, std::move(period.label),
-                       term->count);
+        return readDates(index, allowsYear);
     }
 
 private:
@@ -119,40 +114,51 @@ private:
         return reading(std::nullopt, period.interval.start, "Before " + inSentence(period), count);
     }
 
-    /// "between A and B", "from A to B", "A to B".
-    FilterReading readRange(std::size_t index, bool allowsYear) const {
-        const bool hasWord = tokens_.isAny(index, {"between", "from"});
+    /// "between A and B", "from A to B", "A to B", "from A", "A".
+    FilterReading readDates(std::size_t index, bool allowsYear) const {
+        const bool isBetween = tokens_.is(index, "between");
+        const bool hasWord = isBetween || tokens_.is(index, "from");
         std::size_t count = hasWord ? 1 : 0;
         const auto first = dates_.readTerm(index + count, hasWord || allowsYear);
         if (!first) return std::nullopt;
         count += first->count;
-        if (!tokens_.isAny(index + count, {"to", "-", "–"}) &&
-            !(hasWord && tokens_.is(index + count, "and"))) {
+        const auto second = readRangeEnd(index + count, hasWord);
+        if (second) return range(first->value, second->value, count + second->count);
+        if (isBetween) return std::nullopt;
+        DatePeriod period = dates_.latest(first->value, dates_.now());
+        return reading(period.interval.start, period.interval.end, std::move(period.label), count);
+    }
+
+    /// "to B"; behind a first word also "and B".
+    std::optional<Reading<DateTerm>> readRangeEnd(std::size_t index, bool allowsAnd) const {
+        if (!tokens_.isAny(index, {"to", "-", "–"}) && !(allowsAnd && tokens_.is(index, "and"))) {
             return std::nullopt;
         }
-        ++count;
-        auto second = dates_.readTerm(index + count, true);
-        if (!second && tokens_.is(index + count, "now")) {
-            second = Reading<DateTerm>{};
-            second->value.interval = {dates_.now(), dates_.now()};
-            second->value.label = "Now";
-            second->value.isPhrase = true;
-            second->count = 1;
+        auto term = dates_.readTerm(index + 1, true);
+        if (!term && tokens_.is(index + 1, "now")) {
+            term = Reading<DateTerm>{{}, 1};
+            term->value.interval = {dates_.now(), dates_.now()};
+            term->value.label = "Now";
+            term->value.isPhrase = true;
         }
-        if (!second) return std::nullopt;
-        auto [from, to] = resolve(first->value, second->value);
+        if (term) ++term->count;
+        return term;
+    }
+
+    Reading<DateFilter> range(const DateTerm& first, const DateTerm& second,
+                              std::size_t count) const {
+        auto [from, to] = resolve(first, second);
         // "January to March 2024": one year is enough for both.
-        if (first->value.form == DateTerm::Form::month && from.label != to.label) {
+        if (first.form == DateTerm::Form::month && second.form == DateTerm::Form::month &&
+            from.label != to.label) {
             const auto year = to.label.find_last_of(' ');
-            if (second->value.form == DateTerm::Form::month && year != to.label.npos &&
-                from.label.ends_with(to.label.substr(year))) {
+            if (year != to.label.npos && from.label.ends_with(to.label.substr(year))) {
                 from.label.resize(from.label.size() - (to.label.size() - year));
             }
         }
         std::string label = from.label;
         if (to.label != label) label += " to " + inSentence(to);
-        return reading(from.interval.start, to.interval.end, std::move(label),
-                       count + second->count);
+        return reading(from.interval.start, to.interval.end, std::move(label), count);
     }
 
     std::pair<DatePeriod, DatePeriod> resolve(const DateTerm& first, const DateTerm& second) const {

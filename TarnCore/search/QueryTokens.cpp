@@ -90,27 +90,9 @@ void QueryTokens::addWord(std::size_t from, std::size_t to) {
     tokens_.push_back({text, original, false, QueryVocabulary::find(text)});
 }
 
-const Token* QueryTokens::unquoted(std::size_t index) const {
-    return index < tokens_.size() && !tokens_[index].quoted ? &tokens_[index] : nullptr;
-}
-
 const QueryWord& QueryTokens::word(std::size_t index) const {
     if (index >= tokens_.size() || tokens_[index].word == nullptr) return unknownWord;
     return *tokens_[index].word;
-}
-
-bool QueryTokens::is(std::size_t index, std::string_view word) const {
-    const Token* token = unquoted(index);
-    return token != nullptr && token->text == word;
-}
-
-bool QueryTokens::isAny(std::size_t index, std::initializer_list<std::string_view> words) const {
-    const Token* token = unquoted(index);
-    if (token == nullptr) return false;
-    for (const std::string_view word : words) {
-        if (token->text == word) return true;
-    }
-    return false;
 }
 
 }  // namespace tarn

@@ -40,12 +40,24 @@ public:
     std::vector<Token>::const_iterator end() const { return tokens_.end(); }
 
     /// The token, when there is one and it is not a quotation; else null.
-    const Token* unquoted(std::size_t index) const;
+    const Token* unquoted(std::size_t index) const {
+        return index < tokens_.size() && !tokens_[index].quoted ? &tokens_[index] : nullptr;
+    }
     /// What the vocabulary knows about a token; an empty entry when it knows nothing.
     const QueryWord& word(std::size_t index) const;
     /// The token is this word, not a quotation.
-    bool is(std::size_t index, std::string_view word) const;
-    bool isAny(std::size_t index, std::initializer_list<std::string_view> words) const;
+    bool is(std::size_t index, std::string_view word) const {
+        const Token* token = unquoted(index);
+        return token != nullptr && token->text == word;
+    }
+    bool isAny(std::size_t index, std::initializer_list<std::string_view> words) const {
+        const Token* token = unquoted(index);
+        if (token == nullptr) return false;
+        for (const std::string_view word : words) {
+            if (token->text == word) return true;
+        }
+        return false;
+    }
 
 private:
     void addWord(std::size_t from, std::size_t to);

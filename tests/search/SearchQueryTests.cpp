@@ -1,3 +1,4 @@
+#include <limits>
 #include <unordered_set>
 
 #include <gtest/gtest.h>
@@ -92,6 +93,24 @@ TEST(SearchQuery, isStoredUnderTheNamesOfItsFields) {
               std::vector<std::string>{"a"});
     EXPECT_THROW((void)JSON::parse(R"({"kinds":["hologram"]})").get<SearchQuery>(), Error);
     EXPECT_ANY_THROW((void)JSON::parse("[]").get<SearchQuery>());
+}
+
+TEST(SearchQuery, storedSizesBeyond64BitsAreTheNearest) {
+    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+    const struct {
+        const char* stored;
+        std::int64_t min;
+    } cases[] = {{"5", 5},
+                 {"1e3", 1000},
+                 {"1e300", most},
+                 {"18446744073709551615", most},
+                 {"-1e300", std::numeric_limits<std::int64_t>::min()}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.stored);
+        const auto json = JSON::parse(std::string(R"({"min":)") + c.stored + "}");
+        EXPECT_EQ(json.get<SizeFilter>().min, c.min);
+    }
+    EXPECT_ANY_THROW((void)JSON::parse(R"({"max":"5"})").get<SizeFilter>());
 }
 
 TEST(SearchQuery, everyKindAndCategoryIsReadBackFromItsStoredName) {
