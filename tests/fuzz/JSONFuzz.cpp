@@ -1,21 +1,13 @@
 // Any bytes as the text of a store: never an exception, and what is read survives being written.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include <nlohmann/json.hpp>
 
 #include "TarnCore/base/JSON.h"
-
-namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
-
-}  // namespace
+#include "tests/fuzz/Require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tarn;

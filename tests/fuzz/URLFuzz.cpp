@@ -2,16 +2,14 @@
 // and survives being written and read.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 #include "TarnCore/base/URL.h"
+#include "tests/fuzz/Require.h"
 
 namespace {
 
-void require(bool holds) {
-    if (!holds) std::abort();
-}
+using tarn::require;
 
 void checkRules(const tarn::URL& url) {
     const std::string_view path = url.path();
