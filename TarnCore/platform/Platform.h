@@ -9,6 +9,7 @@
 #include "TarnCore/platform/FolderWatching.h"
 #include "TarnCore/platform/MediaMetadata.h"
 #include "TarnCore/platform/MetadataIndex.h"
+#include "TarnCore/platform/PictureDecoding.h"
 #include "TarnCore/platform/RecentFiles.h"
 #include "TarnCore/platform/Volumes.h"
 
@@ -23,6 +24,7 @@ struct Platform {
     std::shared_ptr<Volumes> volumes;
     std::shared_ptr<RecentFiles> recentFiles;
     std::shared_ptr<MediaMetadata> metadata;
+    std::shared_ptr<PictureDecoding> pictures;  ///< Null where no library reads pictures.
     std::shared_ptr<MetadataIndex> index;  ///< Null until an index exists.
     std::shared_ptr<Clock> clock;
 

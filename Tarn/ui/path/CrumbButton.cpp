@@ -5,6 +5,7 @@
 #include <QtGui/QPainter>
 
 #include "Tarn/ui/theme/Colors.h"
+#include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
@@ -33,7 +34,7 @@ int CrumbButton::textLeft() const { return space8 + (icon().isNull() ? 0 : iconS
 int CrumbButton::markWidth() const { return last_ ? 0 : space12; }
 
 QSize CrumbButton::sizeHint() const {
-    const int wanted = textLeft() + fontMetrics().horizontalAdvance(text()) + space8;
+    const int wanted = textLeft() + Fonts::textWidth(font(), text()) + space8;
     return {std::min(wanted, crumbMaximum) + markWidth(),
             std::max(smallestTarget, fontMetrics().height() + space4)};
 }
@@ -45,7 +46,7 @@ int CrumbButton::shortestWidth() const {
 
 void CrumbButton::resizeEvent(QResizeEvent*) {
     const int room = width() - textLeft() - space8 - markWidth();
-    setToolTip(fontMetrics().horizontalAdvance(text()) > room ? text() : QString());
+    setToolTip(Fonts::textWidth(font(), text()) > room ? text() : QString());
 }
 
 void CrumbButton::paintEvent(QPaintEvent*) {

@@ -10,6 +10,7 @@
 
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/ui/theme/Colors.h"
+#include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
@@ -53,12 +54,13 @@ void Chip::setChip(SearchChip chip) {
 }
 
 QSize Chip::sizeHint() const {
-    return {beforeText + fontMetrics().horizontalAdvance(text()) + afterText,
+    return {beforeText + Fonts::textWidth(font(), text()) + afterText,
             std::max(chipHeight, fontMetrics().height() + space8)};
 }
 
 QSize Chip::minimumSizeHint() const {
-    return {beforeText + shortestText + afterText, sizeHint().height()};
+    const QSize whole = sizeHint();
+    return {std::min(beforeText + shortestText + afterText, whole.width()), whole.height()};
 }
 
 QRect Chip::textRect() const {
@@ -70,7 +72,7 @@ void Chip::placeClose() {
     const QRect logical(width() - space4 - chipCloseTarget, (height() - chipCloseTarget) / 2,
                         chipCloseTarget, chipCloseTarget);
     close_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), logical));
-    const bool elided = fontMetrics().horizontalAdvance(text()) > textRect().width();
+    const bool elided = Fonts::textWidth(font(), text()) > textRect().width();
     setToolTip(elided ? text() : QString());
 }
 

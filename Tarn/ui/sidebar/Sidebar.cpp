@@ -54,6 +54,15 @@ void Sidebar::choose(const QModelIndex& index) {
     if (row.kind != SidebarRow::Kind::heading) emit chosen(row.location);
 }
 
+QModelIndex Sidebar::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    const QModelIndex target = QListView::moveCursor(action, modifiers);
+    if (!model_ || !target.isValid() || (target.flags() & Qt::ItemIsEnabled)) return target;
+    const int step = action == MoveEnd || action == MoveUp || action == MovePageUp ? -1 : 1;
+    for (int row = target.row() + step; row >= 0 && row < model_->rowCount(); row += step)
+        if (model_->index(row).flags() & Qt::ItemIsEnabled) return model_->index(row);
+    return currentIndex();
+}
+
 void Sidebar::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Return:

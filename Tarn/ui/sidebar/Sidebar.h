@@ -23,6 +23,8 @@ signals:
     void chosen(const tarn::Location& location);
 
 protected:
+    /// Headings are passed over.
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
 

@@ -18,6 +18,7 @@ using namespace Metrics;
 
 /// A volume that is fuller than this asks for attention.
 constexpr double nearlyFull = 0.95;
+constexpr double quietBar = 0.45;
 
 const SidebarRow& rowOf(const QModelIndex& index) {
     return static_cast<const SidebarModel*>(index.model())->row(index.row());
@@ -41,8 +42,9 @@ void drawFullness(QPainter& painter, const QRect& room, const SidebarRow& row, b
     QRectF filled = room;
     filled.setWidth(std::max<qreal>(room.height(), room.width() * used));
     if (mirrored) filled.moveRight(room.right() + 1);
-    Paint::fill(painter, filled, room.height() / 2.0,
-                used > nearlyFull ? colors.danger : colors.accent);
+    Paint::fill(
+        painter, filled, room.height() / 2.0,
+        used > nearlyFull ? colors.danger : Colors::mixed(colors.window, colors.text, quietBar));
 }
 
 }  // namespace

@@ -7,6 +7,8 @@ namespace tarn {
 namespace {
 
 constexpr double ringContrast = 3.0;
+constexpr double textContrast = 4.5;
+constexpr double highTextContrast = 7.0;
 
 double linear(double channel) {
     return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
@@ -31,7 +33,7 @@ Colors Colors::light(bool highContrast) {
     c.base = QColor(Qt::white);
     c.raised = QColor(Qt::white);
     c.text = highContrast ? QColor(Qt::black) : QColor(0x1C2024);
-    c.secondary = highContrast ? QColor(0x2E3338) : QColor(0x5B636C);
+    c.secondary = highContrast ? QColor(0x2E3338) : QColor(0x545B64);
     c.disabled = highContrast ? QColor(0x5B636C) : QColor(0x9AA1A9);
     c.accent = highContrast ? QColor(0x0B4A8F) : QColor(0x1F6FC4);
     c.onAccent = QColor(Qt::white);
@@ -70,11 +72,16 @@ Colors Colors::withAccent(const QColor& wanted) const {
     const QColor limit = isDark ? QColor(Qt::white) : QColor(Qt::black);
     for (int step = 0; step < 20 && contrast(c.accent, base) < needed; ++step)
         c.accent = mixed(c.accent, limit, 0.08);
-    c.onAccent = contrast(c.accent, light(false).base) >= contrast(c.accent, dark(false).onAccent)
-                     ? light(false).base
-                     : dark(false).onAccent;
-    // The text must stay readable on a selection of any hue.
-    c.selection = mixed(base, c.accent, isDark ? 0.32 : 0.18);
+    // One of these always has 4.58:1 or more.
+    c.onAccent =
+        contrast(c.accent, Qt::white) >= contrast(c.accent, Qt::black) ? Qt::white : Qt::black;
+    // All text must stay readable on a selection of any hue.
+    double part = isDark ? 0.32 : 0.18;
+    do {
+        c.selection = mixed(base, c.accent, part);
+        part *= 0.85;
+    } while (contrast(c.secondary, c.selection) < textContrast ||
+             (isHighContrast && contrast(c.text, c.selection) < highTextContrast));
     return c;
 }
 

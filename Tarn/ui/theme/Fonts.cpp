@@ -1,6 +1,7 @@
 #include "Tarn/ui/theme/Fonts.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <QtGui/QFontMetricsF>
 #include <QtGui/QPainter>
@@ -57,6 +58,10 @@ QFont screenTitle() { return semibold(resized(body(), 1.3, 0.0)); }
 QFont semibold(QFont font) {
     font.setWeight(QFont::DemiBold);
     return font;
+}
+
+int textWidth(const QFont& font, const QString& text) {
+    return static_cast<int>(std::ceil(QFontMetricsF(font).horizontalAdvance(text))) + 1;
 }
 
 qreal tabularWidth(const QFont& font, const QString& text) {

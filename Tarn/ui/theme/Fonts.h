@@ -18,6 +18,10 @@ QFont title();
 QFont screenTitle();
 QFont semibold(QFont font);
 
+/// The whole pixels that one line needs. QFontMetrics rounds to the nearest, and text that is a
+/// fraction wider than its room loses a letter.
+int textWidth(const QFont& font, const QString& text);
+
 /// Draws one line so that all digits are equally wide and columns of sizes and dates line up,
 /// whatever the font's own figures are. Vertically centred; no wrapping, no elision.
 void drawTabular(QPainter& painter, const QRectF& rect, Qt::Alignment horizontal,

@@ -64,6 +64,10 @@ void pushButton(QPainter& painter, const QStyleOption& option) {
         else if (over)
             face = Colors::mixed(face, colors.base, hoverTint);
         Paint::fill(painter, option.rect, radiusControl, face);
+        // A ring of the accent would drown in the face.
+        if (option.state & QStyle::State_HasFocus)
+            Paint::outline(painter, QRectF(option.rect).adjusted(space2, space2, -space2, -space2),
+                           radiusSmall, colors.onAccent, Metrics::focusRing);
         return;
     }
     const bool flat = button && (button->features & QStyleOptionButton::Flat);
@@ -73,6 +77,8 @@ void pushButton(QPainter& painter, const QStyleOption& option) {
     if (part > 0) Paint::fill(painter, option.rect, radiusControl, translucent(colors.text, part));
     if (!flat && colors.isHighContrast)
         Paint::outline(painter, option.rect, radiusControl, colors.border, hairline);
+    if (option.state & QStyle::State_HasFocus)
+        Paint::focusRing(painter, option.rect, radiusControl);
 }
 
 void toolButton(QPainter& painter, const QStyleOption& option) {

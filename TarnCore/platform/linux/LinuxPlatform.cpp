@@ -5,6 +5,7 @@
 #include "TarnCore/platform/linux/LinuxExtendedAttributes.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
 #include "TarnCore/platform/linux/LinuxMediaMetadata.h"
+#include "TarnCore/platform/linux/LinuxPictureDecoding.h"
 #include "TarnCore/platform/linux/LinuxRecentFiles.h"
 #include "TarnCore/platform/linux/LinuxVolumes.h"
 #include "TarnCore/platform/linux/SystemClock.h"
@@ -21,6 +22,7 @@ Platform makeLinuxPlatform() {
     platform.recentFiles = std::make_shared<LinuxRecentFiles>();
     platform.metadata = std::make_shared<LinuxMediaMetadata>(
         platform.files, platform.types, platform.recentFiles, platform.volumes);
+    platform.pictures = std::make_shared<LinuxPictureDecoding>();
     platform.clock = std::make_shared<SystemClock>();
     return platform;
 }

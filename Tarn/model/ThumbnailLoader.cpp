@@ -1,0 +1,146 @@
+#include "Tarn/model/ThumbnailLoader.h"
+
+#include <algorithm>
+#include <optional>
+#include <unordered_map>
+#include <utility>
+
+#include <QtCore/QThread>
+
+#include "Tarn/model/MainThread.h"
+#include "Tarn/model/PictureDecoder.h"
+#include "TarnCore/base/Guarded.h"
+#include "TarnCore/platform/Platform.h"
+
+namespace tarn {
+namespace {
+
+constexpr qsizetype memoryBytes = qsizetype{96} << 20;  // some 1,500 pictures of 128 px at 1×
+
+std::size_t workerCount() {
+    return static_cast<std::size_t>(std::clamp(QThread::idealThreadCount() - 1, 1, 4));
+}
+
+QImage fitted(const QImage& image, int pixels) {
+    if (image.width() <= pixels && image.height() <= pixels) return image;
+    return image.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
+struct Made {
+    Date modified;
+    QImage image;  ///< Null when there is none.
+};
+
+Made make(const ThumbnailCache& cache, const URL& file, Date expected, int pixels) {
+    const Platform& platform = Platform::current();
+    if (cache.holds(file)) return {expected, {}};
+    const auto mount = platform.volumes->mountHolding(file);
+    if (mount && mount->isNetwork) return {expected, {}};
+    const auto facts = platform.files->attributes(file, Links::follow);
+    if (!facts || facts->type != FileType::file) return {expected, {}};
+    const Date modified = facts->modified;
+    if (auto stored = cache.find(file, modified, pixels))
+        return {modified, fitted(*stored, pixels)};
+    if (cache.hasFailed(file, modified)) return {modified, {}};
+    const int size = ThumbnailCache::storedSize(pixels);
+    const QImage image = PictureDecoder::decode(file, size);
+    // A file that is just being written must not be remembered as broken.
+    const auto after = platform.files->attributes(file, Links::follow);
+    if (!after || after->modified != modified || after->size != facts->size)
+        return {expected, image.isNull() ? image : fitted(image, pixels)};
+    if (image.isNull()) {
+        cache.storeFailure(file, modified);
+        return {modified, {}};
+    }
+    cache.store(file, modified, pixels, image);
+    return {modified, fitted(image, pixels)};
+}
+
+}  // namespace
+
+/// What is still to be made; the workers take from the end.
+struct ThumbnailLoader::Wishes {
+    struct Wish {
+        URL file;
+        Date modified;
+        int pixels;
+    };
+    Guarded<std::vector<Wish>> stack;
+
+    std::optional<Wish> take() {
+        auto held = stack.lock();
+        if (held->empty()) return std::nullopt;
+        Wish wish = std::move(held->back());
+        held->pop_back();
+        return wish;
+    }
+};
+
+ThumbnailLoader::ThumbnailLoader(ThumbnailCache cache, QObject* parent)
+    : QObject(parent),
+      kept_(memoryBytes),
+      wishes_(std::make_shared<Wishes>()),
+      cache_(std::move(cache)),
+      pool_(workerCount()) {}
+
+ThumbnailLoader::~ThumbnailLoader() { cancelAll(); }
+
+bool ThumbnailLoader::canThumbnail(const FileItem& item) {
+    return !item.isDirectory && item.kind == FileKind::image && item.size.value_or(0) > 0 &&
+           item.modified;
+}
+
+QPixmap ThumbnailLoader::cached(const URL& file, Date modified) const {
+    const Kept* kept = kept_.object(file.path());
+    return kept && kept->modified == modified ? kept->pixmap : QPixmap();
+}
+
+QPixmap ThumbnailLoader::picture(const FileItem& item, int pixels) {
+    if (!canThumbnail(item)) return {};
+    const Kept* kept = kept_.object(item.path());
+    const bool current = kept && kept->modified == *item.modified;
+    if (!current || kept->pixels < pixels) request(item.url, *item.modified, pixels);
+    return current ? kept->pixmap : QPixmap();
+}
+
+void ThumbnailLoader::request(const URL& file, Date modified, int pixels) {
+    auto stack = wishes_->stack.lock();
+    const auto same = std::find_if(stack->begin(), stack->end(),
+                                   [&file](const auto& wish) { return wish.file == file; });
+    if (same != stack->end()) stack->erase(same);
+    stack->push_back({file, modified, pixels});
+    pool_.run(
+        [wishes = wishes_, cache = cache_, self = QPointer(this)] {
+            const auto wish = wishes->take();
+            if (!wish) return;
+            const Made made = make(cache, wish->file, wish->modified, wish->pixels);
+            MainThread::post(self, [wish = *wish, made](ThumbnailLoader& loader) {
+                loader.keep(wish.file, wish.modified, wish.pixels, made.image);
+            });
+        },
+        TaskPriority::background);
+}
+
+void ThumbnailLoader::keep(const URL& file, Date modified, int pixels, const QImage& image) {
+    auto* kept = new Kept{modified, pixels, QPixmap::fromImage(image)};
+    const qsizetype bytes = qsizetype{image.sizeInBytes()} + qsizetype{256};
+    kept_.insert(file.path(), kept, bytes);
+    if (image.isNull())
+        emit unavailable(file);
+    else
+        emit ready(file, image);
+}
+
+void ThumbnailLoader::setVisible(const std::vector<URL>& files) {
+    std::unordered_map<URL, std::size_t> order;
+    for (std::size_t i = 0; i < files.size(); ++i) order.emplace(files[i], i);
+    auto stack = wishes_->stack.lock();
+    std::erase_if(*stack, [&order](const auto& wish) { return !order.contains(wish.file); });
+    std::stable_sort(stack->begin(), stack->end(), [&order](const auto& a, const auto& b) {
+        return order.at(a.file) > order.at(b.file);
+    });
+}
+
+void ThumbnailLoader::cancelAll() { wishes_->stack.lock()->clear(); }
+
+}  // namespace tarn

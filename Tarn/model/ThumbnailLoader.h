@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <QtCore/QCache>
+#include <QtCore/QObject>
+#include <QtGui/QImage>
+#include <QtGui/QPixmap>
+
+#include "Tarn/model/ThumbnailCache.h"
+#include "TarnCore/base/TaskPool.h"
+#include "TarnCore/files/FileItem.h"
+
+namespace tarn {
+
+/// Makes small pictures of files, the latest wish first, and keeps them: in memory up to a bound
+/// of bytes, and in the desktop's shared store.
+///
+/// Main thread only; reading and decoding happen on threads of its own. Files on network mounts
+/// and in the store itself get none.
+class ThumbnailLoader final : public QObject {
+    Q_OBJECT
+public:
+    explicit ThumbnailLoader(ThumbnailCache cache = ThumbnailCache(ThumbnailCache::defaultFolder()),
+                             QObject* parent = nullptr);
+    ~ThumbnailLoader() override;
+
+    /// True for files that are worth asking about, by their kind and name alone.
+    static bool canThumbnail(const FileItem& item);
+
+    /// The picture kept in memory, whatever size it was made for; null when there is none or the
+    /// file has changed since.
+    QPixmap cached(const URL& file, Date modified) const;
+
+    /// The picture, or null while it is being made: then ready() tells, once, when it is there.
+    /// `pixels` is the side of the square it must fit, in device pixels.
+    QPixmap picture(const FileItem& item, int pixels);
+
+    /// ready() or unavailable() follows, unless the wish is dropped before.
+    void request(const URL& file, Date modified, int pixels);
+
+    /// Drops the wishes for all files but these, in whose order the rest are met.
+    void setVisible(const std::vector<URL>& files);
+    void cancelAll();
+
+signals:
+    void ready(const tarn::URL& file, const QImage& image);
+    /// There is no picture of this file.
+    void unavailable(const tarn::URL& file);
+
+private:
+    struct Kept {
+        Date modified;
+        int pixels = 0;
+        QPixmap pixmap;  ///< Null for a file that has none.
+    };
+    struct Wishes;
+
+    void keep(const URL& file, Date modified, int pixels, const QImage& image);
+
+    QCache<std::string, Kept> kept_;  ///< By path; costs in bytes.
+    std::shared_ptr<Wishes> wishes_;
+    ThumbnailCache cache_;
+    TaskPool pool_;
+};
+
+}  // namespace tarn
