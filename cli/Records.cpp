@@ -1,6 +1,7 @@
 #include "cli/Records.h"
 
 #include <algorithm>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -13,46 +14,58 @@ namespace {
 /// Items that are worth handing to another thread: about half a millisecond of work.
 constexpr std::size_t chunkSize = 1024;
 
-void append(std::string& out, std::span<const FileItem> items) {
-    for (const FileItem& item : items) {
-        if (&item != &items.front()) out += ",\n";
+void append(std::string& out, std::span<FileItem> items, std::span<const std::uint32_t> indexes,
+            const Complete& complete) {
+    for (const std::uint32_t& index : indexes) {
+        if (&index != &indexes.front()) out += ",\n";
+        if (complete) complete(items[index]);
         JSONWriter json(out);
-        write(json, item);
+        write(json, items[index]);
     }
 }
 
 }  // namespace
 
-void writeArray(Output& out, std::span<const FileItem> items) {
-    out << '[';
-    if (!items.empty()) out << '\n';
-    if (items.size() <= chunkSize) {
-        append(out.buffer(), items);
+void writeArray(Output& out, std::span<FileItem> items, std::span<const std::uint32_t> indexes,
+                const Complete& complete) {
+    if (indexes.empty()) {
+        out << "[]";
+        return;
+    }
+    out << "[\n";
+    if (indexes.size() <= chunkSize) {
+        append(out.buffer(), items, indexes, complete);
     } else {
         TaskPool& pool = TaskPool::shared();
         // A round of chunks at a time bounds the memory that finished text takes.
-        std::vector<std::string> texts(4 * (pool.threadCount() + 1));
+        std::vector<std::string> texts(8 * (pool.threadCount() + 1));
         bool isFirst = true;
-        while (!items.empty()) {
-            const std::size_t round = std::min(items.size(), texts.size() * chunkSize);
+        while (!indexes.empty()) {
+            const std::size_t round = std::min(indexes.size(), texts.size() * chunkSize);
             const std::size_t count = (round + chunkSize - 1) / chunkSize;
             pool.forEach(count, [&](std::size_t i) {
-                texts[i].clear();
                 const std::size_t start = i * chunkSize;
-                append(texts[i], items.subspan(start, std::min(chunkSize, round - start)));
+                append(texts[i], items, indexes.subspan(start, std::min(chunkSize, round - start)),
+                       complete);
             });
             for (std::size_t i = 0; i < count; ++i) {
                 if (!isFirst) out << ",\n";
                 isFirst = false;
                 out << texts[i];
                 out.flushIfLarge();
+                texts[i].clear();
             }
-            items = items.subspan(round);
+            indexes = indexes.subspan(round);
         }
     }
-    if (out.buffer().empty() || out.buffer().back() != '[') out << '\n';
-    out << ']';
+    out << "\n]";
     out.flushIfLarge();
+}
+
+void writeArray(Output& out, std::span<FileItem> items) {
+    std::vector<std::uint32_t> indexes(items.size());
+    std::iota(indexes.begin(), indexes.end(), 0U);
+    writeArray(out, items, indexes);
 }
 
 }  // namespace tarn::cli::Records

@@ -20,7 +20,7 @@ const Terminal& Session::terminal() {
 
 void Session::say(std::string_view sentence) {
     Output messages(STDERR_FILENO);
-    messages << sentence << '\n';
+    messages << Terminal::escaped(sentence) << '\n';
     try {
         messages.flush();
     } catch (const Error&) {

@@ -24,7 +24,7 @@ public:
     /// Progress is not wanted.
     bool quiet() const { return quiet_; }
 
-    /// A finished sentence on the standard error.
+    /// A finished sentence on the standard error, the names in it made safe for a terminal.
     static void say(std::string_view sentence);
 
     /// Where relative paths begin. Throws tarn::Error when the folder has been removed.

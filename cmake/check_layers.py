@@ -91,8 +91,8 @@ def allowed_folders(path):
     """The folders that a file may include from, or a sentence that says why it has none."""
     top, _, rest = path.partition("/")
     if top in ("tests", "bench"):
+        everything = set(ARROWS) | {"tests/support", "bench"}
         area = rest.partition("/")[0] if "/" in rest else ""
-        everything = set(ARROWS) | {"tests/support", f"tests/{area}", "bench"}
         mirrored = {"model": "Tarn/model", "ui": "Tarn/ui", "cli": "cli"}.get(area, f"TarnCore/{area}")
         if mirrored not in ARROWS:  # tests/support, tests/fuzz, bench itself
             return everything

@@ -1,7 +1,6 @@
 #include "Tarn/model/PaneModel.h"
 
 #include <algorithm>
-#include <atomic>
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/FolderListing.h"
@@ -13,9 +12,6 @@ namespace tarn {
 namespace {
 
 constexpr double folderLatency = 0.25;  // seconds
-
-/// Milliseconds that a listing waits for the watch on its folder, which usually takes one.
-constexpr int watchPatience = 30;
 
 /// Milliseconds after which a place that has not answered at all is said not to respond.
 constexpr int listingDeadline = 10'000;
@@ -46,11 +42,6 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
         isLoading_ = false;
         emit stateChanged();
     });
-    lateWatchTimer_.setSingleShot(true);
-    lateWatchTimer_.setInterval(watchPatience);
-    connect(&lateWatchTimer_, &QTimer::timeout, this, [this] {
-        if (listUnlessBegun_) listUnlessBegun_();
-    });
     connect(&watcher_, &PaneWatcher::changed, this, &PaneModel::refreshSoon);
     connect(&search_, &PaneSearch::rowsChanged, this, &PaneModel::resultsChanged);
     connect(&search_, &PaneSearch::finished, this, &PaneModel::stateChanged);
@@ -64,8 +55,6 @@ void PaneModel::moveOn() {
     isListing_ = false;
     missedChanges_ = false;
     refreshTimer_.stop();
-    lateWatchTimer_.stop();
-    listUnlessBegun_ = {};
 }
 
 // --- Going places
@@ -206,36 +195,12 @@ void PaneModel::load() {
     }
     emit stateChanged();
     if (isLoading_) deadlineTimer_.start();
-    watchAndList();
+    startListing();
+    watchFolder();
 }
 
-void PaneModel::watchAndList() {
-    // The watch comes first, so that no change falls between the listing and the watch. A disk
-    // that makes the watch wait must not make the rows wait: then the listing begins without it,
-    // and what was missed is read once the watch is there.
-    isListing_ = true;
-    struct Begun {
-        std::atomic<bool> isListing{false};
-        std::atomic<bool> isLate{false};
-    };
-    const auto begun = std::make_shared<Begun>();
-    auto list = [begun, task = listing(), &pool = app_.pool()] {
-        if (!begun->isListing.exchange(true)) pool.run(task);
-    };
-    listUnlessBegun_ = [begun, list] {
-        begun->isLate = true;
-        list();
-    };
-    lateWatchTimer_.start();
-    watcher_.watch({location_.url}, WatchDepth::children, folderLatency,
-                   [begun, list, generation = generation_, self = QPointer<PaneModel>(this)] {
-                       const bool wasLate = begun->isListing && begun->isLate;
-                       list();
-                       if (!wasLate) return;
-                       MainThread::post(self, [generation](PaneModel& pane) {
-                           if (generation == pane.generation_) pane.refreshSoon();
-                       });
-                   });
+void PaneModel::watchFolder() {
+    watcher_.watch({location_.url}, WatchDepth::children, folderLatency);
 }
 
 void PaneModel::reload() {
@@ -259,16 +224,12 @@ void PaneModel::refreshSoon() {
 
 void PaneModel::startListing() {
     isListing_ = true;
-    app_.pool().run(listing());
-}
-
-std::function<void()> PaneModel::listing() {
     missedChanges_ = false;
     listToken_ = CancelToken();
     const bool wantsFirst = isLoading_;
-    return [folder = location_.url, hidden = showsHidden_, sort = sort_, token = listToken_,
-            wantsFirst, generation = generation_, cache = app_.sharedListings(),
-            self = QPointer<PaneModel>(this)] {
+    app_.pool().run([folder = location_.url, hidden = showsHidden_, sort = sort_,
+                     token = listToken_, wantsFirst, generation = generation_,
+                     cache = app_.sharedListings(), self = QPointer<PaneModel>(this)] {
         if (token.isCancelled()) return;
         try {
             if (wantsFirst) {
@@ -292,7 +253,7 @@ std::function<void()> PaneModel::listing() {
                 if (generation == pane.generation_) pane.listingFailed(error);
             });
         }
-    };
+    });
 }
 
 void PaneModel::showListing(SharedRows rows, const SortOrder& sort, bool isPartial) {

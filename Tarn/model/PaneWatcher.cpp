@@ -11,11 +11,10 @@ PaneWatcher::~PaneWatcher() {
     queue_.flush();
 }
 
-void PaneWatcher::watch(std::vector<URL> folders, WatchDepth depth, double latency,
-                        std::function<void()> whenWatching) {
+void PaneWatcher::watch(std::vector<URL> folders, WatchDepth depth, double latency) {
     const std::uint64_t watch = ++current_;
     queue_.run([this, watch, folders = std::move(folders), depth, latency,
-                whenWatching = std::move(whenWatching), self = QPointer<PaneWatcher>(this)] {
+                self = QPointer<PaneWatcher>(this)] {
         watcher_ =
             std::make_unique<FolderWatcher>([self, watch](const std::vector<std::string>& paths) {
                 MainThread::post(self, [watch, paths](PaneWatcher& watcher) {
@@ -23,7 +22,6 @@ void PaneWatcher::watch(std::vector<URL> folders, WatchDepth depth, double laten
                 });
             });
         watcher_->watch(folders, latency, depth);
-        if (whenWatching) whenWatching();
     });
 }
 

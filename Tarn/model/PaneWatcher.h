@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -23,10 +22,8 @@ public:
     explicit PaneWatcher(QObject* parent = nullptr);
     ~PaneWatcher() override;
 
-    /// Instead of what was watched before. `latency` in seconds. `whenWatching` runs on the queue
-    /// once nothing can be missed any more.
-    void watch(std::vector<URL> folders, WatchDepth depth, double latency,
-               std::function<void()> whenWatching = {});
+    /// Instead of what was watched before. `latency` in seconds.
+    void watch(std::vector<URL> folders, WatchDepth depth, double latency);
     void stop();
 
 signals:

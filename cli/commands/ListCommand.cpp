@@ -4,10 +4,13 @@
 #include <vector>
 
 #include "TarnCore/base/JSON.h"
+#include "TarnCore/base/TaskPool.h"
 #include "TarnCore/files/DirectoryLister.h"
 #include "TarnCore/files/FileGrouping.h"
 #include "TarnCore/files/Format.h"
+#include "TarnCore/files/ResourceReader.h"
 #include "TarnCore/files/SortOrder.h"
+#include "TarnCore/sources/SourceResolver.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/FolderNames.h"
@@ -21,7 +24,7 @@ namespace {
 constexpr Option options[] = {
     {.name = "all", .letter = 'a', .help = "Shows hidden items too"},
     {.name = "sort",
-     .value = "name|modified|created|added|size|kind|tags",
+     .value = "name|modified|created|added|size|kind|source|tags",
      .help = "Sorts by this instead of the name; dates begin with the newest, sizes with the "
              "largest"},
     {.name = "reverse", .letter = 'r', .help = "Turns the order round"},
@@ -49,15 +52,21 @@ SortOrder sortOrder(const Arguments& arguments) {
     return order;
 }
 
-void loadDeferredTags(std::vector<FileItem>& items) {
-    std::vector<URL> urls;
-    urls.reserve(items.size());
-    for (const FileItem& item : items) urls.push_back(item.url);
-    const auto tags = DirectoryLister::loadTags(urls);
-    if (tags.empty()) return;
-    for (FileItem& item : items) {
-        if (const auto found = tags.find(item.url); found != tags.end()) item.tags = found->second;
-    }
+/// The tags that a long listing leaves out.
+void loadTags(FileItem& item) { item.tags = ResourceReader::tags(item.url); }
+
+void loadTags(std::vector<FileItem>& items) {
+    constexpr std::size_t chunkSize = 512;
+    TaskPool::shared().forEach((items.size() + chunkSize - 1) / chunkSize, [&](std::size_t chunk) {
+        const std::size_t end = std::min(items.size(), (chunk + 1) * chunkSize);
+        for (std::size_t i = chunk * chunkSize; i < end; ++i) loadTags(items[i]);
+    });
+}
+
+std::optional<std::string> sourceName(const URL& url) {
+    auto source = SourceResolver::source(url);
+    if (!source) return std::nullopt;
+    return std::move(source->name);
 }
 
 // ---- For people ----
@@ -173,16 +182,9 @@ void printNames(Session& session, const std::vector<FileGroup>& groups) {
 
 // ---- For programs ----
 
-void printJSON(Session& session, const std::vector<FileGroup>& groups, bool isGrouped) {
-    Output& out = session.out();
-    if (!isGrouped) {
-        for (const FileGroup& group : groups) Records::writeArray(out, group.items);
-        if (groups.empty()) out << "[]";
-        out << '\n';
-        return;
-    }
+void printGroups(Output& out, std::vector<FileGroup>& groups) {
     out << '[';
-    for (const FileGroup& group : groups) {
+    for (FileGroup& group : groups) {
         if (&group != &groups.front()) out << ",\n";
         out << "{\"title\":";
         JSONWriter(out.buffer()).string(group.title);
@@ -226,11 +228,23 @@ int run(const Arguments& arguments, Session& session) {
         return ExitStatus::done;
     }
 
-    std::vector<FileItem> items = DirectoryLister::list(folder, includeHidden);
+    // Static, so that nobody waits for 100,000 records to be taken apart before the process ends.
+    static std::vector<FileItem> items;
+    static std::vector<FileGroup> groups;
+    items = DirectoryLister::list(folder, includeHidden);
+    const bool lacksTags = DirectoryLister::tagsDeferred(items.size());
+    const SortOrder::Source source =
+        order.field == SortField::source ? sourceName : SortOrder::Source();
+    if (json && !isGrouped && order.field != SortField::tags) {
+        Records::writeArray(session.out(), items, order.sortedIndexes(items, {}, source),
+                            lacksTags ? Records::Complete([](FileItem& item) { loadTags(item); })
+                                      : Records::Complete());
+        session.out() << '\n';
+        return ExitStatus::done;
+    }
     const bool needsTags = json || order.field == SortField::tags || grouping == GroupField::tags;
-    if (needsTags && DirectoryLister::tagsDeferred(items.size())) loadDeferredTags(items);
-    items = order.sort(std::move(items));
-    std::vector<FileGroup> groups;
+    if (needsTags && lacksTags) loadTags(items);
+    items = order.sort(std::move(items), {}, source);
     if (isGrouped) {
         groups = FileGrouping::groups(std::move(items), grouping, session.now(), session.calendar(),
                                       session.locale());
@@ -238,8 +252,11 @@ int run(const Arguments& arguments, Session& session) {
         groups.push_back({"", std::move(items)});
     }
 
-    if (json) {
-        printJSON(session, groups, isGrouped);
+    if (json && isGrouped) {
+        printGroups(session.out(), groups);
+    } else if (json) {
+        Records::writeArray(session.out(), groups.front().items);
+        session.out() << '\n';
     } else if (paths) {
         for (const FileGroup& group : groups) {
             for (const FileItem& item : group.items) {

@@ -10,6 +10,7 @@
 
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -191,7 +192,8 @@ void Transcript::makeTree(const TestFolder& root) const {
     std::vector<Stamp> stamps;
     root.folder("Home");
     for (const std::string& line : tree_) {
-        static const std::regex form(R"(((?:\\.|\S)+?)(?: -> (\S+))?(?: (\d+))?(?: (\S+Z))?)");
+        static const std::regex form(
+            R"(((?:\\.|\S)+?)(?: -> (\S+))?(?: (\d+))?(?: (\S+Z))?(?: from (\S+))?)");
         std::smatch parts;
         if (!std::regex_match(line, parts, form)) {
             ADD_FAILURE() << "not a line of a tree: " << line;
@@ -204,6 +206,13 @@ void Transcript::makeTree(const TestFolder& root) const {
             root.folder(path);
         } else {
             root.sparseFile(path, parts[3].matched ? std::stoll(parts[3]) : 0);
+        }
+        if (parts[5].matched) {
+            const std::string origin = parts[5].str();
+            if (::setxattr((root / path).c_str(), "user.xdg.origin.url", origin.data(),
+                           origin.size(), 0) != 0) {
+                GTEST_SKIP() << "The disk of the temporary folder keeps no attributes.";
+            }
         }
         stamps.push_back(
             {(root / path).path(), parts[4].matched ? parts[4].str() : "2026-03-01T00:00:00Z"});

@@ -16,6 +16,7 @@ namespace tarn::cli {
 ///       Documents/empty/
 ///       odd\nname.txt
 ///       link -> Documents
+///       logo.png from https://files.slack.com/logo.png
 ///     $ tarn list Documents
 ///     empty
 ///     report.pdf
@@ -44,6 +45,7 @@ public:
     explicit Transcript(const std::filesystem::path& file);
 
     const std::vector<Entry>& entries() const { return entries_; }
+    /// Skips the running test where the disk cannot keep where files came from.
     void makeTree(const TestFolder& root) const;
     /// What the command prints, in the form of Entry::expected.
     std::string run(const Entry& entry, const TestFolder& root) const;

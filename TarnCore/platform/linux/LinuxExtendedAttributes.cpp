@@ -1,5 +1,6 @@
 #include "TarnCore/platform/linux/LinuxExtendedAttributes.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <string_view>
 #include <system_error>
@@ -47,19 +48,19 @@ void LinuxExtendedAttributes::remove(const URL& url, const std::string& name) {
 }
 
 std::vector<std::string> LinuxExtendedAttributes::list(const URL& url) const {
-    std::string names(1024, '\0');
-    for (;;) {
-        const ssize_t size = listxattr(url.c_str(), names.data(), names.size());
-        if (size >= 0) {
-            names.resize(static_cast<std::size_t>(size));
-            break;
-        }
+    char few[256];
+    std::string many;
+    char* names = few;
+    ssize_t size = listxattr(url.c_str(), few, sizeof few);
+    while (size < 0) {
         if (errno != ERANGE) fail("listxattr");
-        names.resize(names.size() * 4);
+        many.resize(std::max(sizeof few, many.size()) * 4);
+        names = many.data();
+        size = listxattr(url.c_str(), names, many.size());
     }
     std::vector<std::string> bare;
-    for (std::size_t at = 0; at < names.size();) {
-        const std::string_view name = names.c_str() + at;
+    for (std::size_t at = 0; at < static_cast<std::size_t>(size);) {
+        const std::string_view name = names + at;
         at += name.size() + 1;
         if (name.starts_with(prefix)) bare.emplace_back(name.substr(prefix.size()));
     }

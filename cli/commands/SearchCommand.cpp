@@ -1,0 +1,257 @@
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <limits>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "TarnCore/base/Guarded.h"
+#include "TarnCore/files/Format.h"
+#include "TarnCore/files/ListingError.h"
+#include "TarnCore/files/Paths.h"
+#include "TarnCore/platform/Platform.h"
+#include "TarnCore/search/QueryParser.h"
+#include "TarnCore/search/SearchRanking.h"
+#include "TarnCore/search/SearchTask.h"
+#include "cli/Arguments.h"
+#include "cli/Command.h"
+#include "cli/Progress.h"
+#include "cli/Records.h"
+#include "cli/Session.h"
+#include "cli/UsageError.h"
+
+namespace tarn::cli {
+namespace {
+
+constexpr Option options[] = {
+    {.name = "in",
+     .letter = 'i',
+     .value = "DIR",
+     .help = "Searches below DIR instead of the current folder",
+     .completes = Completes::folders,
+     .isRepeatable = true},
+    {.name = "home", .help = "Searches the home folder"},
+    {.name = "everywhere", .help = "Searches the whole computer"},
+    {.name = "all", .letter = 'a', .help = "Looks at hidden items too"},
+    {.name = "limit", .letter = 'n', .value = "N", .help = "Stops after N results"},
+    {.name = "no-index", .help = "Looks at the disk alone, not at the index of names"},
+    {.name = "trash", .help = "Looks in the Trash too"},
+    CommonOptions::json,
+    CommonOptions::paths,
+    CommonOptions::null,
+};
+
+constexpr Example examples[] = {
+    {"tarn search pdfs from last week over 5 mb", "By type, date and size, below this folder"},
+    {"tarn search --home screenshots from yesterday", "In the home folder"},
+    {"tarn search --in ~/Music --in /media/usb flac -n 20", "The first 20 found in two places"},
+    {"tarn search -0 large videos | xargs -0 du -ch", "Hands the files to another program"},
+};
+
+enum class Form { lines, paths, json };
+
+/// The folders to search: those named; else the place that the query names, when it is somewhere
+/// else; else the current folder. Throws for a folder that is not there.
+std::vector<URL> roots(const Arguments& arguments, Session& session, const SearchQuery& query) {
+    std::vector<URL> roots;
+    for (const std::string_view folder : arguments.values("in")) {
+        const URL url = session.url(folder);
+        const auto attributes = Platform::current().files->attributes(url, Links::follow);
+        if (!attributes) throw ListingError::notFound(std::string(url.name()));
+        if (attributes->type != FileType::directory) {
+            throw ListingError::notAFolder(std::string(url.name()));
+        }
+        roots.push_back(url);
+    }
+    if (arguments.has("home")) roots.push_back(Paths::home());
+    if (arguments.has("everywhere")) roots.push_back(URL());
+    if (!roots.empty()) return roots;
+
+    const URL& current = session.currentFolder();
+    if (query.place) {
+        switch (query.place->which) {
+            case PlaceFilter::Case::folder: {
+                const URL folder = URL::fromPath(query.place->text);
+                if (!current.isInside(folder)) return {folder};
+                break;
+            }
+            case PlaceFilter::Case::thisMac:
+                return {URL()};
+            case PlaceFilter::Case::externalDrives:
+                for (const Mount& mount : Platform::current().volumes->mounts()) {
+                    if (mount.isRemovable) roots.push_back(mount.mountPoint);
+                }
+                return roots;
+            case PlaceFilter::Case::iCloud:
+                return {Paths::iCloudDrive()};
+            case PlaceFilter::Case::named:
+            case PlaceFilter::Case::currentFolder:
+                break;
+        }
+    }
+    return {current};
+}
+
+SearchOptions searchOptions(const Arguments& arguments, Session& session) {
+    SearchOptions search;
+    search.query =
+        QueryParser(session.now(), session.calendar(), session.locale()).parse(arguments.text());
+    search.roots = roots(arguments, session, search.query);
+    search.includeHidden = arguments.has("all");
+    search.useSpotlight = !arguments.has("no-index");
+    search.limit = arguments.number("limit", 1).value_or(std::numeric_limits<std::int64_t>::max());
+    search.currentFolder = session.currentFolder();
+
+    const auto& place = search.query.place;
+    const bool asksForTrash = place && place->which == PlaceFilter::Case::folder &&
+                              Paths::isInTrash(URL::fromPath(place->text));
+    search.hidesTrash = !arguments.has("trash") && !asksForTrash;
+    if (arguments.has("trash")) search.roots.push_back(Paths::trash());
+    return search;
+}
+
+/// Prints results as they come. Its members are called one at a time.
+class Printer {
+public:
+    Printer(Session& session, Form form, char end)
+        : out_(session.out()),
+          terminal_(session.terminal()),
+          form_(form == Form::lines && !terminal_.isTerminal() ? Form::paths : form),
+          end_(end),
+          progress_(!session.quiet()) {
+        if (form_ == Form::lines) currentFolder_ = session.currentFolder();
+    }
+
+    /// Sets `failure` when the output cannot be written; what comes later is dropped.
+    void add(std::vector<FileItem> items) {
+        if (!failure.empty()) return;
+        count_ += items.size();
+        if (form_ == Form::json) {
+            std::move(items.begin(), items.end(), std::back_inserter(kept_));
+            return;
+        }
+        if (items.empty()) return;
+        if (form_ == Form::lines) progress_.clear();
+        for (const FileItem& item : items) {
+            if (form_ == Form::lines) {
+                appendLine(item);
+            } else {
+                Records::writePath(out_, item, end_);
+            }
+        }
+        try {
+            out_.flush();
+        } catch (const Error& error) {
+            failure = error.what();
+        }
+    }
+
+    void showProgress(std::int64_t visited) {
+        progress_.show("Searched " + Format::count(visited, "item") + "…");
+    }
+
+    /// In the order in which the window shows them; files found at the same time by two threads
+    /// come in no order of their own, so the paths decide among equals.
+    void finish(const SearchTask& task, const SearchQuery& query) {
+        progress_.clear();
+        if (form_ != Form::json) return;
+        std::ranges::sort(kept_, {}, [](const FileItem& item) { return item.path(); });
+        kept_ = SearchRanking::rank(std::move(kept_), query, [&](const FileItem& item) {
+            return task.imageScore(item.url);
+        });
+        Records::writeArray(out_, kept_);
+        out_ << '\n';
+    }
+
+    std::size_t count() const { return count_; }
+    bool isDone = false;
+    std::string failure;
+
+private:
+    /// Relative to the current folder where that says it; the name stands out.
+    void appendLine(const FileItem& item) {
+        const URL parent = item.url.parent();
+        std::string folder;
+        if (parent != currentFolder_) {
+            const bool isBelow = parent.isInside(currentFolder_);
+            const std::size_t skipped =
+                currentFolder_.isRoot() ? 1 : currentFolder_.path().size() + 1;
+            folder = isBelow ? parent.path().substr(skipped) : Paths::abbreviate(parent);
+            if (!folder.ends_with('/')) folder += '/';
+        }
+        terminal_.append(out_.buffer(), Terminal::Style::dim, Terminal::escaped(folder));
+        terminal_.append(out_.buffer(),
+                         item.isDirectory ? Terminal::Style::folder
+                         : item.isSymlink ? Terminal::Style::link
+                                          : Terminal::Style::plain,
+                         Terminal::escaped(item.url.name()));
+        out_ << (item.isDirectory ? "/\n" : "\n");
+    }
+
+    Output& out_;
+    const Terminal& terminal_;
+    Form form_;
+    char end_;
+    Progress progress_;
+    URL currentFolder_;
+    std::vector<FileItem> kept_;
+    std::size_t count_ = 0;
+};
+
+int run(const Arguments& arguments, Session& session) {
+    const bool paths = arguments.has("paths") || arguments.has("null");
+    if (arguments.has("json") && paths) {
+        throw UsageError("“--json” and “--paths” exclude each other.");
+    }
+    const Form form = arguments.has("json") ? Form::json : paths ? Form::paths : Form::lines;
+    const SearchOptions search = searchOptions(arguments, session);
+
+    const Guarded<std::unique_ptr<Printer>> shared(
+        std::make_unique<Printer>(session, form, arguments.has("null") ? '\0' : '\n'));
+    std::condition_variable changed;
+    SearchTask task(search);
+    task.start(
+        [&](std::vector<FileItem> batch) {
+            const auto printer = shared.lock();
+            (*printer)->add(std::move(batch));
+            if (!(*printer)->failure.empty()) changed.notify_all();
+        },
+        [&] {
+            (*shared.lock())->isDone = true;
+            changed.notify_all();
+        });
+
+    auto printer = shared.lock();
+    while (!(*printer)->isDone && (*printer)->failure.empty()) {
+        changed.wait_for(printer.mutex(), std::chrono::milliseconds(100));
+        (*printer)->showProgress(task.visitedCount());
+    }
+    if (!(*printer)->failure.empty()) throw Error((*printer)->failure);
+    (*printer)->finish(task, search.query);
+    return (*printer)->count() > 0 ? ExitStatus::done : ExitStatus::nothingFound;
+}
+
+}  // namespace
+
+extern const Command searchCommand;
+const Command searchCommand = {
+    .name = "search",
+    .section = Section::looking,
+    .summary = "Finds files by name, type, date, size, place, source or content",
+    .arguments = "QUERY…",
+    .description =
+        "QUERY is what one would say: “pdfs from last week over 5 mb”, “screenshots from "
+        "yesterday”, “invoice from slack”. Its words may be one argument or several; “tarn parse” "
+        "shows how they are understood. A place that the query names (“in downloads”, “on this "
+        "mac”) is searched wherever one stands.\n"
+        "Results are printed as they are found, relative to the current folder on a terminal, else "
+        "as absolute paths; with “--json” they are an array in order of rank.",
+    .fewest = 1,
+    .options = options,
+    .examples = examples,
+    .run = run,
+};
+
+}  // namespace tarn::cli
