@@ -2,9 +2,12 @@
 
 #include <array>
 #include <cerrno>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <system_error>
+#include <type_traits>
 
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -118,25 +121,44 @@ int look(const URL& url, Links links, FileAttributes& out) {
     }
 }
 
-/// What a folder is read into. Kept for the next folder of the same thread, because a walk opens
-/// tens of thousands of them; a reader holds one only between its first read and its last.
+/// What a folder is read into, left as it comes: clearing it would cost more than most folders.
 struct ReadBuffer {
     static constexpr std::size_t size = 64 * 1024;
     /// The shortest record of the kernel: 19 bytes and a name with its NUL, rounded up to 8.
     static constexpr std::size_t mostEntries = size / 24;
+    static_assert(std::is_trivially_destructible_v<FolderEntry>);
+
     alignas(8) std::array<char, size> bytes;
-    std::array<FolderEntry, mostEntries> entries;
+    alignas(FolderEntry) std::array<std::byte, mostEntries * sizeof(FolderEntry)> entries;
+
+    void add(std::size_t index, const FolderEntry& entry) {
+        new (entries.data() + index * sizeof(FolderEntry)) FolderEntry(entry);
+    }
+    std::span<const FolderEntry> first(std::size_t count) const {
+        return {std::launder(reinterpret_cast<const FolderEntry*>(entries.data())), count};
+    }
 };
 
-std::unique_ptr<ReadBuffer>& spareBuffer() {
-    thread_local std::unique_ptr<ReadBuffer> spare;
-    return spare;
-}
+/// Buffers for the next folders of the same thread, because a walk opens tens of thousands; a
+/// reader holds one only between its first read and its last.
+class SpareBuffers {
+public:
+    std::unique_ptr<ReadBuffer> take() {
+        if (count_ == 0) return std::unique_ptr<ReadBuffer>(new ReadBuffer);
+        return std::move(buffers_[--count_]);
+    }
+    void put(std::unique_ptr<ReadBuffer> buffer) {
+        if (count_ < buffers_.size()) buffers_[count_++] = std::move(buffer);
+    }
 
-std::unique_ptr<ReadBuffer> takeBuffer() {
-    auto& spare = spareBuffer();
-    // Not make_unique: it would clear 128 KiB that the kernel is about to fill.
-    return spare ? std::move(spare) : std::unique_ptr<ReadBuffer>(new ReadBuffer);
+private:
+    std::array<std::unique_ptr<ReadBuffer>, 8> buffers_;
+    std::size_t count_ = 0;
+};
+
+SpareBuffers& spareBuffers() {
+    thread_local SpareBuffers buffers;
+    return buffers;
 }
 
 class LinuxFolderReader final : public FolderReader {
@@ -167,7 +189,7 @@ public:
 
 private:
     void releaseBuffer() {
-        if (buffer_) spareBuffer() = std::move(buffer_);
+        if (buffer_) spareBuffers().put(std::move(buffer_));
     }
     FileType typeByAsking(const char* name) const {
         struct statx result;
@@ -183,7 +205,7 @@ private:
 
 std::span<const FolderEntry> LinuxFolderReader::read() {
     while (!atEnd_) {
-        if (!buffer_) buffer_ = takeBuffer();
+        if (!buffer_) buffer_ = spareBuffers().take();
         const long bytes =
             syscall(SYS_getdents64, fd_.get(), buffer_->bytes.data(), ReadBuffer::size);
         if (bytes < 0 && errno == EINTR) continue;
@@ -197,14 +219,15 @@ std::span<const FolderEntry> LinuxFolderReader::read() {
             const char* name = record->d_name;
             if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0')))
                 continue;
-            FolderEntry& entry = buffer_->entries[count++];
+            FolderEntry entry;
             entry.name = name;
             entry.length = static_cast<std::uint32_t>(std::strlen(name));
             entry.type = typeOfEntry(record->d_type);
             entry.inode = record->d_ino;
             if (entry.type == FileType::unknown) entry.type = typeByAsking(name);
+            buffer_->add(count++, entry);
         }
-        if (count > 0) return {buffer_->entries.data(), count};
+        if (count > 0) return buffer_->first(count);
     }
     atEnd_ = true;
     releaseBuffer();
