@@ -5,8 +5,8 @@
 #include <QtTest/QTest>
 #include <gtest/gtest.h>
 
-#include "Tarn/model/PictureDecoder.h"
-#include "Tarn/model/ThumbnailLoader.h"
+#include "Tarn/ui/thumbnails/PictureDecoder.h"
+#include "Tarn/ui/thumbnails/ThumbnailLoader.h"
 #include "TarnCore/platform/Platform.h"
 #include "tests/support/ScopedPlatform.h"
 #include "tests/support/TestFolder.h"

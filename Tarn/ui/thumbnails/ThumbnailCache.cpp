@@ -1,4 +1,4 @@
-#include "Tarn/model/ThumbnailCache.h"
+#include "Tarn/ui/thumbnails/ThumbnailCache.h"
 
 #include <cerrno>
 #include <cstdlib>

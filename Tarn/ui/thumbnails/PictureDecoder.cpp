@@ -1,4 +1,4 @@
-#include "Tarn/model/PictureDecoder.h"
+#include "Tarn/ui/thumbnails/PictureDecoder.h"
 
 #include <algorithm>
 #include <cmath>

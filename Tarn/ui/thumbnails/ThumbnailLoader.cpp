@@ -1,4 +1,4 @@
-#include "Tarn/model/ThumbnailLoader.h"
+#include "Tarn/ui/thumbnails/ThumbnailLoader.h"
 
 #include <algorithm>
 #include <optional>
@@ -8,7 +8,7 @@
 #include <QtCore/QThread>
 
 #include "Tarn/model/MainThread.h"
-#include "Tarn/model/PictureDecoder.h"
+#include "Tarn/ui/thumbnails/PictureDecoder.h"
 #include "TarnCore/base/Guarded.h"
 #include "TarnCore/platform/Platform.h"
 

@@ -10,7 +10,7 @@
 #include <QtGui/QImage>
 #include <QtGui/QPixmap>
 
-#include "Tarn/model/ThumbnailCache.h"
+#include "Tarn/ui/thumbnails/ThumbnailCache.h"
 #include "TarnCore/base/TaskPool.h"
 #include "TarnCore/files/FileItem.h"
 
