@@ -10,6 +10,7 @@
 
 #include <unicode/datefmt.h>
 #include <unicode/dtptngen.h>
+#include <unicode/gregocal.h>
 #include <unicode/locid.h>
 #include <unicode/measunit.h>
 #include <unicode/numberformatter.h>
@@ -80,6 +81,16 @@ icu::MeasureUnit measureUnit(std::size_t unit) {
     }
 }
 
+/// Our calendar is Gregorian throughout, while ICU's is Julian before 1582.
+void keepGregorian(icu::DateFormat& format) {
+    const auto* calendar = dynamic_cast<const icu::GregorianCalendar*>(format.getCalendar());
+    if (calendar == nullptr) return;
+    std::unique_ptr<icu::GregorianCalendar> own(calendar->clone());
+    UErrorCode status = U_ZERO_ERROR;
+    own->setGregorianChange(U_DATE_MIN, status);
+    format.adoptCalendar(own.release());
+}
+
 }  // namespace
 
 struct LocalisedPatterns::ICUFormats {
@@ -118,6 +129,7 @@ struct LocalisedPatterns::ICUFormats {
             format.reset(make());
             if (!format) return {};
             format->adoptTimeZone(icu::TimeZone::getGMT()->clone());
+            keepGregorian(*format);
         }
         const std::chrono::sys_days days{std::chrono::year{day.year} /
                                          std::chrono::month{static_cast<unsigned>(day.month)} /
