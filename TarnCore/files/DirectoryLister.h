@@ -14,7 +14,8 @@
 /// Reads one folder level. Synchronous and free of state; call it off the main thread.
 namespace tarn::DirectoryLister {
 
-/// Folders with more entries are listed without tags, which the caller fetches afterwards.
+/// Folders with more entries are listed without tags, which the caller fetches afterwards, and with
+/// the creation time as the date of arrival.
 inline constexpr std::size_t deferTagsAbove = 3000;
 bool tagsDeferred(std::size_t count);
 

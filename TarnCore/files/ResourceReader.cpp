@@ -41,6 +41,22 @@ std::optional<Date> parseAdded(std::string_view text) {
     return Date{seconds};
 }
 
+/// Fills in what the attributes of a file hold. Throws what ExtendedAttributes throws.
+void readAttributes(const URL& url, ResourceValues& values) {
+    const ExtendedAttributes& attributes = *Platform::current().attributes;
+    // One call for the names tells of nearly every file that there is nothing to read.
+    const std::vector<std::string> names = attributes.list(url);
+    if (names.empty()) return;
+    const auto get = [&](std::string_view name) -> std::optional<std::string> {
+        if (!contains(names, name)) return std::nullopt;
+        return attributes.get(url, std::string(name));
+    };
+    if (const auto added = get(ResourceReader::addedAttribute))
+        if (const auto date = parseAdded(*added)) values.added = date;
+    values.tags =
+        TagAttribute::names(get(TagAttribute::attribute), get(TagAttribute::mirrorAttribute));
+}
+
 }  // namespace
 
 struct ResourceReader::Hidden {
@@ -108,31 +124,15 @@ ResourceValues ResourceReader::values(const URL& child, std::string_view name,
         values.contentType = std::string(ContentType::package);
 
     // Links have no attributes of their own, and those of the target are not theirs.
-    if (!values.isSymlink && !hasNoAttributes_.load(std::memory_order_relaxed))
-        readAttributes(child, values, keys);
-    return values;
-}
-
-void ResourceReader::readAttributes(const URL& child, ResourceValues& values,
-                                    ResourceKeys keys) const {
-    if (!keys.tags) return;
-    const ExtendedAttributes& attributes = *Platform::current().attributes;
-    try {
-        // One call for the names answers for nearly every file that there is nothing to read.
-        const std::vector<std::string> names = attributes.list(child);
-        if (names.empty()) return;
-        const auto get = [&](std::string_view name) -> std::optional<std::string> {
-            if (!contains(names, name)) return std::nullopt;
-            return attributes.get(child, std::string(name));
-        };
-        if (const auto added = get(addedAttribute))
-            if (const auto date = parseAdded(*added)) values.added = date;
-        values.tags =
-            TagAttribute::names(get(TagAttribute::attribute), get(TagAttribute::mirrorAttribute));
-    } catch (const std::system_error& error) {
-        if (error.code().value() == ENOTSUP)
-            hasNoAttributes_.store(true, std::memory_order_relaxed);
+    if (keys.tags && !values.isSymlink && !hasNoAttributes_.load(std::memory_order_relaxed)) {
+        try {
+            readAttributes(child, values);
+        } catch (const std::system_error& error) {
+            if (error.code().value() == ENOTSUP)
+                hasNoAttributes_.store(true, std::memory_order_relaxed);
+        }
     }
+    return values;
 }
 
 std::optional<ResourceValues> ResourceReader::read(const URL& url, ResourceKeys keys) {
@@ -147,19 +147,16 @@ std::optional<ResourceValues> ResourceReader::read(const URL& url, ResourceKeys 
 }
 
 std::vector<std::string> ResourceReader::tags(const URL& url) {
-    const ExtendedAttributes& attributes = *Platform::current().attributes;
+    ResourceValues values;
     try {
-        // Most files have no attributes at all, which one system call tells.
-        const std::vector<std::string> present = attributes.list(url);
-        const auto value = [&](std::string_view name) -> std::optional<std::string> {
-            if (std::ranges::find(present, name) == present.end()) return std::nullopt;
-            return attributes.get(url, std::string(name));
-        };
-        return TagAttribute::names(value(TagAttribute::attribute),
-                                   value(TagAttribute::mirrorAttribute));
+        readAttributes(url, values);
     } catch (const std::system_error&) {
         return {};
     }
+    if (values.tags.empty()) return {};
+    const auto attributes = Platform::current().files->attributes(url, Links::keep);
+    const bool isLink = attributes && attributes->type == FileType::symlink;
+    return isLink ? std::vector<std::string>{} : std::move(values.tags);
 }
 
 }  // namespace tarn

@@ -14,6 +14,8 @@ namespace tarn {
 
 /// Which values to read; each beyond `base` costs system calls per item.
 struct ResourceKeys {
+    /// What lies in attributes: the tags, and the date of arrival where one was kept; the creation
+    /// time stands for it otherwise.
     bool tags = false;
     bool cloud = false;  ///< No file system here has a cloud state to tell, so it adds nothing.
     bool operator==(const ResourceKeys&) const = default;
@@ -40,7 +42,7 @@ public:
     /// Directory names that end in a bundle extension (".app", ".photoslibrary", …).
     static bool isPackageName(std::string_view name);
 
-    /// The names of the tags of a file; none when it cannot be looked at.
+    /// The names of the tags of a file; none for a link, and when it cannot be looked at.
     static std::vector<std::string> tags(const URL& url);
 
     /// Attribute in which we keep when an item came into its folder: seconds since 2001 in decimal.
@@ -51,8 +53,6 @@ public:
 
 private:
     struct Hidden;
-    void readAttributes(const URL& child, ResourceValues& values, ResourceKeys keys) const;
-
     std::shared_ptr<const Hidden> hidden_;
     /// Set once the disk has said that it keeps no attributes, so that the others are not asked.
     mutable std::atomic<bool> hasNoAttributes_ = false;

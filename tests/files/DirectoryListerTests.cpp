@@ -5,8 +5,12 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "TarnCore/base/Error.h"
 #include "TarnCore/files/DirectoryLister.h"
 #include "TarnCore/platform/Platform.h"
+#include "TarnCore/platform/memory/MemoryFileSystem.h"
+#include "TarnCore/platform/memory/MemoryPlatform.h"
+#include "tests/support/ScopedPlatform.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {
@@ -29,6 +33,22 @@ std::optional<ListingError> errorOf(const URL& folder) {
     }
     return std::nullopt;
 }
+
+/// The attributes of a disk that keeps none.
+class RefusingAttributes final : public ExtendedAttributes {
+public:
+    mutable int asked = 0;
+    std::optional<std::string> get(const URL&, const std::string&) const override { refuse(); }
+    void set(const URL&, const std::string&, const std::string&) override { refuse(); }
+    void remove(const URL&, const std::string&) override { refuse(); }
+    std::vector<std::string> list(const URL&) const override { refuse(); }
+
+private:
+    [[noreturn]] void refuse() const {
+        ++asked;
+        throw std::system_error(ENOTSUP, std::generic_category());
+    }
+};
 
 TEST(DirectoryLister, listsOneLevelWithAwkwardNames) {
     const TestFolder root;
@@ -71,16 +91,58 @@ TEST(DirectoryLister, saysWhyAFolderCannotBeListed) {
     EXPECT_STREQ(errorOf(root / "bro\xffken")->what(), "“bro\uFFFDken” doesn’t exist any more.");
 }
 
-TEST(DirectoryLister, closedFolderIsAMatterOfPermission) {
-    if (geteuid() == 0) GTEST_SKIP() << "root may open every folder";
-    const TestFolder root;
-    const URL closed = root.folder("closed");
-    std::filesystem::permissions(closed.path(), std::filesystem::perms::none);
-    const auto error = errorOf(closed);
-    std::filesystem::permissions(closed.path(), std::filesystem::perms::owner_all);
-    ASSERT_TRUE(error);
-    EXPECT_TRUE(error->isPermission());
-    EXPECT_STREQ(error->what(), "Tarn isn’t allowed to open “closed”.");
+TEST(DirectoryLister, mapsWhatTheDiskRefuses) {
+    MemoryPlatform machine;
+    const ScopedPlatform platform(machine.services());
+    const URL folder = URL::fromPath("/home/closed");
+    machine.files->addFile(folder.appending("a.txt"));
+    const struct {
+        int errnum;
+        ListingError::Reason reason;
+        const char* sentence;
+    } cases[] = {
+        {EACCES, ListingError::Reason::permissionDenied, "Tarn isn’t allowed to open “closed”."},
+        {EPERM, ListingError::Reason::permissionDenied, "Tarn isn’t allowed to open “closed”."},
+        {ENOENT, ListingError::Reason::notFound, "“closed” doesn’t exist any more."},
+        {EIO, ListingError::Reason::other, nullptr},
+        {ESTALE, ListingError::Reason::other, nullptr},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.errnum);
+        machine.files->failWith(folder, c.errnum);
+        const auto error = errorOf(folder);
+        ASSERT_TRUE(error);
+        EXPECT_EQ(error->reason(), c.reason);
+        EXPECT_EQ(error->isPermission(), c.reason == ListingError::Reason::permissionDenied);
+        EXPECT_EQ(std::string(error->what()),
+                  c.sentence ? c.sentence : systemErrorSentence(c.errnum));
+    }
+}
+
+TEST(DirectoryLister, itemsThatVanishMeanwhileAreLeftOut) {
+    MemoryPlatform machine;
+    const ScopedPlatform platform(machine.services());
+    const URL folder = URL::fromPath("/home/busy");
+    for (const char* name : {"a", "gone", "unreadable", "z"})
+        machine.files->addFile(folder.appending(name));
+    machine.files->addLink(folder.appending("link"), "gone");
+    machine.files->failWith(folder.appending("gone"), ENOENT);
+    machine.files->failWith(folder.appending("unreadable"), EACCES);
+    machine.files->setBatchSize(2);
+    EXPECT_THAT(namesOf(DirectoryLister::list(folder, false)),
+                UnorderedElementsAre("a", "z", "link"));
+}
+
+TEST(DirectoryLister, aDiskWithoutAttributesIsAskedForThemOnce) {
+    MemoryPlatform machine;
+    const auto refusing = std::make_shared<RefusingAttributes>();
+    Platform services = machine.services();
+    services.attributes = refusing;
+    const ScopedPlatform platform(services);
+    const URL folder = URL::fromPath("/media/stick");
+    for (int i = 0; i < 50; ++i) machine.files->addFile(folder.appending(std::to_string(i)));
+    EXPECT_EQ(DirectoryLister::list(folder, false).size(), 50U);
+    EXPECT_EQ(refusing->asked, 1);
 }
 
 TEST(DirectoryLister, manyThreadsKeepTheOrderOfTheDisk) {
@@ -121,7 +183,8 @@ TEST(DirectoryLister, tagsWaitInLargeFolders) {
     root.file("one more");
     EXPECT_THAT(tagsListed(), ElementsAre());
 
-    const auto tags = DirectoryLister::loadTags({root / "1", tagged, root / "gone"});
+    const auto tags = DirectoryLister::loadTags(
+        {root / "1", tagged, root / "gone", root.link("link", "0 tagged")});
     EXPECT_EQ(tags.size(), 1U);
     EXPECT_THAT(tags.at(tagged), ElementsAre("Work"));
 }
