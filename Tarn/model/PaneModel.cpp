@@ -1,6 +1,7 @@
 #include "Tarn/model/PaneModel.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/FolderListing.h"
@@ -12,6 +13,9 @@ namespace tarn {
 namespace {
 
 constexpr double folderLatency = 0.25;  // seconds
+
+/// Milliseconds that a listing waits for the watch on its folder, which usually takes one.
+constexpr int watchPatience = 30;
 
 /// Milliseconds after which a place that has not answered at all is said not to respond.
 constexpr int listingDeadline = 10'000;
@@ -42,6 +46,11 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
         isLoading_ = false;
         emit stateChanged();
     });
+    lateWatchTimer_.setSingleShot(true);
+    lateWatchTimer_.setInterval(watchPatience);
+    connect(&lateWatchTimer_, &QTimer::timeout, this, [this] {
+        if (listUnlessBegun_) listUnlessBegun_();
+    });
     connect(&watcher_, &PaneWatcher::changed, this, &PaneModel::refreshSoon);
     connect(&search_, &PaneSearch::rowsChanged, this, &PaneModel::resultsChanged);
     connect(&search_, &PaneSearch::finished, this, &PaneModel::stateChanged);
@@ -55,6 +64,8 @@ void PaneModel::moveOn() {
     isListing_ = false;
     missedChanges_ = false;
     refreshTimer_.stop();
+    lateWatchTimer_.stop();
+    listUnlessBegun_ = {};
 }
 
 // --- Going places
@@ -195,12 +206,36 @@ void PaneModel::load() {
     }
     emit stateChanged();
     if (isLoading_) deadlineTimer_.start();
-    startListing();
-    watchFolder();
+    watchAndList();
 }
 
-void PaneModel::watchFolder() {
-    watcher_.watch({location_.url}, WatchDepth::children, folderLatency);
+void PaneModel::watchAndList() {
+    // The watch comes first, so that no change falls between the listing and the watch. A disk
+    // that makes the watch wait must not make the rows wait: then the listing begins without it,
+    // and what was missed is read once the watch is there.
+    isListing_ = true;
+    struct Begun {
+        std::atomic<bool> isListing{false};
+        std::atomic<bool> isLate{false};
+    };
+    const auto begun = std::make_shared<Begun>();
+    auto list = [begun, task = listing(), &pool = app_.pool()] {
+        if (!begun->isListing.exchange(true)) pool.run(task);
+    };
+    listUnlessBegun_ = [begun, list] {
+        begun->isLate = true;
+        list();
+    };
+    lateWatchTimer_.start();
+    watcher_.watch({location_.url}, WatchDepth::children, folderLatency,
+                   [begun, list, generation = generation_, self = QPointer<PaneModel>(this)] {
+                       const bool wasLate = begun->isListing && begun->isLate;
+                       list();
+                       if (!wasLate) return;
+                       MainThread::post(self, [generation](PaneModel& pane) {
+                           if (generation == pane.generation_) pane.refreshSoon();
+                       });
+                   });
 }
 
 void PaneModel::reload() {
@@ -224,12 +259,16 @@ void PaneModel::refreshSoon() {
 
 void PaneModel::startListing() {
     isListing_ = true;
+    app_.pool().run(listing());
+}
+
+std::function<void()> PaneModel::listing() {
     missedChanges_ = false;
     listToken_ = CancelToken();
     const bool wantsFirst = isLoading_;
-    app_.pool().run([folder = location_.url, hidden = showsHidden_, sort = sort_,
-                     token = listToken_, wantsFirst, generation = generation_,
-                     cache = app_.sharedListings(), self = QPointer<PaneModel>(this)] {
+    return [folder = location_.url, hidden = showsHidden_, sort = sort_, token = listToken_,
+            wantsFirst, generation = generation_, cache = app_.sharedListings(),
+            self = QPointer<PaneModel>(this)] {
         if (token.isCancelled()) return;
         try {
             if (wantsFirst) {
@@ -253,7 +292,7 @@ void PaneModel::startListing() {
                 if (generation == pane.generation_) pane.listingFailed(error);
             });
         }
-    });
+    };
 }
 
 void PaneModel::showListing(SharedRows rows, const SortOrder& sort, bool isPartial) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -122,14 +123,16 @@ private:
     void applyPrefs();
     void savePrefs();
     void load();
+    /// What reads the place and posts the answer; for the pool.
+    std::function<void()> listing();
     void startListing();
+    void watchAndList();
     void showListing(SharedRows rows, const SortOrder& sort, bool isPartial);
     void listingFailed(const ListingError& error);
     void listingEnded();
     void loadDeferredTags(const SharedRows& rows);
     void resortListing();
     void showRows(const SharedRows& rows);
-    void watchFolder();
     void runSearch();
     void startSearch();
     void resultsChanged();
@@ -164,6 +167,8 @@ private:
     std::optional<ListingError> listingError_;
     QTimer refreshTimer_;
     QTimer deadlineTimer_;
+    QTimer lateWatchTimer_;
+    std::function<void()> listUnlessBegun_;
     PaneWatcher watcher_;
 
     std::string searchText_;

@@ -11,10 +11,11 @@ PaneWatcher::~PaneWatcher() {
     queue_.flush();
 }
 
-void PaneWatcher::watch(std::vector<URL> folders, WatchDepth depth, double latency) {
+void PaneWatcher::watch(std::vector<URL> folders, WatchDepth depth, double latency,
+                        std::function<void()> whenWatching) {
     const std::uint64_t watch = ++current_;
     queue_.run([this, watch, folders = std::move(folders), depth, latency,
-                self = QPointer<PaneWatcher>(this)] {
+                whenWatching = std::move(whenWatching), self = QPointer<PaneWatcher>(this)] {
         watcher_ =
             std::make_unique<FolderWatcher>([self, watch](const std::vector<std::string>& paths) {
                 MainThread::post(self, [watch, paths](PaneWatcher& watcher) {
@@ -22,6 +23,7 @@ void PaneWatcher::watch(std::vector<URL> folders, WatchDepth depth, double laten
                 });
             });
         watcher_->watch(folders, latency, depth);
+        if (whenWatching) whenWatching();
     });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -22,8 +23,10 @@ public:
     explicit PaneWatcher(QObject* parent = nullptr);
     ~PaneWatcher() override;
 
-    /// Instead of what was watched before. `latency` in seconds.
-    void watch(std::vector<URL> folders, WatchDepth depth, double latency);
+    /// Instead of what was watched before. `latency` in seconds. `whenWatching` runs on the queue
+    /// once nothing can be missed any more.
+    void watch(std::vector<URL> folders, WatchDepth depth, double latency,
+               std::function<void()> whenWatching = {});
     void stop();
 
 signals:

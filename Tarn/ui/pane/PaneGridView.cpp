@@ -52,6 +52,7 @@ PaneGridView::PaneGridView(PaneModel& pane, QWidget* parent) : PaneView(pane, pa
         updateGeometries();
         viewport()->update();
     });
+    begin();
 }
 
 int PaneGridView::iconSize() const { return static_cast<int>(pane().iconSize()); }
@@ -63,11 +64,9 @@ PaneGridView::Cells PaneGridView::cells() const {
                   padding + iconSize() + Metrics::space6 + lines + padding};
     const int room = std::max(cells.size.width(), viewport()->width() - 2 * margin);
     cells.columns = std::max(1, (room + gap) / (cells.size.width() + gap));
-    // What is left over goes between the columns, so that both edges stay straight.
-    const int used = cells.columns * cells.size.width();
-    const int between = cells.columns > 1 ? (room - used) / (cells.columns - 1) : 0;
-    // With few items a sparse row would look torn apart.
-    cells.pitch = cells.size.width() + std::min(between, 3 * gap);
+    // What is left over widens the cells, so that both edges stay straight.
+    cells.pitch = (room + gap) / cells.columns;
+    cells.size.setWidth(cells.pitch - gap);
     cells.left = margin;
     cells.vertical = cells.size.height() + gap;
     return cells;

@@ -23,7 +23,7 @@ constexpr double hiddenOpacity = 0.55;
 
 /// What each column needs, as texts of the usual length; the name takes the rest.
 constexpr const char* widestTexts[paneColumnCount] = {"", "Wed 00, 0000 at 00:00 PM", "0,000.0 MB ",
-                                                      "Spreadsheet document",
+                                                      "PowerPoint 2007 presentation",
                                                       "~/Documents/Projects/2024"};
 /// Columns go, last first, before the name gets narrower than this.
 constexpr int narrowestName = 200;
@@ -38,7 +38,7 @@ PaneListView::PaneListView(PaneModel& pane, QWidget* parent)
     : PaneView(pane, parent), header_(new QHeaderView(Qt::Horizontal, this)) {
     setObjectName(QStringLiteral("paneList"));
     setAccessibleName(tr("Files"));
-    header_->setModel(model());
+    header_->setModel(&pane.items());
     header_->setSectionsClickable(true);
     header_->setHighlightSections(false);
     header_->setSectionsMovable(false);
@@ -63,6 +63,7 @@ PaneListView::PaneListView(PaneModel& pane, QWidget* parent)
     connect(&pane, &PaneModel::stateChanged, this, &PaneListView::layOutColumns);
     measureColumns();
     showSort();
+    begin();
 }
 
 void PaneListView::showSort() {

@@ -21,9 +21,11 @@ constexpr int bandFillAlpha = 40;
 
 }  // namespace
 
-PaneView::PaneView(PaneModel& pane, QWidget* parent) : QAbstractItemView(parent), pane_(pane) {
-    setModel(&pane.items());
-    setSelectionModel(&pane.selection());
+PaneView::PaneView(PaneModel& pane, QWidget* parent) : QAbstractItemView(parent), pane_(pane) {}
+
+void PaneView::begin() {
+    setModel(&pane_.items());
+    setSelectionModel(&pane_.selection());
     setSelectionMode(ExtendedSelection);
     setSelectionBehavior(SelectRows);
     setEditTriggers(NoEditTriggers);
@@ -34,16 +36,16 @@ PaneView::PaneView(PaneModel& pane, QWidget* parent) : QAbstractItemView(parent)
     viewport()->setMouseTracking(true);
     // The default context menu of a scroll area holds nothing.
     setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(&pane, &PaneModel::rowsChanged, this, [this] {
+    connect(&pane_, &PaneModel::rowsChanged, this, [this] {
         updateGeometries();
         viewport()->update();
     });
-    connect(&pane, &PaneModel::locationChanged, this, [this] {
+    connect(&pane_, &PaneModel::locationChanged, this, [this] {
         updateGeometries();
         verticalScrollBar()->setValue(0);
         viewport()->update();
     });
-    connect(&pane.selection(), &QItemSelectionModel::currentChanged, this,
+    connect(&pane_.selection(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) {
                 if (!isVisible() && current.isValid()) scrollTo(current);
             });

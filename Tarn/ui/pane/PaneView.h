@@ -41,6 +41,10 @@ signals:
     void leftAtTop();
 
 protected:
+    /// Connects the view with its pane; the last thing that the constructor of a subclass does,
+    /// since from here on its geometry is asked for.
+    void begin();
+
     /// Of a row, in content coordinates.
     virtual QRect rowRect(int row) const = 0;
     /// Height of everything, margins included.

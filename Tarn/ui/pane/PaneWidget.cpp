@@ -1,0 +1,262 @@
+#include "Tarn/ui/pane/PaneWidget.h"
+
+#include <QtGui/QClipboard>
+#include <QtGui/QGuiApplication>
+#include <QtWidgets/QMenu>
+#include <QtWidgets/QStackedLayout>
+
+#include "Tarn/model/PaneModel.h"
+#include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/pane/PaneGridView.h"
+#include "Tarn/ui/pane/PaneListView.h"
+#include "Tarn/ui/states/SkeletonRows.h"
+#include "Tarn/ui/states/StatePage.h"
+#include "Tarn/ui/states/StatusPill.h"
+#include "Tarn/ui/theme/Icons.h"
+#include "TarnCore/base/Text.h"
+#include "TarnCore/files/Format.h"
+
+namespace tarn {
+namespace {
+
+constexpr int sayDuration = 6000;  // milliseconds
+
+QString qstring(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QString countOf(std::int64_t count, std::string_view singular) {
+    return QString::fromStdString(Format::count(count, singular));
+}
+
+}  // namespace
+
+PaneWidget::PaneWidget(WindowModel& window, PaneModel& pane, QWidget* parent)
+    : QWidget(parent),
+      window_(window),
+      pane_(pane),
+      pages_(new QStackedLayout(this)),
+      list_(new PaneListView(pane, this)),
+      grid_(new PaneGridView(pane, this)),
+      skeleton_(new SkeletonRows(this)),
+      state_(new StatePage(this)),
+      pill_(new StatusPill(this)) {
+    setAutoFillBackground(true);
+    setBackgroundRole(QPalette::Base);
+    for (QWidget* page : {static_cast<QWidget*>(list_), static_cast<QWidget*>(grid_),
+                          static_cast<QWidget*>(skeleton_), static_cast<QWidget*>(state_)})
+        pages_->addWidget(page);
+    watch(list_);
+    watch(grid_);
+    sayTimer_.setSingleShot(true);
+    connect(&sayTimer_, &QTimer::timeout, this, [this] {
+        said_.clear();
+        showStatus();
+    });
+    connect(&loading_, &LoadingGate::shownChanged, this, &PaneWidget::showState);
+    connect(state_, &StatePage::actionTriggered, this, &PaneWidget::act);
+    connect(&pane, &PaneModel::stateChanged, this, &PaneWidget::showState);
+    connect(&pane, &PaneModel::rowsChanged, this, &PaneWidget::showState);
+    connect(&pane, &PaneModel::viewModeChanged, this, [this] {
+        const bool hadFocus = list_->hasFocus() || grid_->hasFocus();
+        showState();
+        if (hadFocus) view()->setFocus();
+        view()->scrollTo(view()->currentIndex());
+    });
+    connect(&pane, &PaneModel::locationChanged, this, &PaneWidget::showState);
+    connect(&pane.selection(), &QItemSelectionModel::selectionChanged, this,
+            &PaneWidget::showStatus);
+    showState();
+}
+
+void PaneWidget::watch(PaneView* view) {
+    connect(view, &PaneView::activated, this, [this] { window_.openSelection(); });
+    connect(view, &PaneView::leftAtTop, this, &PaneWidget::leftAtTop);
+    connect(view, &PaneView::customContextMenuRequested, this,
+            [this, view](const QPoint& point) { openMenu(view->viewport()->mapToGlobal(point)); });
+}
+
+PaneView* PaneWidget::view() const {
+    if (pane_.viewMode() == ViewMode::list) return list_;
+    return grid_;
+}
+
+void PaneWidget::enter() { view()->enter(); }
+
+void PaneWidget::say(const QString& sentence) {
+    said_ = sentence;
+    sayTimer_.start(sayDuration);
+    showStatus();
+}
+
+void PaneWidget::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    showStatus();
+}
+
+// --- What is shown
+
+void PaneWidget::showState() {
+    showStatus();
+    loading_.setLoading(pane_.isLoading() && pane_.items().isEmpty());
+    if (loading_.isShown())
+        show(Page::skeleton);
+    else if (!pane_.items().isEmpty() || pane_.isLoading() || pane_.isSearching())
+        show(Page::rows);
+    else if (pane_.showsResults())
+        showNothingFound();
+    else if (pane_.listingError())
+        showError();
+    else if (pane_.location().isFolder())
+        showEmptyFolder();
+    else
+        show(Page::rows);
+}
+
+void PaneWidget::show(Page page) {
+    QWidget* wanted = view();
+    if (page == Page::skeleton) wanted = skeleton_;
+    if (page == Page::state) wanted = state_;
+    if (pages_->currentWidget() == wanted) return;
+    const bool hadFocus = isAncestorOf(focusWidget()) && focusWidget() && focusWidget()->hasFocus();
+    pages_->setCurrentWidget(wanted);
+    if (hadFocus && page == Page::rows) wanted->setFocus();
+    pill_->raise();
+}
+
+void PaneWidget::showError() {
+    const ListingError& error = *pane_.listingError();
+    const QString sentence = QString::fromUtf8(error.what());
+    switch (error.reason()) {
+        case ListingError::Reason::permissionDenied:
+            state_->setContent({"lock", tr("No Permission"), sentence, tr("Try Again")});
+            action_ = [this] { pane_.reload(); };
+            break;
+        case ListingError::Reason::notFound:
+            state_->setContent({"folder.badge.questionmark", tr("Folder Not Found"), sentence,
+                                tr("Go to Enclosing Folder")});
+            action_ = [this] { pane_.goUp(); };
+            break;
+        case ListingError::Reason::notAFolder:
+        case ListingError::Reason::other:
+            state_->setContent({"exclamationmark.triangle", tr("Can’t Show This Folder"), sentence,
+                                tr("Try Again")});
+            action_ = [this] { pane_.reload(); };
+            break;
+    }
+    show(Page::state);
+}
+
+void PaneWidget::showNothingFound() {
+    const QString place = qstring(pane_.location().title());
+    switch (pane_.searchScope()) {
+        case SearchScopeSetting::currentFolder:
+            state_->setContent({"magnifyingglass", tr("No Results"),
+                                tr("Nothing in “%1” matches.").arg(place), tr("Search Home")});
+            action_ = [this] { pane_.setScope(SearchScopeSetting::home); };
+            break;
+        case SearchScopeSetting::home:
+            state_->setContent({"magnifyingglass", tr("No Results"),
+                                tr("Nothing in your home folder matches."),
+                                tr("Search This Computer")});
+            action_ = [this] { pane_.setScope(SearchScopeSetting::thisMac); };
+            break;
+        case SearchScopeSetting::thisMac:
+            state_->setContent({"magnifyingglass", tr("No Results"),
+                                tr("Nothing on this computer matches."), tr("Clear Search")});
+            action_ = [this] { pane_.clearSearch(false); };
+            break;
+    }
+    show(Page::state);
+}
+
+void PaneWidget::showEmptyFolder() {
+    if (pane_.showsHidden()) {
+        state_->setContent({"folder", tr("Folder Is Empty"),
+                            tr("What is put here shows up at once."),
+                            tr("Go to Enclosing Folder")});
+        action_ = [this] { pane_.goUp(); };
+    } else {
+        state_->setContent({"folder", tr("Folder Is Empty"),
+                            tr("There is nothing here, unless it is hidden."),
+                            tr("Show Hidden Files")});
+        action_ = [this] { window_.setShowHidden(true); };
+    }
+    show(Page::state);
+}
+
+void PaneWidget::act() {
+    // The action may replace itself while it runs.
+    const auto action = action_;
+    if (action) action();
+}
+
+// --- Status
+
+QString PaneWidget::statusText() const {
+    if (!said_.isEmpty()) return said_;
+    const auto count = static_cast<std::int64_t>(pane_.items().count());
+    if (pane_.hasSelection()) {
+        std::int64_t selected = 0;
+        std::int64_t bytes = 0;
+        bool hasSize = false;
+        constexpr std::int64_t mostSummed = 5000;
+        for (const QItemSelectionRange& range : pane_.selection().selection()) {
+            selected += range.height();
+            for (int row = range.top(); row <= range.bottom() && selected <= mostSummed; ++row) {
+                const auto size = pane_.items().item(row).size;
+                hasSize |= size.has_value();
+                bytes += size.value_or(0);
+            }
+        }
+        const QString text =
+            selected == count ? tr("All %1 selected").arg(countOf(count, "item"))
+                              : tr("%1 of %2 selected").arg(selected).arg(countOf(count, "item"));
+        if (!hasSize || selected > mostSummed) return text;
+        return text + QStringLiteral(" · ") + QString::fromStdString(Format::bytes(bytes));
+    }
+    if (pane_.showsResults()) {
+        const QString found = countOf(count, "result");
+        if (pane_.isSearching()) return tr("%1 so far").arg(found);
+        return tr("%1 · searched %2 in %3 s")
+            .arg(found, countOf(pane_.search().visitedCount(), "file"),
+                 QLocale().toString(pane_.search().elapsed(), 'f', 1));
+    }
+    if (pane_.isPartial()) return tr("Loading…");
+    if (pane_.items().isEmpty()) return {};
+    return countOf(count, "item");
+}
+
+void PaneWidget::showStatus() {
+    pill_->setText(statusText());
+    pill_->raise();
+}
+
+// --- Menu
+
+void PaneWidget::openMenu(const QPoint& globalPosition) {
+    const std::vector<FileItem> items = pane_.selectedItems();
+    QMenu menu(this);
+    if (!items.empty()) {
+        menu.addAction(Icons::symbol("arrow.up.right.square"), tr("Open"), this,
+                       [this] { window_.openSelection(); });
+        if (pane_.showsResults() && items.size() == 1) {
+            menu.addAction(Icons::symbol("folder"), tr("Show in Folder"), this,
+                           [this, url = items.front().url] {
+                               pane_.navigate(Location::folder(url.parent()), true, {url});
+                           });
+        }
+        menu.addAction(Icons::symbol("doc.on.doc"), tr("Copy Path"), this, [items] {
+            std::vector<std::string> paths;
+            for (const FileItem& item : items) paths.push_back(item.path());
+            QGuiApplication::clipboard()->setText(QString::fromStdString(Text::join(paths, "\n")));
+        });
+        menu.addSeparator();
+    }
+    menu.addAction(Icons::symbol("checkmark"), tr("Select All"), view(), &PaneView::selectAll);
+    menu.addAction(Icons::symbol("arrow.clockwise"), tr("Refresh"), this,
+                   [this] { pane_.reload(); });
+    menu.exec(globalPosition);
+}
+
+}  // namespace tarn

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <functional>
+
+#include <QtCore/QTimer>
+#include <QtWidgets/QWidget>
+
+#include "Tarn/ui/states/LoadingGate.h"
+
+class QStackedLayout;
+
+namespace tarn {
+
+class PaneGridView;
+class PaneListView;
+class PaneModel;
+class PaneView;
+class SkeletonRows;
+class StatePage;
+class StatusPill;
+class WindowModel;
+
+/// A pane with all its faces: list or grid, the pages for loading, empty, failed and nothing
+/// found, and the status that floats above them.
+class PaneWidget final : public QWidget {
+    Q_OBJECT
+public:
+    PaneWidget(WindowModel& window, PaneModel& pane, QWidget* parent = nullptr);
+
+    PaneModel& pane() const { return pane_; }
+    /// The one of list and grid that is in use.
+    PaneView* view() const;
+    /// Puts the keyboard into the rows.
+    void enter();
+    /// Shows a sentence in place of the status for a few seconds.
+    void say(const QString& sentence);
+
+signals:
+    /// Up was pressed on the first row.
+    void leftAtTop();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    enum class Page { rows, skeleton, state };
+
+    void watch(PaneView* view);
+    void showState();
+    void show(Page page);
+    void showError();
+    void showNothingFound();
+    void showEmptyFolder();
+    void showStatus();
+    QString statusText() const;
+    void act();
+    void openMenu(const QPoint& globalPosition);
+
+    WindowModel& window_;
+    PaneModel& pane_;
+    QStackedLayout* pages_;
+    PaneListView* list_;
+    PaneGridView* grid_;
+    SkeletonRows* skeleton_;
+    StatePage* state_;
+    StatusPill* pill_;
+    LoadingGate loading_;
+    QTimer sayTimer_;
+    QString said_;
+    std::function<void()> action_;  ///< Of the page that is shown.
+};
+
+}  // namespace tarn
