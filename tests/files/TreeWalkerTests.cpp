@@ -4,7 +4,6 @@
 #include <map>
 #include <mutex>
 #include <set>
-#include <system_error>
 
 #include <sys/stat.h>
 
@@ -15,6 +14,9 @@
 
 #include "TarnCore/files/TreeWalker.h"
 #include "TarnCore/platform/Platform.h"
+#include "TarnCore/platform/memory/MemoryFileSystem.h"
+#include "TarnCore/platform/memory/MemoryPlatform.h"
+#include "TarnCore/platform/memory/MemoryVolumes.h"
 #include "tests/support/ScopedPlatform.h"
 #include "tests/support/TestFolder.h"
 
@@ -23,7 +25,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 /// Notes every path, and goes everywhere.
 class Recorder : public TreeWalker::Visitor {
@@ -58,81 +59,6 @@ public:
 private:
     std::mutex mutex_;
     std::atomic<bool> busy_[16] = {};
-};
-
-class Mounts final : public Volumes {
-public:
-    explicit Mounts(std::vector<Mount> mounts) : mounts_(std::move(mounts)) {}
-    std::vector<Mount> mounts() const override { return mounts_; }
-    std::optional<Mount> mountHolding(const URL& url) const override {
-        std::optional<Mount> best;
-        for (const Mount& mount : mounts_)
-            if (url.isInside(mount.mountPoint) &&
-                (!best || mount.mountPoint.isInside(best->mountPoint)))
-                best = mount;
-        return best;
-    }
-    std::string displayName(const Mount&) const override { return {}; }
-    std::optional<VolumeSpace> space(const URL&) const override { return std::nullopt; }
-    std::shared_ptr<void> observe(std::function<void()>) override { return nullptr; }
-
-private:
-    std::vector<Mount> mounts_;
-};
-
-/// The real disk, where opening some folders fails, whoever runs the tests.
-class FailingFileSystem final : public FileSystem {
-public:
-    explicit FailingFileSystem(std::map<std::string, int> failures)
-        : failures_(std::move(failures)), disk_(Platform::current().files) {}
-
-    std::unique_ptr<FolderReader> openFolder(const URL& folder) const override {
-        return std::make_unique<Reader>(*this, disk_->openFolder(folder));
-    }
-    std::optional<FileAttributes> attributes(const URL& url, Links links) const override {
-        return disk_->attributes(url, links);
-    }
-    FileAttributes requireAttributes(const URL& url, Links links) const override {
-        return disk_->requireAttributes(url, links);
-    }
-    std::string linkTarget(const URL& url) const override { return disk_->linkTarget(url); }
-    std::optional<URL> resolved(const URL& url) const override { return disk_->resolved(url); }
-    std::string readFile(const URL& url, std::size_t limit) const override {
-        return disk_->readFile(url, limit);
-    }
-    bool isReadableFolder(const URL& url) const override { return disk_->isReadableFolder(url); }
-
-private:
-    class Reader final : public FolderReader {
-    public:
-        Reader(const FailingFileSystem& owner, std::unique_ptr<FolderReader> reader)
-            : owner_(owner), reader_(std::move(reader)) {}
-        std::span<const FolderEntry> read() override {
-            if (failure_ != 0) throw std::system_error(failure_, std::generic_category());
-            return reader_->read();
-        }
-        std::optional<FileAttributes> attributes(const char* name, Links links) const override {
-            return reader_->attributes(name, links);
-        }
-        FileAttributes attributes() const override { return reader_->attributes(); }
-        std::unique_ptr<FolderReader> open(const char* name) const override {
-            const auto found = owner_.failures_.find(name);
-            const int failure = found == owner_.failures_.end() ? 0 : found->second;
-            if (failure != 0 && failure != EIO)
-                throw std::system_error(failure, std::generic_category());
-            auto child = std::make_unique<Reader>(owner_, reader_->open(name));
-            child->failure_ = failure;
-            return child;
-        }
-
-    private:
-        const FailingFileSystem& owner_;
-        std::unique_ptr<FolderReader> reader_;
-        int failure_ = 0;
-    };
-
-    std::map<std::string, int> failures_;  ///< By name; EIO comes when the folder is read.
-    std::shared_ptr<FileSystem> disk_;
 };
 
 std::vector<std::string> below(const URL& root, const std::multiset<std::string>& paths) {
@@ -221,9 +147,11 @@ TEST(TreeWalker, entersOnlyMountsThatHoldFilesAndAnswer) {
         return made;
     };
     Platform platform = Platform::current();
-    platform.volumes = std::make_shared<Mounts>(std::vector{
-        mount("", false, false), mount("disk", false, false), mount("proc", true, false),
-        mount("server", false, true), mount("server/disk", false, false)});
+    const auto volumes = std::make_shared<MemoryVolumes>();
+    volumes->setMounts({mount("", false, false), mount("disk", false, false),
+                        mount("proc", true, false), mount("server", false, true),
+                        mount("server/disk", false, false)});
+    platform.volumes = volumes;
     const ScopedPlatform scope(platform);
 
     const auto walk = [](const URL& from, bool everywhere = false) {
@@ -243,21 +171,21 @@ TEST(TreeWalker, entersOnlyMountsThatHoldFilesAndAnswer) {
 }
 
 TEST(TreeWalker, reportsWhatCannotBeReadAndGoesOn) {
-    const TestFolder root;
+    const MemoryPlatform machine;
+    const URL root = URL::fromPath("/tree");
     for (const char* name : {"locked/file", "broken/file", "gone/file", "good/file"})
-        root.file(name);
-    Platform platform = Platform::current();
-    platform.files = std::make_shared<FailingFileSystem>(
-        std::map<std::string, int>{{"locked", EACCES}, {"broken", EIO}, {"gone", ENOENT}});
-    const ScopedPlatform scope(platform);
-    TreeWalker walker({root.url()});
+        machine.files->addFile(root.appending(name));
+    machine.files->failWith(root.appending("locked"), EACCES);
+    machine.files->failWith(root.appending("broken"), EIO);
+    machine.files->failWith(root.appending("gone"), ENOENT);
+    const ScopedPlatform scope(machine.services());
+    TreeWalker walker({root});
     Recorder recorder;
     walker.walk(recorder);
-    EXPECT_THAT(below(root.url(), recorder.paths),
+    EXPECT_THAT(below(root, recorder.paths),
                 ElementsAre("broken", "gone", "good", "good/file", "locked"));
-    EXPECT_THAT(recorder.unreadables,
-                UnorderedElementsAre(testing::Pair((root / "locked").path(), EACCES),
-                                     testing::Pair((root / "broken").path(), EIO)));
+    EXPECT_THAT(recorder.unreadables, ElementsAre(testing::Pair("/tree/broken", EIO),
+                                                  testing::Pair("/tree/locked", EACCES)));
 }
 
 TEST(TreeWalker, passesOverFoldersThatVanishUnderIt) {
