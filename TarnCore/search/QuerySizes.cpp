@@ -137,27 +137,56 @@ std::optional<double> findUnit(std::string_view name) {
 
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
 
-/// "500", "1.5", "500mb": digits, perhaps a fraction, perhaps a unit.
-std::optional<Amount> readFused(std::string_view text) {
-    const auto skipDigits = [&text](std::size_t from) {
-        while (from < text.size() && isDigit(text[from])) ++from;
-        return from;
+std::size_t skipDigits(std::string_view text, std::size_t from) {
+    while (from < text.size() && isDigit(text[from])) ++from;
+    return from;
+}
+
+/// Digits at the beginning of a text, as a number that from_chars reads.
+struct Digits {
+    std::string number;
+    std::size_t length = 0;  ///< In the text.
+};
+
+/// "500", "1.5", "1,500" and "1,5": a comma before three digits groups them, any other one is a
+/// decimal comma.
+Digits readDigits(std::string_view text) {
+    std::size_t end = skipDigits(text, 0);
+    Digits digits{std::string(text.substr(0, end)), end};
+    if (end == 0) return digits;
+    const auto hasGroup = [&text](std::size_t at) {
+        return at < text.size() && text[at] == ',' && skipDigits(text, at + 1) == at + 4;
     };
-    std::size_t end = skipDigits(0);
-    if (end == 0) return std::nullopt;
-    if (end + 1 < text.size() && text[end] == '.' && isDigit(text[end + 1])) {
-        end = skipDigits(end + 1);
+    const bool isGrouped = end <= 3 && hasGroup(end);
+    for (; isGrouped && hasGroup(end); end += 4) digits.number += text.substr(end + 1, 3);
+    const bool isPoint =
+        end < text.size() && (text[end] == '.' || (text[end] == ',' && !isGrouped));
+    if (isPoint && skipDigits(text, end + 1) > end + 1) {
+        const std::size_t fraction = end + 1;
+        end = skipDigits(text, fraction);
+        digits.number += '.';
+        digits.number += text.substr(fraction, end - fraction);
     }
+    digits.length = end;
+    return digits;
+}
+
+/// A number, perhaps with its unit right behind it.
+std::optional<Amount> readFused(std::string_view text) {
+    const auto [number, length] = readDigits(text);
+    if (length == 0) return std::nullopt;
     Amount amount;
     amount.count = 1;
-    const auto [last, error] = std::from_chars(text.data(), text.data() + end, amount.number);
+    const auto error =
+        std::from_chars(number.data(), number.data() + number.size(), amount.number).ec;
     if (error == std::errc::result_out_of_range) {
-        amount.number = std::numeric_limits<double>::infinity();
-    } else if (error != std::errc() || last != text.data() + end) {
-        return std::nullopt;
+        // Too large or too small for a double: the digits before the point tell.
+        const bool isSmall =
+            number.find_first_not_of('0') >= std::min(number.find('.'), number.size());
+        amount.number = isSmall ? 0 : std::numeric_limits<double>::infinity();
     }
-    if (end == text.size()) return amount;
-    amount.unit = findUnit(text.substr(end));
+    if (length == text.size()) return amount;
+    amount.unit = findUnit(text.substr(length));
     if (!amount.unit) return std::nullopt;
     return amount;
 }

@@ -32,6 +32,10 @@ TEST(QuerySizes, amountsBecomeBoundsWithALabel) {
         {"smaller than 1 mb", none, 1'000'000, "Under 1 MB"},
         {"min 3 bytes", 3, none, "Over 3 bytes"},
         {"over 0 b", 0, none, "Over Zero KB"},
+        {"over 1,500 kb", 1'500'000, none, "Over 1.5 MB"},
+        {"over 1,000,000 b", 1'000'000, none, "Over 1 MB"},
+        {"over 1,5gb", 1'500'000'000, none, "Over 1.5 GB"},
+        {"over 1,000.5 kb", 1'000'500, none, "Over 1 MB"},
         {"over 1 kib", 1024, none, "Over 1 KB"},
         {"over 1 MiB", 1'048'576, none, "Over 1 MB"},
         {"over a gigabyte", 1'000'000'000, none, "Over 1 GB"},
@@ -78,6 +82,8 @@ TEST(QuerySizes, amountsBeyond64BitsAreTheLargest) {
         ASSERT_TRUE(size);
         EXPECT_EQ(size->min, largest);
     }
+    const std::string almostNothing = "under 0." + std::string(400, '0') + "1 mb";
+    EXPECT_EQ(berlin().parse(almostNothing).size->max, 0);
     const std::string manyDigits = "over 1" + std::string(5000, '0') + "mb";
     EXPECT_EQ(berlin().parse(manyDigits).size->min, largest);
 }
@@ -98,6 +104,8 @@ TEST(QuerySizes, whatHasNoUnitOrDirectionIsNoSize) {
         {"“over 5 mb”", {"over 5 mb"}},
         {"over “5mb”", {"over", "5mb"}},
         {"no 5 mb", {"no", "5", "mb"}},
+        {"over 1,00,000 kb", {"over", "1,00,000", "kb"}},
+        {"over 1.000.000 kb", {"over", "1.000.000", "kb"}},
         {"over -5mb", {"over", "-5mb"}},
         {"> <", {">", "<"}},
     };
