@@ -1,5 +1,7 @@
 #include "TarnCore/base/Collation.h"
 
+#include <atomic>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 
@@ -26,6 +28,7 @@ struct Current {
     std::mutex mutex;
     std::string identifier;
     std::shared_ptr<const icu::Collator> collator;
+    std::atomic<std::uint64_t> generation = 1;  ///< Grows whenever `identifier` changes.
 };
 
 Current& current() {
@@ -33,16 +36,25 @@ Current& current() {
     return instance;
 }
 
-/// A collator without attribute changes may be used by any number of threads.
-std::shared_ptr<const icu::Collator> collator() {
+/// A collator without attribute changes may be used by any number of threads. Each keeps a share of
+/// it, so that the lock is not taken for every name.
+const icu::Collator* collator() {
+    struct Share {
+        std::uint64_t generation = 0;
+        std::shared_ptr<const icu::Collator> collator;
+    };
+    thread_local Share share;
     Current& state = current();
+    if (share.generation == state.generation.load(std::memory_order_acquire))
+        return share.collator.get();
     const std::lock_guard lock(state.mutex);
     if (!state.collator) {
         if (state.identifier.empty()) state.identifier = Locale::current().identifier();
         state.collator = makeCollator(state.identifier);
         if (!state.collator) state.collator = makeCollator("");
     }
-    return state.collator;
+    share = {state.generation.load(std::memory_order_relaxed), state.collator};
+    return share.collator.get();
 }
 
 }  // namespace
@@ -52,10 +64,11 @@ void use(const std::string& localeIdentifier) {
     const std::lock_guard lock(state.mutex);
     state.identifier = localeIdentifier;
     state.collator.reset();
+    state.generation.fetch_add(1, std::memory_order_release);
 }
 
 int compare(std::string_view a, std::string_view b) {
-    const auto order = collator();
+    const icu::Collator* order = collator();
     UErrorCode status = U_ZERO_ERROR;
     const auto piece = [](std::string_view text) {
         return icu::StringPiece(text.data(), static_cast<int32_t>(text.size()));
@@ -64,7 +77,7 @@ int compare(std::string_view a, std::string_view b) {
 }
 
 void sortKeyInto(std::string& out, std::string_view text) {
-    const auto order = collator();
+    const icu::Collator* order = collator();
     if (!order) {
         out.assign(text);
         return;

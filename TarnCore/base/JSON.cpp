@@ -136,7 +136,7 @@ void JSONWriter::null() {
 void JSONWriter::url(const URL& value) {
     separate();
     out_ += '"';
-    out_ += value.string();  // percent-encoded: nothing to escape
+    value.appendTo(out_);  // percent-encoded: nothing to escape
     out_ += '"';
 }
 

@@ -115,21 +115,26 @@ std::optional<URL> URL::parse(std::string_view text) {
 }
 
 std::string URL::string() const {
+    std::string out;
+    out.reserve(path_.size() + 16);
+    appendTo(out);
+    return out;
+}
+
+void URL::appendTo(std::string& out) const {
     static const std::array<bool, 256> plain = plainCharacters();
     static constexpr std::string_view hex = "0123456789ABCDEF";
-    std::string out = "file://";
-    out.reserve(path_.size() + 16);
-    for (const char c : path_) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (plain[byte]) {
-            out += c;
-        } else {
-            out += '%';
-            out += hex[byte >> 4];
-            out += hex[byte & 15];
-        }
+    out += "file://";
+    std::size_t start = 0;  // of the plain characters that are not in `out` yet
+    for (std::size_t i = 0; i < path_.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(path_[i]);
+        if (plain[byte]) continue;
+        out.append(path_, start, i - start);
+        start = i + 1;
+        const char escape[] = {'%', hex[byte >> 4], hex[byte & 15]};
+        out.append(escape, sizeof escape);
     }
-    return out;
+    out.append(path_, start);
 }
 
 std::string_view URL::name() const {
@@ -157,8 +162,9 @@ URL URL::parent() const {
 }
 
 URL URL::appending(std::string_view name) const {
-    std::string out = isRoot() ? std::string() : path_;
-    out.reserve(out.size() + name.size() + 1);
+    std::string out;
+    out.reserve(path_.size() + name.size() + 1);
+    if (!isRoot()) out = path_;
     appendStandardised(out, name);
     return out.empty() ? URL() : URL(std::move(out));
 }

@@ -35,6 +35,8 @@ public:
     /// "file://" and the path, every byte outside the unreserved characters of RFC 3986 and
     /// "/!$&'()*+,;=:@" written as %XX.
     std::string string() const;
+    /// The same, behind what `out` holds.
+    void appendTo(std::string& out) const;
 
     /// What follows the last '/'; "/" for the root.
     std::string_view name() const;

@@ -199,12 +199,13 @@ private:
 
 bool tagsDeferred(std::size_t count) { return count > deferTagsAbove; }
 
-std::vector<FileItem> list(const URL& folder, bool includeHidden, const CancelToken& token) {
+std::vector<FileItem> list(const URL& folder, bool includeHidden, const CancelToken& token,
+                           AttributeReading reading) {
     const auto reader = open(folder);
     const ResourceReader resources(folder);
     const NameList names = readNames(folder, *reader, resources, includeHidden, token);
-    const ResourceKeys keys{.tags = !tagsDeferred(names.size()),
-                            .cloud = FileItem::isCloudPath(folder)};
+    const bool readsAttributes = reading == AttributeReading::always || !tagsDeferred(names.size());
+    const ResourceKeys keys{.tags = readsAttributes, .cloud = FileItem::isCloudPath(folder)};
     return gather<ChildBuilder>(names.size(), token,
                                 [&] { return ChildBuilder(folder, names, resources, keys); });
 }

@@ -22,10 +22,15 @@ bool tagsDeferred(std::size_t count);
 /// From this many items on they are built on several threads; below, starting them costs more.
 inline constexpr std::size_t parallelFrom = 1500;
 
+/// Whether tags and dates of arrival are read. Reading them for every item takes about as long as
+/// the rest of a listing, but less than fetching them afterwards.
+enum class AttributeReading { deferredWhenMany, always };
+
 /// The items of a folder, unsorted, in the order of the disk. Package contents are never entered.
 /// Items that vanish or cannot be read on the way are left out. Throws ListingError. A listing
 /// that is cancelled returns what it has.
-std::vector<FileItem> list(const URL& folder, bool includeHidden, const CancelToken& token = {});
+std::vector<FileItem> list(const URL& folder, bool includeHidden, const CancelToken& token = {},
+                           AttributeReading reading = AttributeReading::deferredWhenMany);
 
 /// The names alone, in the order of the disk: items are not looked at, links excepted. Throws
 /// ListingError.

@@ -173,8 +173,9 @@ TEST(DirectoryLister, tagsWaitInLargeFolders) {
     } catch (const std::system_error& error) {
         GTEST_SKIP() << "no extended attributes here: " << error.what();
     }
-    const auto tagsListed = [&] {
-        for (const FileItem& item : DirectoryLister::list(root.url(), false))
+    using DirectoryLister::AttributeReading;
+    const auto tagsListed = [&](AttributeReading reading = AttributeReading::deferredWhenMany) {
+        for (const FileItem& item : DirectoryLister::list(root.url(), false, {}, reading))
             if (item.url == tagged) return item.tags;
         return std::vector<std::string>{"missing"};
     };
@@ -182,6 +183,7 @@ TEST(DirectoryLister, tagsWaitInLargeFolders) {
     EXPECT_THAT(tagsListed(), ElementsAre("Work"));
     root.file("one more");
     EXPECT_THAT(tagsListed(), ElementsAre());
+    EXPECT_THAT(tagsListed(AttributeReading::always), ElementsAre("Work"));
 
     const auto tags = DirectoryLister::loadTags(
         {root / "1", tagged, root / "gone", root.link("link", "0 tagged")});
