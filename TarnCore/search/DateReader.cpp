@@ -46,6 +46,26 @@ DateTerm period(DateInterval interval, std::string label, bool isPhrase = true) 
     return term;
 }
 
+DateTerm weekdayTerm(int weekday) {
+    DateTerm term;
+    term.form = DateTerm::Form::weekday;
+    term.weekday = weekday;
+    return term;
+}
+
+DateTerm monthTerm(int month) {
+    DateTerm term;
+    term.form = DateTerm::Form::month;
+    term.month = month;
+    return term;
+}
+
+/// A day that some years have.
+bool isDayOfMonth(int month, int day) {
+    constexpr int leapYear = 2000;
+    return CivilDay{leapYear, month, day}.isValid();
+}
+
 /// "5", "05", "5th".
 std::optional<int> dayNumber(std::string_view text) {
     for (const std::string_view ending : {"st", "nd", "rd", "th"}) {
@@ -103,9 +123,16 @@ std::string DateReader::monthLabel(int month, int year, bool alwaysWithYear) con
     return label;
 }
 
+DateInterval DateReader::whole(CivilDay day) const {
+    return {calendar_.start(day), calendar_.start(calendar_.adding(CalendarUnit::day, 1, day))};
+}
+
+std::string DateReader::dayLabel(CivilDay day) const {
+    return locale_.format(calendar_.start(day), "dMMMyyyy", calendar_);
+}
+
 DateInterval DateReader::day(int daysFromToday) const {
-    const CivilDay first = calendar_.adding(CalendarUnit::day, daysFromToday, calendar_.day(now_));
-    return {calendar_.start(first), calendar_.start(calendar_.adding(CalendarUnit::day, 1, first))};
+    return whole(calendar_.adding(CalendarUnit::day, daysFromToday, calendar_.day(now_)));
 }
 
 DateInterval DateReader::hours(int from, int to) const {
@@ -116,8 +143,17 @@ DateInterval DateReader::hours(int from, int to) const {
 
 DateInterval DateReader::weekdayInWeek(int weekday, DateInterval week) const {
     const int offset = (weekday - calendar_.firstWeekday() + 7) % 7;
-    const CivilDay first = calendar_.adding(CalendarUnit::day, offset, calendar_.day(week.start));
-    return {calendar_.start(first), calendar_.start(calendar_.adding(CalendarUnit::day, 1, first))};
+    return whole(calendar_.adding(CalendarUnit::day, offset, calendar_.day(week.start)));
+}
+
+DateTerm DateReader::weekdayOfThisWeek(int weekday) const {
+    return period(weekdayInWeek(weekday, calendar_.interval(CalendarUnit::week, now_)),
+                  "This " + locale_.weekdayName(weekday));
+}
+
+DateTerm DateReader::weekdayOfLastWeek(int weekday) const {
+    return period(weekdayInWeek(weekday, previous(CalendarUnit::week)),
+                  locale_.weekdayName(weekday) + " last week", false);
 }
 
 DateInterval DateReader::previous(CalendarUnit unit) const {
@@ -134,9 +170,7 @@ DatePeriod DateReader::periodOfYear(const DateTerm& term, int year) const {
     // A 29th of February is taken from a year that has one: at most eight years further back.
     CivilDay day{year, term.month, term.day};
     while (!day.isValid()) --day.year;
-    const Date start = calendar_.start(day);
-    return {{start, calendar_.start(calendar_.adding(CalendarUnit::day, 1, day))},
-            locale_.format(start, "dMMMyyyy", calendar_)};
+    return {whole(day), dayLabel(day)};
 }
 
 DatePeriod DateReader::latest(const DateTerm& term, Date limit) const {
@@ -146,9 +180,7 @@ DatePeriod DateReader::latest(const DateTerm& term, Date limit) const {
         case DateTerm::Form::weekday: {
             const CivilDay last = calendar_.day(limit);
             const int back = (calendar_.weekday(last) - term.weekday + 7) % 7;
-            const CivilDay day = calendar_.adding(CalendarUnit::day, -back, last);
-            return {{calendar_.start(day),
-                     calendar_.start(calendar_.adding(CalendarUnit::day, 1, day))},
+            return {whole(calendar_.adding(CalendarUnit::day, -back, last)),
                     locale_.weekdayName(term.weekday)};
         }
         case DateTerm::Form::month:
@@ -212,28 +244,18 @@ DateReader::TermReading DateReader::readCurrent(std::size_t index) const {
     if (!tokens_.isAny(index, {"this", "current"})) return std::nullopt;
     const QueryWord& next = tokens_.word(index + 1);
     if (next.unit) {
-        const DateInterval current = calendar_.interval(*next.unit, now_);
-        if (*next.unit == CalendarUnit::week) {
-            if (const int weekday = tokens_.word(index + 2).weekday) {
-                return Reading<DateTerm>{
-                    period(weekdayInWeek(weekday, current), "This " + locale_.weekdayName(weekday)),
-                    3};
-            }
+        const int weekday = tokens_.word(index + 2).weekday;
+        if (*next.unit == CalendarUnit::week && weekday != 0) {
+            return Reading<DateTerm>{weekdayOfThisWeek(weekday), 3};
         }
-        return Reading<DateTerm>{period(current, "This " + std::string(facts(*next.unit).name)), 2};
+        return Reading<DateTerm>{period(calendar_.interval(*next.unit, now_),
+                                        "This " + std::string(facts(*next.unit).name)),
+                                 2};
     }
     if (tokens_.is(index, "current")) return std::nullopt;
-    if (next.weekday != 0) {
-        const DateInterval week = calendar_.interval(CalendarUnit::week, now_);
-        return Reading<DateTerm>{
-            period(weekdayInWeek(next.weekday, week), "This " + locale_.weekdayName(next.weekday)),
-            2};
-    }
+    if (next.weekday != 0) return Reading<DateTerm>{weekdayOfThisWeek(next.weekday), 2};
     if (next.month != 0) {
-        DateTerm term;
-        term.form = DateTerm::Form::month;
-        term.month = next.month;
-        DatePeriod month = periodOfYear(term, currentYear());
+        DatePeriod month = periodOfYear(monthTerm(next.month), currentYear());
         return Reading<DateTerm>{period(month.interval, std::move(month.label), false), 2};
     }
     const struct {
@@ -262,28 +284,19 @@ DateReader::TermReading DateReader::readPrevious(std::size_t index) const {
     if (isPast) return std::nullopt;
     const QueryWord& next = tokens_.word(index + 1);
     if (next.unit) {
-        const DateInterval before = previous(*next.unit);
-        if (*next.unit == CalendarUnit::week) {
-            if (const int weekday = tokens_.word(index + 2).weekday) {
-                return Reading<DateTerm>{period(weekdayInWeek(weekday, before),
-                                                locale_.weekdayName(weekday) + " last week", false),
-                                         3};
-            }
+        const int weekday = tokens_.word(index + 2).weekday;
+        if (*next.unit == CalendarUnit::week && weekday != 0) {
+            return Reading<DateTerm>{weekdayOfLastWeek(weekday), 3};
         }
-        return Reading<DateTerm>{period(before, "Last " + std::string(facts(*next.unit).name)), 2};
+        return Reading<DateTerm>{
+            period(previous(*next.unit), "Last " + std::string(facts(*next.unit).name)), 2};
     }
     if (next.weekday != 0) {
-        DateTerm weekday;
-        weekday.form = DateTerm::Form::weekday;
-        weekday.weekday = next.weekday;
-        const DatePeriod found = latest(weekday, day(-1).start);
+        const DatePeriod found = latest(weekdayTerm(next.weekday), day(-1).start);
         return Reading<DateTerm>{period(found.interval, "Last " + found.label), 2};
     }
     if (next.month != 0) {
-        DateTerm month;
-        month.form = DateTerm::Form::month;
-        month.month = next.month;
-        DatePeriod found = latest(month, previous(CalendarUnit::month).start);
+        DatePeriod found = latest(monthTerm(next.month), previous(CalendarUnit::month).start);
         return Reading<DateTerm>{period(found.interval, std::move(found.label), false), 2};
     }
     return std::nullopt;
@@ -304,21 +317,11 @@ DateReader::TermReading DateReader::readWeekday(std::size_t index) const {
     if (tokens_.is(week + 1, "week")) {
         const std::size_t count = week + 2 - index;
         if (tokens_.isAny(week, {"last", "previous"})) {
-            return Reading<DateTerm>{period(weekdayInWeek(weekday, previous(CalendarUnit::week)),
-                                            locale_.weekdayName(weekday) + " last week", false),
-                                     count};
+            return Reading<DateTerm>{weekdayOfLastWeek(weekday), count};
         }
-        if (tokens_.is(week, "this")) {
-            return Reading<DateTerm>{
-                period(weekdayInWeek(weekday, calendar_.interval(CalendarUnit::week, now_)),
-                       "This " + locale_.weekdayName(weekday)),
-                count};
-        }
+        if (tokens_.is(week, "this")) return Reading<DateTerm>{weekdayOfThisWeek(weekday), count};
     }
-    DateTerm term;
-    term.form = DateTerm::Form::weekday;
-    term.weekday = weekday;
-    return Reading<DateTerm>{std::move(term), 1};
+    return Reading<DateTerm>{weekdayTerm(weekday), 1};
 }
 
 std::optional<Reading<int>> DateReader::readYearOfMonth(std::size_t index) const {
@@ -337,50 +340,42 @@ std::optional<Reading<int>> DateReader::readYearOfMonth(std::size_t index) const
 DateReader::TermReading DateReader::readMonth(std::size_t index) const {
     const int month = tokens_.word(index).month;
     if (month == 0) return std::nullopt;
-    DateTerm term;
-    term.form = DateTerm::Form::month;
-    term.month = month;
     if (const auto year = readYearOfMonth(index + 1)) {
+        DateTerm term = monthTerm(month);
         term.year = year->value;
         return Reading<DateTerm>{std::move(term), 1 + year->count};
     }
     // "march 5", "march 5th 2024"
-    const Token* next = tokens_.unquoted(index + 1);
-    const auto day = next != nullptr ? dayNumber(next->text) : std::nullopt;
-    constexpr int leapYear = 2000;
-    if (!day || !CivilDay{leapYear, month, *day}.isValid()) {
-        return Reading<DateTerm>{std::move(term), 1};
-    }
-    term.form = DateTerm::Form::dayOfMonth;
-    term.day = *day;
-    std::size_t count = 2;
-    const auto year = readYearOfMonth(index + 2);
-    if (year && CivilDay{year->value, month, *day}.isValid()) {
-        term.year = year->value;
-        count += year->count;
-    }
-    return Reading<DateTerm>{std::move(term), count};
+    const auto day = readDayNumber(index + 1);
+    if (!day || !isDayOfMonth(month, *day)) return Reading<DateTerm>{monthTerm(month), 1};
+    return dayOfMonth(month, *day, index, 2);
 }
 
 DateReader::TermReading DateReader::readDayAndMonth(std::size_t index) const {
-    const Token* token = tokens_.unquoted(index);
-    const auto day = token != nullptr ? dayNumber(token->text) : std::nullopt;
+    const auto day = readDayNumber(index);
     if (!day) return std::nullopt;
     const std::size_t of = tokens_.is(index + 1, "of") ? 1 : 0;
     const int month = tokens_.word(index + 1 + of).month;
-    constexpr int leapYear = 2000;
-    if (month == 0 || !CivilDay{leapYear, month, *day}.isValid()) return std::nullopt;
-    DateTerm term;
+    if (month == 0 || !isDayOfMonth(month, *day)) return std::nullopt;
+    return dayOfMonth(month, *day, index, 2 + of);
+}
+
+std::optional<int> DateReader::readDayNumber(std::size_t index) const {
+    const Token* token = tokens_.unquoted(index);
+    return token != nullptr ? dayNumber(token->text) : std::nullopt;
+}
+
+Reading<DateTerm> DateReader::dayOfMonth(int month, int day, std::size_t index,
+                                         std::size_t count) const {
+    DateTerm term = monthTerm(month);
     term.form = DateTerm::Form::dayOfMonth;
-    term.month = month;
-    term.day = *day;
-    std::size_t count = 2 + of;
+    term.day = day;
     const auto year = readYearOfMonth(index + count);
-    if (year && CivilDay{year->value, month, *day}.isValid()) {
+    if (year && CivilDay{year->value, month, day}.isValid()) {
         term.year = year->value;
         count += year->count;
     }
-    return Reading<DateTerm>{std::move(term), count};
+    return {std::move(term), count};
 }
 
 DateReader::TermReading DateReader::readNumeric(std::size_t index) const {
@@ -405,11 +400,7 @@ DateReader::TermReading DateReader::readNumeric(std::size_t index) const {
         if (!found->isValid()) found = *found == dayFirst ? monthFirst : dayFirst;
     }
     if (!found || !found->isValid() || found->year < 1) return std::nullopt;
-    const Date start = calendar_.start(*found);
-    return Reading<DateTerm>{
-        period({start, calendar_.start(calendar_.adding(CalendarUnit::day, 1, *found))},
-               locale_.format(start, "dMMMyyyy", calendar_), false),
-        1};
+    return Reading<DateTerm>{period(whole(*found), dayLabel(*found), false), 1};
 }
 
 std::optional<Reading<DateTerm>> DateReader::readTerm(std::size_t index, bool allowsYear) const {

@@ -83,9 +83,17 @@ private:
     /// A year behind a month, perhaps after "of": "2024", "last year".
     std::optional<Reading<int>> readYearOfMonth(std::size_t index) const;
 
+    std::optional<int> readDayNumber(std::size_t index) const;
+    /// The term that begins at `index` and has used `count` tokens, with the year behind it.
+    Reading<DateTerm> dayOfMonth(int month, int day, std::size_t index, std::size_t count) const;
+
+    DateInterval whole(CivilDay day) const;
+    std::string dayLabel(CivilDay day) const;
     DateInterval day(int daysFromToday) const;
     DateInterval hours(int from, int to) const;
     DateInterval weekdayInWeek(int weekday, DateInterval week) const;
+    DateTerm weekdayOfThisWeek(int weekday) const;
+    DateTerm weekdayOfLastWeek(int weekday) const;
     DateInterval previous(CalendarUnit unit) const;
     DatePeriod periodOfYear(const DateTerm& term, int year) const;
     int currentYear() const { return calendar_.day(now_).year; }
