@@ -95,7 +95,7 @@ def allowed_folders(path):
         area = rest.partition("/")[0] if "/" in rest else ""
         mirrored = {"model": "Tarn/model", "ui": "Tarn/ui", "cli": "cli"}.get(area, f"TarnCore/{area}")
         if mirrored not in ARROWS:  # tests/support, tests/fuzz, bench itself
-            return everything
+            return everything | {f"tests/{area}"}
         # A test may build on everything below what it tests, on real services and on fakes.
         below = reach(mirrored)
         return below | set(IMPLEMENTATIONS) | {"tests/support", f"tests/{area}", "bench"}
