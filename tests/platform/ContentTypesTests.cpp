@@ -182,15 +182,35 @@ TEST(ContentTypeCache, survivesItsFileAndRefusesOthers) {
     const std::string text = cache.print("de /usr/share=1");
     EXPECT_EQ(ContentTypeCache::parse(text, "de /usr/share=1"), cache);
     EXPECT_EQ(ContentTypeCache::parse(text, "de /usr/share=2"), std::nullopt);
-    // Every broken beginning of the file is refused, or is a smaller cache.
+    // A file that was cut off is a smaller cache, or none when its first line is not whole.
     for (std::size_t length = 0; length < text.size(); ++length) {
         const auto part = ContentTypeCache::parse(text.substr(0, length), "de /usr/share=1");
-        EXPECT_TRUE(!part || text[length - 1] == '\n') << length;
+        EXPECT_EQ(part.has_value(), length > text.find('\n')) << length;
     }
+}
+
+TEST(ContentTypeCacheFile, growsLineByLineAndIsReplacedWithItsKey) {
     const TestFolder folder;
-    cache.save(folder / "new/folder/cache", "key");
-    EXPECT_EQ(ContentTypeCache::load(folder / "new/folder/cache", "key"), cache);
-    EXPECT_EQ(ContentTypeCache::load(folder / "missing", "key"), std::nullopt);
+    const URL file = folder / "new/folder/types";
+    const auto append = [&](const char* key, const char* extension) {
+        ContentTypeCacheFile cache(file, key);
+        cache.load();
+        cache.append(ContentTypeCache::line(extension, std::nullopt));
+    };
+    const auto count = [&](const char* key) {
+        return ContentTypeCacheFile(file, key).load().extensions.size();
+    };
+    EXPECT_EQ(count("key"), 0U);
+    append("key", "one");
+    append("key", "two");
+    EXPECT_EQ(count("key"), 2U);
+    EXPECT_EQ(count("other"), 0U);
+    append("other", "three");
+    EXPECT_EQ(count("other"), 1U);
+    EXPECT_EQ(count("key"), 0U);
+    // Nowhere to write is no reason to fail.
+    ContentTypeCacheFile nowhere(URL::fromPath("/proc/none/types"), "key");
+    nowhere.append("E\tx\t\n");
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 #include <fcntl.h>
 
 #include "TarnCore/base/Text.h"
-#include "TarnCore/platform/linux/FileDescriptor.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
 
 namespace tarn {
@@ -44,17 +43,14 @@ void makeFolders(const URL& folder) {
 
 std::optional<ContentTypeCache> ContentTypeCache::parse(std::string_view text,
                                                         std::string_view key) {
-    if (!text.ends_with('\n')) return std::nullopt;
-    text.remove_suffix(1);
+    const std::string first = header(key);
+    if (!text.starts_with(first)) return std::nullopt;
+    text.remove_prefix(first.size());
+    text = text.substr(0, text.rfind('\n') + 1);
     ContentTypeCache cache;
-    bool isFirst = true;
     for (const std::string_view line : Text::split(text, '\n')) {
         const auto fields = Text::split(line, '\t');
-        if (isFirst) {
-            if (fields.size() != 2 || fields[0] != signature || fields[1] != field(key))
-                return std::nullopt;
-            isFirst = false;
-        } else if (fields.size() == 3 && fields[0] == "E" && !fields[1].empty()) {
+        if (fields.size() == 3 && fields[0] == "E" && !fields[1].empty()) {
             std::optional<std::string> type;
             if (!fields[2].empty()) type = fields[2];
             cache.extensions.emplace(fields[1], std::move(type));
@@ -65,43 +61,59 @@ std::optional<ContentTypeCache> ContentTypeCache::parse(std::string_view text,
                 for (const std::string_view word : Text::split(fields[3], ' '))
                     type.lineage.emplace_back(word);
             cache.types.emplace(fields[1], std::move(type));
-        } else {
-            return std::nullopt;
         }
     }
     return cache;
 }
 
 std::string ContentTypeCache::print(std::string_view key) const {
-    std::string out(signature);
-    out += '\t';
-    out += field(key);
-    out += '\n';
-    for (const auto& [extension, type] : extensions) {
-        out += "E\t" + field(extension) + '\t' + field(type.value_or("")) + '\n';
-    }
-    for (const auto& [identifier, type] : types) {
-        out += "T\t" + field(identifier) + '\t' + field(type.description) + '\t' +
-               field(Text::join(type.lineage, " ")) + '\n';
-    }
+    std::string out = header(key);
+    for (const auto& [extension, type] : extensions) out += line(extension, type);
+    for (const auto& [identifier, type] : types) out += line(identifier, type);
     return out;
 }
 
-std::optional<ContentTypeCache> ContentTypeCache::load(const URL& file, std::string_view key) {
+std::string ContentTypeCache::header(std::string_view key) {
+    return std::string(signature) + '\t' + field(key) + '\n';
+}
+
+std::string ContentTypeCache::line(std::string_view extension,
+                                   const std::optional<std::string>& type) {
+    return "E\t" + field(extension) + '\t' + field(type.value_or("")) + '\n';
+}
+
+std::string ContentTypeCache::line(std::string_view identifier, const Type& type) {
+    return "T\t" + field(identifier) + '\t' + field(type.description) + '\t' +
+           field(Text::join(type.lineage, " ")) + '\n';
+}
+
+ContentTypeCache ContentTypeCacheFile::load() {
     try {
-        return parse(LinuxFileSystem().readFile(file, largestFile), key);
+        auto cache = ContentTypeCache::parse(LinuxFileSystem().readFile(file_, largestFile), key_);
+        if (!cache) return {};
+        fd_ = FileDescriptor(open(file_.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC | O_NOFOLLOW));
+        return std::move(*cache);
     } catch (const std::system_error&) {
-        return std::nullopt;
+        return {};
     }
 }
 
-void ContentTypeCache::save(const URL& file, std::string_view key) const {
-    makeFolders(file.parent());
-    std::string temporary = file.path() + ".XXXXXX";
-    const FileDescriptor fd(mkostemp(temporary.data(), O_CLOEXEC));
-    if (!fd) return;
-    if (!writeAll(fd.get(), print(key)) || rename(temporary.c_str(), file.c_str()) != 0)
-        unlink(temporary.c_str());
+void ContentTypeCacheFile::create() {
+    makeFolders(file_.parent());
+    std::string temporary = file_.path() + ".XXXXXX";
+    fd_ = FileDescriptor(mkostemp(temporary.data(), O_APPEND | O_CLOEXEC));
+    if (!fd_) return;
+    if (writeAll(fd_.get(), ContentTypeCache::header(key_)) &&
+        rename(temporary.c_str(), file_.c_str()) == 0)
+        return;
+    unlink(temporary.c_str());
+    fd_.close();
+}
+
+void ContentTypeCacheFile::append(std::string_view lines) {
+    if (hasFailed_) return;
+    if (!fd_) create();
+    hasFailed_ = !fd_ || !writeAll(fd_.get(), lines);
 }
 
 }  // namespace tarn

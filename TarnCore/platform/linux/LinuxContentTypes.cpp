@@ -118,22 +118,15 @@ LinuxContentTypes::LinuxContentTypes(Loader loader, const URL& cacheFile, std::s
       cacheKey_(std::move(cacheKey)),
       isEnglish_(isEnglish) {}
 
-LinuxContentTypes::~LinuxContentTypes() {
-    const auto learned = learned_.lock();
-    if (learned->isDirty) learned->cache.save(cacheFile_, cacheKey_);
-}
-
 Guarded<LinuxContentTypes::Learned>::Access LinuxContentTypes::learned() const {
     auto learned = learned_.lock();
-    if (learned->isLoaded) return learned;
+    if (learned->file) return learned;
     // Under the lock on purpose: whoever else asks meanwhile needs the same file.
-    if (cacheKey_.empty()) cacheKey_ = currentKey(messageLanguage());
-    if (auto cache = ContentTypeCache::load(cacheFile_, cacheKey_)) {
-        learned->cache = std::move(*cache);
-        for (const auto& [identifier, type] : learned->cache.types)
-            learned->lineages.emplace(identifier, setOf(type.lineage));
-    }
-    learned->isLoaded = true;
+    learned->file.emplace(cacheFile_,
+                          cacheKey_.empty() ? currentKey(messageLanguage()) : cacheKey_);
+    learned->cache = learned->file->load();
+    for (const auto& [identifier, type] : learned->cache.types)
+        learned->lineages.emplace(identifier, setOf(type.lineage));
     return learned;
 }
 
@@ -168,11 +161,10 @@ std::optional<std::string> LinuxContentTypes::ask(const std::string& lowerExtens
             type = typeForMIMEType(*mimeType);
     }
     const auto learned = this->learned();
-    if (learned->cache.extensions.size() < ContentTypeCache::capacity) {
-        learned->cache.extensions.emplace(lowerExtension, type);
+    if (learned->cache.extensions.size() < ContentTypeCache::capacity &&
+        learned->cache.extensions.emplace(lowerExtension, type).second && services)
         // What nobody could be asked about must not be remembered as unknown.
-        learned->isDirty = learned->isDirty || services;
-    }
+        learned->file->append(ContentTypeCache::line(lowerExtension, type));
     return type;
 }
 
@@ -204,12 +196,12 @@ UniformTypes::Set LinuxContentTypes::dynamicLineage(const std::string& type) con
                 set |= UniformTypes::lineage(i);
         }
     }
-    std::string description = services ? services->description(mimeType) : std::string();
+    const ContentTypeCache::Type known = {
+        services ? services->description(mimeType) : std::string(), identifiersOf(set)};
     const auto learned = this->learned();
     learned->lineages.emplace(type, set);
-    learned->cache.types.emplace(
-        type, ContentTypeCache::Type{std::move(description), identifiersOf(set)});
-    learned->isDirty = learned->isDirty || services;
+    if (learned->cache.types.emplace(type, known).second && services)
+        learned->file->append(ContentTypeCache::line(type, known));
     return set;
 }
 
@@ -243,11 +235,12 @@ std::optional<std::string> LinuxContentTypes::description(std::string_view type)
         return told(found == learned->cache.types.end() ? "" : found->second.description);
     }
     const DesktopServices* services = loader_ ? loader_() : nullptr;
-    std::string text = services ? services->description(mimeType) : std::string();
+    const ContentTypeCache::Type known = {
+        services ? services->description(mimeType) : std::string(), {}};
     const auto learned = this->learned();
-    learned->cache.types.emplace(type, ContentTypeCache::Type{text, {}});
-    learned->isDirty = learned->isDirty || services;
-    return told(std::move(text));
+    if (learned->cache.types.emplace(type, known).second && services)
+        learned->file->append(ContentTypeCache::line(type, known));
+    return told(known.description);
 }
 
 std::optional<std::string> LinuxContentTypes::mimeType(std::string_view type) const {

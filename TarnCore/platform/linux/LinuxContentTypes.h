@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "TarnCore/base/Guarded.h"
@@ -20,8 +21,6 @@ public:
     LinuxContentTypes();
     /// `loader` is called at most once; null stands for a machine without the database.
     LinuxContentTypes(Loader loader, const URL& cacheFile, std::string cacheKey, bool isEnglish);
-    /// Saves what was learned.
-    ~LinuxContentTypes() override;
 
     std::optional<std::string> typeForName(std::string_view name) const override;
     bool conforms(std::string_view type, std::string_view ancestor) const override;
@@ -30,8 +29,7 @@ public:
 
 private:
     struct Learned {
-        bool isLoaded = false;
-        bool isDirty = false;
+        std::optional<ContentTypeCacheFile> file;  ///< Absent until the first question.
         ContentTypeCache cache;
         /// The lineages in the cache, ready for questions.
         StringMap<UniformTypes::Set> lineages;
@@ -42,7 +40,7 @@ private:
 
     Loader loader_;
     URL cacheFile_;
-    mutable std::string cacheKey_;  ///< Made under the lock of learned_ when not given.
+    std::string cacheKey_;  ///< Empty for the one of the environment.
     /// The table's own descriptions are the database's English ones.
     bool isEnglish_;
     mutable Guarded<Learned> learned_;
