@@ -23,7 +23,10 @@ public:
         return g_content_type_is_a(mimeType.c_str(), ancestor.c_str());
     }
     std::string description(const std::string& mimeType) const override {
-        return taken(g_content_type_get_description(mimeType.c_str()));
+        std::string text = taken(g_content_type_get_description(mimeType.c_str()));
+        // Where the database says nothing, GIO makes up “application/zip type”.
+        if (text.find(mimeType) != text.npos) text.clear();
+        return text;
     }
     std::string genericIcon(const std::string& mimeType) const override {
         return taken(g_content_type_get_generic_icon_name(mimeType.c_str()));

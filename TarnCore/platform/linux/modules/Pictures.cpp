@@ -39,8 +39,8 @@ public:
                 isLocking ? shared->lock() : shared->unlock();
             },
             &mutex);
-#ifdef EXV_ENABLE_BMFF
-        Exiv2::enableBMFF(true);  // HEIC, AVIF, CR3
+#if defined(EXV_ENABLE_BMFF) && !EXIV2_TEST_VERSION(0, 28, 0)
+        Exiv2::enableBMFF(true);  // HEIC, AVIF, CR3; from 0.28 on by itself
 #endif
     }
 
