@@ -65,8 +65,7 @@ Terminal Terminal::at(int descriptor) {
 }
 
 void Terminal::append(std::string& out, Style style, std::string_view text) const {
-    const std::string_view start =
-        usesColour_ && !text.empty() ? code(style) : std::string_view();
+    const std::string_view start = usesColour_ && !text.empty() ? code(style) : std::string_view();
     out += start;
     out += text;
     if (!start.empty()) out += "\x1b[0m";

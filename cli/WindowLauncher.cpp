@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include "TarnCore/base/Error.h"
-#include "TarnCore/base/URL.h"
 
 namespace tarn::cli::WindowLauncher {
 namespace {
@@ -26,11 +25,9 @@ std::vector<URL> candidates() {
 
 }  // namespace
 
-void start(const std::vector<std::string_view>& arguments) {
+void start(const std::vector<URL>& paths) {
     std::vector<std::string> words = {program};
-    // "--" keeps a path that begins with a dash a path.
-    if (!arguments.empty()) words.emplace_back("--");
-    words.insert(words.end(), arguments.begin(), arguments.end());
+    for (const URL& path : paths) words.push_back(path.path());
     std::vector<char*> argv;
     for (std::string& word : words) argv.push_back(word.data());
     argv.push_back(nullptr);

@@ -88,10 +88,16 @@ int runCommand(const Command& command, const Arguments& before, const Words& wor
     return status;
 }
 
-/// Words that are neither a command nor there are mistyped commands more often than files.
-void requirePaths(const Words& paths) {
-    for (const std::string_view path : paths) {
-        if (::access(std::string(path).c_str(), F_OK) == 0) continue;
+/// Words that are neither a command nor there are mistyped commands more often than files. The
+/// paths are absolute, so that none looks like an option to the window.
+std::vector<URL> requirePaths(const Words& words) {
+    Session session(true);
+    std::vector<URL> paths;
+    for (const std::string_view path : words) {
+        if (::access(std::string(path).c_str(), F_OK) == 0) {
+            paths.push_back(session.url(path));
+            continue;
+        }
         std::string sentence = Text::quoted(Terminal::escaped(path)) +
                                " is neither a command nor an existing file or folder.";
         std::vector<std::string_view> names;
@@ -101,6 +107,7 @@ void requirePaths(const Words& paths) {
         }
         throw UsageError(sentence);
     }
+    return paths;
 }
 
 int run(const Words& words) {
@@ -116,8 +123,7 @@ int run(const Words& words) {
             return runCommand(*command, before, Words(rest.begin() + 1, rest.end()));
         }
     }
-    requirePaths(rest);
-    WindowLauncher::start(rest);
+    WindowLauncher::start(requirePaths(rest));
 }
 
 int runReporting(const Words& words) {
