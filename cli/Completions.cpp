@@ -94,7 +94,7 @@ std::string zshAction(Completes completes) {
     return " ";
 }
 
-/// Inside an _arguments specification, where brackets and colons have a meaning.
+/// Inside an argument of _arguments, where brackets and colons have a meaning.
 std::string zshEscaped(std::string_view text) {
     std::string out;
     for (const char byte : text) {

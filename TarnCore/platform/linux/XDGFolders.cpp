@@ -17,7 +17,7 @@ std::string_view environment(const char* name) {
 
 bool isIsolated() { return !environment("TARN_ISOLATED_ROOT").empty(); }
 
-/// The specification says that relative paths in these variables are to be ignored.
+/// The XDG base directories are absolute paths; a relative one is to be ignored.
 URL folder(const char* variable, std::string_view belowHome) {
     const std::string_view given = environment(variable);
     if (!isIsolated() && given.starts_with('/')) return URL::fromPath(given);
