@@ -11,6 +11,8 @@ int main(int argc, char** argv) {
     setenv("TZ", "UTC", 1);
     setenv("LC_ALL", "en_US.UTF-8", 1);
     unsetenv("TARN_ISOLATED_ROOT");
+    // What a test learns must not stay on the machine.
+    setenv("XDG_CACHE_HOME", "/dev/null", 1);
     tarn::Collation::use("en_US");
     testing::InitGoogleTest(&argc, argv);
     tarn::Platform::setCurrent(tarn::makeLinuxPlatform());
