@@ -1,5 +1,7 @@
 #include "TarnCore/base/Text.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -80,6 +82,56 @@ void foldRun(std::string& out, std::string_view run) {
     }
     bare.toUTF8String(out);
 }
+
+/// What the characters of European languages fold to, so that their names need not go through
+/// UTF-16 twice. Below this bound characters fold each for itself, whatever stands beside them.
+class FoldedCharacters {
+public:
+    static constexpr char32_t bound = 0x370;  // after the combining marks
+
+    FoldedCharacters() {
+        std::string character;
+        std::string folded;
+        for (char32_t c = 0x80; c < bound; ++c) {
+            character.clear();
+            folded.clear();
+            append(character, c);
+            foldRun(folded, character);
+            Folded& entry = table_[c];
+            entry.length = static_cast<std::uint8_t>(std::min(folded.size(), sizeof entry.bytes));
+            std::memcpy(entry.bytes, folded.data(), entry.length);
+        }
+    }
+
+    /// False when the run holds other characters; `out` is then as it was.
+    bool foldInto(std::string& out, std::string_view run) const {
+        const std::size_t before = out.size();
+        for (std::size_t i = 0; i < run.size();) {
+            const auto byte = static_cast<unsigned char>(run[i]);
+            if (byte < 0x80) {
+                out += lowerASCII(run[i++]);
+                continue;
+            }
+            char32_t c = bound;
+            if (byte < 0xE0)
+                c = ((byte & 0x1FU) << 6) | (static_cast<unsigned char>(run[i + 1]) & 0x3FU);
+            if (c >= bound) {
+                out.resize(before);
+                return false;
+            }
+            out.append(table_[c].bytes, table_[c].length);
+            i += 2;
+        }
+        return true;
+    }
+
+private:
+    struct Folded {
+        char bytes[4];  ///< The longest is "ʼn", three bytes.
+        std::uint8_t length;
+    };
+    std::array<Folded, bound> table_{};
+};
 
 }  // namespace
 
@@ -169,8 +221,13 @@ void foldInto(std::string& out, std::string_view text) {
         for (std::size_t i = 0; i < text.size(); ++i) out[i] = lowerASCII(text[i]);
         return;
     }
+    static const FoldedCharacters european;
     forEachRun(
-        text, [&](std::string_view run) { foldRun(out, run); }, [&](char byte) { out += byte; });
+        text,
+        [&](std::string_view run) {
+            if (!european.foldInto(out, run)) foldRun(out, run);
+        },
+        [&](char byte) { out += byte; });
 }
 
 std::string folded(std::string_view text) {

@@ -22,6 +22,18 @@ TEST(Text, foldingForgetsCaseAndDiacritics) {
     }
 }
 
+TEST(Text, charactersFoldAlikeAloneAndAmongOthers) {
+    // A character of another script sends the whole text the long way.
+    const std::string far = "語";
+    for (char32_t c = 1; c < 0x250 + 0x120; ++c) {
+        SCOPED_TRACE(static_cast<std::uint32_t>(c));
+        std::string text = "Äx";
+        Text::append(text, c);
+        text += "\u0301Z";
+        EXPECT_EQ(Text::folded(text) + far, Text::folded(text + far));
+    }
+}
+
 TEST(Text, brokenBytesAreReplacedOneByOne) {
     const struct {
         std::string_view text;
