@@ -70,7 +70,10 @@ std::vector<std::string> parseHiddenList(std::string_view text) {
     return names;
 }
 
-ResourceReader::ResourceReader(const URL& folder) {
+ResourceReader::ResourceReader(const URL& folder) : ResourceReader(folder, true) {}
+
+ResourceReader::ResourceReader(const URL& folder, bool hasHiddenList) {
+    if (!hasHiddenList) return;
     std::string list;
     try {
         list = Platform::current().files->readFile(folder.appending(".hidden"), longestHiddenList);

@@ -26,6 +26,8 @@ struct ResourceKeys {
 class ResourceReader {
 public:
     explicit ResourceReader(const URL& folder);
+    /// For who has seen all names of the folder: without a `.hidden` among them, none is looked for.
+    ResourceReader(const URL& folder, bool hasHiddenList);
     ~ResourceReader();
 
     /// The values of a child whose attributes (of a link itself) were already read from the folder.

@@ -38,7 +38,7 @@ bool isLinuxInstaller(std::string_view name) {
 }
 
 Answer photo(const Facts& facts) {
-    if (facts.kind != FileKind::image || isScreenshotName(facts.name)) return Answer::no;
+    if (facts.kind() != FileKind::image || isScreenshotName(facts.name)) return Answer::no;
     const bool isFromCamera =
         conforms(facts, {jpeg, heic, heif, ContentType::rawImage}) ||
         FileKinds::isRawExtension(Text::lowercasedASCII(pathExtension(facts.name)));
@@ -50,17 +50,17 @@ bool isOf(SearchKind kind, const Facts& facts) {
         case SearchKind::pdf:
             return conforms(facts, {ContentType::pdf});
         case SearchKind::image:
-            return facts.kind == FileKind::image;
+            return facts.kind() == FileKind::image;
         case SearchKind::screenshot:
-            return facts.kind == FileKind::image && isScreenshotName(facts.name);
+            return facts.kind() == FileKind::image && isScreenshotName(facts.name);
         case SearchKind::screenRecording:
             return beginsWith(facts.name, "screen recording");
         case SearchKind::video:
-            return facts.kind == FileKind::video;
+            return facts.kind() == FileKind::video;
         case SearchKind::audio:
-            return facts.kind == FileKind::audio;
+            return facts.kind() == FileKind::audio;
         case SearchKind::document:
-            return facts.kind == FileKind::document ||
+            return facts.kind() == FileKind::document ||
                    conforms(facts, {ContentType::pdf, ContentType::spreadsheet,
                                     ContentType::presentation});
         case SearchKind::spreadsheet:
@@ -68,7 +68,7 @@ bool isOf(SearchKind kind, const Facts& facts) {
         case SearchKind::presentation:
             return conforms(facts, {ContentType::presentation});
         case SearchKind::archive:
-            return facts.kind == FileKind::archive || conforms(facts, {ContentType::archive});
+            return facts.kind() == FileKind::archive || conforms(facts, {ContentType::archive});
         case SearchKind::installer:
             return conforms(facts, {ContentType::diskImage, ContentType::installerPackage}) ||
                    isLinuxInstaller(facts.name);
@@ -76,10 +76,10 @@ bool isOf(SearchKind kind, const Facts& facts) {
             return conforms(facts, {ContentType::rawImage}) ||
                    FileKinds::isRawExtension(Text::lowercasedASCII(pathExtension(facts.name)));
         case SearchKind::code:
-            return facts.kind == FileKind::code ||
+            return facts.kind() == FileKind::code ||
                    conforms(facts, {ContentType::sourceCode, ContentType::script});
         case SearchKind::app:
-            return facts.kind == FileKind::app;
+            return facts.kind() == FileKind::app;
         case SearchKind::text:
             return conforms(facts, {ContentType::plainText});
         case SearchKind::font:
@@ -95,17 +95,17 @@ bool isOf(SearchKind kind, const Facts& facts) {
 
 }  // namespace
 
-Facts Facts::ofFile(std::string_view name) {
-    Facts facts;
-    facts.name = name;
-    facts.type = Platform::current().types->typeForName(name);
-    facts.kind = FileKinds::classify(facts.type, pathExtension(name), false, false);
-    return facts;
+Facts::Facts(std::string_view fileName)
+    : name(fileName), type(Platform::current().types->typeForName(fileName)), isDirectory(false) {}
+
+FileKind Facts::kind() const {
+    if (!kind_) kind_ = FileKinds::classify(type, pathExtension(name), false, false);
+    return *kind_;
 }
 
 Answer test(SearchKind kind, const Facts& facts) {
     if (kind == SearchKind::folder) return facts.isDirectory ? Answer::yes : Answer::no;
-    if (kind == SearchKind::app) return facts.kind == FileKind::app ? Answer::yes : Answer::no;
+    if (kind == SearchKind::app) return facts.kind() == FileKind::app ? Answer::yes : Answer::no;
     if (facts.isDirectory) return Answer::no;
     if (kind == SearchKind::photo) return photo(facts);
     return isOf(kind, facts) ? Answer::yes : Answer::no;
@@ -113,6 +113,14 @@ Answer test(SearchKind kind, const Facts& facts) {
 
 bool isScreenshotName(std::string_view name) {
     return beginsWith(name, "screenshot") || beginsWith(name, "screen shot");
+}
+
+bool mayBePlainText(const std::optional<std::string>& type, FileKind kind) {
+    if (kind == FileKind::code) return true;
+    // A name that says nothing ("LICENSE") is most often text; the content decides.
+    if (!type) return kind == FileKind::other;
+    const ContentTypes& types = *Platform::current().types;
+    return types.conforms(*type, ContentType::text) && !types.conforms(*type, ContentType::rtf);
 }
 
 }  // namespace tarn::KindRules

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "TarnCore/files/FileKind.h"
 #include "TarnCore/search/SearchKind.h"
@@ -11,14 +12,22 @@
 namespace tarn::KindRules {
 
 /// What there is to know about a file without reading it.
-struct Facts {
-    std::string_view name;
-    std::optional<std::string> type;
-    FileKind kind = FileKind::other;
-    bool isDirectory = false;  ///< As in FileItem: a folder to enter.
-
+class Facts {
+public:
+    /// Of an item that was read.
+    Facts(std::string_view name, std::optional<std::string> type, FileKind kind, bool isDirectory)
+        : name(name), type(std::move(type)), isDirectory(isDirectory), kind_(kind) {}
     /// Of a plain file, from its name alone.
-    static Facts ofFile(std::string_view name);
+    explicit Facts(std::string_view fileName);
+
+    FileKind kind() const;
+
+    const std::string_view name;
+    const std::optional<std::string> type;
+    const bool isDirectory;  ///< As in FileItem: a folder to enter.
+
+private:
+    mutable std::optional<FileKind> kind_;  ///< Found out when first asked for.
 };
 
 enum class Answer {
@@ -32,6 +41,9 @@ Answer test(SearchKind kind, const Facts& facts);
 
 /// A name that programs give to pictures of the screen.
 bool isScreenshotName(std::string_view name);
+
+/// Plain text, as far as the name tells: what can be searched for phrases as it stands.
+bool mayBePlainText(const std::optional<std::string>& type, FileKind kind);
 
 /// Files of other kinds keep no camera's name, so they need not be read.
 inline bool mayNameCamera(FileKind kind) {

@@ -33,10 +33,6 @@ bool foldASCII(std::string_view name, std::array<char, longestName + 9>& out) {
     return true;
 }
 
-bool contains(std::string_view text, const std::string& part) {
-    return memmem(text.data(), text.size(), part.data(), part.size()) != nullptr;
-}
-
 /// Calls `test` with the folded name, which is valid only during the call.
 template <class Test>
 auto withFolded(std::string_view name, Test test) {
@@ -70,6 +66,7 @@ std::string NameTerms::stem(const std::string& folded) {
 }
 
 bool NameTerms::allIn(std::string_view name) const {
+    if (stems_.empty()) return true;
     return withFolded(name, [&](std::string_view folded) {
         return std::all_of(stems_.begin(), stems_.end(),
                            [&](const std::string& stem) { return contains(folded, stem); });
@@ -80,7 +77,7 @@ std::vector<std::size_t> NameTerms::missingFrom(std::string_view name) const {
     return withFolded(name, [&](std::string_view folded) {
         std::vector<std::size_t> missing;
         for (std::size_t i = 0; i < stems_.size(); ++i)
-            if (!contains(folded, stems_[i])) missing.push_back(i);
+            if (folded.find(stems_[i]) == folded.npos) missing.push_back(i);
         return missing;
     });
 }

@@ -38,14 +38,6 @@ bool isBelowCameraFolder(const URL& url) {
                        [](std::string_view name) { return Text::lowercasedASCII(name) == "dcim"; });
 }
 
-bool isPlainText(const std::optional<std::string>& type, FileKind kind) {
-    if (kind == FileKind::code) return true;
-    // A name that says nothing ("LICENSE") is most often text; the content decides.
-    if (!type) return kind == FileKind::other;
-    const ContentTypes& types = *Platform::current().types;
-    return types.conforms(*type, ContentType::text) && !types.conforms(*type, ContentType::rtf);
-}
-
 /// Text as this program can read it: a NUL near the beginning means another format.
 bool looksLikeText(std::string_view content) {
     constexpr std::size_t inspected = 8192;
@@ -116,14 +108,16 @@ bool QueryMatcher::mayMatch(std::string_view name, FileType type, bool checkName
                    return kind == SearchKind::folder || kind == SearchKind::app;
                });
     }
-    const bool isAnyKind = query_.kinds.empty() && query_.extensions.empty();
-    if (isAnyKind && !query_.camera && !query_.textInImages) return true;
-    if (query_.kinds.empty() && !query_.camera && !query_.textInImages)
-        return hasWantedExtension(name);
+    const bool readsText = !query_.containing.empty() && !textIndex_;
+    const bool hasKinds = !query_.kinds.empty();
+    const bool isAnyKind = !hasKinds && query_.extensions.empty();
+    if (!hasKinds && !query_.camera && !query_.textInImages && !readsText)
+        return isAnyKind || hasWantedExtension(name);
 
-    const auto facts = KindRules::Facts::ofFile(name);
-    if (query_.camera && !KindRules::mayNameCamera(facts.kind)) return false;
-    if (query_.textInImages && facts.kind != FileKind::image) return false;
+    const KindRules::Facts facts(name);
+    if (query_.camera && !KindRules::mayNameCamera(facts.kind())) return false;
+    if (query_.textInImages && facts.kind() != FileKind::image) return false;
+    if (readsText && !KindRules::mayBePlainText(facts.type, facts.kind())) return false;
     return isAnyKind || hasWantedExtension(name) ||
            std::any_of(query_.kinds.begin(), query_.kinds.end(), [&](SearchKind kind) {
                return KindRules::test(kind, facts) != KindRules::Answer::no;
@@ -245,7 +239,8 @@ std::optional<std::string> QueryMatcher::readableText(const URL& url, FileKind k
     if (textIndex_)
         if (auto text = textIndex_->text(url)) return text;
     const Platform& platform = Platform::current();
-    if (!isPlainText(platform.types->typeForName(url.name()), kind)) return std::nullopt;
+    if (!KindRules::mayBePlainText(platform.types->typeForName(url.name()), kind))
+        return std::nullopt;
     try {
         std::string content = platform.files->readFile(url, longestText);
         if (!looksLikeText(content)) return std::nullopt;

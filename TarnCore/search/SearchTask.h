@@ -34,9 +34,9 @@ struct SearchOptions {
 /// the roots, at once; every result is delivered once, in batches, until the limit is reached.
 ///
 /// `start` may be called once. `onBatch` comes from worker threads, one at a time; `onDone` comes
-/// once, after the last batch, on a worker thread, also after `cancel`. No batch begins after
-/// `cancel`. Any thread may cancel, and so may `onBatch`. The destructor cancels and waits, so it
-/// must not run in a callback.
+/// once, after the last batch, on a worker thread, also after `cancel`. No batch follows a
+/// `cancel`, except one that was on its way. Any thread may cancel, and so may `onBatch`. The
+/// destructor cancels and waits, so it must not run in a callback.
 ///
 /// Folders on servers are entered only where a root lies on one. A root on a server that no longer
 /// answers keeps its thread in the kernel: results from other roots still come, but `onDone`, and

@@ -30,9 +30,9 @@ void SearchWalk::visit(TreeWalker::Folder& folder, std::span<const FolderEntry> 
     Worker& worker = workers_[folder.worker()];
     for (const FolderEntry& entry : entries) {
         const std::string_view name = entry.view();
-        if (name[0] == '.' && !includeHidden_) {
+        if (name[0] == '.') {
             if (name == ".hidden") worker.hasHiddenList = true;
-            continue;
+            if (!includeHidden_) continue;
         }
         if (entry.type == FileType::directory && isToBeEntered(folder, name))
             append(worker.subfolders, worker.subfolderCount, name);
@@ -46,15 +46,17 @@ void SearchWalk::visit(TreeWalker::Folder& folder, std::span<const FolderEntry> 
 
 void SearchWalk::leave(TreeWalker::Folder& folder) {
     Worker& worker = workers_[folder.worker()];
+    // All names have been seen now.
+    worker.mayHaveHiddenList = worker.hasHiddenList;
     test(folder, worker);
-    if (worker.hasHiddenList && worker.subfolderCount > 0 && !worker.resources)
-        worker.resources.emplace(folder.url());
+    const bool hidesNames = worker.hasHiddenList && !includeHidden_;
     for (std::size_t i = 0; i < worker.subfolderCount; ++i) {
         const std::string& name = worker.subfolders[i];
-        if (!worker.hasHiddenList || !worker.resources->isHidden(name)) folder.enter(name);
+        if (!hidesNames || !resources(folder, worker).isHidden(name)) folder.enter(name);
     }
     worker.subfolderCount = 0;
     worker.hasHiddenList = false;
+    worker.mayHaveHiddenList = true;
     worker.resources.reset();
     results_.deliverIfDue();
 }
@@ -63,6 +65,11 @@ bool SearchWalk::isToBeEntered(const TreeWalker::Folder& folder, std::string_vie
     if (folder.depth() == 0 && name == "Library") return false;
     if (ResourceReader::isPackageName(name)) return false;
     return !results_.isExcludedFolder(folder.pathOf(name));
+}
+
+const ResourceReader& SearchWalk::resources(const TreeWalker::Folder& folder, Worker& worker) {
+    if (!worker.resources) worker.resources.emplace(folder.url(), worker.mayHaveHiddenList);
+    return *worker.resources;
 }
 
 void SearchWalk::test(const TreeWalker::Folder& folder, Worker& worker) {
@@ -78,16 +85,16 @@ std::optional<FileItem> SearchWalk::match(const TreeWalker::Folder& folder, cons
                                           Worker& worker) const {
     const auto attributes = folder.reader().attributes(name.c_str(), Links::keep);
     if (!attributes || !matcher_.mayMatch(*attributes)) return std::nullopt;
-    if (!worker.resources) worker.resources.emplace(folder.url());
-    if (!includeHidden_ && worker.resources->isHidden(name)) return std::nullopt;
+    const ResourceReader& reader = resources(folder, worker);
+    if (!includeHidden_ && reader.isHidden(name)) return std::nullopt;
 
     std::optional<bool> leadsToFolder;
     if (attributes->type == FileType::symlink)
         if (const auto target = folder.reader().attributes(name.c_str(), Links::follow))
             leadsToFolder = target->type == FileType::directory;
     const URL url = URL::fromPath(folder.pathOf(name));
-    FileItem item = FileItem::make(
-        url, worker.resources->values(url, name, *attributes, leadsToFolder, {.tags = true}));
+    FileItem item =
+        FileItem::make(url, reader.values(url, name, *attributes, leadsToFolder, {.tags = true}));
     if (!matcher_.matchesFilters(item, checksNames_)) return std::nullopt;
     if (!checksNames_ && !matcher_.termsMatch(item)) return std::nullopt;
     return item;

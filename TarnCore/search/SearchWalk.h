@@ -38,11 +38,13 @@ private:
         std::size_t candidateCount = 0;
         std::vector<std::string> subfolders;  ///< Likewise.
         std::size_t subfolderCount = 0;
-        bool hasHiddenList = false;
+        bool hasHiddenList = false;     ///< A ".hidden" was among the names so far.
+        bool mayHaveHiddenList = true;  ///< Or may still come.
         std::optional<ResourceReader> resources;
     };
 
     bool isToBeEntered(const TreeWalker::Folder& folder, std::string_view name) const;
+    static const ResourceReader& resources(const TreeWalker::Folder& folder, Worker& worker);
     void test(const TreeWalker::Folder& folder, Worker& worker);
     std::optional<FileItem> match(const TreeWalker::Folder& folder, const std::string& name,
                                   Worker& worker) const;

@@ -463,6 +463,7 @@ TEST(QueryMatcher, cheapTestsNeverRejectWhatMatches) {
             query.date = DateFilter{start, std::nullopt, pick(fields), {}};
         }
         query.filesOnly = random() % 4 == 0;
+        if (random() % 8 == 0) query.containing = {"x"};
         const QueryMatcher matcher(query);
         for (const auto& [item, attributes] : items) {
             if (!matcher.matchesFilters(item, true)) continue;

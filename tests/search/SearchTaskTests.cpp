@@ -97,6 +97,9 @@ TEST(SearchTask, leavesOutWhatPeopleDidNotPutThere) {
     options.includeHidden = true;
     EXPECT_THAT(found(options, home), ElementsAre(".dot/x", "Documents/.x", "Documents/Library/x",
                                                   "Documents/x", "listed/x", "x"));
+    options.query.terms = {"listed"};
+    EXPECT_TRUE(SearchTask(options).runAll().at(0).isHidden);
+    options.query.terms = {"x"};
     options.includeHidden = false;
     options.hidesTrash = false;
     EXPECT_THAT(found(options, home),
