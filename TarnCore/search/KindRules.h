@@ -15,8 +15,9 @@ namespace tarn::KindRules {
 class Facts {
 public:
     /// Of an item that was read.
-    Facts(std::string_view name, std::optional<std::string> type, FileKind kind, bool isDirectory)
-        : name(name), type(std::move(type)), isDirectory(isDirectory), kind_(kind) {}
+    Facts(std::string_view itsName, std::optional<std::string> itsType, FileKind kind,
+          bool isFolder)
+        : name(itsName), type(std::move(itsType)), isDirectory(isFolder), kind_(kind) {}
     /// Of a plain file, from its name alone.
     explicit Facts(std::string_view fileName);
 

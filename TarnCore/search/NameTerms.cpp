@@ -68,8 +68,9 @@ std::string NameTerms::stem(const std::string& folded) {
 bool NameTerms::allIn(std::string_view name) const {
     if (stems_.empty()) return true;
     return withFolded(name, [&](std::string_view folded) {
-        return std::all_of(stems_.begin(), stems_.end(),
-                           [&](const std::string& stem) { return contains(folded, stem); });
+        return std::all_of(stems_.begin(), stems_.end(), [&](const std::string& stem) {
+            return folded.find(stem) != folded.npos;
+        });
     });
 }
 
