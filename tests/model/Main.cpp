@@ -1,4 +1,6 @@
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 
 #include <QtCore/QCoreApplication>
 #include <gtest/gtest.h>
@@ -17,5 +19,8 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     tarn::Platform::setCurrent(tarn::makeLinuxPlatform());
     QCoreApplication app(argc, argv);
-    return RUN_ALL_TESTS();
+    const int status = RUN_ALL_TESTS();
+    std::error_code ignored;
+    std::filesystem::remove_all(tarn::SupportDirectory::url().path(), ignored);
+    return status;
 }

@@ -1,4 +1,6 @@
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 
 #include <QtGui/QFont>
 #include <QtWidgets/QApplication>
@@ -26,5 +28,8 @@ int main(int argc, char** argv) {
     tarn::Theme& theme = tarn::Theme::install(app);
     theme.setMode(tarn::Theme::Mode::light);
     theme.setAnimations(false);
-    return RUN_ALL_TESTS();
+    const int status = RUN_ALL_TESTS();
+    std::error_code ignored;
+    std::filesystem::remove_all(tarn::SupportDirectory::url().path(), ignored);
+    return status;
 }
