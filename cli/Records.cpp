@@ -14,11 +14,10 @@ namespace {
 /// Items that are worth handing to another thread: about half a millisecond of work.
 constexpr std::size_t chunkSize = 1024;
 
-void append(std::string& out, std::span<FileItem> items, std::span<const std::uint32_t> indexes,
-            const Complete& complete) {
+void append(std::string& out, std::span<const FileItem> items,
+            std::span<const std::uint32_t> indexes) {
     for (const std::uint32_t& index : indexes) {
         if (&index != &indexes.front()) out += ",\n";
-        if (complete) complete(items[index]);
         JSONWriter json(out);
         write(json, items[index]);
     }
@@ -26,15 +25,15 @@ void append(std::string& out, std::span<FileItem> items, std::span<const std::ui
 
 }  // namespace
 
-void writeArray(Output& out, std::span<FileItem> items, std::span<const std::uint32_t> indexes,
-                const Complete& complete) {
+void writeArray(Output& out, std::span<const FileItem> items,
+                std::span<const std::uint32_t> indexes) {
     if (indexes.empty()) {
         out << "[]";
         return;
     }
     out << "[\n";
     if (indexes.size() <= chunkSize) {
-        append(out.buffer(), items, indexes, complete);
+        append(out.buffer(), items, indexes);
     } else {
         TaskPool& pool = TaskPool::shared();
         // A round of chunks at a time bounds the memory that finished text takes.
@@ -45,8 +44,7 @@ void writeArray(Output& out, std::span<FileItem> items, std::span<const std::uin
             const std::size_t count = (round + chunkSize - 1) / chunkSize;
             pool.forEach(count, [&](std::size_t i) {
                 const std::size_t start = i * chunkSize;
-                append(texts[i], items, indexes.subspan(start, std::min(chunkSize, round - start)),
-                       complete);
+                append(texts[i], items, indexes.subspan(start, std::min(chunkSize, round - start)));
             });
             for (std::size_t i = 0; i < count; ++i) {
                 if (!isFirst) out << ",\n";
@@ -62,7 +60,7 @@ void writeArray(Output& out, std::span<FileItem> items, std::span<const std::uin
     out.flushIfLarge();
 }
 
-void writeArray(Output& out, std::span<FileItem> items) {
+void writeArray(Output& out, std::span<const FileItem> items) {
     std::vector<std::uint32_t> indexes(items.size());
     std::iota(indexes.begin(), indexes.end(), 0U);
     writeArray(out, items, indexes);

@@ -4,11 +4,9 @@
 #include <vector>
 
 #include "TarnCore/base/JSON.h"
-#include "TarnCore/base/TaskPool.h"
 #include "TarnCore/files/DirectoryLister.h"
 #include "TarnCore/files/FileGrouping.h"
 #include "TarnCore/files/Format.h"
-#include "TarnCore/files/ResourceReader.h"
 #include "TarnCore/files/SortOrder.h"
 #include "TarnCore/sources/SourceResolver.h"
 #include "cli/Arguments.h"
@@ -52,15 +50,10 @@ SortOrder sortOrder(const Arguments& arguments) {
     return order;
 }
 
-/// The tags that a long listing leaves out.
-void loadTags(FileItem& item) { item.tags = ResourceReader::tags(item.url); }
-
-void loadTags(std::vector<FileItem>& items) {
-    constexpr std::size_t chunkSize = 512;
-    TaskPool::shared().forEach((items.size() + chunkSize - 1) / chunkSize, [&](std::size_t chunk) {
-        const std::size_t end = std::min(items.size(), (chunk + 1) * chunkSize);
-        for (std::size_t i = chunk * chunkSize; i < end; ++i) loadTags(items[i]);
-    });
+/// Whether the answer shows something that lies in attributes: tags, or the date of arrival.
+bool needsAttributes(bool json, SortField sort, GroupField group) {
+    return json || sort == SortField::tags || sort == SortField::added ||
+           group == GroupField::tags || group == GroupField::added;
 }
 
 std::optional<std::string> sourceName(const URL& url) {
@@ -231,19 +224,18 @@ int run(const Arguments& arguments, Session& session) {
     // Static, so that nobody waits for 100,000 records to be taken apart before the process ends.
     static std::vector<FileItem> items;
     static std::vector<FileGroup> groups;
-    items = DirectoryLister::list(folder, includeHidden);
-    const bool lacksTags = DirectoryLister::tagsDeferred(items.size());
+    using DirectoryLister::AttributeReading;
+    items = DirectoryLister::list(folder, includeHidden, {},
+                                  needsAttributes(json, order.field, grouping)
+                                      ? AttributeReading::always
+                                      : AttributeReading::deferredWhenMany);
     const SortOrder::Source source =
         order.field == SortField::source ? sourceName : SortOrder::Source();
-    if (json && !isGrouped && order.field != SortField::tags) {
-        Records::writeArray(session.out(), items, order.sortedIndexes(items, {}, source),
-                            lacksTags ? Records::Complete([](FileItem& item) { loadTags(item); })
-                                      : Records::Complete());
+    if (json && !isGrouped) {
+        Records::writeArray(session.out(), items, order.sortedIndexes(items, {}, source));
         session.out() << '\n';
         return ExitStatus::done;
     }
-    const bool needsTags = json || order.field == SortField::tags || grouping == GroupField::tags;
-    if (needsTags && lacksTags) loadTags(items);
     items = order.sort(std::move(items), {}, source);
     if (isGrouped) {
         groups = FileGrouping::groups(std::move(items), grouping, session.now(), session.calendar(),
@@ -252,11 +244,8 @@ int run(const Arguments& arguments, Session& session) {
         groups.push_back({"", std::move(items)});
     }
 
-    if (json && isGrouped) {
+    if (json) {
         printGroups(session.out(), groups);
-    } else if (json) {
-        Records::writeArray(session.out(), groups.front().items);
-        session.out() << '\n';
     } else if (paths) {
         for (const FileGroup& group : groups) {
             for (const FileItem& item : group.items) {
