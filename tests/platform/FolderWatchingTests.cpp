@@ -176,11 +176,15 @@ TEST_F(Watching, looksAtFoldersWithoutInotify) {
 
 TEST_F(Watching, mayEndInItsOwnCallback) {
     Told ended;
-    watch_ = InotifyWatching().watch({folder_.url()}, WatchDepth::children, 0, queue_,
-                                     [&](const Paths& paths) {
-                                         watch_.reset();
-                                         ended.add(paths);
-                                     });
+    // The watch belongs to the queue from its beginning to its end.
+    queue_.run([&] {
+        watch_ = InotifyWatching().watch({folder_.url()}, WatchDepth::children, 0, queue_,
+                                         [&](const Paths& paths) {
+                                             watch_.reset();
+                                             ended.add(paths);
+                                         });
+    });
+    queue_.flush();
     folder_.file("file");
     EXPECT_TRUE(ended.waitFor(folder_ / "file"));
     queue_.flush();
