@@ -19,6 +19,7 @@ constexpr int margin = Metrics::space16;
 constexpr int padding = Metrics::space6;
 constexpr int nameLines = 2;
 constexpr int narrowestCell = 96;
+constexpr int frame = 16;  // milliseconds
 constexpr double hiddenOpacity = 0.55;
 
 /// A name in at most two lines; the second is elided in its middle, so that the extension stays.
@@ -48,6 +49,7 @@ bool isElided(const QString& name, const QFont& font, int width) {
 PaneGridView::PaneGridView(PaneModel& pane, QWidget* parent) : PaneView(pane, parent) {
     setObjectName(QStringLiteral("paneGrid"));
     setAccessibleName(tr("Files"));
+    connect(&fadeTimer_, &QTimer::timeout, this, &PaneGridView::stepFades);
     connect(&pane, &PaneModel::iconSizeChanged, this, [this] {
         updateGeometries();
         viewport()->update();
@@ -151,6 +153,31 @@ int PaneGridView::rowAfter(int row, CursorAction action) const {
     return row;
 }
 
+void PaneGridView::showThumbnail(const URL& file) {
+    if (style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0 &&
+        isVisible()) {
+        fades_[file].start();
+        if (!fadeTimer_.isActive()) fadeTimer_.start(frame);
+    }
+    if (const auto row = pane().items().row(file))
+        viewport()->update(visualRect(model()->index(*row, 0)));
+}
+
+double PaneGridView::fadedIn(const URL& file) const {
+    const auto fade = fades_.find(file);
+    if (fade == fades_.end()) return 1;
+    return std::min(1.0, static_cast<double>(fade->second.elapsed()) / Metrics::fadeIn);
+}
+
+void PaneGridView::stepFades() {
+    for (const auto& [file, since] : fades_)
+        if (const auto row = pane().items().row(file))
+            viewport()->update(visualRect(model()->index(*row, 0)));
+    std::erase_if(fades_,
+                  [](const auto& fade) { return fade.second.elapsed() >= Metrics::fadeIn; });
+    if (fades_.empty()) fadeTimer_.stop();
+}
+
 void PaneGridView::paintPicture(QPainter& painter, const FileItem& item, const QRect& place) const {
     const auto pixels = static_cast<int>(iconSize() * devicePixelRatioF());
     const QPixmap picture = thumbnail_ ? thumbnail_(item, pixels) : QPixmap();
@@ -166,9 +193,12 @@ void PaneGridView::paintPicture(QPainter& painter, const FileItem& item, const Q
     target.moveCenter(QRectF(place).center());
     target.moveBottom(place.bottom());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    const double whole = painter.opacity();
+    painter.setOpacity(whole * fadedIn(item.url));
     painter.drawPixmap(target, picture, QRectF(picture.rect()));
     // White pages must stand out on white.
     Paint::outline(painter, target, 0, Colors::current().border, Metrics::hairline);
+    painter.setOpacity(whole);
 }
 
 void PaneGridView::paintRow(QPainter& painter, int row, const QRect& rect) {

@@ -1,10 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <unordered_map>
 
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QTimer>
 #include <QtGui/QPixmap>
 
 #include "Tarn/ui/pane/PaneView.h"
+#include "TarnCore/base/URL.h"
 
 namespace tarn {
 
@@ -20,6 +24,8 @@ public:
     /// high; null for none, or none yet. Called while painting, so it must not wait.
     using Thumbnail = std::function<QPixmap(const FileItem& item, int pixels)>;
     void setThumbnails(Thumbnail thumbnail) { thumbnail_ = std::move(thumbnail); }
+    /// The picture of a file is there now: its cell fades over to it.
+    void showThumbnail(const URL& file);
 
 protected:
     QRect rowRect(int row) const override;
@@ -45,7 +51,13 @@ private:
     int iconSize() const;
     void paintPicture(QPainter& painter, const FileItem& item, const QRect& place) const;
 
+    /// How far the picture of a file has come in, 0 to 1.
+    double fadedIn(const URL& file) const;
+    void stepFades();
+
     Thumbnail thumbnail_;
+    std::unordered_map<URL, QElapsedTimer> fades_;  ///< Since when; only those still running.
+    QTimer fadeTimer_;
 };
 
 }  // namespace tarn

@@ -3,6 +3,7 @@
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
 #include <QtWidgets/QMenu>
+#include <QtWidgets/QScrollBar>
 #include <QtWidgets/QStackedLayout>
 
 #include "Tarn/model/PaneModel.h"
@@ -48,6 +49,7 @@ PaneWidget::PaneWidget(WindowModel& window, PaneModel& pane, QWidget* parent)
         pages_->addWidget(page);
     watch(list_);
     watch(grid_);
+    connectThumbnails();
     sayTimer_.setSingleShot(true);
     connect(&sayTimer_, &QTimer::timeout, this, [this] {
         said_.clear();
@@ -74,6 +76,25 @@ void PaneWidget::watch(PaneView* view) {
     connect(view, &PaneView::leftAtTop, this, &PaneWidget::leftAtTop);
     connect(view, &PaneView::customContextMenuRequested, this,
             [this, view](const QPoint& point) { openMenu(view->viewport()->mapToGlobal(point)); });
+}
+
+void PaneWidget::connectThumbnails() {
+    grid_->setThumbnails([this](const FileItem& item, int pixels) {
+        QPixmap picture = thumbnails_.picture(item, pixels);
+        picture.setDevicePixelRatio(devicePixelRatioF());
+        return picture;
+    });
+    connect(&thumbnails_, &ThumbnailLoader::ready, grid_,
+            [this](const URL& file) { grid_->showThumbnail(file); });
+    connect(&pane_, &PaneModel::locationChanged, this, [this] { thumbnails_.cancelAll(); });
+    // What has been scrolled past is not worth a picture any more.
+    connect(grid_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
+        std::vector<URL> seen;
+        if (const auto rows = grid_->visibleRows())
+            for (int row = rows->first; row <= rows->last; ++row)
+                seen.push_back(pane_.items().item(row).url);
+        thumbnails_.setVisible(seen);
+    });
 }
 
 PaneView* PaneWidget::view() const {

@@ -6,6 +6,7 @@
 #include <QtWidgets/QWidget>
 
 #include "Tarn/ui/states/LoadingGate.h"
+#include "Tarn/ui/thumbnails/ThumbnailLoader.h"
 
 class QStackedLayout;
 
@@ -46,6 +47,7 @@ private:
     enum class Page { rows, skeleton, state };
 
     void watch(PaneView* view);
+    void connectThumbnails();
     void showState();
     void show(Page page);
     void showError();
@@ -64,6 +66,7 @@ private:
     SkeletonRows* skeleton_;
     StatePage* state_;
     StatusPill* pill_;
+    ThumbnailLoader thumbnails_;
     LoadingGate loading_;
     QTimer sayTimer_;
     QString said_;

@@ -44,12 +44,17 @@ std::optional<QColor> colorFrom(const QVariant& value) {
 
 }  // namespace
 
-DesktopSettings::DesktopSettings(QObject* parent) : QObject(parent) {
-    auto bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) return;
-    bus.connect(u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
-                u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s, this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
+DesktopSettings::DesktopSettings(QObject* parent)
+    : DesktopSettings(QDBusConnection::sessionBus(), parent) {}
+
+DesktopSettings::~DesktopSettings() = default;
+
+DesktopSettings::DesktopSettings(const QDBusConnection& bus, QObject* parent)
+    : QObject(parent), bus_(std::make_unique<QDBusConnection>(bus)) {
+    if (!bus_->isConnected()) return;
+    bus_->connect(u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
+                  u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s, this,
+                  SLOT(settingChanged(QString, QString, QDBusVariant)));
     ask();
 }
 
@@ -67,14 +72,13 @@ void DesktopSettings::ask() {
                 isNew |= take(group.key(), key.key(), key.value());
         return isNew;
     };
-    const QDBusMessage reply = QDBusConnection::sessionBus().call(message, QDBus::Block, patience);
+    const QDBusMessage reply = bus_->call(message, QDBus::Block, patience);
     if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty()) {
         takeAll(qdbus_cast<Groups>(reply.arguments().constFirst()));
         return;
     }
     // The portal may be starting just now: take its answer whenever it comes.
-    auto* watcher =
-        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
+    auto* watcher = new QDBusPendingCallWatcher(bus_->asyncCall(message), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, takeAll] {
         watcher->deleteLater();
         const QDBusPendingReply<Groups> late = *watcher;

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include <QtCore/QObject>
 #include <QtGui/QColor>
 
+class QDBusConnection;
 class QDBusVariant;
 
 namespace tarn {
@@ -19,7 +21,9 @@ public:
 
     /// Asks the portal, waiting for the first answer no longer than a person notices, so that the
     /// first window does not open in the wrong colours.
-    explicit DesktopSettings(QObject* parent = nullptr);
+    explicit DesktopSettings(QObject* parent = nullptr);  ///< On the session bus.
+    explicit DesktopSettings(const QDBusConnection& bus, QObject* parent = nullptr);
+    ~DesktopSettings() override;
 
     std::optional<Scheme> scheme() const { return scheme_; }
     std::optional<QColor> accent() const { return accent_; }
@@ -37,6 +41,7 @@ private:
     bool take(const QString& group, const QString& key, const QVariant& value);
     void ask();
 
+    std::unique_ptr<QDBusConnection> bus_;
     std::optional<Scheme> scheme_;
     std::optional<QColor> accent_;
     bool highContrast_ = false;

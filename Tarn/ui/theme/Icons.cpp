@@ -144,6 +144,8 @@ QIcon symbol(std::string_view name, Tint tint) {
     return slot->second;
 }
 
+QIcon application() { return QIcon(u":/tarn/icons/"_s + resourceName("application") + u".svg"_s); }
+
 QIcon folder(std::string_view symbol) {
     if (symbol.empty()) return kindIcon(FileKind::folder);
     static std::map<std::string, QIcon, std::less<>> icons;

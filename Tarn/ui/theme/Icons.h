@@ -23,6 +23,9 @@ bool hasSymbol(std::string_view name);
 /// disk is not touched.
 QIcon forItem(const FileItem& item);
 
+/// The program itself.
+QIcon application();
+
 /// The coloured icon of a folder that carries a symbol ("house", "arrow.down"); none when empty.
 QIcon folder(std::string_view symbol = {});
 

@@ -3,6 +3,7 @@
 #include <QtGui/QPixmapCache>
 #include <QtWidgets/QApplication>
 
+#include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/TarnStyle.h"
 
@@ -19,6 +20,7 @@ Theme& Theme::install(QApplication& app) {
     Q_ASSERT(!instance);
     QPixmapCache::setCacheLimit(pixmapCacheKilobytes);
     instance = new Theme(app);
+    app.setWindowIcon(Icons::application());
     return *instance;
 }
 
@@ -27,7 +29,11 @@ Theme& Theme::shared() {
     return *instance;
 }
 
-Theme::Theme(QApplication& app) : QObject(&app), app_(app), style_(new TarnStyle), desktop_(this) {
+Theme::Theme(QApplication& app)
+    : QObject(&app),
+      app_(app),
+      style_(new TarnStyle),
+      desktop_(this) {
     platformIsDark_ = app.palette().color(QPalette::Window).lightness() < 128;
     app.setStyle(style_);
     connect(&desktop_, &DesktopSettings::changed, this, &Theme::apply);

@@ -65,14 +65,18 @@ struct ThumbnailLoader::Wishes {
         Date modified;
         int pixels;
     };
-    Guarded<std::vector<Wish>> stack;
+    struct Lists {
+        std::vector<Wish> stack;
+        std::vector<Wish> begun;  ///< By a worker; until the picture has arrived.
+    };
+    Guarded<Lists> lists;
 
     std::optional<Wish> take() {
-        auto held = stack.lock();
-        if (held->empty()) return std::nullopt;
-        Wish wish = std::move(held->back());
-        held->pop_back();
-        return wish;
+        auto held = lists.lock();
+        if (held->stack.empty()) return std::nullopt;
+        held->begun.push_back(held->stack.back());
+        held->stack.pop_back();
+        return held->begun.back();
     }
 };
 
@@ -104,11 +108,15 @@ QPixmap ThumbnailLoader::picture(const FileItem& item, int pixels) {
 }
 
 void ThumbnailLoader::request(const URL& file, Date modified, int pixels) {
-    auto stack = wishes_->stack.lock();
-    const auto same = std::find_if(stack->begin(), stack->end(),
-                                   [&file](const auto& wish) { return wish.file == file; });
-    if (same != stack->end()) stack->erase(same);
-    stack->push_back({file, modified, pixels});
+    {
+        auto lists = wishes_->lists.lock();
+        const auto same = [&file](const Wishes::Wish& wish) { return wish.file == file; };
+        const auto begun = std::find_if(lists->begun.begin(), lists->begun.end(), same);
+        if (begun != lists->begun.end() && begun->modified == modified && begun->pixels >= pixels)
+            return;
+        std::erase_if(lists->stack, same);
+        lists->stack.push_back({file, modified, pixels});
+    }
     pool_.run(
         [wishes = wishes_, cache = cache_, self = QPointer(this)] {
             const auto wish = wishes->take();
@@ -122,6 +130,9 @@ void ThumbnailLoader::request(const URL& file, Date modified, int pixels) {
 }
 
 void ThumbnailLoader::keep(const URL& file, Date modified, int pixels, const QImage& image) {
+    std::erase_if(wishes_->lists.lock()->begun, [&](const Wishes::Wish& wish) {
+        return wish.file == file && wish.modified == modified && wish.pixels == pixels;
+    });
     auto* kept = new Kept{modified, pixels, QPixmap::fromImage(image)};
     const qsizetype bytes = qsizetype{image.sizeInBytes()} + qsizetype{256};
     kept_.insert(file.path(), kept, bytes);
@@ -134,13 +145,13 @@ void ThumbnailLoader::keep(const URL& file, Date modified, int pixels, const QIm
 void ThumbnailLoader::setVisible(const std::vector<URL>& files) {
     std::unordered_map<URL, std::size_t> order;
     for (std::size_t i = 0; i < files.size(); ++i) order.emplace(files[i], i);
-    auto stack = wishes_->stack.lock();
-    std::erase_if(*stack, [&order](const auto& wish) { return !order.contains(wish.file); });
-    std::stable_sort(stack->begin(), stack->end(), [&order](const auto& a, const auto& b) {
-        return order.at(a.file) > order.at(b.file);
-    });
+    auto lists = wishes_->lists.lock();
+    std::erase_if(lists->stack, [&order](const auto& wish) { return !order.contains(wish.file); });
+    std::stable_sort(
+        lists->stack.begin(), lists->stack.end(),
+        [&order](const auto& a, const auto& b) { return order.at(a.file) > order.at(b.file); });
 }
 
-void ThumbnailLoader::cancelAll() { wishes_->stack.lock()->clear(); }
+void ThumbnailLoader::cancelAll() { wishes_->lists.lock()->stack.clear(); }
 
 }  // namespace tarn
