@@ -12,13 +12,13 @@ namespace {
 constexpr std::string_view systemFolders[] = {"/boot", "/efi", "/dev",   "/proc", "/sys",
                                               "/snap", "/usr", "/etc",   "/var",  "/tmp",
                                               "/nix",  "/gnu", "/System"};
-/// Read-only images that packages of programs bring along.
-constexpr std::string_view imageFormats[] = {"squashfs", "erofs", "overlay"};
+/// Read-only images that packages of programs bring along, and memory.
+constexpr std::string_view systemFormats[] = {"squashfs", "erofs", "overlay", "tmpfs", "ramfs"};
 
 bool isSystemPart(const Mount& mount) {
     if (mount.isPseudo) return true;
-    if (std::find(std::begin(imageFormats), std::end(imageFormats), mount.fileSystem) !=
-        std::end(imageFormats)) {
+    if (std::find(std::begin(systemFormats), std::end(systemFormats), mount.fileSystem) !=
+        std::end(systemFormats)) {
         return !mount.mountPoint.isRoot();
     }
     // A bind-mounted file (as container engines place in /etc) is no volume either; all of those

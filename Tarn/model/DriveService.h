@@ -31,8 +31,8 @@ struct Volume {
 namespace DriveService {
 
 /// The volumes that hold a person's files: "/" first, then external drives and shares in the
-/// order of their mounting. Pseudo file systems, the parts of the running system and mounts inside
-/// other programs' folders are left out. Reads the mount table only and touches no disk.
+/// order of their mounting. Pseudo file systems, memory and the parts of the running system are
+/// left out. Reads the mount table only and touches no disk.
 std::vector<Volume> volumes();
 
 /// The same volumes with their sizes filled in. Asks every disk and may wait for a dead server:
