@@ -87,7 +87,7 @@ const std::map<std::string, Shortcut, std::less<>>& CommandRegistry::defaults() 
 
 std::vector<std::string_view> CommandRegistry::desktopKeys(std::string_view id) {
     if (id == "home") return {"Alt+Home"};
-    if (id == "go.back") return {"Alt+Left", "Backspace", "Back"};
+    if (id == "go.back") return {"Alt+Left", "Back"};
     if (id == "go.forward") return {"Alt+Right", "Forward"};
     if (id == "go.up") return {"Alt+Up"};
     if (id == "hidden") return {"Ctrl+H"};

@@ -1,5 +1,6 @@
 #include "Tarn/model/PaneItems.h"
 
+#include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/Format.h"
@@ -47,13 +48,7 @@ std::optional<int> PaneItems::rowWithPrefix(std::string_view prefix, int from) c
     return std::nullopt;
 }
 
-QString PaneItems::displayName(const FileItem& item) {
-    QString name = QString::fromStdString(Text::sanitized(item.name));
-    for (QChar& character : name) {
-        if (character.category() == QChar::Other_Control) character = QChar::Nbsp;
-    }
-    return name;
-}
+QString PaneItems::displayName(const FileItem& item) { return displayText(item.name); }
 
 std::optional<SortField> PaneItems::sortField(PaneColumn column) {
     switch (column) {
@@ -87,9 +82,9 @@ QString PaneItems::text(const FileItem& item, PaneColumn column) const {
             return item.size ? QString::fromStdString(Format::bytes(*item.size))
                              : QString::fromUtf8(absent);
         case PaneColumn::kind:
-            return QString::fromStdString(Text::sanitized(item.kindDescription));
+            return displayText(item.kindDescription);
         case PaneColumn::folder:
-            return QString::fromStdString(Text::sanitized(Paths::abbreviate(item.url.parent())));
+            return displayText(Paths::abbreviate(item.url.parent()));
     }
     return {};
 }

@@ -172,9 +172,9 @@ void PaneModel::sortBy(SortField field) {
         sort_.ascending = SortFields::startsAscending(field);
     }
     savePrefs();
+    isRanked_ = false;
     emit sortChanged();
     resortListing();
-    isRanked_ = false;
     if (query_) search_.setOrder(sort_, isRanked_);
 }
 

@@ -90,6 +90,8 @@ public:
     const PaneSearch& search() const { return search_; }
     /// The rows are results, not the place itself.
     bool showsResults() const { return showsResults_; }
+    /// Results come best first; false once a column was picked for them.
+    bool isRanked() const { return isRanked_; }
 
     /// Searches once nothing was typed for 0.2 s; at once when there is nothing left to search.
     void searchTextChanged(const std::string& text);

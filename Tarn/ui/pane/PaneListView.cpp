@@ -60,13 +60,21 @@ PaneListView::PaneListView(PaneModel& pane, QWidget* parent)
     });
     connect(&pane, &PaneModel::sortChanged, this, &PaneListView::showSort);
     connect(&pane, &PaneModel::rowsChanged, this, &PaneListView::layOutColumns);
-    connect(&pane, &PaneModel::stateChanged, this, &PaneListView::layOutColumns);
+    connect(&pane, &PaneModel::stateChanged, this, [this] {
+        layOutColumns();
+        showSort();
+    });
     measureColumns();
     showSort();
     begin();
 }
 
 void PaneListView::showSort() {
+    // Results with the best first follow no column.
+    if (pane().showsResults() && pane().isRanked()) {
+        header_->setSortIndicator(-1, Qt::AscendingOrder);
+        return;
+    }
     for (int column = 0; column < paneColumnCount; ++column) {
         if (PaneItems::sortField(static_cast<PaneColumn>(column)) != pane().sort().field) continue;
         header_->setSortIndicator(

@@ -7,6 +7,7 @@
 #include <QtWidgets/QToolTip>
 
 #include "Tarn/model/PaneModel.h"
+#include "Tarn/ui/pane/PaneAccessibility.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
@@ -17,11 +18,15 @@ namespace {
 /// Milliseconds after which typed letters begin a new word.
 constexpr qint64 typingPause = 1000;
 
+constexpr int statusRoom = 2 * Metrics::space16;
+
 constexpr int bandFillAlpha = 40;
 
 }  // namespace
 
-PaneView::PaneView(PaneModel& pane, QWidget* parent) : QAbstractItemView(parent), pane_(pane) {}
+PaneView::PaneView(PaneModel& pane, QWidget* parent) : QAbstractItemView(parent), pane_(pane) {
+    PaneAccessibility::install();
+}
 
 void PaneView::begin() {
     setModel(&pane_.items());
@@ -47,7 +52,11 @@ void PaneView::begin() {
     });
     connect(&pane_.selection(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) {
-                if (!isVisible() && current.isValid()) scrollTo(current);
+                if (!current.isValid()) return;
+                if (isVisible())
+                    PaneAccessibility::tellFocus(*this, current.row());
+                else
+                    scrollTo(current);
             });
 }
 
@@ -101,8 +110,9 @@ std::optional<PaneView::Rows> PaneView::visibleRows() const {
 }
 
 void PaneView::updateGeometries() {
-    const int hidden = std::max(0, contentHeight() - viewport()->height());
-    verticalScrollBar()->setRange(0, hidden);
+    // The last row can be scrolled clear of the status that floats above it.
+    const int hidden = contentHeight() + statusRoom - viewport()->height();
+    verticalScrollBar()->setRange(0, contentHeight() > viewport()->height() ? hidden : 0);
     verticalScrollBar()->setPageStep(viewport()->height());
     verticalScrollBar()->setSingleStep(stepHeight());
     QAbstractItemView::updateGeometries();
@@ -284,6 +294,14 @@ void PaneView::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier && isTyping()) {
         keyboardSearch(event->text());
         return;
+    }
+    if (event->key() == Qt::Key_Backspace && event->modifiers() == Qt::NoModifier) {
+        pane_.goBack();
+        return;
+    }
+    // A key that moves or opens ends the word that was being typed.
+    if (event->text().isEmpty() || !event->text().front().isPrint()) {
+        if (event->key() != Qt::Key_Shift) typed_.clear();
     }
     QAbstractItemView::keyPressEvent(event);
     viewport()->update();

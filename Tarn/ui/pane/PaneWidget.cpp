@@ -239,9 +239,13 @@ QString PaneWidget::statusText() const {
     if (pane_.showsResults()) {
         const QString found = countOf(count, "result");
         if (pane_.isSearching()) return tr("%1 so far").arg(found);
+        const QString visited = countOf(pane_.search().visitedCount(), "file");
+        constexpr double shortest = 0.1;
+        if (pane_.search().elapsed() < shortest)
+            return tr("%1 · searched %2 in under %3 s")
+                .arg(found, visited, QLocale().toString(shortest, 'f', 1));
         return tr("%1 · searched %2 in %3 s")
-            .arg(found, countOf(pane_.search().visitedCount(), "file"),
-                 QLocale().toString(pane_.search().elapsed(), 'f', 1));
+            .arg(found, visited, QLocale().toString(pane_.search().elapsed(), 'f', 1));
     }
     if (pane_.isPartial()) return tr("Loading…");
     if (pane_.items().isEmpty()) return {};

@@ -1,0 +1,307 @@
+#include <filesystem>
+
+#include <QtGui/QAccessible>
+#include <QtTest/QTest>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollBar>
+#include <QtWidgets/QToolButton>
+#include <gtest/gtest.h>
+
+#include "Tarn/model/AppModel.h"
+#include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/pane/PaneView.h"
+#include "Tarn/ui/search/ChipRow.h"
+#include "Tarn/ui/search/SearchField.h"
+#include "Tarn/ui/sidebar/Sidebar.h"
+#include "Tarn/ui/states/StatePage.h"
+#include "Tarn/ui/states/StatusPill.h"
+#include "Tarn/ui/theme/Colors.h"
+#include "Tarn/ui/theme/Metrics.h"
+#include "Tarn/ui/window/BrowserWindow.h"
+#include "tests/support/TestFolder.h"
+#include "tests/ui/Shown.h"
+
+namespace tarn {
+namespace {
+
+class WindowTest : public testing::Test {
+protected:
+    void SetUp() override {
+        folder.file("alpha.txt", "12345");
+        folder.file("Beta.pdf", "1");
+        folder.file("beta two.pdf", "123");
+        folder.file("gamma.txt", "12");
+        folder.file("inner/deep.txt");
+        window =
+            new BrowserWindow(std::make_unique<WindowModel>(app, Location::folder(folder.url())));
+        window->setAttribute(Qt::WA_DeleteOnClose, false);
+        window->resize(1000, 700);
+        show(*window);
+        settle();
+        pane().setViewMode(ViewMode::list);
+        view()->setFocus();
+    }
+    void TearDown() override { delete window; }
+
+    PaneModel& pane() { return window->model().active(); }
+    PaneView* view() {
+        return window->findChild<PaneView*>(pane().viewMode() == ViewMode::list
+                                                ? QStringLiteral("paneList")
+                                                : QStringLiteral("paneGrid"));
+    }
+    SearchField* search() { return window->findChild<SearchField*>(); }
+    void settle() {
+        ASSERT_TRUE(waitFor([this] { return !pane().isLoading() && !pane().isSearching(); }));
+    }
+    /// As a person would: to whatever has the keyboard.
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QWidget* target = QApplication::focusWidget();
+        QTest::keyClick(target ? target : window, key, modifiers);
+    }
+    void type(const char* text) {
+        QTest::keyClicks(QApplication::focusWidget(), QString::fromUtf8(text));
+    }
+    std::string current() {
+        const QModelIndex index = pane().selection().currentIndex();
+        return index.isValid() ? pane().items().item(index.row()).name : std::string();
+    }
+    std::vector<std::string> selected() {
+        std::vector<std::string> names;
+        for (const FileItem& item : pane().selectedItems()) names.push_back(item.name);
+        return names;
+    }
+    QPoint middleOf(const char* name) {
+        const auto row = pane().items().row(folder / name);
+        return view()->visualRect(pane().items().index(row.value_or(-1), 0)).center();
+    }
+    using Names = std::vector<std::string>;
+
+    TestFolder folder;
+    AppModel app;
+    BrowserWindow* window = nullptr;
+};
+
+TEST_F(WindowTest, lettersGoToTheFirstNameThatBeginsWithThem) {
+    type("g");
+    EXPECT_EQ(current(), "gamma.txt");
+    press(Qt::Key_Home);  // Moving begins a new word.
+    type("beta t");
+    EXPECT_EQ(current(), "beta two.pdf");
+    EXPECT_EQ(selected(), Names{"beta two.pdf"});
+    press(Qt::Key_Home);
+    // The same letter again goes on to the next.
+    type("b");
+    const std::string first = current();
+    type("b");
+    EXPECT_NE(current(), first);
+    EXPECT_FALSE(pane().query());
+}
+
+TEST_F(WindowTest, theKeyboardGoesFromSearchToResultsAndBack) {
+    press(Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(search()->isAncestorOf(QApplication::focusWidget()));
+    type("beta pdfs");
+    ASSERT_TRUE(waitFor([this] { return pane().showsResults() && !pane().isSearching(); }));
+    EXPECT_EQ(pane().items().count(), 2);
+    EXPECT_EQ(window->findChild<ChipRow*>()->chips().size(), 1u);
+    press(Qt::Key_Down);
+    EXPECT_EQ(QApplication::focusWidget(), view());
+    EXPECT_EQ(selected().size(), 1u);
+    press(Qt::Key_Up);
+    EXPECT_TRUE(search()->isAncestorOf(QApplication::focusWidget()));
+    press(Qt::Key_Down);
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(pane().query());
+    EXPECT_EQ(search()->text(), QString());
+    EXPECT_EQ(pane().items().count(), 5);
+}
+
+TEST_F(WindowTest, keysGoThroughFolders) {
+    type("inner");
+    press(Qt::Key_Return);
+    settle();
+    EXPECT_EQ(pane().location(), Location::folder(folder / "inner"));
+    press(Qt::Key_Backspace);
+    settle();
+    EXPECT_EQ(pane().location(), Location::folder(folder.url()));
+    press(Qt::Key_Right, Qt::AltModifier);
+    press(Qt::Key_Left, Qt::AltModifier);
+    settle();
+    EXPECT_EQ(pane().location(), Location::folder(folder.url()));
+    press(Qt::Key_Right, Qt::AltModifier);
+    settle();
+    EXPECT_EQ(pane().location(), Location::folder(folder / "inner"));
+    press(Qt::Key_Up, Qt::AltModifier);
+    settle();
+    EXPECT_EQ(selected(), Names{"inner"});
+    press(Qt::Key_1, Qt::ControlModifier);
+    EXPECT_EQ(pane().viewMode(), ViewMode::grid);
+    press(Qt::Key_2, Qt::ControlModifier);
+    EXPECT_EQ(pane().viewMode(), ViewMode::list);
+    folder.file(".secret");
+    press(Qt::Key_H, Qt::ControlModifier);
+    ASSERT_TRUE(waitFor([this] { return pane().items().count() == 6; }));
+    press(Qt::Key_L, Qt::ControlModifier);
+    EXPECT_TRUE(qobject_cast<QLineEdit*>(QApplication::focusWidget()));
+}
+
+TEST_F(WindowTest, shiftAndControlSelectSeveral) {
+    for (const ViewMode mode : {ViewMode::list, ViewMode::grid}) {
+        SCOPED_TRACE(mode == ViewMode::list ? "list" : "grid");
+        pane().setViewMode(mode);
+        view()->setFocus();
+        press(Qt::Key_Home);
+        press(Qt::Key_End, Qt::ShiftModifier);
+        EXPECT_EQ(selected().size(), 5u);
+        press(Qt::Key_Home);
+        EXPECT_EQ(selected(), Names{"inner"});
+        press(Qt::Key_A, Qt::ControlModifier);
+        EXPECT_EQ(selected().size(), 5u);
+        QTest::mouseClick(view()->viewport(), Qt::LeftButton, {}, middleOf("alpha.txt"));
+        EXPECT_EQ(selected(), Names{"alpha.txt"});
+        QTest::mouseClick(view()->viewport(), Qt::LeftButton, Qt::ControlModifier,
+                          middleOf("gamma.txt"));
+        EXPECT_EQ(selected(), (Names{"alpha.txt", "gamma.txt"}));
+        // From the row that was clicked last to this one.
+        QTest::mouseClick(view()->viewport(), Qt::LeftButton, {}, middleOf("gamma.txt"));
+        QTest::mouseClick(view()->viewport(), Qt::LeftButton, Qt::ShiftModifier,
+                          middleOf("Beta.pdf"));
+        EXPECT_EQ(selected(), (Names{"Beta.pdf", "gamma.txt"}));
+    }
+}
+
+TEST_F(WindowTest, aNarrowWindowFoldsTheSidebar) {
+    auto* sidebar = window->findChild<Sidebar*>();
+    EXPECT_TRUE(sidebar->isVisible());
+    window->resize(Metrics::sidebarFolds - 1, 600);
+    EXPECT_TRUE(waitFor([&] { return !sidebar->isVisible(); }));
+    press(Qt::Key_F9);
+    EXPECT_TRUE(sidebar->isVisible());
+    press(Qt::Key_F9);
+    EXPECT_FALSE(sidebar->isVisible());
+    window->resize(1000, 600);
+    EXPECT_TRUE(waitFor([&] { return sidebar->isVisible(); }));
+}
+
+TEST_F(WindowTest, rowsReadTheirNameAndKind) {
+    QAccessibleInterface* list = QAccessible::queryAccessibleInterface(view());
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->role(), QAccessible::List);
+    ASSERT_EQ(list->childCount(), 5);
+    pane().select({folder / "alpha.txt"});
+    QAccessibleInterface* row = list->child(1);
+    EXPECT_EQ(row->role(), QAccessible::ListItem);
+    EXPECT_TRUE(row->text(QAccessible::Name).startsWith(QStringLiteral("alpha.txt, ")));
+    EXPECT_EQ(row->text(QAccessible::Description), QStringLiteral("2 of 5"));
+    EXPECT_TRUE(row->state().selected);
+    EXPECT_FALSE(list->child(0)->state().selected);
+    EXPECT_EQ(list->indexOfChild(row), 1);
+    const QRect rect = row->rect();
+    EXPECT_EQ(list->childAt(rect.center().x(), rect.center().y()), row);
+    for (QToolButton* button : window->findChildren<QToolButton*>()) {
+        if (!button->isVisible()) continue;
+        QAccessibleInterface* control = QAccessible::queryAccessibleInterface(button);
+        EXPECT_FALSE(control->text(QAccessible::Name).isEmpty())
+            << qPrintable(button->objectName());
+    }
+}
+
+TEST_F(WindowTest, everyStateShowsItsPage) {
+    auto* page = window->findChild<StatePage*>();
+    ASSERT_TRUE(page);
+    EXPECT_FALSE(page->isVisible());
+    pane().setSearchText("zebra");
+    ASSERT_TRUE(waitFor([&] { return page->isVisible(); }));
+    EXPECT_EQ(page->content().title, QStringLiteral("No Results"));
+    EXPECT_FALSE(page->content().action.isEmpty());
+    pane().navigate(Location::folder(folder.folder("nothing")));
+    ASSERT_TRUE(
+        waitFor([&] { return page->content().title == QStringLiteral("Folder Is Empty"); }));
+    pane().navigate(Location::folder(folder / "gone"));
+    ASSERT_TRUE(
+        waitFor([&] { return page->content().title == QStringLiteral("Folder Not Found"); }));
+    EXPECT_EQ(page->content().sentence, QStringLiteral("“gone” doesn’t exist any more."));
+    pane().navigate(Location::folder(folder.url()));
+    ASSERT_TRUE(waitFor([&] { return !page->isVisible(); }));
+}
+
+TEST_F(WindowTest, theStatusCountsWhatIsShownAndSelected) {
+    auto* pill = window->findChild<StatusPill*>();
+    EXPECT_EQ(pill->text(), QStringLiteral("5 items"));
+    pane().select({folder / "alpha.txt", folder / "gamma.txt"});
+    EXPECT_EQ(pill->text(), QStringLiteral("2 of 5 items selected · 7 bytes"));
+    pane().setSearchText("beta");
+    ASSERT_TRUE(waitFor([this] { return pane().showsResults() && !pane().isSearching(); }));
+    EXPECT_TRUE(pill->text().startsWith(QStringLiteral("2 results · searched ")))
+        << qPrintable(pill->text());
+}
+
+/// Part of the pixels of a picture that are not the ground.
+double drawnPart(const QImage& image, const QColor& ground) {
+    int drawn = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) drawn += image.pixel(x, y) != ground.rgb();
+    }
+    return static_cast<double>(drawn) / (image.width() * image.height());
+}
+
+TEST_F(WindowTest, isDrawnInBothAppearancesAndTheSameTwice) {
+    for (const Theme::Mode mode : {Theme::Mode::light, Theme::Mode::dark}) {
+        for (const ViewMode viewMode : {ViewMode::list, ViewMode::grid}) {
+            SCOPED_TRACE(std::string(mode == Theme::Mode::dark ? "dark " : "light ") +
+                         std::string(ViewModes::rawValue(viewMode)));
+            const ScopedMode scoped(mode);
+            pane().setViewMode(viewMode);
+            QCoreApplication::processEvents();
+            const QImage image = grabbed(*view()->viewport());
+            const double part = drawnPart(image, Colors::current().base);
+            EXPECT_GT(part, 0.005);
+            EXPECT_LT(part, 0.5);
+            EXPECT_EQ(image, grabbed(*view()->viewport()));
+        }
+    }
+}
+
+TEST_F(WindowTest, noLabelIsCutOff) {
+    for (const int width : {1280, 1000, 700, 480}) {
+        SCOPED_TRACE(width);
+        window->resize(width, 700);
+        QCoreApplication::processEvents();
+        for (QLabel* label : window->findChildren<QLabel*>()) {
+            if (!label->isVisible() || label->wordWrap()) continue;
+            EXPECT_GE(label->width(), label->sizeHint().width()) << qPrintable(label->text());
+        }
+        for (QAbstractButton* button : window->findChildren<QAbstractButton*>()) {
+            if (!button->isVisible() || !qobject_cast<QToolButton*>(button)) continue;
+            EXPECT_GE(button->width(), Metrics::chipCloseTarget) << qPrintable(button->text());
+        }
+    }
+}
+
+TEST_F(WindowTest, manyRowsAreShownWithoutLosingThePlace) {
+    for (int i = 0; i < 400; ++i) folder.file("row " + std::to_string(1000 + i));
+    ASSERT_TRUE(waitFor([this] { return pane().items().count() == 405; }));
+    for (const ViewMode mode : {ViewMode::list, ViewMode::grid}) {
+        pane().setViewMode(mode);
+        view()->setFocus();
+        press(Qt::Key_Home);
+        press(Qt::Key_PageDown);
+        press(Qt::Key_End);
+        const std::string last = pane().items().item(pane().items().count() - 1).name;
+        EXPECT_EQ(current(), last);
+        EXPECT_TRUE(
+            view()->viewport()->rect().contains(view()->visualRect(view()->currentIndex())));
+        EXPECT_GT(view()->verticalScrollBar()->value(), 0);
+        const int before = view()->verticalScrollBar()->value();
+        folder.file(mode == ViewMode::list ? "zz 1" : "zz 2");
+        const int count = pane().items().count();
+        ASSERT_TRUE(waitFor([&] { return pane().items().count() > count; }));
+        EXPECT_EQ(view()->verticalScrollBar()->value(), before);
+        EXPECT_EQ(current(), last);
+    }
+}
+
+}  // namespace
+}  // namespace tarn
