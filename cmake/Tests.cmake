@@ -9,6 +9,10 @@ function(tarn_test area)
     if(TARN_PCH AND NOT "TarnUI" IN_LIST arg_LIBS)
         target_precompile_headers(${target} REUSE_FROM TarnTestSupport)
     endif()
-    gtest_discover_tests(${target} TEST_PREFIX "${area}." PROPERTIES LABELS ${area} TIMEOUT 60
-        DISCOVERY_TIMEOUT 60)
+    set(patience 60)
+    if(TARN_SANITIZE)  # everything is slower then, some of it a hundredfold
+        set(patience 600)
+    endif()
+    gtest_discover_tests(${target} TEST_PREFIX "${area}." PROPERTIES LABELS ${area} TIMEOUT ${patience}
+        DISCOVERY_TIMEOUT ${patience})
 endfunction()
