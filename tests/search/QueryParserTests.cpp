@@ -1,4 +1,4 @@
-#include <chrono>
+#include <ctime>
 #include <random>
 #include <string>
 #include <vector>
@@ -322,12 +322,16 @@ TEST(QueryParser, timeGrowsWithTheLengthAndNotFaster) {
         "containing ",  "(",    "\xe2\x80", "monday of ", "folder ", "Ä",       "from x.com "};
     // A tenth of a second in an unoptimised build; what is quadratic takes many times the limit.
     constexpr std::size_t size = 200'000;
+#ifdef __SANITIZE_ADDRESS__
+    constexpr double limit = 30;
+#else
     constexpr double limit = 3;
-    const auto seconds = [](const std::string& text) {
-        const auto start = std::chrono::steady_clock::now();
+#endif
+    const auto seconds = [](const std::string& text) {  // of the processor: others may be busy
+        const std::clock_t start = std::clock();
         const SearchQuery query = berlin().parse(text);
         EXPECT_EQ(query.raw.size(), text.size());
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
     };
     for (const char* piece : pieces) {
         SCOPED_TRACE(piece);
