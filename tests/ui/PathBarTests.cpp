@@ -1,5 +1,7 @@
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
+#include <QtWidgets/QAbstractItemView>
+#include <QtWidgets/QCompleter>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QToolButton>
 #include <gtest/gtest.h>
@@ -102,6 +104,25 @@ TEST_F(PathBarTest, enterGoesToAFolderOrAFile) {
     type(QString::fromStdString(note.path()));
     ASSERT_TRUE(waitFor([this] { return file.has_value(); }));
     EXPECT_EQ(*file, note);
+}
+
+TEST_F(PathBarTest, anOfferContinuesTheWholePath) {
+    const URL deep = root.folder("one/deep");
+    bar.setLocation(URL());
+    bar.beginEditing();
+    QTest::keyClicks(&edit(), QString::fromStdString(deep.path()));
+    auto* completer = edit().findChild<QCompleter*>();
+    ASSERT_TRUE(waitFor([&] { return completer->popup()->isVisible(); }));
+    QTest::keyClick(completer->popup(), Qt::Key_Return);
+    ASSERT_TRUE(waitFor([this] { return folder.has_value(); })) << edit().text().toStdString();
+    EXPECT_EQ(*folder, deep);
+
+    bar.beginEditing();
+    QTest::keyClicks(&edit(), QString::fromStdString(root.url().path() + "/o"));
+    ASSERT_TRUE(waitFor([&] { return completer->popup()->isVisible(); }));
+    QTest::keyClick(completer->popup(), Qt::Key_Down);
+    QTest::keyClick(completer->popup(), Qt::Key_Return);
+    EXPECT_EQ(edit().text().toStdString(), root.url().path() + "/one/");
 }
 
 TEST_F(PathBarTest, whatIsNotThereStaysInTheField) {

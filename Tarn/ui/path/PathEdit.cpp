@@ -19,6 +19,8 @@ namespace {
 
 constexpr std::size_t mostOffers = 50;
 constexpr int offersShown = 8;
+/// Where a row keeps the whole text that it offers; what it shows is only the name.
+constexpr int offerRole = Qt::UserRole;
 
 QString shown(std::string_view bytes) {
     return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
@@ -39,12 +41,17 @@ PathEdit::PathEdit(QWidget* parent)
     setFrame(false);
     setAccessibleName(tr("Path"));
     completer_->setCompletionMode(QCompleter::UnfilteredPopupCompletion);
-    completer_->setCompletionRole(Qt::EditRole);
+    completer_->setCompletionRole(offerRole);
     completer_->setMaxVisibleItems(offersShown);
     completer_->setWidget(this);
     connect(completer_, qOverload<const QString&>(&QCompleter::activated), this,
-            [this](const QString& text) {
-                setText(text);
+            [this](const QString& offered) {
+                // Return on what is already written means to go there.
+                if (offered == text() || offered == text() + u'/') {
+                    resolve();
+                    return;
+                }
+                setText(offered);
                 offer();
             });
     connect(this, &QLineEdit::textEdited, this, [this] {
@@ -78,8 +85,7 @@ void PathEdit::offer() {
                 for (const std::string& name : found.names) {
                     auto* row = new QStandardItem(Icons::symbol("folder", Icons::Tint::secondary),
                                                   tarn::displayText(name));
-                    row->setData(shown(continued(typed, name)), Qt::EditRole);
-                    row->setData(tarn::displayText(name), Qt::DisplayRole);
+                    row->setData(shown(continued(typed, name)), offerRole);
                     edit.offers_->appendRow(row);
                 }
                 if (found.names.empty())
@@ -118,7 +124,7 @@ void PathEdit::completePrefix() {
     if (commonPrefix_.size() > text().size())
         setText(commonPrefix_);
     else if (offers_->rowCount() == 1)
-        setText(offers_->item(0)->data(Qt::EditRole).toString());
+        setText(offers_->item(0)->data(offerRole).toString());
     offer();
 }
 
