@@ -69,6 +69,8 @@ std::string_view title(Section section) {
     switch (section) {
         case Section::looking:
             return "Looking";
+        case Section::changing:
+            return "Changing (all undoable)";
     }
     return {};
 }

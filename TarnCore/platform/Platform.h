@@ -5,12 +5,14 @@
 #include "TarnCore/base/Clock.h"
 #include "TarnCore/platform/ContentTypes.h"
 #include "TarnCore/platform/ExtendedAttributes.h"
+#include "TarnCore/platform/FileCopy.h"
 #include "TarnCore/platform/FileSystem.h"
 #include "TarnCore/platform/FolderWatching.h"
 #include "TarnCore/platform/MediaMetadata.h"
 #include "TarnCore/platform/MetadataIndex.h"
 #include "TarnCore/platform/PictureDecoding.h"
 #include "TarnCore/platform/RecentFiles.h"
+#include "TarnCore/platform/Trash.h"
 #include "TarnCore/platform/Volumes.h"
 
 namespace tarn {
@@ -20,12 +22,14 @@ struct Platform {
     std::shared_ptr<FileSystem> files;
     std::shared_ptr<ContentTypes> types;
     std::shared_ptr<ExtendedAttributes> attributes;
+    std::shared_ptr<FileCopy> copying;
+    std::shared_ptr<Trash> trash;
     std::shared_ptr<FolderWatching> watching;
     std::shared_ptr<Volumes> volumes;
     std::shared_ptr<RecentFiles> recentFiles;
     std::shared_ptr<MediaMetadata> metadata;
     std::shared_ptr<PictureDecoding> pictures;  ///< Null where no library reads pictures.
-    std::shared_ptr<MetadataIndex> index;  ///< Null until an index exists.
+    std::shared_ptr<MetadataIndex> index;       ///< Null until an index exists.
     std::shared_ptr<Clock> clock;
 
     /// The services of this process. Set once in `main`, before the first thread.
