@@ -49,10 +49,13 @@ enum class Section { looking, changing };
 
 /// One command. A file in cli/commands that defines `const Command xCommand` and is called
 /// XCommand.cpp adds it to the program.
+///
+/// A command may be a group of others instead ("tag", with "tag add", "tag remove" …): it has
+/// `commands` and no `run`, arguments or options of its own. Groups are not nested.
 struct Command {
     static constexpr std::size_t anyNumber = std::numeric_limits<std::size_t>::max();
 
-    std::string_view name;
+    std::string_view name;  ///< "list"; in a group the name of the group stands before: "tag list".
     Section section = Section::looking;
     std::string_view summary;      ///< "Lists a folder": a phrase without a full stop.
     std::string_view arguments;    ///< As the usage line shows them: "[DIR]", "PATH…".
@@ -64,6 +67,12 @@ struct Command {
     std::span<const Example> examples;
     /// Returns the exit status. UsageError and tarn::Error may leave it; their sentences are shown.
     int (*run)(const Arguments& arguments, Session& session) = nullptr;
+    /// Of a group, in the order of the help.
+    std::span<const Command* const> commands{};
+
+    bool isGroup() const { return !commands.empty(); }
+    /// What is typed for it: "list", also in a group.
+    std::string_view word() const { return name.substr(name.rfind(' ') + 1); }
 };
 
 /// The options that mean the same wherever they are taken.

@@ -49,9 +49,14 @@ std::span<const Command* const> all() {
     return commands;
 }
 
-const Command* find(std::string_view name) {
-    const auto found = std::ranges::find(all(), name, &Command::name);
+const Command* find(std::string_view word) {
+    const auto found = std::ranges::find(all(), word, &Command::name);
     return found == all().end() ? nullptr : *found;
+}
+
+const Command* find(const Command& group, std::string_view word) {
+    const auto found = std::ranges::find(group.commands, word, &Command::word);
+    return found == group.commands.end() ? nullptr : *found;
 }
 
 std::span<const Option> globalOptions() { return global; }

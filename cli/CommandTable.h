@@ -11,8 +11,9 @@ namespace tarn::cli::CommandTable {
 /// By section, then by name.
 std::span<const Command* const> all();
 
-/// Null when there is no such command.
-const Command* find(std::string_view name);
+/// Null when there is no such command. Of a group, its commands are found by their last words.
+const Command* find(std::string_view word);
+const Command* find(const Command& group, std::string_view word);
 
 /// Taken before the command and by every command.
 std::span<const Option> globalOptions();

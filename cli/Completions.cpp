@@ -80,6 +80,34 @@ std::string commandNames() {
     return joined(names);
 }
 
+std::string groupNames() {
+    std::vector<std::string_view> names;
+    for (const Command* command : CommandTable::all()) {
+        if (command->isGroup()) names.push_back(command->name);
+    }
+    return joined(names);
+}
+
+/// The words after the name of a group.
+std::string wordsOf(const Command& group) {
+    std::vector<std::string_view> words;
+    for (const Command* command : group.commands) words.push_back(command->word());
+    return joined(words);
+}
+
+void appendBashCommand(std::string& out, const Command& command) {
+    const auto options = visibleOptions(command.options);
+    out += "        " + shellQuoted(command.name) + ")\n";
+    out += "            case $previous in\n";
+    appendBashValues(out, options);
+    out += "            esac\n";
+    out += "            if [[ $word == -* ]]; then\n                " +
+           bashWords(bashOptionWords(options)) + "\n            else\n                " +
+           (command.isGroup() ? bashWords(wordsOf(command)) : bashAction(command.completes)) +
+           "\n            fi ;;\n";
+    for (const Command* each : command.commands) appendBashCommand(out, *each);
+}
+
 // ---- zsh ----
 
 std::string zshAction(Completes completes) {
@@ -128,6 +156,46 @@ void appendZshArguments(std::string& out, std::span<const Option> own, std::stri
     }
 }
 
+void appendZshCommand(std::string& out, const Command& command, const std::string& indent) {
+    out += indent + "_arguments \\\n";
+    appendZshArguments(out, command.options, indent + "    ");
+    out += indent + "    " +
+           shellQuoted("*:" + zshEscaped(command.arguments) + ":" + zshAction(command.completes)) +
+           '\n';
+}
+
+/// "name:summary" in quotes, as _describe lists commands.
+std::string zshDescription(const Command& command) {
+    return shellQuoted(std::string(command.word()) + ":" + zshEscaped(command.summary));
+}
+
+void appendZshGroup(std::string& out, const Command& group) {
+    out += "                    commands=(\n";
+    for (const Command* command : group.commands) {
+        out += "                        " + zshDescription(*command) + "\n";
+    }
+    out += "                    )\n                    _arguments -C \\\n";
+    appendZshArguments(out, {}, "                        ");
+    out +=
+        "                        '1: :->word' \\\n"
+        "                        '*:: :->behind'\n"
+        "                    case $state in\n"
+        "                        word)\n"
+        "                            _describe command commands\n"
+        "                            ;;\n"
+        "                        behind)\n"
+        "                            case $words[1] in\n";
+    for (const Command* command : group.commands) {
+        out += "                                " + std::string(command->word()) + ")\n";
+        appendZshCommand(out, *command, "                                    ");
+        out += "                                    ;;\n";
+    }
+    out +=
+        "                            esac\n"
+        "                            ;;\n"
+        "                    esac\n";
+}
+
 // ---- fish ----
 
 std::string fishQuoted(std::string_view text) {
@@ -166,6 +234,26 @@ void appendFishOptions(std::string& out, std::span<const Option> options,
     }
 }
 
+void appendFishName(std::string& out, const Command& command, std::string_view condition) {
+    out += "complete -c tarn -n " + fishQuoted(condition) + " -a " + std::string(command.word()) +
+           " -d " + fishQuoted(command.summary) + '\n';
+}
+
+void appendFishCommand(std::string& out, const Command& command, const std::string& condition) {
+    appendFishOptions(out, command.options, condition);
+    switch (command.completes) {
+        case Completes::files:
+            break;
+        case Completes::folders:
+            out += "complete -c tarn -n " + fishQuoted(condition) +
+                   " -x -a '(__fish_complete_directories)'\n";
+            break;
+        case Completes::nothing:
+            out += "complete -c tarn -n " + fishQuoted(condition) + " -f\n";
+            break;
+    }
+}
+
 }  // namespace
 
 std::string bash() {
@@ -182,22 +270,15 @@ std::string bash() {
         "    local command='' i\n"
         "    for ((i = 1; i < COMP_CWORD; i++)); do\n"
         "        if [[ ${COMP_WORDS[i]} != -* ]]; then\n"
-        "            command=${COMP_WORDS[i]}\n"
-        "            break\n"
+        "            command+=${command:+ }${COMP_WORDS[i]}\n"
+        "            [[ ' " +
+        groupNames() +
+        " ' == *\" $command \"* ]] || break\n"
         "        fi\n"
         "    done\n"
         "    COMPREPLY=()\n"
         "    case $command in\n";
-    for (const Command* command : CommandTable::all()) {
-        const auto options = visibleOptions(command->options);
-        out += "        " + std::string(command->name) + ")\n";
-        out += "            case $previous in\n";
-        appendBashValues(out, options);
-        out += "            esac\n";
-        out += "            if [[ $word == -* ]]; then\n                " +
-               bashWords(bashOptionWords(options)) + "\n            else\n                " +
-               bashAction(command->completes) + "\n            fi ;;\n";
-    }
+    for (const Command* command : CommandTable::all()) appendBashCommand(out, *command);
     out += "        '')\n            if [[ $word == -* ]]; then\n                " +
            bashWords(bashOptionWords(visibleOptions({}))) +
            "\n            else\n                compopt -o filenames\n                " +
@@ -216,8 +297,7 @@ std::string zsh() {
         "    typeset -A opt_args\n"
         "    local -a commands=(\n";
     for (const Command* command : CommandTable::all()) {
-        out += "        " +
-               shellQuoted(std::string(command->name) + ":" + zshEscaped(command->summary)) + "\n";
+        out += "        " + zshDescription(*command) + "\n";
     }
     out += "    )\n    _arguments -C \\\n";
     appendZshArguments(out, {}, "        ");
@@ -233,12 +313,12 @@ std::string zsh() {
         "            case $words[1] in\n";
     for (const Command* command : CommandTable::all()) {
         out += "                " + std::string(command->name) + ")\n";
-        out += "                    _arguments \\\n";
-        appendZshArguments(out, command->options, "                        ");
-        out += "                        " +
-               shellQuoted("*:" + zshEscaped(command->arguments) + ":" +
-                           zshAction(command->completes)) +
-               "\n                    ;;\n";
+        if (command->isGroup()) {
+            appendZshGroup(out, *command);
+        } else {
+            appendZshCommand(out, *command, "                    ");
+        }
+        out += "                    ;;\n";
     }
     out +=
         "                *)\n"
@@ -255,24 +335,25 @@ std::string zsh() {
 std::string fish() {
     std::string out = "# Completion of tarn for fish.\n";
     appendFishOptions(out, CommandTable::globalOptions(), "");
-    const std::string names = commandNames();
+    const std::string none = "not __fish_seen_subcommand_from " + commandNames();
     for (const Command* command : CommandTable::all()) {
-        out += "complete -c tarn -n " + fishQuoted("not __fish_seen_subcommand_from " + names) +
-               " -a " + std::string(command->name) + " -d " + fishQuoted(command->summary) + '\n';
-    }
-    for (const Command* command : CommandTable::all()) {
+        appendFishName(out, *command, none);
         const std::string seen = "__fish_seen_subcommand_from " + std::string(command->name);
-        appendFishOptions(out, command->options, seen);
-        switch (command->completes) {
-            case Completes::files:
-                break;
-            case Completes::folders:
-                out += "complete -c tarn -n " + fishQuoted(seen) +
-                       " -x -a '(__fish_complete_directories)'\n";
-                break;
-            case Completes::nothing:
-                out += "complete -c tarn -n " + fishQuoted(seen) + " -f\n";
-                break;
+        if (!command->isGroup()) {
+            // A word of a group may be a command as well: "tag list".
+            const std::string groups = groupNames();
+            appendFishCommand(
+                out, *command,
+                groups.empty() ? seen : seen + "; and not __fish_seen_subcommand_from " + groups);
+            continue;
+        }
+        out += "complete -c tarn -n " + fishQuoted(seen) + " -f\n";
+        for (const Command* each : command->commands) {
+            appendFishName(out, *each,
+                           seen + "; and not __fish_seen_subcommand_from " + wordsOf(*command));
+            appendFishCommand(
+                out, *each,
+                seen + "; and __fish_seen_subcommand_from " + std::string(each->word()));
         }
     }
     return out;

@@ -126,16 +126,28 @@ std::string program() {
 
 std::string command(const Command& command) {
     std::string out = "Usage: tarn " + std::string(command.name);
+    if (command.isGroup()) out += " COMMAND [OPTION]… [ARGUMENT]…";
     if (!command.options.empty()) out += " [OPTION]…";
     if (!command.arguments.empty()) out += ' ' + std::string(command.arguments);
     out += "\n\n" + std::string(command.summary) + ".\n";
     if (!command.description.empty()) appendParagraphs(out, command.description);
+    if (command.isGroup()) {
+        out += "\nCommands:\n";
+        std::vector<Row> rows;
+        for (const Command* each : command.commands) {
+            rows.push_back({std::string(each->word()), std::string(each->summary)});
+        }
+        appendRows(out, rows);
+    }
     out += "\nOptions:\n";
     std::vector<Option> options(command.options.begin(), command.options.end());
     const auto global = CommandTable::globalOptions();
     options.insert(options.end(), global.begin(), global.end());
     appendOptions(out, options);
     appendExamples(out, command.examples);
+    if (command.isGroup()) {
+        out += "\n“tarn " + std::string(command.name) + " COMMAND --help” explains a command.\n";
+    }
     return out;
 }
 

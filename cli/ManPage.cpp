@@ -62,6 +62,7 @@ void appendExamples(std::string& out, std::span<const Example> examples) {
 
 void appendCommand(std::string& out, const Command& command) {
     out += ".SS " + bold("tarn " + std::string(command.name));
+    if (command.isGroup()) out += " " + italic("COMMAND");
     if (!command.options.empty()) out += " [" + italic("OPTION") + "]…";
     if (!command.arguments.empty()) out += ' ' + roff(command.arguments);
     out += '\n' + roff(command.summary) + ".\n";
@@ -71,6 +72,7 @@ void appendCommand(std::string& out, const Command& command) {
     for (const Option& option : command.options) appendOption(out, option);
     if (!command.examples.empty()) out += ".PP\nExamples:\n";
     appendExamples(out, command.examples);
+    for (const Command* each : command.commands) appendCommand(out, *each);
 }
 
 constexpr std::string_view output = R"(.SH OUTPUT

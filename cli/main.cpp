@@ -1,8 +1,11 @@
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include <signal.h>
@@ -45,10 +48,16 @@ int printPage(const Words& words) {
     throw UsageError("The pages are man, bash, zsh and fish.");
 }
 
-void setPlatform(const Arguments& before, const Arguments& after) {
+/// The global options at each place where they may stand: before the command, before the command
+/// of a group, behind it.
+using Levels = std::vector<Arguments>;
+
+void setPlatform(const Levels& levels) {
     Platform platform = makeLinuxPlatform();
-    auto now = after.value("now");
-    if (!now) now = before.value("now");
+    std::optional<std::string_view> now;
+    for (const Arguments& level : levels) {
+        if (const auto given = level.value("now")) now = given;
+    }
     if (now) {
         const auto date = Date::fromISO8601(*now);
         if (!date) {
@@ -75,14 +84,45 @@ void checkCount(const Command& command, const Arguments& arguments) {
     }
 }
 
-int runCommand(const Command& command, const Arguments& before, const Words& words) {
+/// The command of a group that a word names; throws UsageError when it names none.
+const Command& requireCommand(const Command& group, const Words& rest) {
+    std::vector<std::string_view> words;
+    for (const Command* command : group.commands) words.push_back(command->word());
+    const std::string name = "tarn " + std::string(group.name);
+    std::string all;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (i > 0) all += i + 1 == words.size() ? " or " : ", ";
+        all += words[i];
+    }
+    if (rest.empty()) {
+        throw UsageError("Something is missing after “" + name + "”: " + all + ".");
+    }
+    if (const Command* command = CommandTable::find(group, rest[0])) return *command;
+    std::string sentence =
+        "There is no command " + Text::quoted(name + " " + Terminal::escaped(rest[0])) + ".";
+    if (const auto near = nearest(rest[0], words)) {
+        sentence += " Did you mean “" + name + " " + std::string(*near) + "”?";
+    } else {
+        sentence += " After “" + name + "” comes " + all + ".";
+    }
+    throw UsageError(sentence);
+}
+
+int runCommand(const Command& command, Levels levels, const Words& words) {
     const auto global = CommandTable::globalOptions();
-    const Arguments arguments = Arguments::parse(words, command.options, global);
+    const auto order = command.isGroup() ? Arguments::Order::optionsFirst : Arguments::Order::any;
+    levels.push_back(Arguments::parse(words, command.options, global, order));
+    const Arguments& arguments = levels.back();
     if (arguments.has("help")) return print(Help::command(command));
     if (arguments.has("version")) return print("tarn " TARN_VERSION "\n");
+    if (command.isGroup()) {
+        const Words rest = arguments.rest();
+        const Command& chosen = requireCommand(command, rest);
+        return runCommand(chosen, std::move(levels), Words(rest.begin() + 1, rest.end()));
+    }
     checkCount(command, arguments);
-    setPlatform(before, arguments);
-    Session session(before.has("quiet") || arguments.has("quiet"));
+    setPlatform(levels);
+    Session session(std::ranges::any_of(levels, [](const auto& l) { return l.has("quiet"); }));
     const int status = command.run(arguments, session);
     session.out().flush();
     return status;
@@ -120,7 +160,7 @@ int run(const Words& words) {
     if (!rest.empty() && !before.wasEnded()) {
         if (rest[0] == "__pages") return printPage(rest);
         if (const Command* command = CommandTable::find(rest[0])) {
-            return runCommand(*command, before, Words(rest.begin() + 1, rest.end()));
+            return runCommand(*command, {before}, Words(rest.begin() + 1, rest.end()));
         }
     }
     WindowLauncher::start(requirePaths(rest));
