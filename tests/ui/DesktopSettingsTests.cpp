@@ -77,6 +77,14 @@ protected:
         daemon.kill();
         daemon.waitForFinished();
     }
+    void change(const QString& key, const QVariant& value) {
+        auto signal =
+            QDBusMessage::createSignal(u"/org/freedesktop/portal/desktop"_s,
+                                       u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
+        signal << u"org.freedesktop.appearance"_s << key
+               << QVariant::fromValue(QDBusVariant(value));
+        ASSERT_TRUE(server.send(signal));
+    }
 
     QProcess daemon;
     FakePortal portal;
@@ -94,6 +102,18 @@ TEST_F(PortalTest, answersThatComeLateAreTaken) {
     EXPECT_FALSE(settings.wantsAnimations());
     ASSERT_TRUE(settings.accent());
     EXPECT_EQ(settings.accent()->name(), u"#ff8000"_s);
+}
+
+TEST_F(PortalTest, changesAreFollowedWhileTheProgramRuns) {
+    DesktopSettings settings(client);
+    ASSERT_TRUE(waitFor([&] { return settings.scheme().has_value(); }));
+    change(u"color-scheme"_s, 2U);
+    EXPECT_TRUE(waitFor([&] { return settings.scheme() == DesktopSettings::Scheme::light; }));
+    change(u"color-scheme"_s, 0U);
+    EXPECT_TRUE(waitFor([&] { return !settings.scheme(); }));
+    // Out of range: the user has no accent.
+    change(u"accent-color"_s, QVariant::fromValue(Channels{-1, -1, -1}));
+    EXPECT_TRUE(waitFor([&] { return !settings.accent(); }));
 }
 
 TEST(DesktopSettings, withoutABusEverythingIsTheDefault) {

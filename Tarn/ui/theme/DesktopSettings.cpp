@@ -6,7 +6,6 @@
 #include <QtDBus/QDBusMetaType>
 #include <QtDBus/QDBusPendingCallWatcher>
 #include <QtDBus/QDBusPendingReply>
-#include <QtDBus/QDBusVariant>
 
 namespace tarn {
 namespace {
