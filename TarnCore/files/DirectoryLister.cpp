@@ -173,19 +173,13 @@ public:
 
     std::optional<FileItem> operator()(std::size_t i) {
         const URL& url = urls_[i];
-        const FileSystem& files = *Platform::current().files;
-        const auto attributes = files.attributes(url, Links::keep);
-        if (!attributes) return std::nullopt;
-        std::optional<bool> target;
-        if (attributes->type == FileType::symlink)
-            if (const auto followed = files.attributes(url, Links::follow))
-                target = followed->type == FileType::directory;
         URL parent = url.parent();
         if (!resources_ || parent != folder_) {
             folder_ = std::move(parent);
             resources_ = std::make_unique<ResourceReader>(folder_);
         }
-        return FileItem::make(url, resources_->values(url, url.name(), *attributes, target, keys_));
+        const auto values = resources_->values(url, keys_);
+        return values ? std::optional(FileItem::make(url, *values)) : std::nullopt;
     }
 
 private:

@@ -138,15 +138,19 @@ ResourceValues ResourceReader::values(const URL& child, std::string_view name,
     return values;
 }
 
-std::optional<ResourceValues> ResourceReader::read(const URL& url, ResourceKeys keys) {
+std::optional<ResourceValues> ResourceReader::values(const URL& child, ResourceKeys keys) const {
     const FileSystem& files = *Platform::current().files;
-    const auto attributes = files.attributes(url, Links::keep);
+    const auto attributes = files.attributes(child, Links::keep);
     if (!attributes) return std::nullopt;
     std::optional<bool> target;
     if (attributes->type == FileType::symlink)
-        if (const auto followed = files.attributes(url, Links::follow))
+        if (const auto followed = files.attributes(child, Links::follow))
             target = followed->type == FileType::directory;
-    return ResourceReader(url.parent()).values(url, url.name(), *attributes, target, keys);
+    return values(child, child.name(), *attributes, target, keys);
+}
+
+std::optional<ResourceValues> ResourceReader::read(const URL& url, ResourceKeys keys) {
+    return ResourceReader(url.parent()).values(url, keys);
 }
 
 std::vector<std::string> ResourceReader::tags(const URL& url) {

@@ -26,7 +26,8 @@ struct ResourceKeys {
 class ResourceReader {
 public:
     explicit ResourceReader(const URL& folder);
-    /// For who has seen all names of the folder: without a `.hidden` among them, none is looked for.
+    /// For who has seen all names of the folder: without a `.hidden` among them, none is looked
+    /// for.
     ResourceReader(const URL& folder, bool hasHiddenList);
     ~ResourceReader();
 
@@ -34,6 +35,9 @@ public:
     /// `linkTargetIsDirectory` as in ResourceValues.
     ResourceValues values(const URL& child, std::string_view name, const FileAttributes& attributes,
                           std::optional<bool> linkTargetIsDirectory, ResourceKeys keys) const;
+
+    /// The values of a child that nothing was read of yet. Absent when it cannot be looked at.
+    std::optional<ResourceValues> values(const URL& child, ResourceKeys keys) const;
 
     /// A dot name, or one that the folder's `.hidden` file lists.
     bool isHidden(std::string_view name) const;

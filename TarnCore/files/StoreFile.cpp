@@ -11,27 +11,13 @@
 #include <stdio.h>
 #include <unistd.h>
 
+#include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/UUID.h"
 
 namespace tarn {
 namespace {
 
 constexpr mode_t privateMode = 0600;
-
-class Descriptor {
-public:
-    explicit Descriptor(int fd) : fd_(fd) {}
-    ~Descriptor() {
-        if (fd_ >= 0) close(fd_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return fd_; }
-    explicit operator bool() const { return fd_ >= 0; }
-
-private:
-    int fd_;
-};
 
 URL beside(const URL& url, std::string_view suffix) {
     return url.parent().appending("." + std::string(url.name()) + std::string(suffix));
@@ -86,7 +72,7 @@ StoreFile::Content StoreFile::read() {
     Content content;
     Identity found;
     // Without O_NONBLOCK a pipe of this name would hold us here for ever.
-    const Descriptor fd(open(url_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const FileDescriptor fd(open(url_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!fd) {
         content.state = errno == ENOENT ? State::missing : State::unreadable;
         if (content.state == State::unreadable) found = onDisk();
@@ -103,8 +89,8 @@ StoreFile::Content StoreFile::read() {
 }
 
 bool StoreFile::update(const std::function<Replacement(const Content&)>& edit) {
-    const Descriptor lock(open(beside(url_, ".lock").c_str(),
-                               O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, privateMode));
+    const FileDescriptor lock(open(beside(url_, ".lock").c_str(),
+                                   O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, privateMode));
     if (!lock) return false;
     while (flock(lock.get(), LOCK_EX) != 0)
         if (errno != EINTR) return false;
@@ -126,7 +112,7 @@ bool StoreFile::keepOldFile() const {
 
 bool StoreFile::replace(const std::string& text) {
     const URL temporary = beside(url_, "." + UUID::random().string());
-    const Descriptor fd(
+    const FileDescriptor fd(
         open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, privateMode));
     if (!fd) return false;
     struct stat status;

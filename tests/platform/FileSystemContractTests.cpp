@@ -4,6 +4,7 @@
 
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
 #include "TarnCore/platform/memory/MemoryFileSystem.h"
+#include "tests/platform/FolderContents.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {
@@ -55,24 +56,6 @@ protected:
 };
 using Disks = testing::Types<RealDisk, MemoryDisk>;
 TYPED_TEST_SUITE(FileSystemContract, Disks);
-
-template <class Body>
-int errorOf(const Body& body) {
-    try {
-        body();
-    } catch (const std::system_error& error) {
-        return error.code().value();
-    }
-    return 0;
-}
-
-std::map<std::string, FileType> contents(FolderReader& reader) {
-    std::map<std::string, FileType> names;
-    for (auto batch = reader.read(); !batch.empty(); batch = reader.read())
-        for (const FolderEntry& entry : batch)
-            EXPECT_TRUE(names.emplace(entry.view(), entry.type).second) << entry.name;
-    return names;
-}
 
 TYPED_TEST(FileSystemContract, readsNamesAndTypesOfOneLevel) {
     this->disk.file("sub/file");

@@ -9,29 +9,11 @@
 #include <unistd.h>
 
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
+#include "tests/platform/FolderContents.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {
 namespace {
-
-/// The errno that `body` throws; 0 when it does not.
-template <class Body>
-int errorOf(const Body& body) {
-    try {
-        body();
-    } catch (const std::system_error& error) {
-        return error.code().value();
-    }
-    return 0;
-}
-
-std::map<std::string, FileType> contents(FolderReader& reader) {
-    std::map<std::string, FileType> names;
-    for (auto batch = reader.read(); !batch.empty(); batch = reader.read())
-        for (const FolderEntry& entry : batch)
-            EXPECT_TRUE(names.emplace(entry.view(), entry.type).second) << entry.name;
-    return names;
-}
 
 TEST(LinuxFileSystem, readsEveryNameWhateverItsBytes) {
     const TestFolder folder;

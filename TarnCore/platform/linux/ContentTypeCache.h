@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "TarnCore/base/URL.h"
-#include "TarnCore/platform/linux/FileDescriptor.h"
+#include "TarnCore/base/FileDescriptor.h"
 
 namespace tarn {
 

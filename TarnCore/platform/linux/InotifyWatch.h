@@ -14,7 +14,7 @@
 #include "TarnCore/base/SerialQueue.h"
 #include "TarnCore/platform/FolderWatching.h"
 #include "TarnCore/platform/linux/ChangeBurst.h"
-#include "TarnCore/platform/linux/FileDescriptor.h"
+#include "TarnCore/base/FileDescriptor.h"
 
 struct inotify_event;
 

@@ -17,7 +17,7 @@
 #include <fcntl.h>
 #include <limits.h>
 
-#include "TarnCore/platform/linux/FileDescriptor.h"
+#include "TarnCore/base/FileDescriptor.h"
 
 namespace tarn {
 namespace {

@@ -9,8 +9,8 @@
 #include <fcntl.h>
 #include <poll.h>
 
+#include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/SerialQueue.h"
-#include "TarnCore/platform/linux/FileDescriptor.h"
 #include "TarnCore/platform/linux/MountTable.h"
 
 namespace tarn {
