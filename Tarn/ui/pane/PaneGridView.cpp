@@ -137,20 +137,13 @@ int PaneGridView::rowAfter(int row, CursorAction action) const {
             return mirrored ? row + 1 : row - 1;
         case MoveRight:
             return mirrored ? row - 1 : row + 1;
-        case MovePrevious:
-            return row - 1;
-        case MoveNext:
-            return row + 1;
         case MovePageUp:
             return row - page;
         case MovePageDown:
             return row + page;
-        case MoveHome:
-            return 0;
-        case MoveEnd:
-            return rowCount() - 1;
+        default:
+            return row;
     }
-    return row;
 }
 
 void PaneGridView::showThumbnail(const URL& file) {

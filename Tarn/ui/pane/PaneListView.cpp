@@ -170,19 +170,13 @@ int PaneListView::rowAfter(int row, CursorAction action) const {
     const int page = std::max(1, viewport()->height() / rowHeight - 1);
     switch (action) {
         case MoveUp:
-        case MovePrevious:
             return row - 1;
         case MoveDown:
-        case MoveNext:
             return row + 1;
         case MovePageUp:
             return row - page;
         case MovePageDown:
             return row + page;
-        case MoveHome:
-            return 0;
-        case MoveEnd:
-            return rowCount() - 1;
         default:
             return row;
     }

@@ -275,8 +275,24 @@ QModelIndex PaneView::moveCursor(CursorAction action, Qt::KeyboardModifiers) {
     if (rowCount() == 0) return {};
     const int current = currentIndex().row();
     if (current < 0) return model()->index(action == MoveEnd ? rowCount() - 1 : 0, 0);
-    const int row = std::clamp(rowAfter(current, action), 0, rowCount() - 1);
-    return model()->index(row, 0);
+    int row = current;
+    switch (action) {
+        case MoveHome:
+            row = 0;
+            break;
+        case MoveEnd:
+            row = rowCount() - 1;
+            break;
+        case MovePrevious:
+            row = current - 1;
+            break;
+        case MoveNext:
+            row = current + 1;
+            break;
+        default:
+            row = rowAfter(current, action);
+    }
+    return model()->index(std::clamp(row, 0, rowCount() - 1), 0);
 }
 
 bool PaneView::isTyping() const {

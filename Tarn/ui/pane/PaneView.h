@@ -58,7 +58,7 @@ protected:
     /// The rows inside a rubber band.
     virtual QItemSelection rowsTouching(const QRect& content) const = 0;
     virtual void paintRow(QPainter& painter, int row, const QRect& rect) = 0;
-    /// The row that a cursor key leads to from `row`.
+    /// The row that a cursor or page key leads to from `row`; any number, it is kept in bounds.
     virtual int rowAfter(int row, CursorAction action) const = 0;
     virtual int stepHeight() const = 0;
     /// The full name when it does not fit; else empty.
