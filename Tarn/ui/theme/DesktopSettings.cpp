@@ -6,6 +6,7 @@
 #include <QtDBus/QDBusMetaType>
 #include <QtDBus/QDBusPendingCallWatcher>
 #include <QtDBus/QDBusPendingReply>
+#include <QtDBus/QDBusVariant>
 
 namespace tarn {
 namespace {
@@ -51,6 +52,8 @@ DesktopSettings::~DesktopSettings() = default;
 DesktopSettings::DesktopSettings(const QDBusConnection& bus, QObject* parent)
     : QObject(parent), bus_(std::make_unique<QDBusConnection>(bus)) {
     if (!bus_->isConnected()) return;
+    // Qt looks the types of a slot up by name and silently connects none with an unknown one.
+    qRegisterMetaType<QDBusVariant>();
     bus_->connect(u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
                   u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s, this,
                   SLOT(settingChanged(QString, QString, QDBusVariant)));

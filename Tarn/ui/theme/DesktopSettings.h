@@ -4,10 +4,10 @@
 #include <optional>
 
 #include <QtCore/QObject>
-#include <QtDBus/QDBusVariant>
 #include <QtGui/QColor>
 
 class QDBusConnection;
+class QDBusVariant;
 
 namespace tarn {
 
@@ -34,8 +34,6 @@ signals:
     void changed();
 
 private slots:
-    // Its types must be complete here: D-Bus looks them up in what moc writes, and a slot with an
-    // incomplete one is never connected.
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
 private:
