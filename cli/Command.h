@@ -55,16 +55,17 @@ enum class Section { looking, changing };
 struct Command {
     static constexpr std::size_t anyNumber = std::numeric_limits<std::size_t>::max();
 
-    std::string_view name;  ///< "list"; in a group the name of the group stands before: "tag list".
+    std::string_view
+        name{};  ///< "list"; in a group the name of the group stands before: "tag list".
     Section section = Section::looking;
-    std::string_view summary;      ///< "Lists a folder": a phrase without a full stop.
-    std::string_view arguments;    ///< As the usage line shows them: "[DIR]", "PATH…".
-    std::string_view description;  ///< Sentences; a line feed separates paragraphs.
+    std::string_view summary{};      ///< "Lists a folder": a phrase without a full stop.
+    std::string_view arguments{};    ///< As the usage line shows them: "[DIR]", "PATH…".
+    std::string_view description{};  ///< Sentences; a line feed separates paragraphs.
     Completes completes = Completes::nothing;  ///< For the arguments.
     std::size_t fewest = 0;
     std::size_t most = anyNumber;
-    std::span<const Option> options;
-    std::span<const Example> examples;
+    std::span<const Option> options{};
+    std::span<const Example> examples{};
     /// Returns the exit status. UsageError and tarn::Error may leave it; their sentences are shown.
     int (*run)(const Arguments& arguments, Session& session) = nullptr;
     /// Of a group, in the order of the help.

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "TarnCore/base/Text.h"
 #include "TarnCore/platform/Platform.h"
 
 namespace tarn {
@@ -55,7 +56,7 @@ FileKind kindOf(const ContentTypes& types, std::string_view type) {
 TypeFacts ask(const ContentTypes& types, std::string_view type) {
     TypeFacts facts;
     if (auto description = types.description(type); description && !description->empty())
-        facts.kindName = std::move(*description);
+        facts.kindName = Text::withFirstRaised(*description);  // "plain text document"
     facts.isApplication = types.conforms(type, ContentType::application) ||
                           types.conforms(type, ContentType::applicationBundle);
     facts.kind = kindOf(types, type);

@@ -57,6 +57,8 @@ inline constexpr int inspectorMaximum = 320;
 inline constexpr int contentMinimum = 360;
 /// Below these window widths the sidebar and the inspector fold away.
 inline constexpr int sidebarFolds = 700;
+/// Below this width the toolbar has only what cannot be done without; the rest is in the menu.
+inline constexpr int toolbarFolds = 480;
 inline constexpr int inspectorFolds = 900;
 
 inline constexpr int searchFieldMinimum = 120;

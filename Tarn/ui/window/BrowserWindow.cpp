@@ -175,8 +175,10 @@ QWidget* BrowserWindow::makeToolbar() {
     fillMenu();
     row->addWidget(sidebarButton_);
     row->addWidget(makeButton("go.back"));
-    row->addWidget(makeButton("go.forward"));
-    row->addWidget(makeButton("go.up"));
+    forwardButton_ = makeButton("go.forward");
+    upButton_ = makeButton("go.up");
+    row->addWidget(forwardButton_);
+    row->addWidget(upButton_);
     row->addSpacing(Metrics::space4);
     row->addWidget(path_, 1);
     row->addSpacing(Metrics::space4);
@@ -207,8 +209,7 @@ void BrowserWindow::fillMenu() {
     menu->addAction(actions_["refresh"]);
     menu->addSeparator();
     for (const TarnCommand& command : CommandRegistry::all()) {
-        if (command.group == "Go" && command.needsFolder == false && command.id != "go.back" &&
-            command.id != "go.forward" && command.id != "go.up")
+        if (command.group == "Go" && command.needsFolder == false)
             menu->addAction(actions_.find(command.id)->second);
     }
     menu->addSeparator();
@@ -385,6 +386,8 @@ void BrowserWindow::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     if (width() >= Metrics::sidebarFolds) isUnfolded_ = false;
     updateSidebar();
+    forwardButton_->setVisible(width() >= Metrics::toolbarFolds);
+    upButton_->setVisible(width() >= Metrics::toolbarFolds);
 }
 
 void BrowserWindow::keyPressEvent(QKeyEvent* event) {

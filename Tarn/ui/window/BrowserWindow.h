@@ -57,6 +57,8 @@ private:
     Sidebar* sidebar_;
     QSplitter* splitter_;
     QToolButton* sidebarButton_ = nullptr;
+    QToolButton* forwardButton_ = nullptr;
+    QToolButton* upButton_ = nullptr;
     QToolButton* menuButton_ = nullptr;
     PathBar* path_;
     SearchField* search_;
