@@ -23,6 +23,8 @@ public:
 
     int get() const { return fd_; }
     explicit operator bool() const { return fd_ >= 0; }
+    /// Leaves closing it to the caller.
+    int release() { return std::exchange(fd_, -1); }
     void close() {
         if (fd_ >= 0) ::close(std::exchange(fd_, -1));
     }

@@ -3,6 +3,7 @@
 #include "TarnCore/platform/linux/InotifyWatching.h"
 #include "TarnCore/platform/linux/LinuxContentTypes.h"
 #include "TarnCore/platform/linux/LinuxExtendedAttributes.h"
+#include "TarnCore/platform/linux/LinuxFileCopy.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
 #include "TarnCore/platform/linux/LinuxMediaMetadata.h"
 #include "TarnCore/platform/linux/LinuxPictureDecoding.h"
@@ -17,6 +18,7 @@ Platform makeLinuxPlatform() {
     platform.files = std::make_shared<LinuxFileSystem>();
     platform.types = std::make_shared<LinuxContentTypes>();
     platform.attributes = std::make_shared<LinuxExtendedAttributes>();
+    platform.copying = std::make_shared<LinuxFileCopy>();
     platform.watching = std::make_shared<InotifyWatching>();
     platform.volumes = std::make_shared<LinuxVolumes>();
     platform.recentFiles = std::make_shared<LinuxRecentFiles>();

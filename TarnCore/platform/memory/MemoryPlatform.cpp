@@ -2,6 +2,7 @@
 
 #include "TarnCore/platform/memory/MemoryContentTypes.h"
 #include "TarnCore/platform/memory/MemoryExtendedAttributes.h"
+#include "TarnCore/platform/memory/MemoryFileCopy.h"
 #include "TarnCore/platform/memory/MemoryFileSystem.h"
 #include "TarnCore/platform/memory/MemoryFolderWatching.h"
 #include "TarnCore/platform/memory/MemoryMediaMetadata.h"
@@ -14,6 +15,7 @@ MemoryPlatform::MemoryPlatform(Date now)
     : files(std::make_shared<MemoryFileSystem>()),
       types(std::make_shared<MemoryContentTypes>()),
       attributes(std::make_shared<MemoryExtendedAttributes>(files)),
+      copying(std::make_shared<MemoryFileCopy>(files)),
       watching(std::make_shared<MemoryFolderWatching>()),
       volumes(std::make_shared<MemoryVolumes>()),
       recentFiles(std::make_shared<MemoryRecentFiles>()),
@@ -25,6 +27,7 @@ Platform MemoryPlatform::services() const {
     platform.files = files;
     platform.types = types;
     platform.attributes = attributes;
+    platform.copying = copying;
     platform.watching = watching;
     platform.volumes = volumes;
     platform.recentFiles = recentFiles;

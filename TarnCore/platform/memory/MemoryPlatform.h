@@ -6,6 +6,7 @@
 
 namespace tarn {
 
+class MemoryFileCopy;
 class MemoryFileSystem;
 class MemoryContentTypes;
 class MemoryExtendedAttributes;
@@ -19,6 +20,7 @@ struct MemoryPlatform {
     std::shared_ptr<MemoryFileSystem> files;
     std::shared_ptr<MemoryContentTypes> types;
     std::shared_ptr<MemoryExtendedAttributes> attributes;
+    std::shared_ptr<MemoryFileCopy> copying;
     std::shared_ptr<MemoryFolderWatching> watching;
     std::shared_ptr<MemoryVolumes> volumes;
     std::shared_ptr<MemoryRecentFiles> recentFiles;

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include <sys/stat.h>
+
+#include "TarnCore/platform/FileCopy.h"
+#include "TarnCore/platform/linux/FileDescriptor.h"
+
+namespace tarn {
+
+/// Which file it is, whatever it is called.
+struct FileID {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    static FileID of(const struct statx& facts);
+    auto operator<=>(const FileID&) const = default;
+};
+
+/// What works between two file systems, until it first fails.
+struct CopyPair {
+    std::atomic<bool> clones{true};            ///< FICLONE.
+    std::atomic<bool> copiesRanges{true};      ///< copy_file_range.
+    std::atomic<bool> listsAttributes{true};   ///< The source has extended attributes.
+    std::atomic<bool> takesAttributes{true};   ///< The target does.
+    std::atomic<bool> takesAccessLists{true};  ///< The target has POSIX access lists.
+};
+
+/// A finished or growing copy of one top-level item.
+struct CopyTop {
+    std::shared_ptr<const FileDescriptor> folder;  ///< That it lies in.
+    std::string name;                              ///< The temporary one until it is complete.
+    bool isGone = false;                           ///< It was removed again.
+};
+
+/// The one record on Linux. Any thread.
+class CopyRecord final : public FileCopy::Record {
+public:
+    explicit CopyRecord(FileCopy::Purpose purpose)
+        : remembersSources_(purpose == FileCopy::Purpose::move) {}
+
+    CopyPair& pair(std::uint64_t sourceDevice, std::uint64_t targetDevice);
+
+    /// Where the copy of a file with several names is.
+    struct Place {
+        std::shared_ptr<CopyTop> top;
+        std::string path;  ///< Below the top, empty for the top itself.
+        FileID copy;
+    };
+    /// The copy of the file that is there already. When there is none, the caller makes it and
+    /// calls settle(); other threads that ask for the file meanwhile wait for that.
+    std::optional<Place> claim(FileID source);
+    /// Absent when the copy was not made.
+    void settle(FileID source, std::optional<Place> place);
+    void rename(CopyTop& top, std::string name);
+    void forget(CopyTop& top);
+    /// The folder and the name of a top as they are now; null when it is gone.
+    std::pair<std::shared_ptr<const FileDescriptor>, std::string> where(const CopyTop& top) const;
+
+    bool remembersSources() const { return remembersSources_; }
+    /// The item was copied as it was when it had these facts.
+    void remember(const struct statx& source);
+    /// It was copied and is still the same. For a folder only that it was copied.
+    bool isCopied(const struct statx& source) const;
+
+private:
+    const bool remembersSources_;
+    mutable std::mutex mutex_;
+    std::condition_variable settled_;
+    std::map<std::pair<std::uint64_t, std::uint64_t>, CopyPair> pairs_;
+    /// Without a value while it is being copied.
+    std::map<FileID, std::optional<Place>> places_;
+    std::unordered_set<std::uint64_t> sources_;  ///< Hashes of what identifies a version.
+};
+
+}  // namespace tarn
