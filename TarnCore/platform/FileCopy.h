@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/URL.h"
@@ -24,8 +25,9 @@ public:
     static constexpr int changedMeanwhile = ESTALE;  ///< Written to while it was being copied.
     static constexpr int notCopyable = EOPNOTSUPP;   ///< A socket or a device.
 
-    /// What begins the name under which a copy is made, beside its final place. An identifier
-    /// follows. Only a crash leaves such an item behind, and it holds nothing but a copy.
+    /// What begins the name under which a copy is made, beside its final place, when the caller
+    /// gives none; an identifier follows. Only a crash leaves such an item behind, and it holds
+    /// nothing but a copy.
     static constexpr std::string_view temporaryPrefix = ".tarn-copy-";
 
     /// What the copies of one job remember of each other: files with several names, what a pair of
@@ -52,6 +54,8 @@ public:
         std::function<URL(const URL& taken)> nextName;
         /// Null for a copy that stands alone.
         std::shared_ptr<Record> record;
+        /// The name under which the copy is made, which must be new; empty for one of its own.
+        std::string temporaryName;
         /// One call of `progress` for every file, all on the calling thread.
         bool reportsEachItem = false;
         /// The first failure ends everything and is thrown: all or nothing.

@@ -10,10 +10,10 @@
 #include <sys/stat.h>
 #include <sys/types.h>
 
+#include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/URL.h"
 #include "TarnCore/platform/FileCopy.h"
 #include "TarnCore/platform/linux/CopyRecord.h"
-#include "TarnCore/platform/linux/FileDescriptor.h"
 
 namespace tarn {
 

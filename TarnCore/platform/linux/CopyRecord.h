@@ -14,8 +14,8 @@
 
 #include <sys/stat.h>
 
+#include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/platform/FileCopy.h"
-#include "TarnCore/platform/linux/FileDescriptor.h"
 
 namespace tarn {
 

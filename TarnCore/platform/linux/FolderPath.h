@@ -1,7 +1,7 @@
 #pragma once
 
+#include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/URL.h"
-#include "TarnCore/platform/linux/FileDescriptor.h"
 
 namespace tarn {
 

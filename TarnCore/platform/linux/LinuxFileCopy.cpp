@@ -14,10 +14,10 @@
 #include "TarnCore/base/UUID.h"
 #include "TarnCore/platform/linux/CopyContext.h"
 #include "TarnCore/platform/linux/CopyRecord.h"
+#include "TarnCore/platform/linux/CopyRemoval.h"
 #include "TarnCore/platform/linux/FolderPath.h"
 #include "TarnCore/platform/linux/ItemCopier.h"
 #include "TarnCore/platform/linux/TreeCopy.h"
-#include "TarnCore/platform/linux/TreeRemoval.h"
 
 namespace tarn {
 namespace {
@@ -41,7 +41,7 @@ public:
     ~TemporaryCopy() {
         if (isKept_) return;
         record_.forget(*top_);
-        TreeRemoval::remove(top_->folder->get(), top_->name.c_str());
+        CopyRemoval::remove(top_->folder->get(), top_->name.c_str());
     }
     TemporaryCopy(const TemporaryCopy&) = delete;
     TemporaryCopy& operator=(const TemporaryCopy&) = delete;
@@ -89,7 +89,8 @@ FileCopy::Outcome LinuxFileCopy::copy(const URL& from, const URL& to, const Watc
 
     auto top = std::make_shared<CopyTop>();
     top->folder = targetFolder;
-    top->name = std::string(temporaryPrefix) + UUID::random().string();
+    top->name = watch.temporaryName.empty() ? std::string(temporaryPrefix) + UUID::random().string()
+                                            : watch.temporaryName;
     const std::string temporaryName = top->name;
     TemporaryCopy copy(top, record);
     int ownFailure = 0;
@@ -139,7 +140,7 @@ bool LinuxFileCopy::flush(const URL& folder) {
 void LinuxFileCopy::removeCopied(const URL& from, const Record& record) {
     const auto& copied = static_cast<const CopyRecord&>(record);
     const FileDescriptor folder = openFolderPath(from.parent());
-    const int errnum = TreeRemoval::remove(
+    const int errnum = CopyRemoval::remove(
         folder.get(), nameOf(from).c_str(),
         [&](const struct statx& facts) { return copied.isCopied(facts); }, changedMeanwhile);
     if (errnum != 0) fail(errnum, "remove");
@@ -147,7 +148,7 @@ void LinuxFileCopy::removeCopied(const URL& from, const Record& record) {
 
 void LinuxFileCopy::remove(const URL& url) {
     const FileDescriptor folder = openFolderPath(url.parent());
-    if (const int errnum = TreeRemoval::remove(folder.get(), nameOf(url).c_str()))
+    if (const int errnum = CopyRemoval::remove(folder.get(), nameOf(url).c_str()))
         fail(errnum, "remove");
 }
 

@@ -1,4 +1,4 @@
-#include "TarnCore/platform/linux/TreeRemoval.h"
+#include "TarnCore/platform/linux/CopyRemoval.h"
 
 #include <array>
 #include <cerrno>
@@ -13,9 +13,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "TarnCore/platform/linux/FileDescriptor.h"
+#include "TarnCore/base/FileDescriptor.h"
 
-namespace tarn::TreeRemoval {
+namespace tarn::CopyRemoval {
 namespace {
 
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
@@ -193,4 +193,4 @@ int remove(int folder, const char* name, const Allows& allows, int refused) {
     return Removal(folder, allows, refused).run(name);
 }
 
-}  // namespace tarn::TreeRemoval
+}  // namespace tarn::CopyRemoval

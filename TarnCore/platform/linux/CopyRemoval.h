@@ -4,7 +4,7 @@
 
 #include <sys/stat.h>
 
-namespace tarn::TreeRemoval {
+namespace tarn::CopyRemoval {
 
 /// Says of everything below, and of the item itself, whether it may go.
 using Allows = std::function<bool(const struct statx& facts)>;
@@ -15,4 +15,4 @@ using Allows = std::function<bool(const struct statx& facts)>;
 /// `refused`. Depth is limited by nothing but the disk.
 int remove(int folder, const char* name, const Allows& allows = nullptr, int refused = 0);
 
-}  // namespace tarn::TreeRemoval
+}  // namespace tarn::CopyRemoval
