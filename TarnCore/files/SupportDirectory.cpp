@@ -46,4 +46,6 @@ void useTestFolder() {
     *testFolder().lock() = base.appending("TarnTestSupport-" + std::to_string(getpid()));
 }
 
+bool isTestFolder() { return testFolder().lock()->has_value(); }
+
 }  // namespace tarn::SupportDirectory

@@ -14,4 +14,5 @@ URL templates();
 URL thumbnails();
 /// Makes this a test process that never touches the real folder; for the tests' main.
 void useTestFolder();
+bool isTestFolder();
 }  // namespace tarn::SupportDirectory

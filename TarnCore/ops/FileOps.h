@@ -65,7 +65,10 @@ URL copyName(const URL& url);
 // Changes.
 
 FileChange createFolder(const URL& parent, std::string_view name);
-FileChange createFolder(const std::vector<URL>& items, const URL& parent, std::string_view name);
+/// A new folder around items. The first that cannot be moved ends it and is thrown; `done`, when
+/// given, receives the steps of what was done, also then.
+FileChange createFolder(const std::vector<URL>& items, const URL& parent, std::string_view name,
+                        std::vector<Step>* done = nullptr);
 FileChange rename(const URL& url, std::string_view newName);
 FileChange duplicate(const URL& url);
 /// Where the item now lies in the Trash.
@@ -79,7 +82,8 @@ void writeTags(const std::vector<std::string>& stored, const URL& url);
 
 /// Moves an item and never replaces one; `from` and `to` may be two letter cases of one name. On
 /// another disk it is copied, checked, flushed and then removed. Creates no folders. Throws
-/// std::system_error.
+/// std::system_error with nothing changed, or FileOpError when the copy is there and the original
+/// could not be removed whole.
 void moveHandlingCase(const URL& from, const URL& to);
 /// The same without the care for letter case.
 void move(const URL& from, const URL& to);

@@ -91,6 +91,7 @@ public:
 
 private:
     struct State;
+    std::optional<HistoryEntry> find(const UUID& id) const;
     std::unique_ptr<State> state_;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -8,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/Date.h"
 #include "TarnCore/base/URL.h"
 
@@ -62,8 +64,28 @@ public:
     virtual std::unique_ptr<FolderReader> open(const char* name) const = 0;
 };
 
-/// The disk, read only. Callable from any thread. A failure throws std::system_error with its
-/// errno, unless a function says otherwise.
+/// How a whole folder is deleted.
+struct TreeRemoval {
+    CancelToken token;
+    /// After every deleted item that is not a folder, on the calling thread.
+    std::function<void()> removed;
+    /// Asked before every item, folders last; what it keeps stays, and with it the folders above.
+    /// Without it everything goes, and the disk is not asked about each item.
+    std::function<bool(const URL& url, const FileAttributes& attributes)> mayRemove;
+    /// Folders of the user that may not be written to are opened up first.
+    bool unlocksFolders = false;
+};
+
+/// What became of a folder that was deleted.
+struct TreeRemoved {
+    std::int64_t removed = 0;  ///< Items, folders among them.
+    std::int64_t kept = 0;     ///< Items that failed, were kept or were not reached any more.
+    int errnum = 0;            ///< Of the first failure.
+};
+
+/// The disk. Callable from any thread. A failure throws std::system_error with its errno, unless a
+/// function says otherwise. No change ever replaces an existing item: a name that is taken, also by
+/// a link that leads nowhere, is EEXIST.
 class FileSystem {
 public:
     virtual ~FileSystem() = default;
@@ -88,6 +110,35 @@ public:
 
     /// True when the user may open the folder and read its names.
     virtual bool isReadableFolder(const URL& url) const = 0;
+
+    /// Makes one folder, not those above it.
+    virtual void createFolder(const URL& url) = 0;
+
+    /// Makes the folder and those above it that are missing. Nothing happens when it is there;
+    /// ENOTDIR when something else is.
+    virtual void createFolders(const URL& url) = 0;
+
+    /// Makes a file. It never shows under its name with less than all of its content.
+    virtual void createFile(const URL& url, std::string_view content) = 0;
+
+    /// Makes a symbolic link with that text.
+    virtual void createLink(const URL& url, std::string_view target) = 0;
+
+    /// Gives an item another place or name on its disk; EXDEV when that is on another disk. A link
+    /// is moved itself.
+    virtual void move(const URL& from, const URL& to) = 0;
+
+    /// Deletes a file or a link itself; EISDIR for a folder.
+    virtual void removeFile(const URL& url) = 0;
+
+    /// Deletes an empty folder; ENOTEMPTY for another.
+    virtual void removeFolder(const URL& url) = 0;
+
+    /// Deletes an item with everything in it. Links are deleted, never followed, also when one is
+    /// put in the way meanwhile; what is mounted inside stays. Goes on after a failure. Throws
+    /// only when the item itself cannot be looked at.
+    virtual TreeRemoved removeTree(const URL& url, const TreeRemoval& how) = 0;
+    TreeRemoved removeTree(const URL& url) { return removeTree(url, TreeRemoval()); }
 };
 
 }  // namespace tarn

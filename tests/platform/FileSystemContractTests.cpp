@@ -21,7 +21,7 @@ public:
     void link(std::string_view relative, std::string_view target) {
         folder_.link(relative, target);
     }
-    const FileSystem& files() const { return files_; }
+    FileSystem& files() { return files_; }
 
 private:
     TestFolder folder_;
@@ -42,7 +42,7 @@ public:
     void link(std::string_view relative, std::string_view target) {
         files_.addLink(url(relative), target);
     }
-    const FileSystem& files() const { return files_; }
+    FileSystem& files() { return files_; }
 
 private:
     URL root_ = URL::fromPath("/home/ann");
@@ -101,7 +101,7 @@ TYPED_TEST(FileSystemContract, describesLinksOrWhatTheyLeadTo) {
     this->disk.file("folder/file", "twelve bytes");
     this->disk.link("link", "folder/../folder/file");
     this->disk.link("dangling", "nowhere");
-    const FileSystem& files = this->disk.files();
+    FileSystem& files = this->disk.files();
     const URL link = this->disk.url("link");
     EXPECT_EQ(files.requireAttributes(link, Links::follow).size, 12);
     EXPECT_EQ(files.requireAttributes(link, Links::follow).modified, Date{1000});
@@ -123,7 +123,7 @@ TYPED_TEST(FileSystemContract, resolvesLinksAndRefusesLoops) {
     this->disk.link("short", "real");
     this->disk.link("a", "b");
     this->disk.link("b", "a");
-    const FileSystem& files = this->disk.files();
+    FileSystem& files = this->disk.files();
     EXPECT_TRUE(files.resolved(this->disk.url("real/file")));
     EXPECT_EQ(files.resolved(this->disk.url("short/file")),
               files.resolved(this->disk.url("real/file")));
@@ -137,13 +137,95 @@ TYPED_TEST(FileSystemContract, resolvesLinksAndRefusesLoops) {
 
 TYPED_TEST(FileSystemContract, readsAtMostTheLimit) {
     this->disk.file("file", "0123456789");
-    const FileSystem& files = this->disk.files();
+    FileSystem& files = this->disk.files();
     EXPECT_EQ(files.readFile(this->disk.url("file"), 100), "0123456789");
     EXPECT_EQ(files.readFile(this->disk.url("file"), 4), "0123");
     EXPECT_EQ(errorOf([&] { files.readFile(this->disk.url(""), 10); }), EISDIR);
     EXPECT_EQ(errorOf([&] { files.readFile(this->disk.url("missing"), 10); }), ENOENT);
     EXPECT_EQ(errorOf([&] { files.readFile(this->disk.url(std::string(256, 'n')), 1); }),
               ENAMETOOLONG);
+}
+
+TYPED_TEST(FileSystemContract, neverReplacesAnItem) {
+    this->disk.file("file", "old");
+    this->disk.folder("folder");
+    this->disk.link("dangling", "nowhere");
+    this->disk.file("other", "other");
+    this->disk.folder("second");
+    FileSystem& files = this->disk.files();
+    for (const char* name : {"file", "folder", "dangling"}) {
+        SCOPED_TRACE(name);
+        const URL taken = this->disk.url(name);
+        EXPECT_EQ(errorOf([&] { files.createFolder(taken); }), EEXIST);
+        EXPECT_EQ(errorOf([&] { files.createFile(taken, ""); }), EEXIST);
+        EXPECT_EQ(errorOf([&] { files.createFile(taken, "new"); }), EEXIST);
+        EXPECT_EQ(errorOf([&] { files.createLink(taken, "x"); }), EEXIST);
+        EXPECT_EQ(errorOf([&] { files.move(this->disk.url("other"), taken); }), EEXIST);
+        EXPECT_EQ(errorOf([&] { files.move(this->disk.url("second"), taken); }), EEXIST);
+    }
+    EXPECT_EQ(files.readFile(this->disk.url("file"), 10), "old");
+    EXPECT_EQ(files.readFile(this->disk.url("other"), 10), "other");
+    EXPECT_EQ(contents(*files.openFolder(this->disk.url(""))).size(), 5U) << "no leftovers";
+}
+
+TYPED_TEST(FileSystemContract, makesAndMovesItems) {
+    FileSystem& files = this->disk.files();
+    this->disk.folder("start");
+    const URL deep = this->disk.url("start/a/b");
+    EXPECT_EQ(errorOf([&] { files.createFolder(deep); }), ENOENT);
+    files.createFolders(deep);
+    files.createFolders(deep);
+    files.createFile(deep.appending("line\nfeed\xff"), "content");
+    files.createFile(deep.appending("empty"), "");
+    files.createLink(deep.appending("link"), "nowhere");
+    EXPECT_EQ(errorOf([&] { files.createFolders(deep.appending("empty")); }), ENOTDIR);
+    files.move(this->disk.url("start/a"), this->disk.url("moved"));
+    EXPECT_EQ(files.readFile(this->disk.url("moved/b/line\nfeed\xff"), 100), "content");
+    files.move(this->disk.url("moved/b/link"), this->disk.url("link"));
+    EXPECT_EQ(files.linkTarget(this->disk.url("link")), "nowhere");
+    EXPECT_TRUE(contents(*files.openFolder(this->disk.url("start"))).empty());
+    EXPECT_EQ(errorOf([&] { files.move(this->disk.url("gone"), this->disk.url("x")); }), ENOENT);
+    EXPECT_EQ(errorOf([&] { files.move(this->disk.url("moved"), this->disk.url("moved/b/in")); }),
+              EINVAL);
+    EXPECT_EQ(files.readFile(this->disk.url("moved/b/empty"), 1), "");
+}
+
+TYPED_TEST(FileSystemContract, deletesTreesWithoutFollowingLinks) {
+    FileSystem& files = this->disk.files();
+    this->disk.file("keep/precious", "x");
+    this->disk.file("tree/a/b/c/file");
+    this->disk.file("tree/a/file");
+    this->disk.folder("tree/empty");
+    this->disk.link("tree/a/out", "../../keep");
+    this->disk.link("way", "tree");
+    EXPECT_EQ(errorOf([&] { files.removeFolder(this->disk.url("tree")); }), ENOTEMPTY);
+    EXPECT_EQ(errorOf([&] { files.removeFile(this->disk.url("tree")); }), EISDIR);
+    const TreeRemoved link = files.removeTree(this->disk.url("way"));
+    EXPECT_EQ(link.removed, 1);
+    const TreeRemoved removed = files.removeTree(this->disk.url("tree"));
+    EXPECT_EQ(removed.removed, 8);
+    EXPECT_EQ(removed.kept, 0);
+    EXPECT_EQ(files.attributes(this->disk.url("tree"), Links::keep), std::nullopt);
+    EXPECT_EQ(files.readFile(this->disk.url("keep/precious"), 1), "x");
+    EXPECT_EQ(errorOf([&] { files.removeTree(this->disk.url("tree")); }), ENOENT);
+}
+
+TYPED_TEST(FileSystemContract, keepsWhatItIsToldToKeep) {
+    FileSystem& files = this->disk.files();
+    this->disk.file("tree/a/keep");
+    this->disk.file("tree/a/go");
+    this->disk.file("tree/b/go");
+    TreeRemoval how;
+    how.mayRemove = [](const URL& url, const FileAttributes&) { return url.name() != "keep"; };
+    const TreeRemoved removed = files.removeTree(this->disk.url("tree"), how);
+    EXPECT_EQ(removed.removed, 3);  // "go" twice, and "b"
+    EXPECT_EQ(contents(*files.openFolder(this->disk.url("tree/a"))).count("keep"), 1U);
+    EXPECT_EQ(files.attributes(this->disk.url("tree/b"), Links::keep), std::nullopt);
+
+    TreeRemoval cancelled;
+    cancelled.token.cancel();
+    EXPECT_EQ(files.removeTree(this->disk.url("tree"), cancelled).removed, 0);
+    EXPECT_EQ(contents(*files.openFolder(this->disk.url("tree/a"))).size(), 1U);
 }
 
 TEST(MemoryFileSystem, failsWhereItIsTold) {

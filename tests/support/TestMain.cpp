@@ -1,8 +1,10 @@
 #include <cstdlib>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 
 #include "TarnCore/base/Collation.h"
+#include "TarnCore/files/SupportDirectory.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 
@@ -16,5 +18,10 @@ int main(int argc, char** argv) {
     tarn::Collation::use("en_US");
     testing::InitGoogleTest(&argc, argv);
     tarn::Platform::setCurrent(tarn::makeLinuxPlatform());
-    return RUN_ALL_TESTS();
+    // Nothing reaches the user's stores or Trash.
+    tarn::SupportDirectory::useTestFolder();
+    const int status = RUN_ALL_TESTS();
+    std::error_code ignored;
+    std::filesystem::remove_all(tarn::SupportDirectory::url().path(), ignored);
+    return status;
 }

@@ -11,38 +11,22 @@
 
 #include <sys/stat.h>
 #include <sys/syscall.h>
-#include <sys/sysmacros.h>
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <limits.h>
 
 #include "TarnCore/base/FileDescriptor.h"
+#include "TarnCore/platform/linux/PathAnchor.h"
+#include "TarnCore/platform/linux/Statx.h"
 
 namespace tarn {
 namespace {
 
-constexpr unsigned attributeMask = STATX_BASIC_STATS | STATX_BTIME;
-constexpr int statFlags = AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT;
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
 
 [[noreturn]] void fail(int errnum, const char* what) {
     throw std::system_error(errnum, std::generic_category(), what);
-}
-
-Date date(const statx_timestamp& time) { return Date::fromUnix(time.tv_sec, time.tv_nsec); }
-
-FileType typeOfMode(unsigned mode) {
-    switch (mode & S_IFMT) {
-        case S_IFREG:
-            return FileType::file;
-        case S_IFDIR:
-            return FileType::directory;
-        case S_IFLNK:
-            return FileType::symlink;
-        default:
-            return FileType::other;
-    }
 }
 
 FileType typeOfEntry(unsigned char type) {
@@ -60,62 +44,11 @@ FileType typeOfEntry(unsigned char type) {
     }
 }
 
-FileAttributes converted(const struct statx& from) {
-    FileAttributes to;
-    to.type = typeOfMode(from.stx_mode);
-    to.mode = from.stx_mode & 07777U;
-    to.size = static_cast<std::int64_t>(from.stx_size);
-    to.allocatedSize = static_cast<std::int64_t>(from.stx_blocks) * 512;
-    to.modified = date(from.stx_mtime);
-    if ((from.stx_mask & STATX_BTIME) != 0) to.created = date(from.stx_btime);
-    to.accessed = date(from.stx_atime);
-    to.changed = date(from.stx_ctime);
-    to.device = makedev(from.stx_dev_major, from.stx_dev_minor);
-    to.inode = from.stx_ino;
-    to.links = from.stx_nlink;
-    to.owner = from.stx_uid;
-    to.group = from.stx_gid;
-    return to;
-}
-
-/// Returns 0 or the errno.
-int look(int folder, const char* name, int flags, FileAttributes& out) {
-    struct statx result;
-    if (statx(folder, name, flags | statFlags, attributeMask, &result) != 0) return errno;
-    out = converted(result);
-    return 0;
-}
-
-/// A path made short enough for one system call: what is left of it, and the folder it starts from.
-struct Anchor {
-    FileDescriptor folder;
-    std::string rest;
-
-    explicit Anchor(const URL& url) {
-        const std::string& path = url.path();
-        if (path.size() < PATH_MAX) return;
-        std::size_t begin = 0;
-        while (path.size() - begin >= PATH_MAX) {
-            const std::size_t slash = path.rfind('/', begin + PATH_MAX - 2);
-            if (slash == path.npos || slash <= begin) fail(ENAMETOOLONG, "open");
-            const std::string piece = path.substr(begin, slash - begin);
-            FileDescriptor next(openat(folder ? folder.get() : AT_FDCWD, piece.c_str(),
-                                       O_PATH | O_DIRECTORY | O_CLOEXEC));
-            if (!next) fail(errno, "open");
-            folder = std::move(next);
-            begin = slash + 1;
-        }
-        rest = path.substr(begin);
-    }
-    int fd() const { return folder ? folder.get() : AT_FDCWD; }
-    const char* path(const URL& url) const { return folder ? rest.c_str() : url.c_str(); }
-};
-
 int look(const URL& url, Links links, FileAttributes& out) {
     try {
-        const Anchor anchor(url);
-        return look(anchor.fd(), anchor.path(url), links == Links::keep ? AT_SYMLINK_NOFOLLOW : 0,
-                    out);
+        const PathAnchor anchor(url);
+        return Statx::look(anchor.fd(), anchor.path(),
+                           links == Links::keep ? AT_SYMLINK_NOFOLLOW : 0, out);
     } catch (const std::system_error& error) {
         return error.code().value();
     }
@@ -171,13 +104,13 @@ public:
     std::optional<FileAttributes> attributes(const char* name, Links links) const override {
         FileAttributes out;
         const int flags = links == Links::keep ? AT_SYMLINK_NOFOLLOW : 0;
-        if (look(fd_.get(), name, flags, out) != 0) return std::nullopt;
+        if (Statx::look(fd_.get(), name, flags, out) != 0) return std::nullopt;
         return out;
     }
 
     FileAttributes attributes() const override {
         FileAttributes out;
-        if (const int error = look(fd_.get(), "", AT_EMPTY_PATH, out)) fail(error, "statx");
+        if (const int error = Statx::look(fd_.get(), "", AT_EMPTY_PATH, out)) fail(error, "statx");
         return out;
     }
 
@@ -193,9 +126,10 @@ private:
     }
     FileType typeByAsking(const char* name) const {
         struct statx result;
-        if (statx(fd_.get(), name, AT_SYMLINK_NOFOLLOW | statFlags, STATX_TYPE, &result) != 0)
+        if (statx(fd_.get(), name, AT_SYMLINK_NOFOLLOW | Statx::cheapFlags, STATX_TYPE, &result) !=
+            0)
             return FileType::unknown;
-        return typeOfMode(result.stx_mode);
+        return Statx::type(result.stx_mode);
     }
 
     FileDescriptor fd_;
@@ -237,8 +171,8 @@ std::span<const FolderEntry> LinuxFolderReader::read() {
 }  // namespace
 
 std::unique_ptr<FolderReader> LinuxFileSystem::openFolder(const URL& folder) const {
-    const Anchor anchor(folder);
-    FileDescriptor fd(openat(anchor.fd(), anchor.path(folder), folderFlags));
+    const PathAnchor anchor(folder);
+    FileDescriptor fd(openat(anchor.fd(), anchor.path(), folderFlags));
     if (!fd) fail(errno, "open");
     return std::make_unique<LinuxFolderReader>(std::move(fd));
 }
@@ -256,11 +190,10 @@ FileAttributes LinuxFileSystem::requireAttributes(const URL& url, Links links) c
 }
 
 std::string LinuxFileSystem::linkTarget(const URL& url) const {
-    const Anchor anchor(url);
+    const PathAnchor anchor(url);
     std::string target(256, '\0');
     for (;;) {
-        const ssize_t size =
-            readlinkat(anchor.fd(), anchor.path(url), target.data(), target.size());
+        const ssize_t size = readlinkat(anchor.fd(), anchor.path(), target.data(), target.size());
         if (size < 0) fail(errno, "readlink");
         if (static_cast<std::size_t>(size) < target.size()) {
             target.resize(static_cast<std::size_t>(size));
@@ -277,13 +210,14 @@ std::optional<URL> LinuxFileSystem::resolved(const URL& url) const {
 }
 
 std::string LinuxFileSystem::readFile(const URL& url, std::size_t limit) const {
-    const Anchor anchor(url);
+    const PathAnchor anchor(url);
     // Without O_NONBLOCK, a pipe that nobody writes to would hold us here for ever.
     const FileDescriptor fd(
-        openat(anchor.fd(), anchor.path(url), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+        openat(anchor.fd(), anchor.path(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!fd) fail(errno, "open");
     FileAttributes attributes;
-    if (const int error = look(fd.get(), "", AT_EMPTY_PATH, attributes)) fail(error, "statx");
+    if (const int error = Statx::look(fd.get(), "", AT_EMPTY_PATH, attributes))
+        fail(error, "statx");
     if (attributes.type == FileType::directory) fail(EISDIR, "read");
     if (attributes.type != FileType::file) fail(EINVAL, "read");
 
@@ -305,9 +239,8 @@ std::string LinuxFileSystem::readFile(const URL& url, std::size_t limit) const {
 
 bool LinuxFileSystem::isReadableFolder(const URL& url) const {
     try {
-        const Anchor anchor(url);
-        return static_cast<bool>(
-            FileDescriptor(openat(anchor.fd(), anchor.path(url), folderFlags)));
+        const PathAnchor anchor(url);
+        return static_cast<bool>(FileDescriptor(openat(anchor.fd(), anchor.path(), folderFlags)));
     } catch (const std::system_error&) {
         return false;
     }

@@ -45,6 +45,21 @@ public:
         return names;
     }
 
+    /// The file system says so when a file got another name, or is gone (without `to`).
+    void moved(const URL& from, const std::optional<URL>& to) {
+        const auto disk = disk_.lock();
+        std::map<std::pair<URL, std::string>, std::string> values;
+        for (auto& [key, value] : disk->values) {
+            if (!key.first.isInside(from)) {
+                values.insert({key, std::move(value)});
+            } else if (to) {
+                const std::string rest = key.first.path().substr(from.path().size());
+                values[{URL::fromPath(to->path() + rest), key.second}] = std::move(value);
+            }
+        }
+        disk->values = std::move(values);
+    }
+
 private:
     struct Disk {
         int errnum = 0;

@@ -101,7 +101,7 @@ URL MemoryFileSystem::Disk::find(const URL& url, Links links) const {
         const URL next = here.appending(name);
         if (const auto failure = failures.find(next); failure != failures.end() && failure->second)
             fail(failure->second);
-        const auto found = nodes.find(next);
+        const auto found = child(next);
         if (found == nodes.end()) fail(ENOENT);
         const bool isLink = found->second.attributes.type == FileType::symlink;
         if (isLink && (!rest.empty() || links == Links::follow)) {
@@ -110,7 +110,7 @@ URL MemoryFileSystem::Disk::find(const URL& url, Links links) const {
             push(found->second.content);
             continue;
         }
-        here = next;
+        here = found->first;
     }
     return here;
 }

@@ -20,7 +20,12 @@ MemoryPlatform::MemoryPlatform(Date now)
       volumes(std::make_shared<MemoryVolumes>()),
       recentFiles(std::make_shared<MemoryRecentFiles>()),
       metadata(std::make_shared<MemoryMediaMetadata>()),
-      clock(std::make_shared<FixedClock>(now)) {}
+      clock(std::make_shared<FixedClock>(now)) {
+    files->onMove(
+        [weak = std::weak_ptr(attributes)](const URL& from, const std::optional<URL>& to) {
+            if (const auto kept = weak.lock()) kept->moved(from, to);
+        });
+}
 
 Platform MemoryPlatform::services() const {
     Platform platform;
