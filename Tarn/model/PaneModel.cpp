@@ -75,7 +75,11 @@ void PaneModel::navigate(const Location& to, bool addToHistory, std::vector<URL>
     const bool isSame = hasLocation_ && target == location_;
     if (!isSame) clearSearch(false);
     if (isSame) {
-        if (!select.empty()) this->select(select);
+        if (!select.empty()) {
+            this->select(select);
+            // What is selected may be in the listing that is still to come.
+            if (isListing_ || addToHistory) selectWhenListed_ = std::move(select);
+        }
         if (addToHistory) reload();
         return;
     }

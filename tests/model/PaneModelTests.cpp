@@ -152,6 +152,19 @@ TEST_F(PaneModelTest, remembersHowAFolderWasShown) {
     EXPECT_EQ(AppModel().viewPrefs(a)->viewMode, ViewMode::list);
 }
 
+TEST_F(PaneModelTest, selectsWhatIsStillBeingListed) {
+    folder.file("a");
+    folder.file("b");
+    go(folder.url());
+    pane.navigate(Location::folder(folder.url()), false, {folder / "b"});
+    settle();
+    EXPECT_EQ(selected(), Names{"b"});
+    // A new item that no listing has shown yet.
+    folder.file("c");
+    go(folder.url(), {folder / "c"});
+    waitFor([this] { return selected() == Names{"c"}; });
+}
+
 TEST_F(PaneModelTest, followsChangesAndKeepsTheSelection) {
     folder.file("b");
     folder.file("c");
