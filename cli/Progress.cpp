@@ -20,8 +20,12 @@ void write(std::string_view text) {
 Progress::Progress(bool isWanted)
     : isWanted_(isWanted && Terminal::at(STDERR_FILENO).isTerminal()) {}
 
+bool Progress::isDue() const {
+    return isWanted_ && std::chrono::steady_clock::now() - start_ >= patience;
+}
+
 void Progress::show(std::string_view text) {
-    if (!isWanted_ || std::chrono::steady_clock::now() - start_ < patience) return;
+    if (!isDue()) return;
     Interrupt::wipesProgressLine(true);
     isShown_ = true;
     write(std::string(wipe) + std::string(text));

@@ -16,6 +16,8 @@ public:
     Progress& operator=(const Progress&) = delete;
 
     void show(std::string_view text);
+    /// show() would show something, so that the text is worth making.
+    bool isDue() const;
     /// Takes the line away, before something else is written to the terminal.
     void clear();
 

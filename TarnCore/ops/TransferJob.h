@@ -16,8 +16,14 @@ namespace tarn {
 /// Copies or moves items into a folder, or moves them to the Trash, on a thread of its own, and can
 /// be watched, paused, resumed and cancelled.
 ///
-/// Set the callbacks, then start() once. The callbacks come on the job's thread; the functions may
-/// be called from any thread. The destructor cancels and waits.
+/// Set the callbacks, then start() once. The callbacks come on the job's thread, and onProgress
+/// also on a thread that pauses or resumes, one call at a time; none of them may destroy the job.
+/// The functions may be called from any thread. The destructor cancels and waits.
+///
+/// Every item is copied under a temporary name beside its target and gets its name when it is
+/// complete. A move is a rename; on another disk it is a copy that is written out before the
+/// original goes. An item that was replaced is in the Trash, and put back when nothing came in its
+/// place.
 class TransferJob {
 public:
     /// `destination` is absent for the Trash only.
@@ -61,7 +67,7 @@ public:
 
 private:
     struct State;
-    std::shared_ptr<State> state_;
+    std::unique_ptr<State> state_;
 };
 
 }  // namespace tarn

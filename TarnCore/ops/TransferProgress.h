@@ -78,7 +78,8 @@ struct TransferResult {
     std::vector<TransferFailure> failures;
     std::vector<URL> resultURLs;  ///< Where each handled item ended up.
     bool cancelled = false;
-    /// What a cancelled transfer had replaced or moved already, in words; empty when nothing.
+    /// What a cancelled transfer had replaced or moved already, or what one that finished could not
+    /// keep of its items (their tags on a disk that takes none), in words; empty when nothing.
     std::string notice;
 };
 

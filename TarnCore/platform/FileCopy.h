@@ -43,19 +43,19 @@ public:
     struct Watch {
         /// Bytes and finished files since the last call; at most one call for a chunk or for a run
         /// of small files. May block (a pause). False stops the copy.
-        std::function<bool(std::int64_t bytes, std::int64_t items)> progress;
+        std::function<bool(std::int64_t bytes, std::int64_t items)> progress{};
         /// An item that could not be copied, and its errno. The rest goes on. One call at a time.
-        std::function<void(const URL& source, int errnum)> failed;
+        std::function<void(const URL& source, int errnum)> failed{};
         /// The item was copied, but the other disk does not take its attributes or access list.
         /// One call at a time.
-        std::function<void(const URL& source)> attributesLost;
+        std::function<void(const URL& source)> attributesLost{};
         /// Asked for another name in the same folder when somebody else has taken the name while
         /// the copy was being made; without it the copy then fails with EEXIST.
-        std::function<URL(const URL& taken)> nextName;
+        std::function<URL(const URL& taken)> nextName{};
         /// Null for a copy that stands alone.
-        std::shared_ptr<Record> record;
+        std::shared_ptr<Record> record{};
         /// The name under which the copy is made, which must be new; empty for one of its own.
-        std::string temporaryName;
+        std::string temporaryName{};
         /// One call of `progress` for every file, all on the calling thread.
         bool reportsEachItem = false;
         /// The first failure ends everything and is thrown: all or nothing.
