@@ -25,6 +25,9 @@ struct ItemMetadata {
     std::optional<std::string> title;
     std::optional<int> pages;
     std::vector<std::string> codecs;
+    /// When the picture was taken, by the camera's clock in a zone that nobody noted down
+    /// ("2026:03:15 12:00:00", EXIF's DateTimeOriginal). No part of the JSON.
+    std::optional<std::string> photoTaken;
 
     /// Make and model as one would say them: "Apple iPhone 15", "Canon EOS R5" (the make is not
     /// repeated when the model begins with it). Absent without either.

@@ -19,7 +19,7 @@ public:
 /// A module exports one function of this type and name, which returns null when it was built for
 /// another version of the interface. What it returns lives as long as the process.
 using MediaReaderEntry = const MediaReader*(int version);
-inline constexpr int mediaReaderVersion = 1;
+inline constexpr int mediaReaderVersion = 2;
 inline constexpr const char* mediaReaderSymbol = "tarnMediaReader";
 
 }  // namespace tarn

@@ -52,6 +52,8 @@ public:
             metadata.cameraMake = text(exif, Exiv2::make(exif));
             metadata.cameraModel = text(exif, Exiv2::model(exif));
             metadata.lens = text(exif, Exiv2::lensName(exif), true);
+            metadata.photoTaken =
+                text(exif, exif.findKey(Exiv2::ExifKey("Exif.Photo.DateTimeOriginal")));
             int width = image->pixelWidth();
             int height = image->pixelHeight();
             if (isSideways(exif)) std::swap(width, height);

@@ -1,0 +1,187 @@
+#include "TarnCore/rename/BatchRenamer.h"
+
+#include <exception>
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+#include "TarnCore/base/Calendar.h"
+#include "TarnCore/base/JSONFields.h"
+#include "TarnCore/base/Locale.h"
+#include "TarnCore/base/Text.h"
+#include "TarnCore/ops/ChangeJournal.h"
+#include "TarnCore/ops/FileOps.h"
+#include "TarnCore/ops/TwoPhaseMove.h"
+#include "TarnCore/platform/Platform.h"
+#include "TarnCore/rename/PreparedRule.h"
+#include "TarnCore/rename/TargetFolders.h"
+
+namespace tarn {
+
+void to_json(JSON& json, const RenamePreview& preview) {
+    json = JSON::object();
+    json["id"] = preview.id;
+    json["oldName"] = preview.oldName;
+    json["newName"] = preview.newName;
+    JSONFields::write(json, "problem", preview.problem);
+}
+
+namespace BatchRenamer {
+namespace {
+
+/// The most bytes a file name may have on the disks of this system.
+constexpr std::size_t longestFileName = 255;
+
+std::optional<Date> dateFor(const PreparedRule& rule, const URL& url, const Dates* dates) {
+    const auto source = rule.dateSource();
+    if (!source) return std::nullopt;
+    if (dates) {
+        const auto found = dates->find(url);
+        if (found != dates->end()) return found->second;
+    }
+    return date(url, *source);
+}
+
+/// The new name, and the first thing that a rule could not do.
+RenamePreview renamed(const URL& url, std::size_t index, std::vector<PreparedRule>& rules,
+                      bool includeExtension, const Dates* dates) {
+    RenamePreview preview{url, std::string(url.name()), {}, {}};
+    NameParts parts{preview.oldName, {}};
+    if (!includeExtension) parts = FileOps::split(preview.oldName);
+    for (PreparedRule& rule : rules) {
+        auto outcome = rule.apply(parts.base, index, dateFor(rule, url, dates));
+        parts.base = std::move(outcome.name);
+        if (!preview.problem) preview.problem = std::move(outcome.problem);
+    }
+    preview.newName =
+        includeExtension ? std::move(parts.base) : FileOps::join(parts.base, parts.ext);
+    return preview;
+}
+
+/// "2026:03:15 12:00:00" on the clock of this computer's time zone.
+std::optional<Date> dateOfPhoto(std::string_view text) {
+    constexpr std::string_view pattern = "0000:00:00 00:00:00";
+    if (text.size() != pattern.size()) return std::nullopt;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isDigit = text[i] >= '0' && text[i] <= '9';
+        if (pattern[i] == '0' ? !isDigit : text[i] != pattern[i]) return std::nullopt;
+    }
+    const auto number = [&](std::size_t at, std::size_t length) {
+        int value = 0;
+        for (const char digit : text.substr(at, length)) value = value * 10 + (digit - '0');
+        return value;
+    };
+    const CivilDay day{number(0, 4), number(5, 2), number(8, 2)};
+    const int hour = number(11, 2), minute = number(14, 2), second = number(17, 2);
+    // A camera whose clock was never set writes noughts.
+    if (!day.isValid() || hour > 23 || minute > 59 || second > 59) return std::nullopt;
+    return Calendar::current(Locale::current()).at(day, hour, minute, second);
+}
+
+/// What makes a name impossible wherever it is.
+std::optional<std::string> nameProblem(const RenamePreview& preview) {
+    const std::string& name = preview.newName;
+    if (Text::trimmed(name).empty()) return "Name would be empty";
+    // A name that has a colon already may keep it as it stands.
+    if (preview.changed() && name.find_first_of(std::string_view("/:\0", 3)) != name.npos) {
+        return "Names can’t contain “/” or “:”";
+    }
+    if (name.starts_with('.') && !preview.oldName.starts_with('.')) {
+        return "Name would start with a dot and be hidden";
+    }
+    return std::nullopt;
+}
+
+bool isOneName(std::string_view name) {
+    return !name.empty() && name != "." && name != ".." && name.find('/') == name.npos &&
+           name.find('\0') == name.npos;
+}
+
+[[noreturn]] void fail(const std::exception_ptr& failure) {
+    try {
+        std::rethrow_exception(failure);
+    } catch (const std::exception& error) {
+        throw FileOpError::failed(FileOps::friendly(error, "rename the files"));
+    }
+}
+
+}  // namespace
+
+std::vector<RenamePreview> preview(const std::vector<URL>& urls,
+                                   const std::vector<RenameRule>& rules, bool includeExtension,
+                                   const Dates* dates) {
+    std::vector<PreparedRule> prepared;
+    prepared.reserve(rules.size());
+    for (const RenameRule& rule : rules) prepared.emplace_back(rule);
+
+    std::vector<RenamePreview> previews;
+    previews.reserve(urls.size());
+    std::vector<std::string> targets;  // In lower case.
+    targets.reserve(urls.size());
+    std::unordered_map<std::string_view, int> counts;
+    counts.reserve(urls.size());
+    for (std::size_t i = 0; i < urls.size(); ++i) {
+        previews.push_back(renamed(urls[i], i, prepared, includeExtension, dates));
+        targets.push_back(
+            Text::lowercased(urls[i].parent().path() + "/" + previews.back().newName));
+        ++counts[targets.back()];
+    }
+
+    TargetFolders folders(urls);
+    for (std::size_t i = 0; i < previews.size(); ++i) {
+        RenamePreview& preview = previews[i];
+        const auto problem = [&]() -> std::optional<std::string> {
+            if (auto found = nameProblem(preview)) return found;
+            if (counts[targets[i]] > 1) return "Same name as another file in this rename";
+            const bool isSameName =
+                Text::lowercased(preview.newName) == Text::lowercased(preview.oldName);
+            if (isSameName && preview.newName.size() > longestFileName) return "Name is too long";
+            if (preview.changed() &&
+                folders.isTaken(preview.id.parent().appending(preview.newName), preview.id)) {
+                return "A file with this name already exists";
+            }
+            return std::nullopt;
+        }();
+        if (problem) preview.problem = problem;
+    }
+    return previews;
+}
+
+std::string apply(const RenameRule& rule, std::string_view name, std::size_t index, const URL& url,
+                  const Dates* dates) {
+    PreparedRule prepared(rule);
+    return prepared.apply(name, index, dateFor(prepared, url, dates)).name;
+}
+
+std::optional<Date> date(const URL& url, DateSource source) {
+    if (source == DateSource::photoTaken) return photoDate(url);
+    const auto attributes = Platform::current().files->attributes(url, Links::keep);
+    if (!attributes) return std::nullopt;
+    return source == DateSource::created ? attributes->created : attributes->modified;
+}
+
+std::optional<Date> photoDate(const URL& url) {
+    const auto taken = Platform::current().metadata->read(url).photoTaken;
+    return taken ? dateOfPhoto(*taken) : std::nullopt;
+}
+
+std::vector<Step> apply(const std::vector<RenamePreview>& previews) {
+    TwoPhaseMove::Moves moves;
+    std::vector<Step> steps;
+    for (const RenamePreview& preview : previews) {
+        if (!preview.changed()) continue;
+        // A target beside the file, whatever a preview says that was not made here.
+        if (!isOneName(preview.newName)) throw FileOpError::invalidCharacters();
+        const URL target = preview.id.parent().appending(preview.newName);
+        moves.emplace_back(preview.id, target);
+        steps.push_back(Step::move(preview.id, target));
+    }
+    if (moves.empty()) return {};
+    const auto failure = TwoPhaseMove::run(moves, ChangeJournal::renaming);
+    if (failure.error) fail(failure.error);
+    return steps;
+}
+
+}  // namespace BatchRenamer
+
+}  // namespace tarn
