@@ -9,7 +9,9 @@
 #include <utility>
 
 #include "TarnCore/base/Text.h"
+#include "TarnCore/files/FileTags.h"
 #include "TarnCore/files/TagAttribute.h"
+#include "TarnCore/files/TagShelf.h"
 #include "TarnCore/platform/Platform.h"
 
 namespace tarn {
@@ -55,6 +57,13 @@ void readAttributes(const URL& url, ResourceValues& values) {
         if (const auto date = parseAdded(*added)) values.added = date;
     values.tags =
         TagAttribute::names(get(TagAttribute::attribute), get(TagAttribute::mirrorAttribute));
+}
+
+/// The names of the tags of what cannot keep them itself.
+std::vector<std::string> shelvedTags(const URL& url) {
+    std::vector<std::string> tags = TagShelf::shared().tags(url);
+    for (std::string& tag : tags) tag = TagAttribute::name(tag);
+    return tags;
 }
 
 }  // namespace
@@ -127,14 +136,17 @@ ResourceValues ResourceReader::values(const URL& child, std::string_view name,
         values.contentType = std::string(ContentType::package);
 
     // Links have no attributes of their own, and those of the target are not theirs.
-    if (keys.tags && !values.isSymlink && !hasNoAttributes_.load(std::memory_order_relaxed)) {
+    if (!keys.tags) return values;
+    bool hasNoAttributes = values.isSymlink || hasNoAttributes_.load(std::memory_order_relaxed);
+    if (!hasNoAttributes) {
         try {
             readAttributes(child, values);
         } catch (const std::system_error& error) {
-            if (error.code().value() == ENOTSUP)
-                hasNoAttributes_.store(true, std::memory_order_relaxed);
+            hasNoAttributes = error.code().value() == ENOTSUP;
+            if (hasNoAttributes) hasNoAttributes_.store(true, std::memory_order_relaxed);
         }
     }
+    if (hasNoAttributes) values.tags = shelvedTags(child);
     return values;
 }
 
@@ -154,16 +166,9 @@ std::optional<ResourceValues> ResourceReader::read(const URL& url, ResourceKeys 
 }
 
 std::vector<std::string> ResourceReader::tags(const URL& url) {
-    ResourceValues values;
-    try {
-        readAttributes(url, values);
-    } catch (const std::system_error&) {
-        return {};
-    }
-    if (values.tags.empty()) return {};
-    const auto attributes = Platform::current().files->attributes(url, Links::keep);
-    const bool isLink = attributes && attributes->type == FileType::symlink;
-    return isLink ? std::vector<std::string>{} : std::move(values.tags);
+    std::vector<std::string> tags = FileTags::read(url);
+    for (std::string& tag : tags) tag = TagAttribute::name(tag);
+    return tags;
 }
 
 }  // namespace tarn

@@ -48,7 +48,7 @@ public:
     /// Directory names that end in a bundle extension (".app", ".photoslibrary", …).
     static bool isPackageName(std::string_view name);
 
-    /// The names of the tags of a file; none for a link, and when it cannot be looked at.
+    /// The names of the tags of a file; none when it cannot be looked at.
     static std::vector<std::string> tags(const URL& url);
 
     /// Attribute in which we keep when an item came into its folder: seconds since 2001 in decimal.

@@ -17,12 +17,6 @@ Guarded<std::optional<URL>>& testFolder() {
     return folder;
 }
 
-URL location() {
-    if (const auto folder = testFolder().lock(); *folder) return **folder;
-    return Paths::isIsolated() ? Paths::isolatedRoot().appending("Support")
-                               : Paths::dataHome().appending("Tarn");
-}
-
 /// A folder that cannot be made shows later, when a file in it cannot be written.
 URL made(const URL& folder) {
     std::error_code ignored;
@@ -33,6 +27,12 @@ URL made(const URL& folder) {
 }
 
 }  // namespace
+
+URL location() {
+    if (const auto folder = testFolder().lock(); *folder) return **folder;
+    return Paths::isIsolated() ? Paths::isolatedRoot().appending("Support")
+                               : Paths::dataHome().appending("Tarn");
+}
 
 URL url() { return made(location()); }
 URL file(std::string_view name) { return url().appending(name); }

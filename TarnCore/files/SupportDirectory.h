@@ -9,6 +9,8 @@
 /// TARN_ISOLATED_ROOT, else "$XDG_DATA_HOME/Tarn". Folders are made when first asked for.
 namespace tarn::SupportDirectory {
 URL url();
+/// The same without making it, for who only looks whether something is there.
+URL location();
 URL file(std::string_view name);
 URL templates();
 URL thumbnails();

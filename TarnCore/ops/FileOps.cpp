@@ -6,6 +6,7 @@
 
 #include "TarnCore/base/Text.h"
 #include "TarnCore/base/UUID.h"
+#include "TarnCore/files/FileTags.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/files/SupportDirectory.h"
 #include "TarnCore/ops/ChangeJournal.h"
@@ -221,6 +222,7 @@ void move(const URL& from, const URL& to) {
         if (error.code() != std::errc::cross_device_link) throw;
         moveAcrossDisks(from, to);
     }
+    FileTags::moved(from, to);
 }
 
 void moveHandlingCase(const URL& from, const URL& to) {
