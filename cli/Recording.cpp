@@ -1,8 +1,8 @@
-#include "cli/Changes.h"
+#include "cli/Recording.h"
 
 #include <utility>
 
-namespace tarn::cli::Changes {
+namespace tarn::cli::Recording {
 
 void record(OperationKind kind, std::string title, std::vector<Step> steps,
             std::int64_t fileCount) {
@@ -14,4 +14,4 @@ void record(OperationKind kind, std::string title, std::vector<Step> steps,
     OperationHistory(OperationHistory::defaultFile()).record(std::move(entry));
 }
 
-}  // namespace tarn::cli::Changes
+}  // namespace tarn::cli::Recording
