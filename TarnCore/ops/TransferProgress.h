@@ -36,7 +36,7 @@ struct TransferProgress {
     std::int64_t doneBytes = 0;
     std::int64_t totalItems = 0;
     std::int64_t doneItems = 0;
-    std::string currentName;
+    std::string currentName{};
     double bytesPerSecond = 0;
     /// Everything is copied and now being written out to a disk that may be unplugged.
     bool isFinishingWriting = false;

@@ -48,10 +48,11 @@ bool saysItIsEmpty(const struct statx& facts) {
     return facts.stx_size == 0 && facts.stx_blocks == 0;
 }
 
-/// Bytes read, fewer only at the end of the file; -1 with errno.
-ssize_t readFully(int file, char* to, std::size_t count, std::int64_t at) {
+/// Bytes read; -1 with errno. Fewer than `enough` only at the end of the file, which is not looked
+/// for behind that.
+ssize_t readFully(int file, char* to, std::size_t count, std::size_t enough, std::int64_t at) {
     std::size_t done = 0;
-    while (done < count) {
+    while (done < enough) {
         const ssize_t got = pread(file, to + done, count - done, at + static_cast<off_t>(done));
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) return -1;
@@ -165,9 +166,10 @@ int ItemCopier::copyVersion(const Item& item, int source, const struct statx& fa
                          (size == 0 || !item.pair->clones.load(std::memory_order_relaxed));
     bool isEndless = false;
     if (isSmall) {
-        // One byte more than it should have, so that its end is seen without another call.
+        // One byte more than it should have tells a file that has grown.
+        const auto expected = static_cast<std::size_t>(size);
         const ssize_t got =
-            readFully(source, buffer_->data(), static_cast<std::size_t>(size) + 1, 0);
+            readFully(source, buffer_->data(), expected + 1, std::max<std::size_t>(expected, 1), 0);
         if (got < 0) return errno;
         isEndless = got > size && saysItIsEmpty(facts);
         if (got != size && !isEndless) return FileCopy::changedMeanwhile;
@@ -262,7 +264,7 @@ int ItemCopier::readAndWrite(int source, int target, std::int64_t at, std::int64
     while (at < end) {
         const auto wanted = static_cast<std::size_t>(
             std::min<std::int64_t>(static_cast<std::int64_t>(bufferSize), end - at));
-        const ssize_t got = readFully(source, buffer_->data(), wanted, at);
+        const ssize_t got = readFully(source, buffer_->data(), wanted, wanted, at);
         if (got < 0) return errno;
         if (got == 0) return isEndless ? 0 : FileCopy::changedMeanwhile;
         if (const int errnum =
