@@ -118,7 +118,8 @@ public:
             changed_.wait_for(shared.mutex(), std::chrono::milliseconds(50));
             if (token.isCancelled()) job_.cancel();
             if (shared->question) {
-                const TransferConflict question = *std::exchange(shared->question, {});
+                const TransferConflict question = std::move(*shared->question);
+                shared->question.reset();
                 shared.mutex().unlock();
                 const ConflictDecision answer = ask(question, token);
                 shared.mutex().lock();
@@ -145,7 +146,8 @@ private:
             shared->question = conflict;
             changed_.notify_all();
             changed_.wait(shared.mutex(), [&] { return shared->answer.has_value(); });
-            decision = *std::exchange(shared->answer, {});
+            decision = *shared->answer;
+            shared->answer.reset();
         }
         if (decision.action == ConflictAction::stop) shared->stoppedAt = conflict;
         return decision;

@@ -49,6 +49,7 @@ void TransferJob::run() {
     state_->monitor.setReport(onProgress);
     TransferRun work(*this, state_->monitor);
     const TransferResult result = work.run();
+    state_->monitor.finishReports();
     if (onFinish) onFinish(result);
 }
 

@@ -112,17 +112,27 @@ void TransferMonitor::wake() {
 }
 
 void TransferMonitor::emit(bool force) {
-    const std::lock_guard order(reporting_);
-    TransferProgress progress;
-    {
-        const std::lock_guard lock(mutex_);
-        const double time = now();
-        if (!force && time - lastReport_ <= betweenReports) return;
-        progress_.bytesPerSecond = speed_.add(time, progress_.doneBytes);
-        lastReport_ = time;
-        progress = progress_;
+    std::unique_lock lock(mutex_);
+    const double time = now();
+    if (!force && time - lastReport_ <= betweenReports) return;
+    progress_.bytesPerSecond = speed_.add(time, progress_.doneBytes);
+    lastReport_ = time;
+    reportsAgain_ = true;
+    if (isReporting_ || !report_) return;
+    isReporting_ = true;
+    while (std::exchange(reportsAgain_, false)) {
+        const TransferProgress progress = progress_;
+        lock.unlock();
+        report_(progress);
+        lock.lock();
     }
-    if (report_) report_(progress);
+    isReporting_ = false;
+    changed_.notify_all();
+}
+
+void TransferMonitor::finishReports() {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [&] { return !isReporting_; });
 }
 
 TransferProgress TransferMonitor::progress() const {

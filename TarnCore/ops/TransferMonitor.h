@@ -16,7 +16,8 @@ namespace tarn {
 /// it share. Any thread.
 class TransferMonitor {
 public:
-    /// Calls of this come one at a time, on the thread that caused them.
+    /// Calls of this come one at a time and in order, on the thread that caused them or on one that
+    /// is reporting already; no lock is held meanwhile.
     void setReport(std::function<void(const TransferProgress&)> report);
 
     /// What the job is doing; shown as paused while it is paused. Reported at once.
@@ -44,6 +45,8 @@ public:
 
     /// Reports the progress: at most every 0.1 s unless forced.
     void emit(bool force);
+    /// Returns when no report is under way.
+    void finishReports();
     TransferProgress progress() const;
 
 private:
@@ -57,9 +60,8 @@ private:
     bool isPaused_ = false;
     double lastReport_ = -1;  ///< Seconds of the steady clock.
     SpeedMeter speed_;
-
-    /// Keeps reports in order; taken before mutex_. A report may cause another.
-    std::recursive_mutex reporting_;
+    bool isReporting_ = false;
+    bool reportsAgain_ = false;  ///< Something was to be reported meanwhile.
     std::function<void(const TransferProgress&)> report_;
 };
 
