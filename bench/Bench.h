@@ -18,17 +18,20 @@ struct Summary {
 /// `values` must not be empty.
 Summary summarise(std::vector<double> values);
 
+/// Seconds that one call of `body` takes.
+template <class Body>
+double measureOnce(Body&& body) {
+    const auto start = std::chrono::steady_clock::now();
+    body();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
 /// Seconds that `body` takes, of `runs` calls after one that is not counted.
 template <class Body>
 Summary measure(int runs, Body&& body) {
     body();
     std::vector<double> seconds;
-    for (int i = 0; i < runs; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        body();
-        seconds.push_back(
-            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-    }
+    for (int i = 0; i < runs; ++i) seconds.push_back(measureOnce(body));
     return summarise(std::move(seconds));
 }
 

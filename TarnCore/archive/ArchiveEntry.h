@@ -15,7 +15,7 @@ struct ArchiveEntry {
     std::string path;  ///< '/' between names, none at its ends; bytes as the archive has them.
     bool isDirectory = false;
     std::int64_t size = 0;  ///< Bytes, unpacked.
-    std::optional<Date> modified;
+    std::optional<Date> modified{};
 
     std::string_view name() const;
     std::string_view parent() const;  ///< "" at the top.

@@ -12,7 +12,6 @@
 #include <unistd.h>
 
 #include "TarnCore/base/FileDescriptor.h"
-#include "TarnCore/base/UUID.h"
 
 namespace tarn {
 namespace {
@@ -111,7 +110,10 @@ bool StoreFile::keepOldFile() const {
 }
 
 bool StoreFile::replace(const std::string& text) {
-    const URL temporary = beside(url_, "." + UUID::random().string());
+    // The lock keeps other writers away, so that a file of this name is what one has left that was
+    // ended here.
+    const URL temporary = beside(url_, ".new");
+    unlink(temporary.c_str());
     const FileDescriptor fd(
         open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, privateMode));
     if (!fd) return false;

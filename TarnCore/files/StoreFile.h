@@ -14,7 +14,8 @@ namespace tarn {
 /// seen half-written.
 ///
 /// Writers hold an exclusive flock on ".NAME.lock" beside the file from reading it to replacing it,
-/// and put a temporary file in its place by renaming. Used by one thread at a time.
+/// and put the temporary file ".NAME.new" in its place by renaming; one that a crash has left is
+/// taken away by the next writer. Used by one thread at a time.
 class StoreFile {
 public:
     explicit StoreFile(URL url) : url_(std::move(url)) {}

@@ -65,8 +65,9 @@ void TagShelf::take(State& state, std::vector<Entry> entries) {
     state.byInode.clear();
     for (std::size_t i = 0; i < state.entries.size(); ++i) {
         const Entry& entry = state.entries[i];
-        state.byPath.emplace(entry.url, i);
-        state.byInode.emplace(std::pair(entry.device, entry.inode), i);
+        // A number that is used again belongs to the entry that came last.
+        state.byPath.insert_or_assign(entry.url, i);
+        state.byInode.insert_or_assign({entry.device, entry.inode}, i);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "TarnCore/base/Clock.h"
+#include "TarnCore/platform/Archives.h"
 #include "TarnCore/platform/ContentTypes.h"
 #include "TarnCore/platform/ExtendedAttributes.h"
 #include "TarnCore/platform/FileCopy.h"
@@ -24,6 +25,7 @@ struct Platform {
     std::shared_ptr<ExtendedAttributes> attributes;
     std::shared_ptr<FileCopy> copying;
     std::shared_ptr<Trash> trash;
+    std::shared_ptr<Archives> archives;
     std::shared_ptr<FolderWatching> watching;
     std::shared_ptr<Volumes> volumes;
     std::shared_ptr<RecentFiles> recentFiles;

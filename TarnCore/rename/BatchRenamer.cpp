@@ -120,10 +120,17 @@ std::vector<RenamePreview> preview(const std::vector<URL>& urls,
     targets.reserve(urls.size());
     std::unordered_map<std::string_view, int> counts;
     counts.reserve(urls.size());
+    std::string_view folder;  // Of the file before, most often the same.
+    std::string loweredFolder;
     for (std::size_t i = 0; i < urls.size(); ++i) {
+        const std::string_view path = urls[i].path();
+        const std::string_view parent = path.substr(0, path.size() - urls[i].name().size());
+        if (parent != folder) {
+            folder = parent;
+            loweredFolder = Text::lowercased(parent);
+        }
         previews.push_back(renamed(urls[i], i, prepared, includeExtension, dates));
-        targets.push_back(
-            Text::lowercased(urls[i].parent().path() + "/" + previews.back().newName));
+        targets.push_back(loweredFolder + Text::lowercased(previews.back().newName));
         ++counts[targets.back()];
     }
 
@@ -133,11 +140,11 @@ std::vector<RenamePreview> preview(const std::vector<URL>& urls,
         const auto problem = [&]() -> std::optional<std::string> {
             if (auto found = nameProblem(preview)) return found;
             if (counts[targets[i]] > 1) return "Same name as another file in this rename";
-            const bool isSameName =
-                Text::lowercased(preview.newName) == Text::lowercased(preview.oldName);
-            if (isSameName && preview.newName.size() > longestFileName) return "Name is too long";
-            if (preview.changed() &&
-                folders.isTaken(preview.id.parent().appending(preview.newName), preview.id)) {
+            if (preview.newName.size() > longestFileName &&
+                Text::lowercased(preview.newName) == Text::lowercased(preview.oldName)) {
+                return "Name is too long";
+            }
+            if (preview.changed() && folders.isTaken(preview.id, preview.newName)) {
                 return "A file with this name already exists";
             }
             return std::nullopt;

@@ -14,49 +14,70 @@ namespace {
 /// folder that may be large.
 constexpr std::size_t worthReading = 32;
 
+bool isItem(const URL& url, const FileAttributes& item) {
+    const auto attributes = Platform::current().files->attributes(url, Links::keep);
+    return attributes && attributes->device == item.device && attributes->inode == item.inode;
+}
+
+/// Up to the last '/', with it.
+std::string folderPath(const URL& file) {
+    return file.path().substr(0, file.path().size() - file.name().size());
+}
+
 }  // namespace
 
-TargetFolders::TargetFolders(const std::vector<URL>& batch) : batch_(batch.begin(), batch.end()) {
+TargetFolders::TargetFolders(const std::vector<URL>& batch) : batch_(batch) {
+    Folder* last = nullptr;
+    std::string lastPath;
     for (const URL& file : batch) {
-        lowered_[Text::lowercased(file.path())].push_back(file);
-        ++counts_[file.parent()];
+        std::string path = folderPath(file);
+        if (!last || path != lastPath) {
+            last = &folders_[path];  // Stays where it is when more are added.
+            lastPath = std::move(path);
+        }
+        ++last->files;
     }
 }
 
-bool TargetFolders::mayExist(const URL& target) {
-    URL parent = target.parent();
-    if (counts_[parent] < worthReading) return true;
-    Folder& folder = folders_[parent];
+bool TargetFolders::mayExist(const URL& file, std::string_view newName) {
+    Folder& folder = folders_[folderPath(file)];
+    if (folder.files < worthReading) return true;
     if (!folder.wasRead) {
         folder.wasRead = true;
         try {
-            const auto reader = Platform::current().files->openFolder(parent);
+            const auto reader = Platform::current().files->openFolder(file.parent());
             for (auto names = reader->read(); !names.empty(); names = reader->read()) {
                 for (const FolderEntry& entry : names) {
                     folder.names.insert(Text::lowercased(entry.view()));
                 }
             }
         } catch (const std::system_error&) {
-            counts_[parent] = 0;  // It may be entered but not read: each name is asked for.
+            folder.files = 0;  // It may be entered but not read: each name is asked for.
             return true;
         }
     }
-    return folder.names.contains(Text::lowercased(target.name()));
+    return folder.names.contains(Text::lowercased(newName));
 }
 
-bool TargetFolders::isTaken(const URL& target, const URL& file) {
-    if (batch_.contains(target) || !mayExist(target)) return false;
-    const FileSystem& files = *Platform::current().files;
-    const auto there = files.attributes(target, Links::keep);
-    if (!there) return false;
-    const auto isThatItem = [&](const URL& other) {
-        const auto attributes = files.attributes(other, Links::keep);
-        return attributes && attributes->device == there->device &&
-               attributes->inode == there->inode;
-    };
-    if (isThatItem(file)) return false;
+bool TargetFolders::isOtherOfBatch(const URL& target, const FileAttributes& there) {
+    if (lowered_.empty()) {
+        for (const URL& file : batch_) {
+            paths_.insert(file.path());
+            lowered_[Text::lowercased(file.path())].push_back(&file);
+        }
+    }
+    if (paths_.contains(target.path())) return true;
     const auto found = lowered_.find(Text::lowercased(target.path()));
-    return found == lowered_.end() || std::ranges::none_of(found->second, isThatItem);
+    return found != lowered_.end() && std::ranges::any_of(found->second, [&](const URL* other) {
+               return isItem(*other, there);
+           });
+}
+
+bool TargetFolders::isTaken(const URL& file, const std::string& newName) {
+    if (!mayExist(file, newName)) return false;
+    const URL target = file.parent().appending(newName);
+    const auto there = Platform::current().files->attributes(target, Links::keep);
+    return there && !isItem(file, *there) && !isOtherOfBatch(target, *there);
 }
 
 }  // namespace tarn

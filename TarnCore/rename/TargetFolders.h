@@ -17,24 +17,27 @@ namespace tarn {
 /// that it serves a preview only.
 class TargetFolders {
 public:
+    /// `batch` must outlive this.
     explicit TargetFolders(const std::vector<URL>& batch);
 
-    /// True when something else than the file itself has that place, and it is not another file of
-    /// the batch, which will have moved away. On a disk that tells letter case apart, "a" and "A"
-    /// are two; on another, one.
-    bool isTaken(const URL& target, const URL& file);
+    /// True when something else than the file itself has that name in its folder, and it is not
+    /// another file of the batch, which will have moved away. On a disk that tells letter case
+    /// apart, "a" and "A" are two; on another, one.
+    bool isTaken(const URL& file, const std::string& newName);
 
 private:
     struct Folder {
+        std::size_t files = 0;                  ///< Of the batch.
         std::unordered_set<std::string> names;  ///< In lower case.
         bool wasRead = false;
     };
-    bool mayExist(const URL& target);
+    bool mayExist(const URL& file, std::string_view newName);
+    bool isOtherOfBatch(const URL& target, const FileAttributes& there);
 
-    std::unordered_set<URL> batch_;
-    std::unordered_map<std::string, std::vector<URL>> lowered_;  ///< By path in lower case.
-    std::unordered_map<URL, std::size_t> counts_;                ///< Files of the batch by folder.
-    std::unordered_map<URL, Folder> folders_;
+    const std::vector<URL>& batch_;
+    std::unordered_map<std::string, Folder> folders_;  ///< By the path up to the name.
+    std::unordered_set<std::string_view> paths_;
+    std::unordered_map<std::string, std::vector<const URL*>> lowered_;  ///< By path in lower case.
 };
 
 }  // namespace tarn

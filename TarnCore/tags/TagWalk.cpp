@@ -18,7 +18,9 @@ public:
 
     void visit(TreeWalker::Folder& folder, std::span<const FolderEntry> entries) override {
         const URL url = folder.url();
-        if (Paths::isInTrash(url) || url == caches_) return;
+        if (url == caches_ || entries.empty()) return;
+        // The folders of a Trash are not in it themselves, but what they hold is.
+        if (Paths::isInTrash(url.appending(entries.front().view()))) return;
         for (const FolderEntry& entry : entries) {
             if (entry.type == FileType::directory) folder.enter(entry.view());
             const bool isLink = entry.type == FileType::symlink;

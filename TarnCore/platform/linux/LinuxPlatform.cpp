@@ -1,6 +1,7 @@
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 
 #include "TarnCore/platform/linux/InotifyWatching.h"
+#include "TarnCore/platform/linux/LinuxArchives.h"
 #include "TarnCore/platform/linux/LinuxContentTypes.h"
 #include "TarnCore/platform/linux/LinuxExtendedAttributes.h"
 #include "TarnCore/platform/linux/LinuxFileCopy.h"
@@ -19,6 +20,7 @@ Platform makeLinuxPlatform() {
     platform.types = std::make_shared<LinuxContentTypes>();
     platform.attributes = std::make_shared<LinuxExtendedAttributes>();
     platform.copying = std::make_shared<LinuxFileCopy>();
+    platform.archives = std::make_shared<LinuxArchives>();
     platform.watching = std::make_shared<InotifyWatching>();
     platform.volumes = std::make_shared<LinuxVolumes>();
     platform.recentFiles = std::make_shared<LinuxRecentFiles>();
