@@ -4,9 +4,11 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Tarn/model/FileMime.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/WindowModel.h"
 #include "TarnCore/files/JSONStore.h"
+#include "TarnCore/ops/ChangeJournal.h"
 #include "TarnCore/platform/Platform.h"
 
 namespace tarn {
@@ -37,9 +39,29 @@ AppModel::AppModel(TaskPool& pool, QObject* parent)
     : QObject(parent),
       pool_(pool),
       stores_(std::make_unique<Stores>()),
-      settings_(stores_->settings.value()) {}
+      settings_(stores_->settings.value()),
+      transfers_(std::make_unique<TransferList>(history_)) {
+    setClipboard(std::make_unique<ProcessClipboard>());
+}
 
 AppModel::~AppModel() { flush(); }
+
+void AppModel::setClipboard(std::unique_ptr<Clipboard> clipboard) {
+    clipboard_ = std::move(clipboard);
+    connect(clipboard_.get(), &Clipboard::changed, this, &AppModel::readClipboard);
+    readClipboard();
+}
+
+void AppModel::readClipboard() {
+    std::unordered_set<URL> cut;
+    if (const QMimeData* data = clipboard_->data()) {
+        if (const auto files = FileMime::read(*data); files && files->isCut)
+            cut.insert(files->urls.begin(), files->urls.end());
+    }
+    if (cut == cutURLs_) return;
+    cutURLs_ = std::move(cut);
+    emit cutURLsChanged();
+}
 
 void AppModel::setSettings(AppSettings settings) {
     if (settings == settings_) return;
@@ -107,6 +129,7 @@ void AppModel::windowClosed(WindowModel* window) {
     closedTabs_.push_back(window->snapshot());
     // The last window's session is what the next start may want back.
     if (!windows_.empty()) saveSession();
+    transfers_->repeatQuestions();
 }
 
 void AppModel::saveSession() {
@@ -120,6 +143,7 @@ SessionState AppModel::storedSession() const { return stores_->session.value(); 
 void AppModel::startBackgroundServices() {
     if (servicesStarted_) return;
     servicesStarted_ = true;
+    pool_.run([] { ChangeJournal::repair(); });
     refreshVolumes();
     if (const auto& volumes = Platform::current().volumes) {
         volumeObserver_ = volumes->observe([self = QPointer<AppModel>(this)] {
@@ -135,6 +159,7 @@ void AppModel::flush() {
     stores_->iconSize.flush();
     stores_->recentFolders.flush();
     stores_->folderVisits.flush();
+    history_.flush();
 }
 
 }  // namespace tarn

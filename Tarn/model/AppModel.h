@@ -5,12 +5,16 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include <QtCore/QObject>
 
+#include "Tarn/model/Clipboard.h"
 #include "Tarn/model/DriveService.h"
+#include "Tarn/model/HistoryModel.h"
 #include "Tarn/model/ListingCache.h"
+#include "Tarn/model/TransferList.h"
 #include "Tarn/model/records/AppSettings.h"
 #include "Tarn/model/records/FolderViewPrefs.h"
 #include "Tarn/model/records/SessionState.h"
@@ -20,7 +24,8 @@ namespace tarn {
 
 class WindowModel;
 
-/// What all windows share: the stores, the volumes, the listings kept in memory.
+/// What all windows share: the stores, the volumes, the listings kept in memory, the history of
+/// changes, the transfers and the clipboard.
 ///
 /// Main thread only. One per process; it outlives every window.
 class AppModel final : public QObject {
@@ -51,6 +56,16 @@ public:
     const std::vector<Volume>& volumes() const { return volumes_; }
     void refreshVolumes();
 
+    HistoryModel& history() { return history_; }
+    TransferList& transfers() { return *transfers_; }
+
+    Clipboard& clipboard() { return *clipboard_; }
+    /// Instead of the one that only this process sees. Once, before the first window.
+    void setClipboard(std::unique_ptr<Clipboard> clipboard);
+    /// The files on the clipboard that pasting will move; views show them dimmed.
+    const std::unordered_set<URL>& cutURLs() const { return cutURLs_; }
+    bool isCut(const URL& url) const { return cutURLs_.contains(url); }
+
     /// Open windows, oldest first. Windows enter and leave by themselves.
     const std::vector<WindowModel*>& windows() const { return windows_; }
     void windowOpened(WindowModel* window);
@@ -71,9 +86,12 @@ public:
 signals:
     void settingsChanged();
     void volumesChanged();
+    void cutURLsChanged();
 
 private:
     struct Stores;
+
+    void readClipboard();
 
     TaskPool& pool_;
     std::unique_ptr<Stores> stores_;
@@ -83,6 +101,10 @@ private:
     std::vector<WindowModel*> windows_;
     std::vector<WindowSnapshot> closedTabs_;
     std::shared_ptr<void> volumeObserver_;
+    std::unique_ptr<Clipboard> clipboard_;
+    std::unordered_set<URL> cutURLs_;
+    HistoryModel history_{OperationHistory::defaultFile()};
+    std::unique_ptr<TransferList> transfers_;  ///< Ends before the history does.
     bool servicesStarted_ = false;
 };
 

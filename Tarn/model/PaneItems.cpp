@@ -123,7 +123,8 @@ QVariant PaneItems::headerData(int section, Qt::Orientation orientation, int rol
 }
 
 Qt::ItemFlags PaneItems::flags(const QModelIndex& index) const {
-    return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren
+    return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled |
+                                 Qt::ItemNeverHasChildren
                            : Qt::NoItemFlags;
 }
 

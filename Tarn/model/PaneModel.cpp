@@ -51,6 +51,7 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
     connect(&lateWatchTimer_, &QTimer::timeout, this, [this] {
         if (listUnlessBegun_) listUnlessBegun_();
     });
+    connect(&app, &AppModel::cutURLsChanged, this, &PaneModel::cutChanged);
     connect(&watcher_, &PaneWatcher::changed, this, &PaneModel::refreshSoon);
     connect(&search_, &PaneSearch::rowsChanged, this, &PaneModel::resultsChanged);
     connect(&search_, &PaneSearch::finished, this, &PaneModel::stateChanged);
@@ -306,7 +307,8 @@ void PaneModel::showListing(SharedRows rows, const SortOrder& sort, bool isParti
     if (!showsResults_) showRows(listing_);
     if (!selectWhenListed_.empty()) {
         select(selectWhenListed_);
-        if (!isPartial) selectWhenListed_.clear();
+        // Another listing follows, and this one may have begun before the items were there.
+        if (!isPartial && !missedChanges_) selectWhenListed_.clear();
     }
     if (sort != sort_ && !isPartial) resortListing();
 }
@@ -399,6 +401,13 @@ void PaneModel::select(const std::vector<URL>& urls) {
     if (!rows.empty())
         selection_.setCurrentIndex(items_.index(rows.front(), 0), QItemSelectionModel::NoUpdate);
 }
+
+void PaneModel::selectWhenListed(std::vector<URL> urls) {
+    selectWhenListed_ = std::move(urls);
+    reload();
+}
+
+bool PaneModel::isCut(const URL& url) const { return app_.isCut(url); }
 
 std::vector<FileItem> PaneModel::selectedItems() const {
     std::vector<int> rows;

@@ -65,6 +65,10 @@ public:
     bool hasSelection() const { return selection_.hasSelection(); }
     std::vector<FileItem> selectedItems() const;
     void select(const std::vector<URL>& urls);
+    /// Selects items that have just come into being, as soon as the pane has seen them.
+    void selectWhenListed(std::vector<URL> urls);
+    /// The item is on the clipboard and will go away when it is pasted.
+    bool isCut(const URL& url) const;
 
     ViewMode viewMode() const { return viewMode_; }
     void setViewMode(ViewMode mode);
@@ -118,6 +122,8 @@ signals:
     void viewModeChanged();
     void sortChanged();
     void iconSizeChanged();
+    /// What isCut() answers has changed.
+    void cutChanged();
     /// After the rows were replaced and the selection was put back.
     void rowsChanged();
 

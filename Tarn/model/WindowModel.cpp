@@ -4,6 +4,7 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/WindowOperations.h"
 #include "TarnCore/files/Paths.h"
 
 namespace tarn {
@@ -20,6 +21,7 @@ WindowModel::WindowModel(AppModel& app, const WindowSnapshot& snapshot, QObject*
     for (const PaneSnapshot& pane : snapshot.panes) addPane(pane.location, pane.viewMode);
     if (panes_.empty()) addPane(Location::folder(Paths::home()), std::nullopt);
     activeIndex_ = std::clamp(snapshot.activePane, 0, static_cast<int>(panes_.size()) - 1);
+    operations_ = std::make_unique<WindowOperations>(*this);
     updateTitle();
     app_.windowOpened(this);
 }
@@ -48,6 +50,29 @@ void WindowModel::setSidebarVisible(bool visible) {
     if (visible == sidebarVisible_) return;
     sidebarVisible_ = visible;
     emit sidebarVisibleChanged();
+}
+
+void WindowModel::showToast(Toast toast) {
+    toast_ = std::move(toast);
+    emit toastChanged();
+}
+
+void WindowModel::dismissToast(const UUID& id) {
+    if (!toast_ || toast_->id != id) return;
+    toast_.reset();
+    emit toastChanged();
+}
+
+void WindowModel::setShowsTransfers(bool shows) {
+    if (shows == showsTransfers_) return;
+    showsTransfers_ = shows;
+    emit showsTransfersChanged();
+}
+
+void WindowModel::setShowsHistory(bool shows) {
+    if (shows == showsHistory_) return;
+    showsHistory_ = shows;
+    emit showsHistoryChanged();
 }
 
 void WindowModel::openSelection() {

@@ -6,12 +6,14 @@
 #include <QtCore/QObject>
 
 #include "Tarn/model/PaneModel.h"
+#include "Tarn/model/Toast.h"
 #include "Tarn/model/records/SessionState.h"
 #include "TarnCore/base/UUID.h"
 
 namespace tarn {
 
 class AppModel;
+class WindowOperations;
 
 /// What one window shows: its panes and switches. Main thread only; `app` outlives it.
 class WindowModel final : public QObject {
@@ -39,6 +41,21 @@ public:
 
     WindowSnapshot snapshot() const;
 
+    /// The changes to files that are made here.
+    WindowOperations& operations() { return *operations_; }
+
+    /// The message that is shown now; absent for none.
+    const std::optional<Toast>& toast() const { return toast_; }
+    /// Takes the place of the one that is shown.
+    void showToast(Toast toast);
+    /// Nothing when another one is shown by now.
+    void dismissToast(const UUID& id);
+
+    bool showsTransfers() const { return showsTransfers_; }
+    void setShowsTransfers(bool shows);
+    bool showsHistory() const { return showsHistory_; }
+    void setShowsHistory(bool shows);
+
     /// Opens what is selected: one folder in the pane, anything else with its program.
     void openSelection();
 
@@ -50,6 +67,9 @@ signals:
     void titleChanged();
     void showHiddenChanged();
     void sidebarVisibleChanged();
+    void toastChanged();
+    void showsTransfersChanged();
+    void showsHistoryChanged();
     void editPathRequested();
     void focusSearchRequested();
     /// Files are to be opened with the desktop's programs for them.
@@ -67,6 +87,10 @@ private:
     bool showHidden_ = false;
     bool sidebarVisible_ = true;
     QString title_;
+    std::optional<Toast> toast_;
+    bool showsTransfers_ = false;
+    bool showsHistory_ = false;
+    std::unique_ptr<WindowOperations> operations_;
 };
 
 }  // namespace tarn

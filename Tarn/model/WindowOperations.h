@@ -35,6 +35,7 @@ struct PerformedChange {
 /// rest on the pool. Whatever was changed is recorded in the history, told in a toast with “Undo”
 /// and selected in the pane; whatever failed is told in a sentence.
 class WindowOperations final : public QObject {
+    Q_OBJECT
 public:
     /// The window owns it.
     explicit WindowOperations(WindowModel& window);

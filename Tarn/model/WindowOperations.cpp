@@ -1,0 +1,349 @@
+#include "Tarn/model/WindowOperations.h"
+
+#include <algorithm>
+
+#include "Tarn/model/AppModel.h"
+#include "Tarn/model/DisplayText.h"
+#include "Tarn/model/FileMime.h"
+#include "Tarn/model/MainThread.h"
+#include "Tarn/model/WindowModel.h"
+#include "TarnCore/base/Text.h"
+#include "TarnCore/files/DirectoryLister.h"
+#include "TarnCore/files/Format.h"
+#include "TarnCore/files/Paths.h"
+#include "TarnCore/ops/FileOps.h"
+
+namespace tarn {
+namespace {
+
+std::string quoted(std::string_view name) { return "“" + std::string(name) + "”"; }
+
+std::string countOf(std::size_t count) {
+    return Format::count(static_cast<std::int64_t>(count), "item");
+}
+
+/// “a.txt”, or “3 items”.
+std::string subject(const std::vector<URL>& urls) {
+    return urls.size() == 1 ? quoted(urls.front().name()) : countOf(urls.size());
+}
+
+std::vector<URL> urlsOf(const std::vector<FileItem>& items) {
+    std::vector<URL> urls;
+    urls.reserve(items.size());
+    for (const FileItem& item : items) urls.push_back(item.url);
+    return urls;
+}
+
+/// “Copied 3 items to “Documents””.
+std::string doneSentence(const TransferModel& transfer, std::size_t count) {
+    const std::string what =
+        count == transfer.sources().size() ? subject(transfer.sources()) : countOf(count);
+    switch (transfer.kind()) {
+        case TransferKind::copy:
+            return "Copied " + what + " to " +
+                   quoted(Paths::displayName(transfer.destination().value_or(URL())));
+        case TransferKind::move:
+            return "Moved " + what + " to " +
+                   quoted(Paths::displayName(transfer.destination().value_or(URL())));
+        case TransferKind::trash:
+            return "Moved " + what + " to the Trash";
+    }
+    return what;
+}
+
+std::string failureSentence(const TransferModel& transfer, const TransferResult& result) {
+    if (result.failures.size() == 1) return result.failures.front().message;
+    const std::string what = countOf(result.failures.size());
+    return what +
+           (transfer.kind() == TransferKind::copy ? " couldn’t be copied." : " couldn’t be moved.");
+}
+
+std::string_view symbolOf(TransferKind kind) {
+    switch (kind) {
+        case TransferKind::copy:
+            return symbol(OperationKind::copy);
+        case TransferKind::move:
+            return symbol(OperationKind::move);
+        case TransferKind::trash:
+            return symbol(OperationKind::trash);
+    }
+    return symbol(OperationKind::move);
+}
+
+}  // namespace
+
+WindowOperations::WindowOperations(WindowModel& window) : window_(window), app_(window.app()) {}
+
+WindowOperations::~WindowOperations() = default;
+
+// --- The clipboard
+
+void WindowOperations::put(bool isCut) {
+    const auto urls = urlsOf(window_.active().selectedItems());
+    if (urls.empty()) return;
+    app_.clipboard().set(FileMime::make({urls, isCut}));
+}
+
+void WindowOperations::copySelection() { put(false); }
+
+void WindowOperations::cutSelection() { put(true); }
+
+bool WindowOperations::canPaste() const {
+    if (!window_.active().location().isFolder()) return false;
+    const QMimeData* data = app_.clipboard().data();
+    return data && FileMime::read(*data).has_value();
+}
+
+void WindowOperations::paste() {
+    if (window_.active().location().isFolder()) pasteInto(window_.active().location().url);
+}
+
+void WindowOperations::pasteInto(const URL& folder) {
+    const QMimeData* data = app_.clipboard().data();
+    const auto files = data ? FileMime::read(*data) : std::nullopt;
+    if (!files) return;
+    if (!files->isCut) return copyTo(files->urls, folder);
+    // What was cut is pasted once.
+    app_.clipboard().set(nullptr);
+    moveTo(files->urls, folder);
+}
+
+void WindowOperations::pasteMoving() {
+    const QMimeData* data = app_.clipboard().data();
+    const auto files = data ? FileMime::read(*data) : std::nullopt;
+    if (!files || !window_.active().location().isFolder()) return;
+    app_.clipboard().set(nullptr);
+    moveTo(files->urls, window_.active().location().url);
+}
+
+// --- Transfers
+
+void WindowOperations::copyTo(std::vector<URL> urls, const URL& folder) {
+    if (Paths::isInTrash(folder)) return complain(tr("Files can’t be copied into the Trash."));
+    transfer(TransferKind::copy, std::move(urls), folder);
+}
+
+void WindowOperations::moveTo(std::vector<URL> urls, const URL& folder) {
+    if (Paths::isInTrash(folder)) return trash(std::move(urls));
+    std::erase_if(urls, [&folder](const URL& url) { return url.parent() == folder; });
+    transfer(TransferKind::move, std::move(urls), folder);
+}
+
+void WindowOperations::trash(std::vector<URL> urls) {
+    const auto isThere = [](const URL& url) { return Paths::isInTrash(url); };
+    if (!urls.empty() && std::all_of(urls.begin(), urls.end(), isThere))
+        return complain(displayText(subject(urls) + (urls.size() == 1 ? " is" : " are") +
+                                    " in the Trash already."));
+    std::erase_if(urls, isThere);
+    transfer(TransferKind::trash, std::move(urls), std::nullopt);
+}
+
+void WindowOperations::trashSelection() { trash(urlsOf(window_.active().selectedItems())); }
+
+void WindowOperations::transfer(TransferKind kind, std::vector<URL> urls,
+                                std::optional<URL> folder) {
+    if (urls.empty()) return;
+    TransferModel& added = app_.transfers().add(
+        kind, std::move(urls), std::move(folder),
+        [self = QPointer(this)](const TransferModel& transfer, const TransferResult& result,
+                                std::optional<UUID> entry) {
+            if (self) self->transferEnded(transfer, result, entry);
+        });
+    added.setWindowID(window_.id());
+}
+
+void WindowOperations::transferEnded(const TransferModel& transfer, const TransferResult& result,
+                                     std::optional<UUID> entry) {
+    if (transfer.kind() != TransferKind::trash) select(result.resultURLs);
+    if (!result.failures.empty())
+        complain(displayText(failureSentence(transfer, result)), entry);
+    else if (!result.notice.empty())
+        complain(displayText(result.notice), entry);
+    else if (entry)
+        say(displayText(doneSentence(transfer, result.resultURLs.size())),
+            symbolOf(transfer.kind()), entry);
+}
+
+// --- Changes
+
+void WindowOperations::createFolder(std::string name, std::function<void(const URL&)> then) {
+    if (!window_.active().location().isFolder()) return;
+    auto made = std::make_shared<URL>();
+    perform(
+        [folder = window_.active().location().url, name = std::move(name), made] {
+            FileChange change = FileOps::createFolder(folder, name);
+            *made = change.url;
+            PerformedChange done;
+            done.entry.kind = OperationKind::create;
+            done.entry.title = "New Folder " + quoted(change.url.name());
+            done.entry.steps = std::move(change.steps);
+            done.entry.fileCount = 1;
+            done.message = displayText("Created the folder " + quoted(change.url.name()));
+            done.results = {change.url};
+            return done;
+        },
+        [then = std::move(then), made](bool isDone) {
+            if (isDone && then) then(*made);
+        });
+}
+
+void WindowOperations::createFolderWithSelection(std::string name,
+                                                 std::function<void(const URL&)> then) {
+    const auto urls = urlsOf(window_.active().selectedItems());
+    if (!window_.active().location().isFolder() || urls.empty()) return;
+    auto made = std::make_shared<URL>();
+    perform(
+        [folder = window_.active().location().url, name = std::move(name), urls, made] {
+            FileChange change = FileOps::createFolder(urls, folder, name);
+            *made = change.url;
+            PerformedChange done;
+            done.entry.kind = OperationKind::move;
+            done.entry.title =
+                "New Folder " + quoted(change.url.name()) + " with " + countOf(urls.size());
+            done.entry.steps = std::move(change.steps);
+            done.entry.fileCount = static_cast<std::int64_t>(urls.size());
+            done.message =
+                displayText("Moved " + subject(urls) + " to " + quoted(change.url.name()));
+            done.results = {change.url};
+            return done;
+        },
+        [then = std::move(then), made](bool isDone) {
+            if (isDone && then) then(*made);
+        });
+}
+
+void WindowOperations::duplicateSelection() {
+    const auto urls = urlsOf(window_.active().selectedItems());
+    if (urls.empty()) return;
+    perform([urls] {
+        PerformedChange done;
+        done.entry.kind = OperationKind::duplicate;
+        try {
+            for (const URL& url : urls) {
+                FileChange change = FileOps::duplicate(url);
+                done.entry.steps.insert(done.entry.steps.end(), change.steps.begin(),
+                                        change.steps.end());
+                done.results.push_back(std::move(change.url));
+            }
+        } catch (const Error& error) {
+            done.failure = displayText(error.what());
+        }
+        const std::string what =
+            done.results.size() == urls.size() ? subject(urls) : countOf(done.results.size());
+        done.entry.title = "Duplicate " + what;
+        done.entry.fileCount = static_cast<std::int64_t>(done.results.size());
+        done.message = displayText("Duplicated " + what);
+        return done;
+    });
+}
+
+void WindowOperations::rename(const URL& url, std::string newName) {
+    if (url.name() == newName) return;
+    perform([url, newName = std::move(newName)] {
+        FileChange change = FileOps::rename(url, newName);
+        PerformedChange done;
+        done.entry.kind = OperationKind::rename;
+        done.entry.title = "Rename " + quoted(url.name()) + " to " + quoted(newName);
+        done.entry.steps = std::move(change.steps);
+        done.entry.fileCount = 1;
+        done.message = displayText("Renamed " + quoted(url.name()) + " to " + quoted(newName));
+        done.results = {change.url};
+        return done;
+    });
+}
+
+void WindowOperations::perform(std::function<PerformedChange()> work,
+                               std::function<void(bool)> then) {
+    app_.pool().run([work = std::move(work), then = std::move(then), self = QPointer(this),
+                     app = QPointer(&app_)] {
+        PerformedChange change;
+        bool isDone = true;
+        try {
+            change = work();
+        } catch (const std::exception& error) {
+            change.failure = displayText(error.what());
+            isDone = false;
+        }
+        MainThread::post(app, [change = std::move(change), then, isDone, self](AppModel& model) {
+            // The change stands, and is recorded, also when its window has gone meanwhile.
+            if (!change.entry.steps.empty()) model.history().record(change.entry);
+            if (self) self->changed(change);
+            if (self && then) then(isDone);
+        });
+    });
+}
+
+void WindowOperations::changed(const PerformedChange& change) {
+    std::optional<UUID> entry;
+    if (!change.entry.steps.empty()) entry = change.entry.id;
+    select(change.results);
+    if (!change.failure.isEmpty())
+        complain(change.failure, entry);
+    else if (!change.message.isEmpty())
+        say(change.message, symbol(change.entry.kind), entry);
+}
+
+void WindowOperations::select(const std::vector<URL>& results) {
+    if (results.empty()) return;
+    for (const auto& pane : window_.panes()) {
+        if (pane->location() != Location::folder(results.front().parent())) continue;
+        pane->selectWhenListed(results);
+        return;
+    }
+}
+
+// --- Taking back
+
+void WindowOperations::undo() {
+    app_.history().undo([self = QPointer(this)](const HistoryModel::Outcome& outcome) {
+        if (!self) return;
+        if (!outcome.failure.isEmpty()) return self->complain(outcome.failure);
+        self->say(outcome.entry ? tr("Undone: %1").arg(displayText(outcome.entry->title))
+                                : tr("There is nothing to undo."),
+                  "arrow.uturn.backward");
+    });
+}
+
+void WindowOperations::undo(const UUID& entry) {
+    app_.history().undo(entry, [self = QPointer(this)](const HistoryModel::Outcome& outcome) {
+        if (!self) return;
+        if (!outcome.failure.isEmpty()) return self->complain(outcome.failure);
+        self->say(outcome.entry ? tr("Undone: %1").arg(displayText(outcome.entry->title))
+                                : tr("This change has been undone already."),
+                  "arrow.uturn.backward");
+    });
+}
+
+void WindowOperations::redo() {
+    app_.history().redo([self = QPointer(this)](const HistoryModel::Outcome& outcome) {
+        if (!self) return;
+        if (!outcome.failure.isEmpty()) return self->complain(outcome.failure);
+        self->say(outcome.entry ? tr("Done again: %1").arg(displayText(outcome.entry->title))
+                                : tr("There is nothing to redo."),
+                  "arrow.uturn.forward");
+    });
+}
+
+// --- Telling
+
+void WindowOperations::say(const QString& message, std::string_view symbol,
+                           std::optional<UUID> undo) {
+    Toast toast;
+    toast.message = message;
+    toast.symbol = symbol;
+    toast.undoable = undo.has_value();
+    toast.undoID = undo;
+    window_.showToast(std::move(toast));
+}
+
+void WindowOperations::complain(const QString& sentence, std::optional<UUID> undo) {
+    Toast toast;
+    toast.message = sentence;
+    toast.symbol = "exclamationmark.triangle";
+    toast.isError = true;
+    toast.undoable = undo.has_value();
+    toast.undoID = undo;
+    window_.showToast(std::move(toast));
+}
+
+}  // namespace tarn
