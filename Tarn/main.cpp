@@ -8,6 +8,8 @@
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/theme/Theme.h"
+#include "Tarn/ui/transfers/DesktopClipboard.h"
+#include "Tarn/ui/transfers/SleepInhibitor.h"
 #include "Tarn/ui/window/BrowserWindow.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
@@ -54,6 +56,8 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName(QStringLiteral("tarn"));
     Theme::install(qt);
     AppModel app;
+    app.setClipboard(std::make_unique<DesktopClipboard>());
+    const SleepInhibitor inhibitor(app.transfers());
     app.startBackgroundServices();
 
     const URL here = URL::fromPath(QDir::currentPath().toStdString());

@@ -55,7 +55,8 @@ void AppModel::setClipboard(std::unique_ptr<Clipboard> clipboard) {
 void AppModel::readClipboard() {
     std::unordered_set<URL> cut;
     if (const QMimeData* data = clipboard_->data()) {
-        if (const auto files = FileMime::read(*data); files && files->isCut)
+        // Not from plain text, which never says that it was cut.
+        if (const auto files = FileMime::readDrag(*data); files && files->isCut)
             cut.insert(files->urls.begin(), files->urls.end());
     }
     if (cut == cutURLs_) return;

@@ -32,7 +32,9 @@ std::vector<URL> localURLs(const std::vector<std::string_view>& lines) {
 }
 
 std::string bytes(const QMimeData& data, const char* format) {
-    return data.data(QString::fromLatin1(format)).toStdString();
+    const QString name = QString::fromLatin1(format);
+    // Asking another program for what it does not have may take a while.
+    return data.hasFormat(name) ? data.data(name).toStdString() : std::string();
 }
 
 std::optional<Files> readCopiedFiles(const QMimeData& data) {

@@ -366,6 +366,7 @@ void PaneModel::showRows(const SharedRows& rows) {
     if (rows == items_.rows()) return;
     std::vector<URL> selected;
     std::optional<URL> current;
+    const int currentRow = selection_.currentIndex().row();
     for (const QItemSelectionRange& range : selection_.selection()) {
         for (int row = range.top(); row <= range.bottom(); ++row)
             selected.push_back(items_.item(row).url);
@@ -375,8 +376,10 @@ void PaneModel::showRows(const SharedRows& rows) {
     items_.show(rows);
     if (!selected.empty()) select(selected);
     if (current) {
-        if (const auto row = items_.row(*current))
-            selection_.setCurrentIndex(items_.index(*row, 0), QItemSelectionModel::NoUpdate);
+        // The keyboard goes on from where an item was that has gone.
+        const int row = items_.row(*current).value_or(std::min(currentRow, items_.count() - 1));
+        if (row >= 0)
+            selection_.setCurrentIndex(items_.index(row, 0), QItemSelectionModel::NoUpdate);
     }
     emit rowsChanged();
 }

@@ -175,7 +175,7 @@ void WindowOperations::createFolder(std::string name, std::function<void(const U
             *made = change.url;
             PerformedChange done;
             done.entry.kind = OperationKind::create;
-            done.entry.title = "New Folder " + quoted(change.url.name());
+            done.entry.title = "New folder " + quoted(change.url.name());
             done.entry.steps = std::move(change.steps);
             done.entry.fileCount = 1;
             done.message = displayText("Created the folder " + quoted(change.url.name()));
@@ -197,9 +197,9 @@ void WindowOperations::createFolderWithSelection(std::string name,
             FileChange change = FileOps::createFolder(urls, folder, name);
             *made = change.url;
             PerformedChange done;
-            done.entry.kind = OperationKind::move;
+            done.entry.kind = OperationKind::create;
             done.entry.title =
-                "New Folder " + quoted(change.url.name()) + " with " + countOf(urls.size());
+                "New folder " + quoted(change.url.name()) + " with " + countOf(urls.size());
             done.entry.steps = std::move(change.steps);
             done.entry.fileCount = static_cast<std::int64_t>(urls.size());
             done.message =

@@ -199,7 +199,7 @@ void PaneGridView::paintRow(QPainter& painter, int row, const QRect& rect) {
     Paint::row(painter, rect, isSelected(row), isHovered(row));
     if (hasCursor(row))
         Paint::focusRing(painter, QRectF(rect).adjusted(1, 1, -1, -1), Metrics::radiusRow);
-    painter.setOpacity(item.isHidden ? hiddenOpacity : 1.0);
+    painter.setOpacity(item.isHidden || pane().isCut(item.url) ? hiddenOpacity : 1.0);
     const QRect place(rect.left() + (rect.width() - iconSize()) / 2, rect.top() + padding,
                       iconSize(), iconSize());
     paintPicture(painter, item, place);

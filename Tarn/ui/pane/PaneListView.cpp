@@ -18,7 +18,7 @@ constexpr int rowHeight = Metrics::rowDefault;
 constexpr int sideMargin = Metrics::space8;
 constexpr int cellPadding = Metrics::space8;
 
-/// Hidden files are shown, but step back.
+/// Hidden files, and those that were cut, are shown but step back.
 constexpr double hiddenOpacity = 0.55;
 
 /// What each column needs, as texts of the usual length; the name takes the rest.
@@ -204,7 +204,7 @@ void PaneListView::paintRow(QPainter& painter, int row, const QRect& rect) {
     if (hasCursor(row))
         Paint::focusRing(painter, QRectF(rect).adjusted(1, 1, -1, -1), Metrics::radiusRow);
 
-    const double opacity = item.isHidden ? hiddenOpacity : 1.0;
+    const double opacity = item.isHidden || pane().isCut(item.url) ? hiddenOpacity : 1.0;
     painter.setOpacity(opacity);
     const QRect nameCell = cellRect(rect, section(PaneColumn::name));
     const QRect iconRect(nameCell.left(), rect.center().y() - Metrics::iconRow / 2 + 1,

@@ -7,6 +7,9 @@
 #include <QtWidgets/QToolTip>
 
 #include "Tarn/model/PaneModel.h"
+#include "Tarn/ui/drag/DropLabel.h"
+#include "Tarn/ui/drag/FileDrag.h"
+#include "Tarn/ui/drag/FileDrop.h"
 #include "Tarn/ui/pane/PaneAccessibility.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Metrics.h"
@@ -21,6 +24,11 @@ constexpr qint64 typingPause = 1000;
 constexpr int statusRoom = 2 * Metrics::space16;
 
 constexpr int bandFillAlpha = 40;
+
+/// While something is dragged near the upper or lower edge, the rows move by themselves.
+constexpr int dragScrollEdge = Metrics::space24;
+constexpr int dragScrollPixels = Metrics::space12;
+constexpr int dragScrollInterval = 30;  // milliseconds
 
 }  // namespace
 
@@ -39,6 +47,9 @@ void PaneView::begin() {
     setVerticalScrollMode(ScrollPerPixel);
     setMouseTracking(true);
     viewport()->setMouseTracking(true);
+    setDragEnabled(true);
+    setAcceptDrops(true);
+    setAutoScroll(true);
     // The default context menu of a scroll area holds nothing.
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(&pane_, &PaneModel::rowsChanged, this, [this] {
@@ -50,6 +61,9 @@ void PaneView::begin() {
         verticalScrollBar()->setValue(0);
         viewport()->update();
     });
+    connect(&pane_, &PaneModel::cutChanged, viewport(), qOverload<>(&QWidget::update));
+    connect(&dragScroll_, &QTimer::timeout, this,
+            [this] { verticalScrollBar()->setValue(verticalOffset() + dragScrollStep_); });
     connect(&pane_.selection(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) {
                 if (!current.isValid()) return;
@@ -146,6 +160,12 @@ void PaneView::paintEvent(QPaintEvent* event) {
             paintRow(painter, row, rowRect(row).translated(-offset));
     }
     paintBand(painter);
+    if (dropRow_) {
+        const QRect target = *dropRow_ >= 0 && *dropRow_ < rowCount()
+                                 ? rowRect(*dropRow_).translated(-offset)
+                                 : viewport()->rect();
+        Paint::focusRing(painter, QRectF(target).adjusted(1, 1, -1, -1), Metrics::radiusRow);
+    }
     // While results stream in, what has been on the screen keeps its place.
     if (const auto rows = visibleRows()) pane_.rowsSeen(rows->last + 1);
 }
@@ -219,6 +239,92 @@ void PaneView::mouseReleaseEvent(QMouseEvent* event) {
     if (!bandStart_) return;
     bandStart_.reset();
     viewport()->update();
+}
+
+// --- Dragging
+
+void PaneView::startDrag(Qt::DropActions) {
+    const std::vector<FileItem> items = pane_.selectedItems();
+    if (items.empty()) return;
+    hover(-1);
+    FileDrag::start(*this, items, FileDrag::image(items, dragPicture_, devicePixelRatioF()));
+}
+
+std::optional<std::pair<URL, int>> PaneView::dropTarget(const QPoint& point) const {
+    if (const int row = rowAt(toContent(point)); row >= 0) {
+        const FileItem& item = pane_.items().item(row);
+        if (item.isDirectory) return std::pair(item.url, row);
+    }
+    if (pane_.location().isFolder() && !pane_.showsResults())
+        return std::pair(pane_.location().url, -1);
+    return std::nullopt;
+}
+
+void PaneView::scrollWhileDragging(std::optional<QPoint> point) {
+    dragScrollStep_ = 0;
+    if (point && point->y() < dragScrollEdge) dragScrollStep_ = -dragScrollPixels;
+    if (point && point->y() > viewport()->height() - dragScrollEdge)
+        dragScrollStep_ = dragScrollPixels;
+    if (dragScrollStep_ == 0)
+        dragScroll_.stop();
+    else if (!dragScroll_.isActive())
+        dragScroll_.start(dragScrollInterval);
+}
+
+void PaneView::showDropTarget(std::optional<int> row) {
+    if (row == dropRow_) return;
+    dropRow_ = row;
+    viewport()->update();
+}
+
+void PaneView::dragEnterEvent(QDragEnterEvent* event) { dragMoveEvent(event); }
+
+void PaneView::dragMoveEvent(QDragMoveEvent* event) {
+    const QPoint point = event->position().toPoint();
+    scrollWhileDragging(point);
+    const auto target = dropTarget(point);
+    auto drop = target ? FileDrop::of(*event, target->first) : std::nullopt;
+    int row = target ? target->second : -1;
+    // Over a folder that is itself being dragged, its neighbours mean the pane.
+    if (!drop && row >= 0 && pane_.location().isFolder() && !pane_.showsResults()) {
+        row = -1;
+        drop = FileDrop::of(*event, pane_.location().url);
+    }
+    if (!drop) {
+        showDropTarget(std::nullopt);
+        DropLabel::hide(*this);
+        // Accepted all the same: a drag that was refused once would not be told of again.
+        event->setDropAction(Qt::IgnoreAction);
+        event->accept();
+        return;
+    }
+    showDropTarget(row);
+    DropLabel::show(*viewport(), point, *drop);
+    drop->accept(*event);
+}
+
+void PaneView::dragLeaveEvent(QDragLeaveEvent*) {
+    scrollWhileDragging(std::nullopt);
+    showDropTarget(std::nullopt);
+    DropLabel::hide(*this);
+}
+
+void PaneView::dropEvent(QDropEvent* event) {
+    const auto row = dropRow_;
+    scrollWhileDragging(std::nullopt);
+    showDropTarget(std::nullopt);
+    DropLabel::hide(*this);
+    std::optional<FileDrop> drop;
+    if (row && *row >= 0 && *row < rowCount())
+        drop = FileDrop::of(*event, pane_.items().item(*row).url);
+    else if (row && pane_.location().isFolder())
+        drop = FileDrop::of(*event, pane_.location().url);
+    if (!drop) {
+        event->ignore();
+        return;
+    }
+    drop->accept(*event);
+    emit dropped(*drop);
 }
 
 // --- Selection

@@ -1,13 +1,20 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QTimer>
+#include <QtGui/QPixmap>
 #include <QtWidgets/QAbstractItemView>
+
+#include "TarnCore/base/URL.h"
 
 namespace tarn {
 
 class PaneModel;
+struct FileDrop;
+struct FileItem;
 
 /// What the list and the grid of a pane share: rows of one size, so that every question about
 /// geometry is answered by arithmetic and 100,000 rows cost as much as ten.
@@ -36,7 +43,14 @@ public:
     /// Puts the focus here and selects the first row when none is.
     void enter();
 
+    /// The picture that a dragged item shows instead of its icon; null for none.
+    void setDragPictures(std::function<QPixmap(const FileItem&)> picture) {
+        dragPicture_ = std::move(picture);
+    }
+
 signals:
+    /// Files were let go over a folder of the rows, or over the pane's own.
+    void dropped(const tarn::FileDrop& drop);
     /// Up was pressed on the first row.
     void leftAtTop();
 
@@ -88,8 +102,19 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     bool viewportEvent(QEvent* event) override;
+    void startDrag(Qt::DropActions actions) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
+    /// Where a drop at a point of the viewport goes: the folder in that row, else the pane's own;
+    /// the row is -1 for that one. Absent where nothing can be dropped.
+    std::optional<std::pair<URL, int>> dropTarget(const QPoint& point) const;
+    void showDropTarget(std::optional<int> row);
+    /// With the place of what is dragged; absent when it has left.
+    void scrollWhileDragging(std::optional<QPoint> point);
     void hover(int row);
     void paintBand(QPainter& painter) const;
     bool isTyping() const;
@@ -101,7 +126,11 @@ private:
     QElapsedTimer sinceTyped_;
     std::optional<QPoint> bandStart_;  ///< Content coordinates; a rubber band is being drawn.
     QPoint bandEnd_;
-    bool showsCursor_ = false;  ///< The keyboard was used last, not the pointer.
+    bool showsCursor_ = false;    ///< The keyboard was used last, not the pointer.
+    std::optional<int> dropRow_;  ///< Would take the drop; -1 for the pane as a whole.
+    std::function<QPixmap(const FileItem&)> dragPicture_;
+    QTimer dragScroll_;
+    int dragScrollStep_ = 0;  ///< Pixels, downwards.
 };
 
 }  // namespace tarn

@@ -1,6 +1,7 @@
 #include "Tarn/ui/pane/PaneWidget.h"
 
 #include <QtGui/QClipboard>
+#include <QtGui/QDropEvent>
 #include <QtGui/QGuiApplication>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QScrollBar>
@@ -8,6 +9,9 @@
 
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/model/WindowOperations.h"
+#include "Tarn/ui/drag/DropLabel.h"
+#include "Tarn/ui/drag/FileDrop.h"
 #include "Tarn/ui/pane/PaneGridView.h"
 #include "Tarn/ui/pane/PaneListView.h"
 #include "Tarn/ui/states/SkeletonRows.h"
@@ -47,6 +51,7 @@ PaneWidget::PaneWidget(WindowModel& window, PaneModel& pane, QWidget* parent)
     for (QWidget* page : {static_cast<QWidget*>(list_), static_cast<QWidget*>(grid_),
                           static_cast<QWidget*>(skeleton_), static_cast<QWidget*>(state_)})
         pages_->addWidget(page);
+    setAcceptDrops(true);
     watch(list_);
     watch(grid_);
     connectThumbnails();
@@ -74,6 +79,12 @@ PaneWidget::PaneWidget(WindowModel& window, PaneModel& pane, QWidget* parent)
 void PaneWidget::watch(PaneView* view) {
     connect(view, &PaneView::activated, this, [this] { window_.openSelection(); });
     connect(view, &PaneView::leftAtTop, this, &PaneWidget::leftAtTop);
+    connect(view, &PaneView::dropped, this,
+            [this](const FileDrop& drop) { drop.perform(window_.operations()); });
+    view->setDragPictures([this](const FileItem& item) {
+        if (!item.modified || !ThumbnailLoader::canThumbnail(item)) return QPixmap();
+        return thumbnails_.cached(item.url, *item.modified);
+    });
     connect(view, &PaneView::customContextMenuRequested, this,
             [this, view](const QPoint& point) { openMenu(view->viewport()->mapToGlobal(point)); });
 }
@@ -113,6 +124,38 @@ void PaneWidget::say(const QString& sentence) {
 void PaneWidget::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     showStatus();
+}
+
+// --- Drops on a page without rows
+
+void PaneWidget::dragEnterEvent(QDragEnterEvent* event) { dragMoveEvent(event); }
+
+void PaneWidget::dragMoveEvent(QDragMoveEvent* event) {
+    const auto drop = pane_.location().isFolder() && !pane_.showsResults()
+                          ? FileDrop::of(*event, pane_.location().url)
+                          : std::nullopt;
+    state_->setDropTarget(drop.has_value());
+    if (!drop) {
+        DropLabel::hide(*this);
+        event->ignore();
+        return;
+    }
+    drop->accept(*event);
+    DropLabel::show(*this, event->position().toPoint(), *drop);
+}
+
+void PaneWidget::dragLeaveEvent(QDragLeaveEvent*) {
+    state_->setDropTarget(false);
+    DropLabel::hide(*this);
+}
+
+void PaneWidget::dropEvent(QDropEvent* event) {
+    state_->setDropTarget(false);
+    DropLabel::hide(*this);
+    const auto drop = FileDrop::of(*event, pane_.location().url);
+    if (!drop) return;
+    drop->accept(*event);
+    drop->perform(window_.operations());
 }
 
 // --- What is shown

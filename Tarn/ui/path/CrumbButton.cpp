@@ -2,8 +2,11 @@
 
 #include <algorithm>
 
+#include <QtGui/QDropEvent>
 #include <QtGui/QPainter>
 
+#include "Tarn/ui/drag/DropLabel.h"
+#include "Tarn/ui/drag/FileDrop.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
@@ -59,7 +62,7 @@ void CrumbButton::paintEvent(QPaintEvent*) {
     if (isDown() || underMouse())
         Paint::fill(painter, face, radiusSmall,
                     colors.tinted(colors.base, isDown() ? checkedHoverTint : hoverTint));
-    if (hasFocus()) Paint::focusRing(painter, face, radiusSmall);
+    if (hasFocus() || isDropTarget_) Paint::focusRing(painter, face, radiusSmall);
     if (!icon().isNull())
         icon().paint(&painter,
                      placed(QRect(space8, (height() - iconSmall) / 2, iconSmall, iconSmall)));
@@ -76,6 +79,40 @@ void CrumbButton::paintEvent(QPaintEvent*) {
         Icons::symbol(isRightToLeft() ? "chevron.left" : "chevron.right", Icons::Tint::secondary)
             .paint(&painter, mark);
     }
+}
+
+void CrumbButton::setDropFolder(const URL& folder) {
+    folder_ = folder;
+    setAcceptDrops(true);
+}
+
+void CrumbButton::setDropTarget(bool isTarget) {
+    isDropTarget_ = isTarget;
+    if (!isTarget) DropLabel::hide(*this);
+    update();
+}
+
+void CrumbButton::dragEnterEvent(QDragEnterEvent* event) { dragMoveEvent(event); }
+
+void CrumbButton::dragMoveEvent(QDragMoveEvent* event) {
+    const auto drop = folder_ ? FileDrop::of(*event, *folder_) : std::nullopt;
+    setDropTarget(drop.has_value());
+    if (!drop) {
+        event->ignore();
+        return;
+    }
+    drop->accept(*event);
+    DropLabel::show(*this, event->position().toPoint(), *drop);
+}
+
+void CrumbButton::dragLeaveEvent(QDragLeaveEvent*) { setDropTarget(false); }
+
+void CrumbButton::dropEvent(QDropEvent* event) {
+    setDropTarget(false);
+    const auto drop = folder_ ? FileDrop::of(*event, *folder_) : std::nullopt;
+    if (!drop) return;
+    drop->accept(*event);
+    emit dropped(*drop);
 }
 
 }  // namespace tarn

@@ -1,10 +1,15 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include <QtWidgets/QAbstractButton>
 
+#include "TarnCore/base/URL.h"
+
 namespace tarn {
+
+struct FileDrop;
 
 /// One folder on the way, with the mark that leads to the next.
 class CrumbButton final : public QAbstractButton {
@@ -15,19 +20,32 @@ public:
 
     /// The last crumb is where one is: it stands out and leads nowhere.
     void setLast(bool last);
+    /// Files can be dropped on it, for that folder.
+    void setDropFolder(const URL& folder);
     QSize sizeHint() const override;
     /// Enough for a few letters and the dots.
     int shortestWidth() const;
 
+signals:
+    void dropped(const tarn::FileDrop& drop);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     int textLeft() const;
     int markWidth() const;
 
+    void setDropTarget(bool isTarget);
+
     bool last_ = false;
+    bool isDropTarget_ = false;
+    std::optional<URL> folder_;  ///< Takes what is dropped.
 };
 
 }  // namespace tarn

@@ -101,6 +101,8 @@ void PathBar::rebuild() {
             auto* button = addCrumb(text, symbol);
             connect(button, &CrumbButton::clicked, this,
                     [this, folder] { emit folderChosen(folder); });
+            button->setDropFolder(folder);
+            connect(button, &CrumbButton::dropped, this, &PathBar::dropped);
             crumbs_.push_back({folder, button});
         }
     }

@@ -14,6 +14,7 @@ namespace tarn {
 
 class CrumbButton;
 class PathEdit;
+struct FileDrop;
 
 /// Where the pane is: the folders on the way as buttons, or the path as text. What has no room is
 /// folded on the left into a menu. The disk is never touched on the main thread.
@@ -43,6 +44,8 @@ signals:
     void folderChosen(const tarn::URL& folder);
     /// The typed path is a file: its folder is meant, with the file selected.
     void fileChosen(const tarn::URL& file);
+    /// Files were let go over one of the crumbs.
+    void dropped(const tarn::FileDrop& drop);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

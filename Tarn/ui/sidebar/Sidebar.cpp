@@ -1,10 +1,15 @@
 #include "Tarn/ui/sidebar/Sidebar.h"
 
+#include <QtGui/QDropEvent>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QKeyEvent>
+#include <QtGui/QPainter>
 
+#include "Tarn/ui/drag/DropLabel.h"
+#include "Tarn/ui/drag/FileDrop.h"
 #include "Tarn/ui/sidebar/SidebarDelegate.h"
 #include "Tarn/ui/theme/Metrics.h"
+#include "Tarn/ui/theme/Paint.h"
 
 namespace tarn {
 
@@ -16,6 +21,7 @@ Sidebar::Sidebar(QWidget* parent) : QListView(parent) {
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setMouseTracking(true);
+    setAcceptDrops(true);
     viewport()->setAttribute(Qt::WA_Hover);
     viewport()->setBackgroundRole(QPalette::Window);
     setViewportMargins(0, Metrics::space8, 0, Metrics::space8);
@@ -73,6 +79,59 @@ void Sidebar::keyPressEvent(QKeyEvent* event) {
         default:
             QListView::keyPressEvent(event);
     }
+}
+
+void Sidebar::paintEvent(QPaintEvent* event) {
+    QListView::paintEvent(event);
+    if (!dropTarget_.isValid()) return;
+    QPainter painter(viewport());
+    Paint::focusRing(
+        painter, QRectF(visualRect(dropTarget_)).adjusted(Metrics::space8, 1, -Metrics::space8, -1),
+        Metrics::radiusRow);
+}
+
+std::optional<FileDrop> Sidebar::dropAt(const QDropEvent& event) const {
+    const QModelIndex index = indexAt(event.position().toPoint());
+    if (!model_ || !index.isValid()) return std::nullopt;
+    const SidebarRow& row = model_->row(index.row());
+    if (row.kind == SidebarRow::Kind::heading || !row.location.isFolder()) return std::nullopt;
+    return FileDrop::of(event, row.location.url);
+}
+
+void Sidebar::showDropTarget(const QModelIndex& index) {
+    if (!index.isValid()) DropLabel::hide(*this);
+    if (index == dropTarget_) return;
+    dropTarget_ = index;
+    viewport()->update();
+}
+
+void Sidebar::dragEnterEvent(QDragEnterEvent* event) { dragMoveEvent(event); }
+
+void Sidebar::dragMoveEvent(QDragMoveEvent* event) {
+    const auto drop = dropAt(*event);
+    if (!drop) {
+        showDropTarget({});
+        // Accepted all the same: a drag that was refused once would not be told of again.
+        event->setDropAction(Qt::IgnoreAction);
+        event->accept();
+        return;
+    }
+    showDropTarget(indexAt(event->position().toPoint()));
+    DropLabel::show(*viewport(), event->position().toPoint(), *drop);
+    drop->accept(*event);
+}
+
+void Sidebar::dragLeaveEvent(QDragLeaveEvent*) { showDropTarget({}); }
+
+void Sidebar::dropEvent(QDropEvent* event) {
+    showDropTarget({});
+    const auto drop = dropAt(*event);
+    if (!drop) {
+        event->ignore();
+        return;
+    }
+    drop->accept(*event);
+    emit dropped(*drop);
 }
 
 void Sidebar::focusInEvent(QFocusEvent* event) {

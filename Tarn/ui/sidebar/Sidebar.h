@@ -1,10 +1,14 @@
 #pragma once
 
+#include <optional>
+
 #include <QtWidgets/QListView>
 
 #include "Tarn/model/SidebarModel.h"
 
 namespace tarn {
+
+struct FileDrop;
 
 /// The places one goes to, by a click or by the arrows and Enter.
 class Sidebar final : public QListView {
@@ -21,19 +25,29 @@ public:
 
 signals:
     void chosen(const tarn::Location& location);
+    /// Files were let go over a place.
+    void dropped(const tarn::FileDrop& drop);
 
 protected:
     /// Headings are passed over.
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     using QListView::setModel;
     void choose(const QModelIndex& index);
+    std::optional<FileDrop> dropAt(const QDropEvent& event) const;
+    void showDropTarget(const QModelIndex& index);
 
     SidebarModel* model_ = nullptr;
     Location current_;
+    QPersistentModelIndex dropTarget_;
 };
 
 }  // namespace tarn

@@ -1,6 +1,7 @@
 #include "Tarn/ui/states/StatePage.h"
 
 #include <QtCore/QEvent>
+#include <QtGui/QPainter>
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
@@ -8,6 +9,7 @@
 #include "Tarn/ui/states/SymbolView.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Metrics.h"
+#include "Tarn/ui/theme/Paint.h"
 
 namespace tarn {
 
@@ -67,6 +69,18 @@ void StatePage::setContent(const StateContent& content) {
     action_->setVisible(!content.action.isEmpty());
     setAccessibleName(content.title);
     setAccessibleDescription(content.sentence);
+}
+
+void StatePage::setDropTarget(bool isTarget) {
+    if (isTarget == isDropTarget_) return;
+    isDropTarget_ = isTarget;
+    update();
+}
+
+void StatePage::paintEvent(QPaintEvent*) {
+    if (!isDropTarget_) return;
+    QPainter painter(this);
+    Paint::focusRing(painter, QRectF(rect()).adjusted(1, 1, -1, -1), Metrics::radiusRow);
 }
 
 void StatePage::applyFonts() { title_->setFont(Fonts::screenTitle()); }

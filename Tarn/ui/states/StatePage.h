@@ -30,17 +30,21 @@ public:
 
     void setContent(const StateContent& content);
     const StateContent& content() const { return content_; }
+    /// Outlines the page while files that it takes are dragged over it.
+    void setDropTarget(bool isTarget);
 
 signals:
     void actionTriggered();
 
 protected:
     void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void applyFonts();
 
     StateContent content_;
+    bool isDropTarget_ = false;
     SymbolView* symbol_;
     QLabel* title_;
     QLabel* sentence_;

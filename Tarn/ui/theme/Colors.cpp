@@ -42,6 +42,7 @@ Colors Colors::light(bool highContrast) {
     c.border = highContrast ? QColor(Qt::black) : QColor(0xD3D7DC);
     c.danger = highContrast ? QColor(0x9B1515) : QColor(0xC0312B);
     c.shadow = QColor(0, 0, 0, 40);
+    c.scrim = QColor(0, 0, 0, 80);
     return c;
 }
 
@@ -62,6 +63,7 @@ Colors Colors::dark(bool highContrast) {
     c.border = highContrast ? QColor(Qt::white) : QColor(0x42474E);
     c.danger = highContrast ? QColor(0xFFA8A2) : QColor(0xF47C74);
     c.shadow = QColor(0, 0, 0, 110);
+    c.scrim = QColor(0, 0, 0, 130);
     return c;
 }
 

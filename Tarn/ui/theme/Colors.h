@@ -28,6 +28,7 @@ struct Colors {
     QColor border;     ///< Hairlines around fields and popups.
     QColor danger;
     QColor shadow;
+    QColor scrim;  ///< Over a window that waits for an answer.
 
     static Colors light(bool highContrast);
     static Colors dark(bool highContrast);

@@ -45,6 +45,8 @@ inline constexpr int chipHeight = 28;
 inline constexpr int controlHeight = 32;
 inline constexpr int toolbarHeight = 48;
 inline constexpr int menuMinimumWidth = 160;
+/// Texts in menus that hold the names of files are cut off here.
+inline constexpr int menuTextWidth = 240;
 inline constexpr int busyLineHeight = 2;
 inline constexpr int scrollBarWidth = 12;
 inline constexpr int scrollHandleLength = 32;
@@ -60,6 +62,10 @@ inline constexpr int sidebarFolds = 700;
 /// Below this width the toolbar has only what cannot be done without; the rest is in the menu.
 inline constexpr int toolbarFolds = 480;
 inline constexpr int inspectorFolds = 900;
+
+/// How far the pointer goes before a press becomes a drag: enough that a hand that shakes moves no
+/// file.
+inline constexpr int dragThreshold = 12;
 
 inline constexpr int searchFieldMinimum = 120;
 inline constexpr int searchFieldWidth = 220;

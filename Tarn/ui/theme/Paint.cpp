@@ -1,5 +1,7 @@
 #include "Tarn/ui/theme/Paint.h"
 
+#include <algorithm>
+
 #include <QtGui/QPainter>
 
 #include "Tarn/ui/theme/Colors.h"
@@ -25,6 +27,22 @@ void outline(QPainter& painter, const QRectF& rect, qreal radius, const QColor& 
     const qreal half = width / 2;
     painter.drawRoundedRect(rect.adjusted(half, half, -half, -half), radius - half, radius - half);
     painter.restore();
+}
+
+void shadow(QPainter& painter, const QRectF& rect, qreal radius, int reach) {
+    QColor color = Colors::current().shadow;
+    const float darkest = color.alphaF();
+    // Each ring adds to those around it, so that the shade fades out with the square.
+    const auto shade = [reach](int step) {
+        const float rest = 1 - static_cast<float>(step) / static_cast<float>(reach);
+        return rest * rest;
+    };
+    for (int step = reach; step > 0; --step) {
+        color.setAlphaF(darkest * (shade(step - 1) - shade(step)));
+        // Light comes from above.
+        const int drop = std::min(step, Metrics::space2);
+        fill(painter, rect.adjusted(-step, drop - step, step, step), radius + step, color);
+    }
 }
 
 void focusRing(QPainter& painter, const QRectF& rect, qreal radius) {

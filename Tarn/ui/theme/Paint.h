@@ -14,6 +14,9 @@ void fill(QPainter& painter, const QRectF& rect, qreal radius, const QColor& col
 /// A line of `width` along the inside of a rounded rectangle.
 void outline(QPainter& painter, const QRectF& rect, qreal radius, const QColor& color, qreal width);
 
+/// The soft shade around something that floats, `reach` wide; the thing itself is drawn over it.
+void shadow(QPainter& painter, const QRectF& rect, qreal radius, int reach);
+
 /// The mark of the control that has the keyboard.
 void focusRing(QPainter& painter, const QRectF& rect, qreal radius);
 

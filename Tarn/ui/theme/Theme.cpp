@@ -19,6 +19,7 @@ Theme* instance = nullptr;
 Theme& Theme::install(QApplication& app) {
     Q_ASSERT(!instance);
     QPixmapCache::setCacheLimit(pixmapCacheKilobytes);
+    QApplication::setStartDragDistance(Metrics::dragThreshold);
     instance = new Theme(app);
     app.setWindowIcon(Icons::application());
     return *instance;
@@ -29,11 +30,7 @@ Theme& Theme::shared() {
     return *instance;
 }
 
-Theme::Theme(QApplication& app)
-    : QObject(&app),
-      app_(app),
-      style_(new TarnStyle),
-      desktop_(this) {
+Theme::Theme(QApplication& app) : QObject(&app), app_(app), style_(new TarnStyle), desktop_(this) {
     platformIsDark_ = app.palette().color(QPalette::Window).lightness() < 128;
     app.setStyle(style_);
     connect(&desktop_, &DesktopSettings::changed, this, &Theme::apply);

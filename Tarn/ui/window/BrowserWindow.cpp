@@ -11,6 +11,8 @@
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/SidebarModel.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/model/WindowOperations.h"
+#include "Tarn/ui/drag/FileDrop.h"
 #include "Tarn/ui/pane/PaneView.h"
 #include "Tarn/ui/pane/PaneWidget.h"
 #include "Tarn/ui/path/PathBar.h"
@@ -21,6 +23,8 @@
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Theme.h"
+#include "Tarn/ui/transfers/TransfersButton.h"
+#include "Tarn/ui/window/WindowChanges.h"
 #include "TarnCore/files/Paths.h"
 
 namespace tarn {
@@ -81,15 +85,18 @@ BrowserWindow::BrowserWindow(std::unique_ptr<WindowModel> model)
     row->setContentsMargins(0, 0, 0, 0);
     row->addWidget(splitter_);
 
+    changes_ = new WindowChanges(*model_, *this, *pane_, *transfersButton_);
     connectParts();
     showLocation();
     showSearch();
     updateSidebar();
+    updateUndo();
     pane_->view()->setFocus();
 }
 
 BrowserWindow::~BrowserWindow() {
     // The views let go of the pane before the model takes it along.
+    delete changes_;
     delete pane_;
 }
 
@@ -137,6 +144,12 @@ void BrowserWindow::makeActions() {
             model_->setSidebarVisible(!model_->sidebarVisible());
         updateSidebar();
     });
+    addWindowAction("undo", tr("Undo"), QKeySequence::keyBindings(QKeySequence::Undo),
+                    [this] { model_->operations().undo(); });
+    addWindowAction(
+        "redo", tr("Redo"),
+        {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)},
+        [this] { model_->operations().redo(); });
     actions_["sidebar"]->setIcon(Icons::symbol("sidebar.left"));
     actions_["sidebar"]->setIconVisibleInMenu(false);
     for (const char* id : {"view.grid", "view.list", "hidden"}) actions_[id]->setCheckable(true);
@@ -183,6 +196,8 @@ QWidget* BrowserWindow::makeToolbar() {
     row->addWidget(path_, 1);
     row->addSpacing(Metrics::space4);
     row->addWidget(search_);
+    transfersButton_ = new TransfersButton(model_->app().transfers(), this);
+    row->addWidget(transfersButton_);
     row->addWidget(menuButton_);
     return toolbar;
 }
@@ -190,6 +205,9 @@ QWidget* BrowserWindow::makeToolbar() {
 void BrowserWindow::fillMenu() {
     auto* menu = new QMenu(menuButton_);
     menu->addAction(actions_["window.new"]);
+    menu->addSeparator();
+    menu->addAction(actions_["undo"]);
+    menu->addAction(actions_["redo"]);
     menu->addSeparator();
     menu->addAction(actions_["view.grid"]);
     menu->addAction(actions_["view.list"]);
@@ -302,6 +320,10 @@ void BrowserWindow::connectParts() {
         }
         pane_->view()->setFocus();
     });
+    const auto drop = [this](const FileDrop& dropped) { dropped.perform(model_->operations()); };
+    connect(sidebar_, &Sidebar::dropped, this, drop);
+    connect(path_, &PathBar::dropped, this, drop);
+    connect(&model_->app().history(), &HistoryModel::changed, this, &BrowserWindow::updateUndo);
     connect(path_, &PathBar::folderChosen, this, [this, &pane](const URL& folder) {
         pane.navigate(Location::folder(folder));
         pane_->view()->setFocus();
@@ -372,6 +394,23 @@ void BrowserWindow::updateActions() {
     actions_["view.grid"]->setChecked(model_->active().viewMode() == ViewMode::grid);
     actions_["view.list"]->setChecked(model_->active().viewMode() == ViewMode::list);
 }
+
+void BrowserWindow::updateUndo() {
+    HistoryModel& history = model_->app().history();
+    const auto show = [this](const char* id, const QString& verb,
+                             const std::optional<QString>& title) {
+        QAction* action = actions_.find(id)->second;
+        action->setEnabled(title.has_value());
+        action->setText(
+            title ? tr("%1 %2").arg(verb, fontMetrics().elidedText(*title, Qt::ElideMiddle,
+                                                                   Metrics::menuTextWidth))
+                  : verb);
+    };
+    show("undo", tr("Undo"), history.nextUndoTitle());
+    show("redo", tr("Redo"), history.nextRedoTitle());
+}
+
+void BrowserWindow::closeEvent(QCloseEvent* event) { event->setAccepted(changes_->mayClose()); }
 
 void BrowserWindow::updateSidebar() {
     const bool isNarrow = width() < Metrics::sidebarFolds;

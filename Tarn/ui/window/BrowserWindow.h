@@ -20,6 +20,8 @@ class PathBar;
 class SearchField;
 class Sidebar;
 class SidebarModel;
+class TransfersButton;
+class WindowChanges;
 class WindowModel;
 struct Location;
 
@@ -37,6 +39,7 @@ public:
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     void makeActions();
@@ -49,6 +52,7 @@ private:
     void showSearch();
     void updateActions();
     void updateSidebar();
+    void updateUndo();
     void openWindow(const Location& location);
 
     std::unique_ptr<WindowModel> model_;
@@ -60,6 +64,7 @@ private:
     QToolButton* forwardButton_ = nullptr;
     QToolButton* upButton_ = nullptr;
     QToolButton* menuButton_ = nullptr;
+    TransfersButton* transfersButton_ = nullptr;
     PathBar* path_;
     SearchField* search_;
     ChipRow* chips_;
@@ -68,6 +73,7 @@ private:
     QWidget* searchRow_ = nullptr;
     BusyLine* busy_;
     PaneWidget* pane_;
+    WindowChanges* changes_ = nullptr;
     bool isUnfolded_ = false;  ///< The sidebar is wanted although the window is narrow.
 };
 

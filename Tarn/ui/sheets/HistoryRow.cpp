@@ -1,0 +1,50 @@
+#include "Tarn/ui/sheets/HistoryRow.h"
+
+#include <QtWidgets/QBoxLayout>
+#include <QtWidgets/QPushButton>
+
+#include "Tarn/model/DisplayText.h"
+#include "Tarn/ui/states/SymbolView.h"
+#include "Tarn/ui/text/ElidedLabel.h"
+#include "Tarn/ui/text/TabularLabel.h"
+#include "Tarn/ui/theme/Metrics.h"
+#include "TarnCore/files/Format.h"
+
+namespace tarn {
+
+HistoryRow::HistoryRow(const HistoryModel::Row& row, QWidget* parent)
+    : QWidget(parent), id_(row.entry.id), undo_(new QPushButton(tr("Undo"))) {
+    const QString title = displayText(row.entry.title);
+    auto* symbol = new SymbolView(Metrics::iconRow, Icons::Tint::secondary);
+    symbol->setSymbol(tarn::symbol(row.entry.kind));
+    auto* name = new ElidedLabel(title);
+    auto* when = new TabularLabel;
+    QString text = QString::fromStdString(Format::date(row.entry.date));
+    if (row.entry.fileCount > 1)
+        text += QStringLiteral(" · ") +
+                QString::fromStdString(Format::count(row.entry.fileCount, "item"));
+    if (!row.canUndo) text += QStringLiteral(" · ") + tr("moved or changed since");
+    when->setText(text);
+    undo_->setEnabled(row.canUndo);
+    undo_->setAccessibleName(tr("Undo: %1").arg(title));
+    if (!row.canUndo) {
+        const QString why = tr("Its files have been moved or changed since.");
+        undo_->setToolTip(why);
+        undo_->setAccessibleDescription(why);
+        name->setEnabled(false);
+    }
+    connect(undo_, &QPushButton::clicked, this, [this] { emit undoRequested(id_); });
+
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(Metrics::space2);
+    texts->addWidget(name);
+    texts->addWidget(when);
+    auto* line = new QHBoxLayout(this);
+    line->setContentsMargins(0, Metrics::space6, Metrics::scrollBarWidth, Metrics::space6);
+    line->setSpacing(Metrics::space12);
+    line->addWidget(symbol);
+    line->addLayout(texts, 1);
+    line->addWidget(undo_);
+}
+
+}  // namespace tarn

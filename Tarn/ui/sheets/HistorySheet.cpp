@@ -1,0 +1,97 @@
+#include "Tarn/ui/sheets/HistorySheet.h"
+
+#include <algorithm>
+
+#include <QtWidgets/QBoxLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollArea>
+
+#include "Tarn/model/AppModel.h"
+#include "Tarn/model/WindowModel.h"
+#include "Tarn/model/WindowOperations.h"
+#include "Tarn/ui/sheets/HistoryRow.h"
+#include "Tarn/ui/theme/Metrics.h"
+
+namespace tarn {
+namespace {
+
+constexpr int sheetWidth = 560;
+constexpr int listHeight = 360;
+
+/// As high as its rows, up to the height of a good list.
+class List final : public QScrollArea {
+public:
+    QSize sizeHint() const override {
+        return {sheetWidth, widget() ? std::min(listHeight, widget()->sizeHint().height()) : 0};
+    }
+};
+
+}  // namespace
+
+HistorySheet::HistorySheet(WindowModel& model, QWidget& window)
+    : Sheet(window, sheetWidth),
+      model_(model),
+      scroll_(new List),
+      list_(new QVBoxLayout),
+      nothing_(new QLabel(tr("Changes to files show up here for seven days."))),
+      done_(new QPushButton(tr("Done"))) {
+    setTitle(tr("Undo History"));
+    nothing_->setForegroundRole(QPalette::PlaceholderText);
+    nothing_->setWordWrap(true);
+    nothing_->hide();
+    auto* content = new QWidget;
+    auto* whole = new QVBoxLayout(content);
+    whole->setContentsMargins(0, 0, 0, 0);
+    list_->setSpacing(0);
+    whole->addWidget(nothing_);
+    whole->addLayout(list_);
+    whole->addStretch();
+    scroll_->setWidgetResizable(true);
+    scroll_->setFrameShape(QFrame::NoFrame);
+    scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll_->setWidget(content);
+    scroll_->setMinimumHeight(Metrics::rowRoomy);
+    scroll_->setFocusPolicy(Qt::NoFocus);
+    for (QWidget* ground : {static_cast<QWidget*>(scroll_), scroll_->viewport(), content})
+        ground->setAutoFillBackground(false);
+    scroll_->setMaximumHeight(listHeight);
+    // The scroll bar stands in the margin.
+    QMargins margins = column()->contentsMargins();
+    margins.setRight(margins.right() - Metrics::scrollBarWidth);
+    column()->setContentsMargins(margins);
+    column()->addWidget(scroll_, 1);
+    auto* buttons = new QHBoxLayout;
+    buttons->setContentsMargins(0, 0, Metrics::scrollBarWidth, 0);
+    buttons->addStretch();
+    buttons->addWidget(done_);
+    column()->addLayout(buttons);
+    done_->setDefault(true);
+    connect(done_, &QPushButton::clicked, this, &Sheet::finish);
+    connect(&model.app().history(), &HistoryModel::changed, this, &HistorySheet::load);
+    load();
+}
+
+void HistorySheet::load() {
+    model_.app().history().list([self = QPointer(this)](const std::vector<HistoryModel::Row>& all) {
+        if (!self) return;
+        for (HistoryRow* row : self->rows_) {
+            row->hide();
+            row->deleteLater();
+        }
+        self->rows_.clear();
+        for (const HistoryModel::Row& one : all) {
+            auto* row = new HistoryRow(one);
+            connect(row, &HistoryRow::undoRequested, self,
+                    [self](const UUID& id) { self->model_.operations().undo(id); });
+            self->list_->addWidget(row);
+            self->rows_.push_back(row);
+        }
+        self->nothing_->setVisible(all.empty());
+        self->isLoaded_ = true;
+        self->scroll_->widget()->layout()->activate();
+        self->scroll_->updateGeometry();
+    });
+}
+
+}  // namespace tarn

@@ -1,0 +1,165 @@
+#include "Tarn/ui/sheets/Sheet.h"
+
+#include <algorithm>
+
+#include <QtGui/QAccessible>
+#include <QtGui/QKeyEvent>
+#include <QtGui/QPainter>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QBoxLayout>
+#include <QtWidgets/QLabel>
+
+#include "Tarn/ui/theme/Colors.h"
+#include "Tarn/ui/theme/Fonts.h"
+#include "Tarn/ui/theme/Metrics.h"
+#include "Tarn/ui/theme/Paint.h"
+
+namespace tarn {
+namespace {
+
+/// Part of the room above and below the card that is above it: a little more below looks centred.
+constexpr double above = 0.4;
+
+/// The raised ground of a sheet.
+class Card final : public QWidget {
+public:
+    using QWidget::QWidget;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        const Colors& colors = Colors::current();
+        Paint::fill(painter, rect(), Metrics::radiusCard, colors.raised);
+        Paint::outline(painter, rect(), Metrics::radiusCard, colors.border, Metrics::hairline);
+    }
+};
+
+}  // namespace
+
+Sheet::Sheet(QWidget& window, int width)
+    : QWidget(&window),
+      width_(width),
+      card_(new Card(this)),
+      column_(new QVBoxLayout(card_)),
+      title_(new QLabel) {
+    setFocusPolicy(Qt::StrongFocus);
+    hide();
+    title_->setFont(Fonts::title());
+    title_->setWordWrap(true);
+    title_->setTextFormat(Qt::PlainText);
+    title_->setMinimumWidth(1);
+    column_->setContentsMargins(Metrics::space24, Metrics::space24, Metrics::space24,
+                                Metrics::space16);
+    column_->setSpacing(Metrics::space12);
+    column_->addWidget(title_);
+    window.installEventFilter(this);
+}
+
+Sheet::~Sheet() = default;
+
+void Sheet::setTitle(const QString& title) {
+    title_->setText(title);
+    setAccessibleName(title);
+}
+
+QString Sheet::title() const { return title_->text(); }
+
+int Sheet::contentWidth() const {
+    const QMargins margins = column_->contentsMargins();
+    return card_->width() - margins.left() - margins.right();
+}
+
+void Sheet::open(QWidget* first) {
+    before_ = QApplication::focusWidget();
+    place();
+    show();
+    raise();
+    place();
+    if (first) {
+        first->setFocus(Qt::PopupFocusReason);
+    } else {
+        setFocus(Qt::PopupFocusReason);
+        focusNextPrevChild(true);
+    }
+    QAccessibleEvent began(this, QAccessible::DialogStart);
+    QAccessible::updateAccessibility(&began);
+}
+
+void Sheet::finish() {
+    if (isHidden()) return;
+    QAccessibleEvent ended(this, QAccessible::DialogEnd);
+    QAccessible::updateAccessibility(&ended);
+    hide();
+    if (before_) before_->setFocus(Qt::PopupFocusReason);
+    emit finished();
+    deleteLater();
+}
+
+void Sheet::place() {
+    const QRect room = parentWidget()->rect();
+    setGeometry(room);
+    const int width = std::min(width_, room.width() - 2 * Metrics::space16);
+    if (card_->width() != width) {
+        card_->resize(width, card_->height());
+        layOut();
+    }
+    column_->activate();
+    const int wanted =
+        card_->hasHeightForWidth() ? card_->heightForWidth(width) : card_->sizeHint().height();
+    const int height = std::min(wanted, room.height() - 2 * Metrics::space16);
+    card_->setGeometry((room.width() - width) / 2,
+                       static_cast<int>((room.height() - height) * above), width, height);
+}
+
+bool Sheet::event(QEvent* event) {
+    switch (event->type()) {
+        case QEvent::ShortcutOverride:
+            // The key is for the sheet, whatever it would do in the window below.
+            event->accept();
+            return true;
+        case QEvent::LayoutRequest:
+            if (isVisible()) place();
+            break;
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::Wheel:
+        case QEvent::ContextMenu:
+        case QEvent::DragEnter:
+            event->accept();
+            return true;
+        default:
+            break;
+    }
+    return QWidget::event(event);
+}
+
+bool Sheet::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == parentWidget() && event->type() == QEvent::Resize && isVisible()) place();
+    return QWidget::eventFilter(watched, event);
+}
+
+bool Sheet::focusNextPrevChild(bool next) {
+    QWidget* current = QApplication::focusWidget();
+    if (!current || (current != this && !isAncestorOf(current))) current = this;
+    QWidget* widget = current;
+    do {
+        widget = next ? widget->nextInFocusChain() : widget->previousInFocusChain();
+        if (widget != this && isAncestorOf(widget) && widget->isVisible() && widget->isEnabled() &&
+            (widget->focusPolicy() & Qt::TabFocus) == Qt::TabFocus) {
+            widget->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+            break;
+        }
+    } while (widget != current);
+    return true;
+}
+
+void Sheet::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape) escape();
+    // No key goes on to the window below.
+    event->accept();
+}
+
+void Sheet::paintEvent(QPaintEvent*) { QPainter(this).fillRect(rect(), Colors::current().scrim); }
+
+}  // namespace tarn

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QWidget>
+
+class QLabel;
+class QVBoxLayout;
+
+namespace tarn {
+
+/// A question or a list that stands over a window and is dealt with before anything else there.
+///
+/// It covers the window that is its parent: the ground darkens, the keyboard stays inside the card,
+/// and no shortcut of the window works. Escape leaves it. Deletes itself once it is closed.
+class Sheet : public QWidget {
+    Q_OBJECT
+public:
+    /// `width` is what the card takes where the window has the room, in logical pixels.
+    Sheet(QWidget& window, int width);
+    ~Sheet() override;
+
+    /// Shows it, with the keyboard in `first`, or in the first control that takes it.
+    void open(QWidget* first = nullptr);
+    /// Takes it away and gives the keyboard back.
+    void finish();
+
+signals:
+    void finished();
+
+protected:
+    /// Where a sheet puts its parts, below its title.
+    QVBoxLayout* column() const { return column_; }
+    void setTitle(const QString& title);
+    QString title() const;
+    /// Width that the parts have.
+    int contentWidth() const;
+    /// Escape was pressed.
+    virtual void escape() { finish(); }
+    /// The card has got another width.
+    virtual void layOut() {}
+
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void place();
+
+    int width_;
+    QWidget* card_;
+    QVBoxLayout* column_;
+    QLabel* title_;
+    QPointer<QWidget> before_;  ///< Had the keyboard.
+};
+
+}  // namespace tarn

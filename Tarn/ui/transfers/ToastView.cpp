@@ -1,0 +1,168 @@
+#include "Tarn/ui/transfers/ToastView.h"
+
+#include <algorithm>
+
+#include <QtCore/QEvent>
+#include <QtGui/QAccessible>
+#include <QtGui/QPainter>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QBoxLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QToolButton>
+
+#include "Tarn/model/WindowModel.h"
+#include "Tarn/model/WindowOperations.h"
+#include "Tarn/ui/states/SymbolView.h"
+#include "Tarn/ui/theme/Colors.h"
+#include "Tarn/ui/theme/Fonts.h"
+#include "Tarn/ui/theme/Icons.h"
+#include "Tarn/ui/theme/Metrics.h"
+#include "Tarn/ui/theme/Paint.h"
+
+namespace tarn {
+namespace {
+
+constexpr int widest = 520;
+/// What the status may take of the corner at the bottom.
+constexpr int statusRoom = 280;
+constexpr int shadowReach = Metrics::space12;
+
+}  // namespace
+
+ToastView::ToastView(WindowModel& window, QWidget* parent)
+    : QWidget(parent),
+      window_(window),
+      symbol_(new SymbolView(Metrics::iconSmall, Icons::Tint::secondary)),
+      warning_(new SymbolView(Metrics::iconSmall, Icons::Tint::danger)),
+      message_(new QLabel),
+      undo_(new QPushButton(tr("Undo"))),
+      close_(new QToolButton) {
+    message_->setTextFormat(Qt::PlainText);
+    message_->setWordWrap(true);
+    message_->setMinimumWidth(1);
+    undo_->setFocusPolicy(Qt::TabFocus);
+    // As narrow as its word: the message is what matters here.
+    undo_->setFixedWidth(Fonts::textWidth(undo_->font(), undo_->text()) + 2 * Metrics::space12);
+    close_->setAutoRaise(true);
+    close_->setIcon(Icons::symbol("xmark", Icons::Tint::secondary));
+    close_->setIconSize({Metrics::space12, Metrics::space12});
+    close_->setFixedSize(Metrics::smallestTarget, Metrics::smallestTarget);
+    close_->setFocusPolicy(Qt::TabFocus);
+    close_->setToolTip(tr("Dismiss"));
+    close_->setAccessibleName(tr("Dismiss"));
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(shadowReach + Metrics::space16, shadowReach + Metrics::space6,
+                            shadowReach + Metrics::space8, shadowReach + Metrics::space6);
+    row->setSpacing(Metrics::space8);
+    row->addWidget(symbol_);
+    row->addWidget(warning_);
+    row->addWidget(message_, 1);
+    row->addSpacing(Metrics::space4);
+    row->addWidget(undo_);
+    row->addWidget(close_);
+    hide();
+    timer_.setSingleShot(true);
+    timer_.setTimerType(Qt::PreciseTimer);
+    connect(&timer_, &QTimer::timeout, this, &ToastView::dismiss);
+    connect(close_, &QToolButton::clicked, this, &ToastView::dismiss);
+    connect(undo_, &QPushButton::clicked, this, [this] {
+        const auto toast = window_.toast();
+        dismiss();
+        if (toast && toast->undoID) window_.operations().undo(*toast->undoID);
+    });
+    connect(&window, &WindowModel::toastChanged, this, &ToastView::showToast);
+    connect(qApp, &QApplication::focusChanged, this, &ToastView::hold);
+    parent->installEventFilter(this);
+    showToast();
+}
+
+ToastView::~ToastView() {
+    // A button that has the keyboard loses it only after this.
+    qApp->disconnect(this);
+}
+
+void ToastView::showToast() {
+    const auto& toast = window_.toast();
+    if (!toast) {
+        timer_.stop();
+        hide();
+        return;
+    }
+    shown_ = toast->id;
+    symbol_->setVisible(!toast->isError);
+    warning_->setVisible(toast->isError);
+    (toast->isError ? warning_ : symbol_)->setSymbol(toast->symbol);
+    message_->setText(toast->message);
+    undo_->setVisible(toast->undoable && toast->undoID);
+    setAccessibleName(toast->message);
+    remaining_ = toast->undoable || toast->isError ? longTime : shortTime;
+    isHeld_ = false;
+    timer_.start(remaining_);
+    show();
+    raise();
+    place();
+    hold();
+    QAccessibleEvent said(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&said);
+}
+
+int ToastView::timeLeft() const {
+    return isHeld_ ? remaining_ : std::max(0, timer_.remainingTime());
+}
+
+void ToastView::hold() {
+    if (isHidden()) return;
+    QWidget* focus = QApplication::focusWidget();
+    const bool wanted = underMouse() || (focus && isAncestorOf(focus));
+    if (wanted == isHeld_) return;
+    if (wanted) {
+        remaining_ = std::max(0, timer_.remainingTime());
+        timer_.stop();
+    } else {
+        timer_.start(remaining_);
+    }
+    isHeld_ = wanted;
+}
+
+void ToastView::dismiss() { window_.dismissToast(shown_); }
+
+void ToastView::place() {
+    const QRect room = parentWidget()->rect();
+    const int most = std::min(widest, room.width() - 2 * Metrics::space12) + 2 * shadowReach;
+    // One line where it fits.
+    const QMargins margins = layout()->contentsMargins();
+    int others = margins.left() + margins.right() + Metrics::iconSmall + Metrics::space8 +
+                 Metrics::space4 + Metrics::space8 + close_->width();
+    if (!undo_->isHidden()) others += undo_->sizeHint().width() + Metrics::space8;
+    const int text = Fonts::textWidth(message_->font(), message_->text()) + Metrics::space2;
+    const int width = std::min(most, others + text);
+    layout()->activate();
+    const int height = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width)
+                                                     : layout()->totalSizeHint().height();
+    const int x = (room.width() - width) / 2;
+    int bottom = room.height() - Metrics::space12 + shadowReach;
+    // Clear of the status in the corner.
+    if (x + width - shadowReach > room.width() - statusRoom) bottom -= Metrics::rowRoomy;
+    setGeometry(x, bottom - height, width, height);
+}
+
+bool ToastView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == parentWidget() && event->type() == QEvent::Resize && !isHidden()) place();
+    return QWidget::eventFilter(watched, event);
+}
+
+void ToastView::enterEvent(QEnterEvent*) { hold(); }
+
+void ToastView::leaveEvent(QEvent*) { hold(); }
+
+void ToastView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const Colors& colors = Colors::current();
+    const QRect card = rect().adjusted(shadowReach, shadowReach, -shadowReach, -shadowReach);
+    Paint::shadow(painter, card, Metrics::radiusCard, shadowReach);
+    Paint::fill(painter, card, Metrics::radiusCard, colors.raised);
+    Paint::outline(painter, card, Metrics::radiusCard, colors.border, Metrics::hairline);
+}
+
+}  // namespace tarn

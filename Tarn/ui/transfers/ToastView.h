@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QTimer>
+#include <QtWidgets/QWidget>
+
+#include "Tarn/model/Toast.h"
+
+class QLabel;
+class QPushButton;
+class QToolButton;
+
+namespace tarn {
+
+class SymbolView;
+class WindowModel;
+
+/// The message at the bottom of a window: one at a time, for 6 seconds, or 12 with “Undo”. It stays
+/// while the pointer or the keyboard is on it.
+class ToastView final : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr int shortTime = 6000;   ///< Milliseconds.
+    static constexpr int longTime = 12'000;  ///< Milliseconds; with something to click, or to read.
+
+    /// A child of `parent`, at whose bottom it floats.
+    ToastView(WindowModel& window, QWidget* parent);
+    ~ToastView() override;
+
+    /// Milliseconds until it goes by itself; does not pass while it is held.
+    int timeLeft() const;
+    bool isHeld() const { return isHeld_; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void showToast();
+    void place();
+    void hold();
+    void dismiss();
+
+    WindowModel& window_;
+    SymbolView* symbol_;
+    SymbolView* warning_;
+    QLabel* message_;
+    QPushButton* undo_;
+    QToolButton* close_;
+    UUID shown_;
+    QTimer timer_;
+    int remaining_ = 0;  ///< Milliseconds, while held.
+    bool isHeld_ = false;
+};
+
+}  // namespace tarn

@@ -1,0 +1,76 @@
+#include "Tarn/ui/transfers/TransferText.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QStringList>
+
+#include "TarnCore/files/Format.h"
+
+namespace tarn::TransferText {
+namespace {
+
+QString tr(const char* text) { return QCoreApplication::translate("tarn::TransferText", text); }
+
+QString formatted(const std::string& text) { return QString::fromStdString(text); }
+
+QString doneOfTotal(const TransferProgress& progress) {
+    if (progress.totalBytes > 0)
+        return tr("%1 of %2")
+            .arg(formatted(Format::bytes(progress.doneBytes)),
+                 formatted(Format::bytes(progress.totalBytes)));
+    if (progress.totalItems > 0)
+        return tr("%1 of %2")
+            .arg(QString::number(progress.doneItems),
+                 formatted(Format::count(progress.totalItems, "item")));
+    return {};
+}
+
+}  // namespace
+
+QString detail(const TransferProgress& progress, std::optional<double> secondsLeft, bool isQueued) {
+    const QString separator = QStringLiteral(" · ");
+    if (isQueued) return tr("Waiting for another transfer between these disks");
+    switch (progress.state) {
+        case TransferState::queued:
+        case TransferState::scanning:
+            return tr("Preparing…");
+        case TransferState::waiting:
+            return tr("Waiting for your answer");
+        case TransferState::finished:
+            return tr("Done");
+        case TransferState::cancelled:
+            return tr("Stopped");
+        case TransferState::paused:
+        case TransferState::running:
+            break;
+    }
+    if (progress.isFinishingWriting) return tr("Finishing writing…");
+    QStringList parts;
+    if (progress.state == TransferState::paused) parts << tr("Paused");
+    if (const QString done = doneOfTotal(progress); !done.isEmpty()) parts << done;
+    if (progress.state == TransferState::running) {
+        if (progress.bytesPerSecond > 0 && progress.totalBytes > 0)
+            parts << formatted(Format::speed(progress.bytesPerSecond));
+        if (secondsLeft) parts << formatted(Format::timeRemaining(secondsLeft));
+    }
+    return parts.join(separator);
+}
+
+QString failures(TransferKind kind, std::size_t count) {
+    const QString items = formatted(Format::count(static_cast<std::int64_t>(count), "item"));
+    return kind == TransferKind::copy ? tr("%1 couldn’t be copied").arg(items)
+                                      : tr("%1 couldn’t be moved").arg(items);
+}
+
+const char* symbol(TransferKind kind) {
+    switch (kind) {
+        case TransferKind::copy:
+            return "doc.on.doc";
+        case TransferKind::move:
+            return "arrow.right.doc.on.clipboard";
+        case TransferKind::trash:
+            return "trash";
+    }
+    return "doc.on.doc";
+}
+
+}  // namespace tarn::TransferText
