@@ -51,6 +51,7 @@ void openPath(tarn::AppModel& app, const tarn::URL& url) {
 int main(int argc, char** argv) {
     using namespace tarn;
     Platform::setCurrent(makeLinuxPlatform());
+    ChangeJournal::repair();  // Before a window shows what a crash has left half-done.
     QApplication qt(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tarn"));
     QApplication::setDesktopFileName(QStringLiteral("tarn"));

@@ -13,6 +13,7 @@
 
 #include "TarnCore/base/Error.h"
 #include "TarnCore/base/Text.h"
+#include "TarnCore/ops/ChangeJournal.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 #include "cli/Arguments.h"
@@ -122,6 +123,7 @@ int runCommand(const Command& command, Levels levels, const Words& words) {
     }
     checkCount(command, arguments);
     setPlatform(levels);
+    ChangeJournal::repair();
     Session session(std::ranges::any_of(levels, [](const auto& l) { return l.has("quiet"); }));
     const int status = command.run(arguments, session);
     session.out().flush();

@@ -10,7 +10,6 @@
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/files/SupportDirectory.h"
 #include "TarnCore/ops/ChangeJournal.h"
-#include "TarnCore/ops/MoveAcrossDisks.h"
 #include "TarnCore/ops/TwoPhaseMove.h"
 #include "TarnCore/platform/Platform.h"
 
@@ -55,18 +54,28 @@ std::optional<FileAttributes> nearestExisting(URL url) {
     }
 }
 
-void copyWhole(const URL& from, const URL& to) {
-    const auto& copying = Platform::current().copying;
-    if (!copying) throw std::system_error(ENOTSUP, std::generic_category(), "copy");
-    int firstFailure = 0;
-    const FileCopy::Watch watch{[](std::int64_t, std::int64_t) { return true; },
-                                [&](const URL&, int errnum) {
-                                    if (firstFailure == 0) firstFailure = errnum;
-                                }};
-    if (copying->copy(from, to, watch) == FileCopy::Outcome::complete) return;
-    files().removeTree(to);
-    throw std::system_error(firstFailure ? firstFailure : EIO, std::generic_category(), "copy");
+FileCopy& copying() {
+    const auto& service = Platform::current().copying;
+    if (!service) throw std::system_error(ENOTSUP, std::generic_category(), "copy");
+    return *service;
 }
+
+/// A copy that a crash leaves behind half-made is deleted at the next start.
+struct NotedCopy {
+    ChangeJournal journal;
+    FileCopy::Watch watch;
+
+    explicit NotedCopy(const URL& to)
+        : NotedCopy(to, ChangeJournal::temporaryName(ChangeJournal::copying)) {}
+
+private:
+    NotedCopy(const URL& to, const std::string& temporaryName)
+        : journal(ChangeJournal::ofLeftovers(temporaryName)) {
+        journal.addFolder(to.parent());
+        watch.temporaryName = temporaryName;
+        watch.stopsAtFailure = true;
+    }
+};
 
 /// Into a folder of its own, which keeps items of the same name apart.
 URL trashPrivately(const URL& url, const URL& trash) {
@@ -180,10 +189,18 @@ FileChange rename(const URL& url, std::string_view newName) {
     return {target, {Step::move(url, target)}};
 }
 
-FileChange duplicate(const URL& url) {
+FileChange duplicate(const URL& url, const CancelToken& token) {
     try {
-        URL copy = makeUnderFreeName([&] { return copyName(url); },
-                                     [&](const URL& to) { copyWhole(url, to); });
+        URL copy = makeUnderFreeName(
+            [&] { return copyName(url); },
+            [&](const URL& to) {
+                NotedCopy noted(to);
+                noted.watch.progress = [&](std::int64_t, std::int64_t) {
+                    return !token.isCancelled();
+                };
+                if (copying().copy(url, to, noted.watch) == FileCopy::Outcome::stopped)
+                    throw FileOpError::failed("The copy was cancelled.");
+            });
         return {copy, {Step::create(copy)}};
     } catch (const std::system_error& error) {
         throwFailed(error, "duplicate " + quotedName(url));
@@ -220,7 +237,8 @@ void move(const URL& from, const URL& to) {
         files().move(from, to);
     } catch (const std::system_error& error) {
         if (error.code() != std::errc::cross_device_link) throw;
-        moveAcrossDisks(from, to);
+        const NotedCopy noted(to);
+        copying().moveAcross(from, to, noted.watch);
     }
     FileTags::moved(from, to);
 }

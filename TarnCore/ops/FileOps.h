@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/Date.h"
 #include "TarnCore/base/URL.h"
 #include "TarnCore/ops/FileOpError.h"
@@ -70,7 +71,8 @@ FileChange createFolder(const URL& parent, std::string_view name);
 FileChange createFolder(const std::vector<URL>& items, const URL& parent, std::string_view name,
                         std::vector<Step>* done = nullptr);
 FileChange rename(const URL& url, std::string_view newName);
-FileChange duplicate(const URL& url);
+/// A cancelled one leaves nothing behind and throws “The copy was cancelled.”
+FileChange duplicate(const URL& url, const CancelToken& token = {});
 /// Where the item now lies in the Trash.
 URL trash(const URL& url);
 /// In the given order; the first failure ends it and is thrown. `done`, when given, receives the
@@ -82,8 +84,8 @@ void writeTags(const std::vector<std::string>& stored, const URL& url);
 
 /// Moves an item and never replaces one; `from` and `to` may be two letter cases of one name. On
 /// another disk it is copied, checked, flushed and then removed. Creates no folders. Throws
-/// std::system_error with nothing changed, or FileOpError when the copy is there and the original
-/// could not be removed whole.
+/// std::system_error; nothing has changed then, unless a complete copy was made and its original
+/// could not be removed.
 void moveHandlingCase(const URL& from, const URL& to);
 /// The same without the care for letter case.
 void move(const URL& from, const URL& to);

@@ -199,7 +199,7 @@ std::size_t repairFile(const URL& url) {
 
 }  // namespace
 
-URL folder() { return SupportDirectory::url().appending("Unfinished"); }
+URL folder() { return SupportDirectory::location().appending("Unfinished"); }
 
 Repaired repair(std::string_view note) {
     std::vector<Item> items;

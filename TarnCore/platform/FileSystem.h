@@ -69,9 +69,6 @@ struct TreeRemoval {
     CancelToken token;
     /// After every deleted item that is not a folder, on the calling thread.
     std::function<void()> removed;
-    /// Asked before every item, folders last; what it keeps stays, and with it the folders above.
-    /// Without it everything goes, and the disk is not asked about each item.
-    std::function<bool(const URL& url, const FileAttributes& attributes)> mayRemove;
     /// Folders of the user that may not be written to are opened up first.
     bool unlocksFolders = false;
 };
@@ -79,7 +76,7 @@ struct TreeRemoval {
 /// What became of a folder that was deleted.
 struct TreeRemoved {
     std::int64_t removed = 0;  ///< Items, folders among them.
-    std::int64_t kept = 0;     ///< Items that failed, were kept or were not reached any more.
+    std::int64_t kept = 0;     ///< Items that failed or were not reached any more.
     int errnum = 0;            ///< Of the first failure.
 };
 

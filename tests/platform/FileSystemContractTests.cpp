@@ -210,22 +210,15 @@ TYPED_TEST(FileSystemContract, deletesTreesWithoutFollowingLinks) {
     EXPECT_EQ(errorOf([&] { files.removeTree(this->disk.url("tree")); }), ENOENT);
 }
 
-TYPED_TEST(FileSystemContract, keepsWhatItIsToldToKeep) {
+TYPED_TEST(FileSystemContract, stopsDeletingWhenCancelled) {
     FileSystem& files = this->disk.files();
-    this->disk.file("tree/a/keep");
-    this->disk.file("tree/a/go");
-    this->disk.file("tree/b/go");
+    for (const char* name : {"tree/a/1", "tree/a/2", "tree/b/3"}) this->disk.file(name);
     TreeRemoval how;
-    how.mayRemove = [](const URL& url, const FileAttributes&) { return url.name() != "keep"; };
+    how.removed = [&] { how.token.cancel(); };
     const TreeRemoved removed = files.removeTree(this->disk.url("tree"), how);
-    EXPECT_EQ(removed.removed, 3);  // "go" twice, and "b"
-    EXPECT_EQ(contents(*files.openFolder(this->disk.url("tree/a"))).count("keep"), 1U);
-    EXPECT_EQ(files.attributes(this->disk.url("tree/b"), Links::keep), std::nullopt);
-
-    TreeRemoval cancelled;
-    cancelled.token.cancel();
-    EXPECT_EQ(files.removeTree(this->disk.url("tree"), cancelled).removed, 0);
-    EXPECT_EQ(contents(*files.openFolder(this->disk.url("tree/a"))).size(), 1U);
+    EXPECT_EQ(removed.removed, 1);
+    EXPECT_GT(removed.kept, 0);
+    EXPECT_NE(files.attributes(this->disk.url("tree"), Links::keep), std::nullopt);
 }
 
 TEST(MemoryFileSystem, failsWhereItIsTold) {

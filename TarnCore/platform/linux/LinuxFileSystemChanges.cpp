@@ -6,12 +6,12 @@
 #include <sys/stat.h>
 
 #include <fcntl.h>
-#include <stdio.h>
 #include <unistd.h>
 
 #include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/UUID.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
+#include "TarnCore/platform/linux/MoveNoReplace.h"
 #include "TarnCore/platform/linux/PathAnchor.h"
 #include "TarnCore/platform/linux/TreeRemover.h"
 
@@ -34,61 +34,9 @@ void writeAll(int fd, std::string_view text) {
     }
 }
 
-/// Where a name stands: an open folder (or AT_FDCWD) and a path from there.
-struct Place {
-    int folder;
-    const char* path;
-};
-
-bool isFolder(const Place& place) {
-    struct stat status;
-    return fstatat(place.folder, place.path, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-           S_ISDIR(status.st_mode);
-}
-
-/// A folder takes the place of an empty one that was just made, so that nobody's folder is lost.
-/// Returns 0 or the errno.
-int moveFolderByReplacingEmptyOne(const Place& from, const Place& to) {
-    if (mkdirat(to.folder, to.path, S_IRWXU) != 0) return errno;
-    if (renameat(from.folder, from.path, to.folder, to.path) == 0) return 0;
-    const int errnum = errno;
-    unlinkat(to.folder, to.path, AT_REMOVEDIR);
-    return errnum;
-}
-
-/// The last resort, for disks that know neither RENAME_NOREPLACE nor second names: looks first. A
-/// name that is made between looking and moving would be replaced.
-int moveAfterLooking(const Place& from, const Place& to) {
-    struct stat status;
-    if (fstatat(to.folder, to.path, &status, AT_SYMLINK_NOFOLLOW) == 0) return EEXIST;
-    if (errno != ENOENT) return errno;
-    return renameat(from.folder, from.path, to.folder, to.path) == 0 ? 0 : errno;
-}
-
-int moveFileByLinking(const Place& from, const Place& to) {
-    if (linkat(from.folder, from.path, to.folder, to.path, 0) != 0) {
-        if (errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS || errno == EMLINK)
-            return moveAfterLooking(from, to);
-        return errno;
-    }
-    if (unlinkat(from.folder, from.path, 0) == 0) return 0;
-    const int errnum = errno;
-    unlinkat(to.folder, to.path, 0);
-    return errnum;
-}
-
-int moveNoReplace(const Place& from, const Place& to) {
-    if (renameat2(from.folder, from.path, to.folder, to.path, RENAME_NOREPLACE) == 0) return 0;
-    const int errnum = errno;
-    // EINVAL also means that a folder shall go into itself; that fails again below.
-    if (errnum != EINVAL && errnum != ENOSYS && errnum != EOPNOTSUPP) return errnum;
-    return isFolder(from) ? moveFolderByReplacingEmptyOne(from, to) : moveFileByLinking(from, to);
-}
-
 /// A file with the content, without a name yet; none where the disk cannot keep such a file.
-FileDescriptor namelessFile(const Place& parent, std::string_view content) {
-    FileDescriptor fd(
-        openat(parent.folder, parent.path, O_TMPFILE | O_WRONLY | O_CLOEXEC, fileMode));
+FileDescriptor namelessFile(int folder, const char* path, std::string_view content) {
+    FileDescriptor fd(openat(folder, path, O_TMPFILE | O_WRONLY | O_CLOEXEC, fileMode));
     if (!fd) {
         if (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL || errno == ENOENT) return fd;
         fail(errno, "open");
@@ -121,9 +69,8 @@ void LinuxFileSystem::createFolders(const URL& url) {
 
 void LinuxFileSystem::createFile(const URL& url, std::string_view content) {
     const PathAnchor anchor(url);
-    const Place place{anchor.fd(), anchor.path()};
     if (content.empty()) {
-        const FileDescriptor fd(openat(place.folder, place.path,
+        const FileDescriptor fd(openat(anchor.fd(), anchor.path(),
                                        O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                                        fileMode));
         if (!fd) fail(errno, "open");
@@ -131,9 +78,9 @@ void LinuxFileSystem::createFile(const URL& url, std::string_view content) {
     }
     const URL folder = url.parent();
     const PathAnchor parent(folder);
-    if (const FileDescriptor fd = namelessFile({parent.fd(), parent.path()}, content)) {
+    if (const FileDescriptor fd = namelessFile(parent.fd(), parent.path(), content)) {
         const std::string name = "/proc/self/fd/" + std::to_string(fd.get());
-        if (linkat(AT_FDCWD, name.c_str(), place.folder, place.path, AT_SYMLINK_FOLLOW) == 0)
+        if (linkat(AT_FDCWD, name.c_str(), anchor.fd(), anchor.path(), AT_SYMLINK_FOLLOW) == 0)
             return;
         if (errno == EEXIST) fail(EEXIST, "link");
         // Without /proc, or where the folder's disk refuses links, a name is needed from the start.
@@ -145,7 +92,8 @@ void LinuxFileSystem::createFile(const URL& url, std::string_view content) {
     if (!fd) fail(errno, "open");
     try {
         writeAll(fd.get(), content);
-        if (const int errnum = moveNoReplace({beside.fd(), beside.path()}, place))
+        if (const int errnum =
+                moveNoReplace({beside.fd(), beside.path()}, {anchor.fd(), anchor.path()}))
             fail(errnum, "rename");
     } catch (const std::system_error&) {
         unlinkat(beside.fd(), beside.path(), 0);

@@ -9,6 +9,7 @@
 #include "TarnCore/platform/linux/LinuxMediaMetadata.h"
 #include "TarnCore/platform/linux/LinuxPictureDecoding.h"
 #include "TarnCore/platform/linux/LinuxRecentFiles.h"
+#include "TarnCore/platform/linux/LinuxTrash.h"
 #include "TarnCore/platform/linux/LinuxVolumes.h"
 #include "TarnCore/platform/linux/SystemClock.h"
 
@@ -28,6 +29,7 @@ Platform makeLinuxPlatform() {
         platform.files, platform.types, platform.recentFiles, platform.volumes);
     platform.pictures = std::make_shared<LinuxPictureDecoding>();
     platform.clock = std::make_shared<SystemClock>();
+    platform.trash = std::make_shared<LinuxTrash>(platform.files, platform.volumes, platform.clock);
     return platform;
 }
 

@@ -42,13 +42,15 @@ bool isFolder(int folder, const dirent& entry) {
 
 TreeRemoved TreeRemover::remove(const URL& url) {
     const PathAnchor anchor(url);
+    return remove(anchor.fd(), anchor.path());
+}
+
+TreeRemoved TreeRemover::remove(int folder, const char* path) {
     struct stat status;
-    if (fstatat(anchor.fd(), anchor.path(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+    if (fstatat(folder, path, &status, AT_SYMLINK_NOFOLLOW) != 0)
         throw std::system_error(errno, std::generic_category(), "stat");
     if (!S_ISDIR(status.st_mode)) {
-        if (!mayRemove(anchor.fd(), anchor.path(), url)) {
-            ++result_.kept;
-        } else if (unlinkat(anchor.fd(), anchor.path(), 0) != 0) {
+        if (unlinkat(folder, path, 0) != 0) {
             fail(errno);
         } else {
             ++result_.removed;
@@ -56,24 +58,23 @@ TreeRemoved TreeRemover::remove(const URL& url) {
         }
         return result_;
     }
-    if (!descend(anchor.fd(), anchor.path(), std::string(url.name()), url)) return result_;
+    if (!descend(folder, path, path)) return result_;
     while (!levels_.empty()) {
         Level& level = levels_.back();
         if (level.nextChild >= level.children.size() || how_.token.isCancelled()) {
-            ascend(anchor.fd(), anchor.path());
+            ascend(folder, path);
             continue;
         }
         const char* name = level.children.c_str() + level.nextChild;
         level.nextChild += std::strlen(name) + 1;
-        const URL child = how_.mayRemove ? level.url.appending(name) : URL();
-        descend(level.fd.get(), name, name, child);
+        descend(level.fd.get(), name, name);
     }
     return result_;
 }
 
 /// Opens a folder, deletes the files in it and remembers its folders. False when it cannot be
 /// opened; that is counted.
-bool TreeRemover::descend(int parent, const char* path, std::string name, const URL& url) {
+bool TreeRemover::descend(int parent, const char* path, std::string name) {
     Level level;
     level.fd = FileDescriptor(openat(parent, path, folderFlags));
     if (!level.fd && errno == EACCES && how_.unlocksFolders) {
@@ -103,7 +104,6 @@ bool TreeRemover::descend(int parent, const char* path, std::string name, const 
         return false;
     }
     level.name = std::move(name);
-    level.url = url;
     removeContents(level);
     if (levels_.size() >= mostOpen) levels_[levels_.size() - mostOpen].fd.close();
     levels_.push_back(std::move(level));
@@ -143,10 +143,6 @@ void TreeRemover::removeContents(Level& level) {
 }
 
 void TreeRemover::removeChild(Level& level, const char* name) {
-    if (how_.mayRemove && !mayRemove(level.fd.get(), name, level.url.appending(name))) {
-        ++result_.kept;
-        return;
-    }
     int errnum = unlinkat(level.fd.get(), name, 0) == 0 ? 0 : errno;
     if (errnum == EACCES && unlock(level))
         errnum = unlinkat(level.fd.get(), name, 0) == 0 ? 0 : errno;
@@ -174,10 +170,6 @@ void TreeRemover::ascend(int rootFolder, const char* rootPath) {
     }
     const int parent = levels_.empty() ? rootFolder : levels_.back().fd.get();
     const char* path = levels_.empty() ? rootPath : level.name.c_str();
-    if (how_.mayRemove && !mayRemove(parent, path, level.url)) {
-        ++result_.kept;
-        return;
-    }
     int errnum = unlinkat(parent, path, AT_REMOVEDIR) == 0 ? 0 : errno;
     if (errnum == EACCES && !levels_.empty() && unlock(levels_.back()))
         errnum = unlinkat(parent, path, AT_REMOVEDIR) == 0 ? 0 : errno;
@@ -199,12 +191,6 @@ bool TreeRemover::unlock(Level& level) {
     if (!how_.unlocksFolders || level.isUnlocked) return false;
     level.isUnlocked = true;
     return fchmod(level.fd.get(), S_IRWXU) == 0;
-}
-
-bool TreeRemover::mayRemove(int folder, const char* path, const URL& url) const {
-    if (!how_.mayRemove) return true;
-    const auto attributes = Statx::attributes(folder, path, AT_SYMLINK_NOFOLLOW);
-    return attributes && how_.mayRemove(url, *attributes);
 }
 
 void TreeRemover::fail(int errnum) {

@@ -15,13 +15,14 @@ class TreeRemover {
 public:
     explicit TreeRemover(const TreeRemoval& how) : how_(how) {}
     TreeRemoved remove(const URL& url);
+    /// The same for a name in an open folder.
+    TreeRemoved remove(int folder, const char* path);
 
 private:
     /// A folder on the way down, with the children that are still to be deleted.
     struct Level {
         FileDescriptor fd;  ///< Closed while many deeper ones are open.
         std::string name;   ///< In the folder above.
-        URL url;            ///< Kept only where someone is asked about every item.
         std::uint64_t device = 0;
         std::uint64_t inode = 0;
         std::uint64_t mount = 0;
@@ -30,13 +31,12 @@ private:
         bool isUnlocked = false;
     };
 
-    bool descend(int parent, const char* path, std::string name, const URL& url);
+    bool descend(int parent, const char* path, std::string name);
     void removeContents(Level& level);
     void removeChild(Level& level, const char* name);
     void ascend(int rootFolder, const char* rootPath);
     bool reopen(Level& level, const FileDescriptor& child);
     bool unlock(Level& level);
-    bool mayRemove(int folder, const char* path, const URL& url) const;
     void fail(int errnum);
 
     const TreeRemoval& how_;

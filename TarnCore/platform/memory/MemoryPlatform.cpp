@@ -7,6 +7,7 @@
 #include "TarnCore/platform/memory/MemoryFolderWatching.h"
 #include "TarnCore/platform/memory/MemoryMediaMetadata.h"
 #include "TarnCore/platform/memory/MemoryRecentFiles.h"
+#include "TarnCore/platform/memory/MemoryTrash.h"
 #include "TarnCore/platform/memory/MemoryVolumes.h"
 
 namespace tarn {
@@ -20,7 +21,8 @@ MemoryPlatform::MemoryPlatform(Date now)
       volumes(std::make_shared<MemoryVolumes>()),
       recentFiles(std::make_shared<MemoryRecentFiles>()),
       metadata(std::make_shared<MemoryMediaMetadata>()),
-      clock(std::make_shared<FixedClock>(now)) {
+      clock(std::make_shared<FixedClock>(now)),
+      trash(std::make_shared<MemoryTrash>(files, clock)) {
     files->onMove(
         [weak = std::weak_ptr(attributes)](const URL& from, const std::optional<URL>& to) {
             if (const auto kept = weak.lock()) kept->moved(from, to);
@@ -38,6 +40,7 @@ Platform MemoryPlatform::services() const {
     platform.recentFiles = recentFiles;
     platform.metadata = metadata;
     platform.clock = clock;
+    platform.trash = trash;
     return platform;
 }
 

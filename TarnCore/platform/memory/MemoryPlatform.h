@@ -14,6 +14,7 @@ class MemoryFolderWatching;
 class MemoryVolumes;
 class MemoryRecentFiles;
 class MemoryMediaMetadata;
+class MemoryTrash;
 
 /// A machine made of maps, with its parts at hand for tests.
 struct MemoryPlatform {
@@ -26,6 +27,7 @@ struct MemoryPlatform {
     std::shared_ptr<MemoryRecentFiles> recentFiles;
     std::shared_ptr<MemoryMediaMetadata> metadata;
     std::shared_ptr<Clock> clock;
+    std::shared_ptr<MemoryTrash> trash;
 
     explicit MemoryPlatform(Date now = {});
     Platform services() const;

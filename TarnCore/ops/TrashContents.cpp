@@ -1,0 +1,102 @@
+#include "TarnCore/ops/TrashContents.h"
+
+#include <string>
+#include <system_error>
+
+#include "TarnCore/ops/FileOps.h"
+#include "TarnCore/platform/Platform.h"
+
+namespace tarn::TrashContents {
+namespace {
+
+FileSystem& files() { return *Platform::current().files; }
+
+std::vector<std::string> namesIn(const URL& folder) {
+    std::vector<std::string> names;
+    const auto reader = files().openFolder(folder);
+    for (auto batch = reader->read(); !batch.empty(); batch = reader->read())
+        for (const FolderEntry& entry : batch) names.emplace_back(entry.view());
+    return names;
+}
+
+/// Bytes on the disk of an item and everything in it.
+std::int64_t sizeOf(const URL& root, const CancelToken& token) {
+    std::int64_t bytes = 0;
+    std::vector<URL> waiting = {root};
+    while (!waiting.empty() && !token.isCancelled()) {
+        const URL url = std::move(waiting.back());
+        waiting.pop_back();
+        const auto item = files().attributes(url, Links::keep);
+        if (!item) continue;
+        if (item->type != FileType::directory) {
+            bytes += item->allocatedSize;
+            continue;
+        }
+        try {
+            for (const std::string& name : namesIn(url)) waiting.push_back(url.appending(name));
+        } catch (const std::system_error&) {
+            // Not to be read: it counts with what is known of it, nothing.
+        }
+    }
+    return bytes;
+}
+
+/// Calls `each` for every item of the private trash; each lies in a folder of its own.
+template <class Each>
+void forEachPrivate(const URL& trash, const CancelToken& token, const Each& each) {
+    if (!FileOps::exists(trash)) return;
+    for (const std::string& holder : namesIn(trash))
+        for (const std::string& name : namesIn(trash.appending(holder))) {
+            if (token.isCancelled()) return;
+            if (name != ".DS_Store" && name != ".localized")
+                each(trash.appending(holder).appending(name));
+        }
+}
+
+}  // namespace
+
+Trash::Measured measure(const CancelToken& token) {
+    const auto own = FileOps::privateTrash();
+    if (!own) return Platform::current().trash->measure(token);
+    Trash::Measured measured;
+    try {
+        forEachPrivate(*own, token, [&](const URL& item) {
+            ++measured.items;
+            measured.bytes += sizeOf(item, token);
+        });
+    } catch (const std::system_error&) {
+        measured.isUnreadable = true;
+    }
+    return measured;
+}
+
+Trash::Emptied empty(const CancelToken& token, const std::function<void()>& progress) {
+    const auto own = FileOps::privateTrash();
+    if (!own) return Platform::current().trash->empty(token, progress);
+    Trash::Emptied emptied;
+    TreeRemoval how;
+    how.token = token;
+    how.removed = progress;
+    how.unlocksFolders = true;
+    try {
+        forEachPrivate(*own, token, [&](const URL& item) {
+            const TreeRemoved removed = files().removeTree(item, how);
+            if (removed.kept == 0) {
+                ++emptied.items;
+                files().removeTree(item.parent());
+            } else if (!token.isCancelled()) {
+                ++emptied.failed;
+            }
+        });
+    } catch (const std::system_error&) {
+        ++emptied.failed;
+    }
+    return emptied;
+}
+
+std::vector<URL> folders() {
+    if (const auto own = FileOps::privateTrash()) return {*own};
+    return Platform::current().trash->folders();
+}
+
+}  // namespace tarn::TrashContents
