@@ -10,8 +10,8 @@
 
 #include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/UUID.h"
+#include "TarnCore/platform/linux/FolderPath.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
-#include "TarnCore/platform/linux/MoveNoReplace.h"
 #include "TarnCore/platform/linux/PathAnchor.h"
 #include "TarnCore/platform/linux/TreeRemover.h"
 
@@ -93,7 +93,7 @@ void LinuxFileSystem::createFile(const URL& url, std::string_view content) {
     try {
         writeAll(fd.get(), content);
         if (const int errnum =
-                moveNoReplace({beside.fd(), beside.path()}, {anchor.fd(), anchor.path()}))
+                renameNoReplace(beside.fd(), beside.path(), anchor.fd(), anchor.path()))
             fail(errnum, "rename");
     } catch (const std::system_error&) {
         unlinkat(beside.fd(), beside.path(), 0);
@@ -110,8 +110,7 @@ void LinuxFileSystem::createLink(const URL& url, std::string_view target) {
 void LinuxFileSystem::move(const URL& from, const URL& to) {
     const PathAnchor source(from);
     const PathAnchor target(to);
-    if (const int errnum =
-            moveNoReplace({source.fd(), source.path()}, {target.fd(), target.path()}))
+    if (const int errnum = renameNoReplace(source.fd(), source.path(), target.fd(), target.path()))
         fail(errnum, "rename");
 }
 

@@ -17,7 +17,7 @@
 #include "TarnCore/base/Text.h"
 #include "TarnCore/base/UUID.h"
 #include "TarnCore/platform/linux/DirectorySizes.h"
-#include "TarnCore/platform/linux/MoveNoReplace.h"
+#include "TarnCore/platform/linux/FolderPath.h"
 #include "TarnCore/platform/linux/PathAnchor.h"
 #include "TarnCore/platform/linux/Statx.h"
 #include "TarnCore/platform/linux/TrashInfo.h"
@@ -270,7 +270,7 @@ URL LinuxTrash::put(const Can& can, const URL& item) const {
         }
         int errnum = writeAll(note.get(), text) ? 0 : errno;
         if (errnum == 0)
-            errnum = moveNoReplace({source.fd(), source.path()}, {can.files.get(), name.c_str()});
+            errnum = renameNoReplace(source.fd(), source.path(), can.files.get(), name.c_str());
         if (errnum == 0) return can.url.appending("files").appending(name);
         unlinkat(can.info.get(), info.c_str(), 0);
         // An item whose note was lost has the name.
