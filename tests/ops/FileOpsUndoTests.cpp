@@ -2,6 +2,7 @@
 #include <random>
 #include <set>
 
+#include "TarnCore/base/Text.h"
 #include "TarnCore/ops/FileOps.h"
 #include "TarnCore/ops/OperationHistory.h"
 #include "TarnCore/platform/Platform.h"
@@ -203,7 +204,7 @@ protected:
                     entry.steps = FileOps::createFolder({item}, item.parent(), newName()).steps;
                     break;
                 case 4:
-                    entry.steps = {FileOps::setTags({newName() + "\n3"}, item)};
+                    entry.steps = {FileOps::setTags({Text::sanitized(newName()) + "\n3"}, item)};
                     break;
                 default:
                     entry.steps = FileOps::duplicate(item).steps;
