@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     const auto again = JSONText::parse(JSONText::compact(JSON(entries)));
-    require(again);
+    require(again.has_value());
     require(again->get<std::vector<HistoryEntry>>() == entries);
     return 0;
 }
