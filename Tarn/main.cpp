@@ -12,6 +12,7 @@
 #include "Tarn/ui/transfers/SleepInhibitor.h"
 #include "Tarn/ui/window/BrowserWindow.h"
 #include "TarnCore/files/Paths.h"
+#include "TarnCore/ops/ChangeJournal.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 
 namespace {
