@@ -6,6 +6,7 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/TerminalCalls.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/theme/Theme.h"
 #include "Tarn/ui/transfers/DesktopClipboard.h"
@@ -60,6 +61,7 @@ int main(int argc, char** argv) {
     AppModel app;
     app.setClipboard(std::make_unique<DesktopClipboard>());
     const SleepInhibitor inhibitor(app.transfers());
+    const TerminalCalls calls(app.history());
     app.startBackgroundServices();
 
     const URL here = URL::fromPath(QDir::currentPath().toStdString());

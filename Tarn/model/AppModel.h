@@ -15,6 +15,7 @@
 #include "Tarn/model/HistoryModel.h"
 #include "Tarn/model/ListingCache.h"
 #include "Tarn/model/TransferList.h"
+#include "Tarn/model/TrashService.h"
 #include "Tarn/model/records/AppSettings.h"
 #include "Tarn/model/records/FolderViewPrefs.h"
 #include "Tarn/model/records/SessionState.h"
@@ -58,6 +59,7 @@ public:
 
     HistoryModel& history() { return history_; }
     TransferList& transfers() { return *transfers_; }
+    TrashService& trash() { return trash_; }
 
     Clipboard& clipboard() { return *clipboard_; }
     /// Instead of the one that only this process sees. Once, before the first window.
@@ -104,6 +106,7 @@ private:
     std::unique_ptr<Clipboard> clipboard_;
     std::unordered_set<URL> cutURLs_;
     HistoryModel history_{OperationHistory::defaultFile()};
+    TrashService trash_;
     std::unique_ptr<TransferList> transfers_;  ///< Ends before the history does.
     bool servicesStarted_ = false;
 };
