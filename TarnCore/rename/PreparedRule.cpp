@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <string_view>
 #include <utility>
 
 #include <unicode/brkiter.h>
@@ -56,6 +57,7 @@ public:
     std::int32_t begin(const icu::UnicodeString& text, std::int64_t number) {
         if (number <= 0) return 0;
         if (number >= text.length()) return text.length();
+        if (isSimple(text)) return static_cast<std::int32_t>(number);
         if (!breaks_) return text.moveIndex32(0, static_cast<std::int32_t>(number));
         breaks_->setText(text);
         const std::int32_t at = breaks_->next(static_cast<std::int32_t>(number));
@@ -66,6 +68,7 @@ public:
     std::int32_t beginOfLast(const icu::UnicodeString& text, std::int64_t count) {
         if (count <= 0) return text.length();
         if (count >= text.length()) return 0;
+        if (isSimple(text)) return text.length() - static_cast<std::int32_t>(count);
         if (!breaks_) return text.moveIndex32(text.length(), -static_cast<std::int32_t>(count));
         breaks_->setText(text);
         breaks_->last();
@@ -75,9 +78,10 @@ public:
 
     template <class Each>
     void forEach(const icu::UnicodeString& text, const Each& each) {
-        if (breaks_) breaks_->setText(text);
+        const bool asksICU = breaks_ && !isSimple(text);
+        if (asksICU) breaks_->setText(text);
         for (std::int32_t at = 0; at < text.length();) {
-            std::int32_t end = breaks_ ? breaks_->next() : text.moveIndex32(at, 1);
+            std::int32_t end = asksICU ? breaks_->next() : text.moveIndex32(at, 1);
             if (end <= at) end = text.length();
             each(text.tempSubStringBetween(at, end));
             at = end;
@@ -85,6 +89,13 @@ public:
     }
 
 private:
+    /// Below the combining marks every unit is a character, except in a line end of two.
+    static bool isSimple(const icu::UnicodeString& text) {
+        const std::u16string_view units(text.getBuffer(), static_cast<std::size_t>(text.length()));
+        return std::ranges::all_of(units,
+                                   [](char16_t unit) { return unit < 0x300 && unit != u'\r'; });
+    }
+
     std::unique_ptr<icu::BreakIterator> breaks_;
 };
 
@@ -263,6 +274,7 @@ public:
 private:
     /// One form of characters that may be written in several ("é" in one piece or two).
     static icu::UnicodeString composed(const icu::UnicodeString& character) {
+        if (character.length() == 1 && character[0] < 0x300) return character;
         UErrorCode status = U_ZERO_ERROR;
         const icu::Normalizer2* form = icu::Normalizer2::getNFCInstance(status);
         icu::UnicodeString out = U_SUCCESS(status) ? form->normalize(character, status) : character;
