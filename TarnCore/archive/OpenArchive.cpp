@@ -58,14 +58,18 @@ void OpenArchive::recognise() {
         return;
     }
     const bool isSingle = isSingleFileName(url_.name());
+    const bool isArchiveName =
+        FileKinds::isBrowsableArchiveExtension(Text::lowercased(url_.pathExtension()));
     for (const Form form : {Form::singleFile, Form::archive}) {
         if (form == Form::singleFile && !isSingle) continue;
         form_ = form;
         ArchiveMember member;
-        if (stream()->next(member) != ArchiveStream::Result::unrecognised) return;
+        const ArchiveStream::Result result = stream()->next(member);
+        if (result == ArchiveStream::Result::unrecognised) continue;
+        // A run of zeroes is an empty tar file only when it is called one.
+        if (result != ArchiveStream::Result::end || isSingle || isArchiveName) return;
     }
-    const std::string ext = Text::lowercased(url_.pathExtension());
-    if (FileKinds::isBrowsableArchiveExtension(ext)) throw ArchiveError::incomplete();
+    if (isArchiveName) throw ArchiveError::incomplete();
     throw ArchiveError::unsupported();
 }
 

@@ -21,6 +21,10 @@ public:
 
     void add(const ArchiveMember& member, std::string place);
     void addFile(std::string place, const NewItemFacts& facts, std::optional<std::int64_t> size);
+    void addEmptyFile(std::string place, const NewItemFacts& facts) {
+        writing_.beginFile(std::move(place), facts);
+        writing_.endFile();
+    }
     void finish() { writing_.finish(); }
     std::vector<std::string> missing() const { return {missing_.begin(), missing_.end()}; }
 
@@ -155,10 +159,7 @@ void unpackSingleFile(ArchiveStream& stream, std::int64_t fileSize, const Unpack
         if (!member.modified) member.modified = facts.modified;
         reading.add(member, path);
     } else {
-        member.path = path;
-        member.mode = facts.mode;
-        member.modified = facts.modified;
-        reading.addFile(path, {.mode = facts.mode, .modified = facts.modified}, 0);
+        reading.addEmptyFile(path, facts);
     }
     reading.finish();
     meter.finish();

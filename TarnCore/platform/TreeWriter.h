@@ -35,7 +35,7 @@ public:
 };
 
 /// Makes files, folders and links below one folder, and nowhere else: paths are relative, every
-/// folder on the way is opened without following a link, and ".." leads nowhere (ELOOP or EXDEV).
+/// folder on the way is opened without following a link, and ".." leads nowhere (ENOTDIR or EXDEV).
 /// Folders that are missing on the way are made. Nothing is ever replaced (EEXIST).
 ///
 /// One thread at a time; several writers may work on one folder at once. Failures throw

@@ -86,6 +86,7 @@ void Stream::open() {
     archive_read_support_filter_zstd(reader);
     if (form_ == Form::singleFile) {
         archive_read_support_format_raw(reader);
+        archive_read_support_format_empty(reader);  // what a compressed empty file holds
     } else {
         // Without “mtree”, which takes any text for a list of files, and “raw”, which takes
         // anything.
