@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <unicode/brkiter.h>
+#include <unicode/calendar.h>
 #include <unicode/normalizer2.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
@@ -155,6 +156,8 @@ public:
             format_.reset();
         } else {
             format_->adoptTimeZone(icu::TimeZone::createTimeZone(ICU::text(zone)));
+            // Formatting a plain time would copy the calendar for every name.
+            calendar_.reset(format_->getCalendar()->clone());
         }
     }
 
@@ -165,8 +168,8 @@ public:
         icu::UnicodeString text;
         UErrorCode status = U_ZERO_ERROR;
         if (format_) {
-            const double milliseconds = (date->seconds + double{Date::unixOffset}) * 1000;
-            format_->format(milliseconds, text, nullptr, status);
+            calendar_->setTime((date->seconds + double{Date::unixOffset}) * 1000, status);
+            if (U_SUCCESS(status)) format_->format(*calendar_, text, nullptr, status);
         }
         if (!format_ || U_FAILURE(status)) {
             return {std::string(name), Text::quoted(rule_.format) + " isn’t a valid date format"};
@@ -189,6 +192,7 @@ private:
 
     RenameRule::InsertDate rule_;
     std::unique_ptr<icu::SimpleDateFormat> format_;
+    std::unique_ptr<icu::Calendar> calendar_;
 };
 
 /// Letters, digits and marks belong to words, and so does an apostrophe between them.

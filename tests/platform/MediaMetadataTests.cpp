@@ -48,6 +48,20 @@ std::string photo(const std::string& make, const std::string& model, std::uint16
            std::string("\x01\x01\x11\x00", 4) + "\xFF\xD9";
 }
 
+/// A JPEG that says no more than when it was taken, in the second of its directories.
+std::string photoTaken(const std::string& when) {
+    constexpr std::uint32_t first = 8, second = first + 2 + 12 + 4, value = second + 2 + 12 + 4;
+    const auto size = static_cast<std::uint32_t>(when.size() + 1);
+    std::string tiff = "MM" + bigEndian(42, 2) + bigEndian(first, 4);
+    tiff += bigEndian(1, 2) + bigEndian(0x8769, 2) + bigEndian(4, 2) + bigEndian(1, 4) +
+            bigEndian(second, 4) + bigEndian(0, 4);
+    tiff += bigEndian(1, 2) + bigEndian(0x9003, 2) + bigEndian(2, 2) + bigEndian(size, 4) +
+            bigEndian(value, 4) + bigEndian(0, 4) + when + '\0';
+    const std::string exif = std::string("Exif\0\0", 6) + tiff;
+    return "\xFF\xD8\xFF\xE1" + bigEndian(static_cast<std::uint32_t>(exif.size() + 2), 2) + exif +
+           "\xFF\xD9";
+}
+
 /// Two seconds of silence.
 std::string sound() {
     const std::string samples(16'000, '\x80');
@@ -94,6 +108,14 @@ TEST_F(LinuxMediaMetadataTest, knowsTheCameraAndTheUprightSize) {
     EXPECT_EQ(found.pixelWidth, 30);
     EXPECT_EQ(found.pixelHeight, 40);
     EXPECT_EQ(metadata.read(folder.file("b.jpg", photo("Apple", "iPhone 15", 1))).pixelWidth, 40);
+}
+
+TEST_F(LinuxMediaMetadataTest, knowsWhenAPictureWasTaken) {
+    const auto taken = [&](const std::string& content) {
+        return metadata.read(folder.file("taken.jpg", content)).photoTaken;
+    };
+    EXPECT_EQ(taken(photoTaken("2026:03:15 12:00:00")), "2026:03:15 12:00:00");
+    EXPECT_EQ(taken(photo("Apple", "iPhone 15", 1)), std::nullopt);
 }
 
 TEST_F(LinuxMediaMetadataTest, knowsTheLengthOfSoundAndThePagesOfDocuments) {
