@@ -13,7 +13,6 @@
 #include "Tarn/ui/transfers/SleepInhibitor.h"
 #include "Tarn/ui/window/BrowserWindow.h"
 #include "TarnCore/files/Paths.h"
-#include "TarnCore/ops/ChangeJournal.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 
 namespace {
@@ -53,7 +52,6 @@ void openPath(tarn::AppModel& app, const tarn::URL& url) {
 int main(int argc, char** argv) {
     using namespace tarn;
     Platform::setCurrent(makeLinuxPlatform());
-    ChangeJournal::repair();  // Before a window shows what a crash has left half-done.
     QApplication qt(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tarn"));
     QApplication::setDesktopFileName(QStringLiteral("tarn"));

@@ -7,14 +7,17 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QDropEvent>
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/FileMime.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/WindowOperations.h"
+#include "Tarn/ui/pane/PaneView.h"
 #include "Tarn/ui/theme/Theme.h"
 #include "Tarn/ui/window/BrowserWindow.h"
 #include "TarnCore/files/Paths.h"
@@ -117,6 +120,7 @@ public:
     WindowOperations& operations() { return window_->model().operations(); }
     WindowModel& model() { return window_->model(); }
     AppModel& app() { return app_; }
+    QWidget& window() { return *window_; }
     URL at(const char* path) const { return folder_.appending(path); }
     QDir dir() const { return QDir(root_); }
     static void wait(const std::function<bool()>& done) {
@@ -211,13 +215,29 @@ void history(Scene& scene) {
     QTest::qWait(300);
 }
 
+void drop(Scene& scene) {
+    auto* view = scene.model().active().viewMode() == ViewMode::list
+                     ? scene.window().findChild<PaneView*>(QStringLiteral("paneList"))
+                     : nullptr;
+    if (!view) return;
+    const auto row = scene.model().active().items().row(scene.at("Holiday/Beach"));
+    const QPoint point =
+        view->visualRect(scene.model().active().items().index(row.value_or(0), 0)).center();
+    static std::unique_ptr<QMimeData> data;
+    data = FileMime::makeDrag({scene.at("Holiday/plan.odt"), scene.at("Holiday/tickets.pdf")});
+    QDragEnterEvent enter(point, Qt::CopyAction | Qt::MoveAction, data.get(), Qt::LeftButton,
+                          Qt::NoModifier);
+    QApplication::sendEvent(view->viewport(), &enter);
+}
+
 struct Shot {
     const char* name;
     void (*play)(Scene&);
 };
-constexpr Shot shots[] = {{"conflict", conflict},   {"folders", folders},
-                          {"transfers", transfers}, {"toast", toast},
-                          {"complaint", complaint}, {"history", history}};
+constexpr Shot shots[] = {
+    {"conflict", conflict}, {"folders", folders},     {"transfers", transfers},
+    {"toast", toast},       {"complaint", complaint}, {"history", history},
+    {"drop", drop}};
 
 }  // namespace
 

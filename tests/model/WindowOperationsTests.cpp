@@ -205,9 +205,13 @@ TEST_F(WindowOperationsTest, aConflictWaitsForItsAnswer) {
                   static_cast<std::int64_t>(folder.read("sub/a.txt").size()));
         transfer.answer({c.action, false});
         waitFor([this] { return app.transfers().isEmpty(); });
-        if (c.message) EXPECT_EQ(toast(), c.message);
+        if (c.message) {
+            EXPECT_EQ(toast(), c.message);
+        }
         EXPECT_EQ(folder.read("sub/a.txt"), c.there);
-        if (c.beside) EXPECT_EQ(folder.read(c.beside), "a");
+        if (c.beside) {
+            EXPECT_EQ(folder.read(c.beside), "a");
+        }
     }
 }
 

@@ -63,17 +63,19 @@ ConflictSide::ConflictSide(const Facts& facts, ThumbnailLoader& thumbnails, QWid
     texts->addWidget(heading);
     texts->addWidget(line(QString::fromStdString(Format::date(facts.modified))));
     if (facts.size) texts->addWidget(line(QString::fromStdString(Format::bytes(*facts.size))));
-    auto* marks = new QHBoxLayout;
+    // There with marks and without, so that both sides line up.
+    auto* markLine = new QWidget;
+    markLine->setFixedHeight(markHeight());
+    auto* marks = new QHBoxLayout(markLine);
+    marks->setContentsMargins(0, 0, 0, 0);
     marks->setSpacing(Metrics::space6);
-    // The same height with marks and without, so that both sides line up.
-    marks->addStrut(markHeight());
     QStringList words;
     if (facts.isNewer) words << tr("Newer");
     if (facts.isLarger) words << tr("Larger");
     for (const QString& word : words) marks->addWidget(new Mark(word));
     marks->addStretch();
     marks_ = words.join(QStringLiteral(" · "));
-    texts->addLayout(marks);
+    texts->addWidget(markLine);
     texts->addStretch();
 
     auto* row = new QHBoxLayout(this);

@@ -13,6 +13,7 @@
 
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/WindowOperations.h"
+#include "Tarn/ui/states/StatusPill.h"
 #include "Tarn/ui/states/SymbolView.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
@@ -24,8 +25,6 @@ namespace tarn {
 namespace {
 
 constexpr int widest = 520;
-/// What the status may take of the corner at the bottom.
-constexpr int statusRoom = 280;
 constexpr int shadowReach = Metrics::space12;
 
 }  // namespace
@@ -134,17 +133,20 @@ void ToastView::place() {
     const QMargins margins = layout()->contentsMargins();
     int others = margins.left() + margins.right() + Metrics::iconSmall + Metrics::space8 +
                  Metrics::space4 + Metrics::space8 + close_->width();
-    if (!undo_->isHidden()) others += undo_->sizeHint().width() + Metrics::space8;
+    if (!undo_->isHidden()) others += undo_->maximumWidth() + Metrics::space8;
     const int text = Fonts::textWidth(message_->font(), message_->text()) + Metrics::space2;
     const int width = std::min(most, others + text);
     layout()->activate();
     const int height = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width)
                                                      : layout()->totalSizeHint().height();
     const int x = (room.width() - width) / 2;
-    int bottom = room.height() - Metrics::space12 + shadowReach;
-    // Clear of the status in the corner.
-    if (x + width - shadowReach > room.width() - statusRoom) bottom -= Metrics::rowRoomy;
-    setGeometry(x, bottom - height, width, height);
+    QRect place(x, room.height() - height - Metrics::space12 + shadowReach, width, height);
+    // Above the status in the corner where there is no room beside it.
+    const auto* status = parentWidget()->findChild<StatusPill*>();
+    const QRect card = place.adjusted(0, shadowReach, 0, -shadowReach);
+    if (status && status->isVisible() && status->geometry().intersects(card))
+        place.translate(0, -status->height() - Metrics::space8);
+    setGeometry(place);
 }
 
 bool ToastView::eventFilter(QObject* watched, QEvent* event) {

@@ -19,7 +19,7 @@
 namespace tarn {
 namespace {
 
-constexpr int panelWidth = 420;
+constexpr int panelWidth = 444;
 constexpr int tallest = 420;
 constexpr int shadowReach = Metrics::space12;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QtGui/QGuiApplication>
 #include <QtWidgets/QPushButton>
 
 #include "Tarn/model/AppModel.h"
@@ -38,6 +39,11 @@ WindowChanges::WindowChanges(WindowModel& model, QWidget& window, QWidget& pane,
     connect(&transfers_, &TransferList::listChanged, this, &WindowChanges::closeWhenIdle);
     connect(&transfers_, &TransferList::transferChanged, this, &WindowChanges::closeWhenIdle);
     connect(&model, &WindowModel::showsHistoryChanged, this, &WindowChanges::showHistory);
+    // The terminal may have changed files meanwhile.
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
+            [this](Qt::ApplicationState state) {
+                if (state == Qt::ApplicationActive) model_.app().history().refresh();
+            });
     ask();
 }
 
