@@ -190,6 +190,7 @@ FileChange rename(const URL& url, std::string_view newName) {
 }
 
 FileChange duplicate(const URL& url, const CancelToken& token) {
+    if (url.isRoot()) throw FileOpError::failed("Can’t put “/” inside itself.");
     try {
         URL copy = makeUnderFreeName(
             [&] { return copyName(url); },
@@ -218,6 +219,8 @@ URL trash(const URL& url) {
         if (error.code() == std::errc::cross_device_link)
             throw FileOpError::failed("Couldn’t " + verb +
                                       " because its disk has no Trash that can be used.");
+        if (error.code() == std::errc::invalid_argument)
+            throw FileOpError::failed("Couldn’t " + verb + " because the Trash is inside it.");
         throwFailed(error, verb);
     }
 }

@@ -41,6 +41,14 @@ std::int64_t sizeOf(const URL& root, const CancelToken& token) {
     return bytes;
 }
 
+void removeIfEmpty(const URL& folder) {
+    try {
+        files().removeFolder(folder);
+    } catch (const std::system_error&) {
+        // Something else lies in it, or it is gone.
+    }
+}
+
 /// Calls `each` for every item of the private trash; each lies in a folder of its own.
 template <class Each>
 void forEachPrivate(const URL& trash, const CancelToken& token, const Each& each) {
@@ -83,7 +91,7 @@ Trash::Emptied empty(const CancelToken& token, const std::function<void()>& prog
             const TreeRemoved removed = files().removeTree(item, how);
             if (removed.kept == 0) {
                 ++emptied.items;
-                files().removeTree(item.parent());
+                removeIfEmpty(item.parent());
             } else if (!token.isCancelled()) {
                 ++emptied.failed;
             }

@@ -4,8 +4,9 @@
 #include "TarnCore/base/Text.h"
 #include "TarnCore/ops/FileOps.h"
 #include "cli/Arguments.h"
-#include "cli/ItemChanges.h"
 #include "cli/Command.h"
+#include "cli/Interrupt.h"
+#include "cli/ItemChanges.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
 
@@ -39,6 +40,9 @@ int run(const Arguments& arguments, Session& session) {
         items.push_back(session.url(arguments.rest()[i]));
     }
 
+    // Ctrl-C waits for the end, so that what was moved is recorded.
+    const CancelToken ignored;
+    const Interrupt::Cancels cancels(ignored);
     std::vector<Step> done;
     std::string failure;
     URL made;
@@ -58,8 +62,9 @@ int run(const Arguments& arguments, Session& session) {
     const auto moved = static_cast<std::int64_t>(done.size()) - 1;
     std::string title = "New folder " + Text::quoted(made.name());
     if (moved > 0) title += " with " + std::to_string(moved) + (moved == 1 ? " item" : " items");
-    ItemChanges::report(arguments, session,
-                    {OperationKind::create, title, done, std::max<std::int64_t>(moved, 1), {made}});
+    ItemChanges::report(
+        arguments, session,
+        {OperationKind::create, title, done, std::max<std::int64_t>(moved, 1), {made}});
     if (failure.empty()) return ExitStatus::done;
     session.out().flush();
     Session::say(failure);

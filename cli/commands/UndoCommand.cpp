@@ -7,6 +7,7 @@
 #include "TarnCore/ops/OperationHistory.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
+#include "cli/Interrupt.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
 
@@ -42,6 +43,9 @@ UUID find(const OperationHistory& history, std::string_view text) {
 
 int run(const Arguments& arguments, Session& session) {
     OperationHistory history(OperationHistory::defaultFile());
+    // Ctrl-C waits for the end, since half a change taken back is worse than either.
+    const CancelToken ignored;
+    const Interrupt::Cancels cancels(ignored);
     const std::optional<HistoryEntry> entry =
         arguments.rest().empty() ? history.undo()
                                  : history.undo(find(history, arguments.rest().front()));

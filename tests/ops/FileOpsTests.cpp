@@ -1,9 +1,14 @@
 #include <cerrno>
+#include <cstdlib>
+#include <set>
 #include <system_error>
 
 #include <unistd.h>
 
+#include "TarnCore/base/Text.h"
+#include "TarnCore/files/Paths.h"
 #include "TarnCore/ops/FileOps.h"
+#include "TarnCore/platform/Platform.h"
 #include "TarnCore/platform/memory/MemoryFileSystem.h"
 #include "TarnCore/platform/memory/MemoryPlatform.h"
 #include "tests/support/ScopedPlatform.h"
@@ -21,6 +26,14 @@ std::string sentence(const Body& body) {
     } catch (const FileOpError& error) {
         return error.what();
     }
+}
+
+std::set<std::string> namesIn(const URL& folder) {
+    std::set<std::string> names;
+    const auto reader = Platform::current().files->openFolder(folder);
+    for (auto batch = reader->read(); !batch.empty(); batch = reader->read())
+        for (const FolderEntry& entry : batch) names.emplace(entry.view());
+    return names;
 }
 
 TEST(FileOpsFriendly, saysWhyInOneSentence) {
@@ -153,6 +166,61 @@ TEST(FileOpsRename, twoNamesOfOneFileAreTwoItems) {
               "The name “README” is already taken. Please choose a different name.");
     EXPECT_TRUE(folder.exists("readme"));
     EXPECT_TRUE(folder.exists("README"));
+}
+
+TEST(FileOpsDuplicate, leavesNothingWhenItIsCancelledOrFails) {
+    const TestFolder folder;
+    const URL tree = folder.folder("tree");
+    folder.file("tree/a", std::string(3'000'000, 'x'));
+    const CancelToken token;
+    token.cancel();
+    EXPECT_EQ(sentence([&] { FileOps::duplicate(tree, token); }), "The copy was cancelled.");
+    EXPECT_EQ(sentence([&] { FileOps::duplicate(folder / "gone"); }),
+              "Couldn’t duplicate “gone” because it no longer exists.");
+    EXPECT_EQ(sentence([&] { FileOps::duplicate(URL()); }), "Can’t put “/” inside itself.");
+    EXPECT_EQ(namesIn(folder.url()), std::set<std::string>{"tree"});
+    EXPECT_EQ(FileOps::duplicate(tree).url, folder / "tree copy");
+    EXPECT_EQ(folder.read("tree copy/a").size(), 3'000'000U);
+}
+
+TEST(FileOpsMove, takesItemsToAnotherDiskAndBack) {
+    std::string name = "/dev/shm/tarn-XXXXXX";
+    ASSERT_NE(mkdtemp(name.data()), nullptr);
+    const URL disk = URL::fromPath(name);
+    FileSystem& files = *Platform::current().files;
+    const TestFolder folder;
+    if (FileOps::sameVolume(disk, folder.url())) {
+        files.removeTree(disk);
+        GTEST_SKIP() << "This machine has one disk.";
+    }
+    folder.file("tree/sub/line\nfeed\xff", "text", Date{1000});
+    folder.link("tree/link", "nowhere");
+    files.createFile(disk.appending("taken"), "");
+    EXPECT_THROW(FileOps::move(folder / "tree", disk.appending("taken")), std::system_error);
+    EXPECT_EQ(folder.read("tree/sub/line\nfeed\xff"), "text");
+
+    const std::vector<Step> steps = {Step::move(folder / "tree", disk.appending("moved"))};
+    FileOps::reapply(steps);
+    EXPECT_EQ(namesIn(folder.url()), std::set<std::string>{});
+    EXPECT_EQ(namesIn(disk), (std::set<std::string>{"moved", "taken"}));
+    FileOps::revert(steps);
+    EXPECT_EQ(namesIn(disk), std::set<std::string>{"taken"});
+    EXPECT_EQ(folder.read("tree/sub/line\nfeed\xff"), "text");
+    EXPECT_EQ(files.requireAttributes(folder / "tree/sub/line\nfeed\xff", Links::keep).modified,
+              Date{1000});
+    EXPECT_EQ(files.linkTarget(folder / "tree/link"), "nowhere");
+    files.removeTree(disk);
+}
+
+TEST(FileOpsTrash, saysWhatCannotGoThere) {
+    EXPECT_EQ(sentence([] { FileOps::trash(Paths::home()); }),
+              "Couldn’t move " + Text::quoted(Paths::home().name()) +
+                  " to the Trash because the Trash is inside it.");
+    EXPECT_EQ(sentence([] { FileOps::trash(URL()); }),
+              "Couldn’t move “/” to the Trash because it’s in use.");
+    EXPECT_EQ(
+        sentence([] { FileOps::trash(URL::fromPath("/proc/self/status")); }),
+        "Couldn’t move “status” to the Trash because its disk has no Trash that can be used.");
 }
 
 TEST(FileOpsQuestions, answerForLinksAndMissingItems) {

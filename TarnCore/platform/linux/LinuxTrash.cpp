@@ -279,6 +279,7 @@ URL LinuxTrash::put(const Can& can, const URL& item) const {
 }
 
 URL LinuxTrash::trash(const URL& url) {
+    if (url.isRoot()) fail(EBUSY);
     files_->requireAttributes(url, Links::keep);
     const auto tryIn = [](const std::optional<Can>& can, const LinuxTrash& trash,
                           const URL& item) -> std::optional<URL> {
