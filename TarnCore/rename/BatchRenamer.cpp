@@ -120,6 +120,8 @@ std::vector<RenamePreview> preview(const std::vector<URL>& urls,
     targets.reserve(urls.size());
     std::unordered_map<std::string_view, int> counts;
     counts.reserve(urls.size());
+    std::vector<const int*> countOf;  // Into the table, whose entries stay where they are.
+    countOf.reserve(urls.size());
     std::string_view folder;  // Of the file before, most often the same.
     std::string loweredFolder;
     for (std::size_t i = 0; i < urls.size(); ++i) {
@@ -131,7 +133,9 @@ std::vector<RenamePreview> preview(const std::vector<URL>& urls,
         }
         previews.push_back(renamed(urls[i], i, prepared, includeExtension, dates));
         targets.push_back(loweredFolder + Text::lowercased(previews.back().newName));
-        ++counts[targets.back()];
+        int& count = counts[targets.back()];
+        ++count;
+        countOf.push_back(&count);
     }
 
     TargetFolders folders(urls);
@@ -139,7 +143,7 @@ std::vector<RenamePreview> preview(const std::vector<URL>& urls,
         RenamePreview& preview = previews[i];
         const auto problem = [&]() -> std::optional<std::string> {
             if (auto found = nameProblem(preview)) return found;
-            if (counts[targets[i]] > 1) return "Same name as another file in this rename";
+            if (*countOf[i] > 1) return "Same name as another file in this rename";
             if (preview.newName.size() > longestFileName &&
                 Text::lowercased(preview.newName) == Text::lowercased(preview.oldName)) {
                 return "Name is too long";

@@ -1,5 +1,8 @@
 #include "TarnCore/rename/NameText.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "TarnCore/base/ICU.h"
 #include "TarnCore/base/Text.h"
 
@@ -26,6 +29,11 @@ icu::UnicodeString fromBytes(std::string_view name) {
 
 std::string toBytes(const icu::UnicodeString& text) {
     std::string name;
+    const std::u16string_view units(text.getBuffer(), static_cast<std::size_t>(text.length()));
+    if (std::ranges::none_of(units, [](char16_t unit) { return U16_IS_SURROGATE(unit); })) {
+        text.toUTF8String(name);
+        return name;
+    }
     for (std::int32_t at = 0; at < text.length();) {
         const UChar32 character = text.char32At(at);
         at += U16_LENGTH(character);

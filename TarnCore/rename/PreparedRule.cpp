@@ -1,6 +1,7 @@
 #include "TarnCore/rename/PreparedRule.h"
 
 #include <algorithm>
+#include <bitset>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -89,14 +90,15 @@ public:
         }
     }
 
-private:
     /// Below the combining marks every unit is a character, except in a line end of two.
+    static constexpr char16_t simpleUnits = 0x300;
     static bool isSimple(const icu::UnicodeString& text) {
         const std::u16string_view units(text.getBuffer(), static_cast<std::size_t>(text.length()));
-        return std::ranges::all_of(units,
-                                   [](char16_t unit) { return unit < 0x300 && unit != u'\r'; });
+        return std::ranges::all_of(
+            units, [](char16_t unit) { return unit < simpleUnits && unit != u'\r'; });
     }
 
+private:
     std::unique_ptr<icu::BreakIterator> breaks_;
 };
 
@@ -264,12 +266,21 @@ class RemoveCharactersWork final : public PreparedRule::Work {
 public:
     explicit RemoveCharactersWork(const RenameRule::RemoveCharacters& rule) {
         characters_.forEach(ICU::text(rule.characters), [&](const icu::UnicodeString& character) {
-            unwanted_.insert(composed(character));
+            const icu::UnicodeString one = composed(character);
+            unwanted_.insert(one);
+            if (one.length() == 1 && Characters::isSimple(one)) isUnwanted_[one[0]] = true;
         });
     }
     Outcome apply(std::string_view name, std::size_t, std::optional<Date>) override {
+        const icu::UnicodeString text = NameText::fromBytes(name);
         icu::UnicodeString kept;
-        characters_.forEach(NameText::fromBytes(name), [&](const icu::UnicodeString& character) {
+        if (Characters::isSimple(text)) {
+            for (std::int32_t i = 0; i < text.length(); ++i) {
+                if (!isUnwanted_[text[i]]) kept.append(text[i]);
+            }
+            return {NameText::toBytes(kept), {}};
+        }
+        characters_.forEach(text, [&](const icu::UnicodeString& character) {
             if (!unwanted_.contains(composed(character))) kept.append(character);
         });
         return {NameText::toBytes(kept), {}};
@@ -278,7 +289,7 @@ public:
 private:
     /// One form of characters that may be written in several ("é" in one piece or two).
     static icu::UnicodeString composed(const icu::UnicodeString& character) {
-        if (character.length() == 1 && character[0] < 0x300) return character;
+        if (character.length() == 1 && character[0] < Characters::simpleUnits) return character;
         UErrorCode status = U_ZERO_ERROR;
         const icu::Normalizer2* form = icu::Normalizer2::getNFCInstance(status);
         icu::UnicodeString out = U_SUCCESS(status) ? form->normalize(character, status) : character;
@@ -287,6 +298,7 @@ private:
 
     Characters characters_;
     std::set<icu::UnicodeString> unwanted_;
+    std::bitset<Characters::simpleUnits> isUnwanted_;  ///< Those of them that are one unit.
 };
 
 class RemoveFirstWork final : public PreparedRule::Work {
