@@ -213,7 +213,9 @@ URL trash(const URL& url) {
         if (const auto folder = privateTrash()) return trashPrivately(url, *folder);
         const auto& desktop = Platform::current().trash;
         if (!desktop) throw std::system_error(EXDEV, std::generic_category(), "trash");
-        return desktop->trash(url);
+        const URL trashed = desktop->trash(url);
+        FileTags::moved(url, trashed);
+        return trashed;
     } catch (const std::system_error& error) {
         const std::string verb = "move " + quotedName(url) + " to the Trash";
         if (error.code() == std::errc::cross_device_link)

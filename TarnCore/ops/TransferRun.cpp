@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "TarnCore/base/Text.h"
+#include "TarnCore/files/FileTags.h"
 #include "TarnCore/ops/FileOps.h"
 #include "TarnCore/ops/TransferMeasure.h"
 #include "TarnCore/ops/TransferWords.h"
@@ -249,6 +250,7 @@ bool TransferRun::rename(const URL& source, URL& target) {
     for (;;) {
         try {
             files_->move(source, target);
+            FileTags::moved(source, target);
             steps_.push_back(Step::move(source, target));
             addResult(target);
             moved_.push_back(source);
@@ -341,6 +343,7 @@ void TransferRun::removeOriginal(const PendingRemoval& pending) {
     try {
         if (pending.isEmptyFolder) return removeIfEmpty(source);
         copying_->removeCopied(source, *record_);
+        FileTags::moved(source, pending.target);
         steps_.push_back(Step::move(source, pending.target));
         moved_.push_back(source);
     } catch (const std::system_error& error) {

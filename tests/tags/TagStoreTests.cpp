@@ -3,7 +3,9 @@
 #include "TarnCore/base/PropertyList.h"
 #include "TarnCore/files/FileItem.h"
 #include "TarnCore/files/Paths.h"
+#include "TarnCore/files/SupportDirectory.h"
 #include "TarnCore/ops/FileOps.h"
+#include "TarnCore/ops/TransferJob.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 #include "TarnCore/platform/memory/MemoryExtendedAttributes.h"
@@ -132,6 +134,18 @@ TEST_F(TagStoreTest, linksAndDisksWithoutAttributesAreTaggedToo) {
     ASSERT_TRUE(step);
     FileOps::revert({*step});
     EXPECT_EQ(TagStore::tags(folder / "c.txt"), Tags{red});
+}
+
+TEST_F(TagStoreTest, aTransferTakesTheListAlong) {
+    const URL link = folder.link("link", "nowhere");
+    const URL target = folder.folder("target");
+    ASSERT_TRUE(TagStore::add(work, link));
+    TransferJob(TransferKind::move, {link}, target).run();
+    // By its path, that is, also when the disk numbers its files anew.
+    const std::string list = Platform::current().files->readFile(
+        SupportDirectory::location().appending("tags-elsewhere.json"), 1 << 20);
+    EXPECT_NE(list.find(target.appending("link").path() + "\""), list.npos) << list;
+    EXPECT_EQ(TagStore::tags(target.appending("link")), Tags{work});
 }
 
 TEST_F(TagStoreTest, aNewFileDoesNotInheritTheTagsOfItsName) {
