@@ -153,9 +153,13 @@ void UnpackWriting::carryOut(const Batch& batch, std::size_t& index) {
             break;
         }
         case Action::beginLinkedFile: {
-            linkToFile_ = names_[order.other];
+            linkToFile_ = std::exchange(names_[order.other], {});
             linkToFile_.push_back(order.other);
-            for (const std::string& name : linkToFile_) writer_->removeFile(name);
+            for (const std::string& name : linkToFile_) {
+                writer_->removeFile(name);
+                made_.erase(name);
+            }
+            makeRoomFor(order.path);
             filePath_ = order.path;
             startFile(order);
             break;

@@ -56,6 +56,39 @@ void TarBytes::add(const Member& member) {
     bytes_.append((512 - member.content.size() % 512) % 512, '\0');
 }
 
+std::string cpio(const std::vector<CpioMember>& members) {
+    std::string out;
+    const auto pad = [&] { out.append((4 - out.size() % 4) % 4, '\0'); };
+    const auto add = [&](const CpioMember& member) {
+        const unsigned fields[] = {member.inode,
+                                   0100644,
+                                   0,
+                                   0,
+                                   member.links,
+                                   1700000000,
+                                   static_cast<unsigned>(member.content.size()),
+                                   0,
+                                   0,
+                                   0,
+                                   0,
+                                   static_cast<unsigned>(member.path.size() + 1),
+                                   0};
+        out += "070701";
+        for (const unsigned field : fields) {
+            char text[16];
+            std::snprintf(text, sizeof text, "%08X", field);
+            out += text;
+        }
+        out += member.path + '\0';
+        pad();
+        out += member.content;
+        pad();
+    };
+    for (const CpioMember& member : members) add(member);
+    add({.path = "TRAILER!!!", .inode = 0});
+    return out;
+}
+
 std::string gzipped(std::string_view bytes) {
     return std::string("\x1f\x8b\x08\0\0\0\0\0\0\x03", 10) + deflated(bytes) +
            u32(crc32(0, bytes)) + u32(bytes.size());

@@ -31,6 +31,16 @@ private:
     std::string bytes_;
 };
 
+/// A cpio file in the form of SVR4 ("newc"), in which the bytes of a file with several names stand
+/// behind the last of them.
+struct CpioMember {
+    std::string path;
+    std::string content{};
+    unsigned inode = 1;
+    unsigned links = 1;
+};
+std::string cpio(const std::vector<CpioMember>& members);
+
 /// Wraps bytes as gzip does.
 std::string gzipped(std::string_view bytes);
 

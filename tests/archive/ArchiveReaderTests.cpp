@@ -217,6 +217,20 @@ TEST(ArchiveReader, takesTheLaterOfTwoMembersWithOnePath) {
     EXPECT_EQ(folder.read("e/a"), "newer");
 }
 
+TEST(ArchiveReader, joinsNamesWhoseBytesComeWithTheLast) {
+    TestFolder folder;
+    const URL archive = folder.file(
+        "x.cpio", test::cpio({{.path = "d/a", .inode = 7, .links = 3},
+                              {.path = "d/other", .content = "o"},
+                              {.path = "d/b", .inode = 7, .links = 3},
+                              {.path = "d/c", .content = "bytes of all", .inode = 7, .links = 3}}));
+    ArchiveReader::extractAll(archive);
+    EXPECT_EQ(tree(folder / "d"),
+              (Lines{"a=bytes of all", "b=bytes of all", "c=bytes of all", "other=o"}));
+    EXPECT_EQ(facts(folder / "d/a").st_ino, facts(folder / "d/c").st_ino);
+    EXPECT_EQ(facts(folder / "d/b").st_ino, facts(folder / "d/c").st_ino);
+}
+
 TEST(ArchiveReader, leavesNothingWhenCancelled) {
     TestFolder folder;
     std::vector<TarBytes::Member> members;
@@ -271,7 +285,7 @@ TEST(ArchiveReader, compressesBesideTheFirstItem) {
 TEST(ArchiveReader, unpacksWhatItCompressed) {
     TestFolder folder;
     std::string lines;
-    for (int i = 0; i < 900000; ++i) lines += std::to_string(i * 7919 % 100003) + "\n";
+    for (unsigned i = 0; i < 900000; ++i) lines += std::to_string(i * 7919 % 100003) + "\n";
     folder.file("in/long.txt", lines);  // 5 MB: packed in pieces, unpacked whole
     lines += lines + lines + lines;
     folder.file("in/longer.txt", lines);  // 21 MB: unpacked in pieces
