@@ -236,6 +236,10 @@ TEST_F(ChangesTest, theHistoryTakesBackOneByItself) {
     ASSERT_TRUE(waitFor(
         [this] { return sheet<HistorySheet>() && sheet<HistorySheet>()->rows().size() >= 2; }));
     HistorySheet* history = sheet<HistorySheet>();
+    // The list is as high as its rows.
+    EXPECT_TRUE(waitFor([&] {
+        return history->rows()[1]->visibleRegion().boundingRect() == history->rows()[1]->rect();
+    }));
     // Newest first, so the second is the first renaming.
     QPushButton* undo = history->rows()[1]->undo();
     ASSERT_TRUE(undo->isEnabled());

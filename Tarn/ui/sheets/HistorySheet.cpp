@@ -85,6 +85,8 @@ void HistorySheet::load() {
             connect(row, &HistoryRow::undoRequested, self,
                     [self](const UUID& id) { self->model_.operations().undo(id); });
             self->list_->addWidget(row);
+            // Now, so that it counts for the height of the list.
+            row->show();
             self->rows_.push_back(row);
         }
         self->nothing_->setVisible(all.empty());

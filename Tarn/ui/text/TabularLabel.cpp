@@ -19,9 +19,16 @@ void TabularLabel::setText(const QString& text) {
     if (text == text_) return;
     text_ = text;
     setAccessibleName(text);
+    updateToolTip();
     updateGeometry();
     update();
 }
+
+void TabularLabel::updateToolTip() {
+    setToolTip(sizeHint().width() > width() ? text_.toHtmlEscaped() : QString());
+}
+
+void TabularLabel::resizeEvent(QResizeEvent*) { updateToolTip(); }
 
 QSize TabularLabel::sizeHint() const {
     return {static_cast<int>(std::ceil(Fonts::tabularWidth(font(), text_))),

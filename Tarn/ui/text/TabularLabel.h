@@ -5,7 +5,7 @@
 namespace tarn {
 
 /// One line of small secondary text whose digits are equally wide, so that numbers that change do
-/// not push each other about. Cut off at its end where it does not fit.
+/// not push each other about. Cut off at its end where it does not fit; then the tooltip has it.
 class TabularLabel final : public QWidget {
     Q_OBJECT
 public:
@@ -20,8 +20,11 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void updateToolTip();
+
     QString text_;
 };
 
