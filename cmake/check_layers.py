@@ -54,7 +54,7 @@ QT_CORE = {
     "QLocale", "QMap", "QMetaEnum", "QMetaObject", "QMetaType", "QMimeData", "QModelIndex",
     "QObject", "QPersistentModelIndex", "QPoint", "QPointer", "QProcess", "QRect", "QScopeGuard",
     "QSet", "QSettings", "QSignalBlocker", "QSize", "QSocketNotifier", "QSortFilterProxyModel",
-    "QStandardPaths", "QString", "QStringList", "QStringView", "QThread", "QTimer", "QTimeZone",
+    "QStandardPaths", "QString", "QStringList", "QStringView", "QTemporaryDir", "QThread", "QTimer", "QTimeZone",
     "QTranslator", "QUrl", "QUuid", "QVariant", "QVariantMap", "QVector", "QtCore", "QtGlobal"}
 
 # Slow to compile or greedy with names; our headers hide them, sources include them.

@@ -161,6 +161,7 @@ void AppModel::flush() {
     stores_->recentFolders.flush();
     stores_->folderVisits.flush();
     history_.flush();
+    tagColors_.flush();
 }
 
 }  // namespace tarn

@@ -10,10 +10,14 @@
 
 #include <QtCore/QObject>
 
+#include "Tarn/model/ActivityList.h"
+#include "Tarn/model/ArchiveCache.h"
+#include "Tarn/model/ArchiveMembers.h"
 #include "Tarn/model/Clipboard.h"
 #include "Tarn/model/DriveService.h"
 #include "Tarn/model/HistoryModel.h"
 #include "Tarn/model/ListingCache.h"
+#include "Tarn/model/TagColors.h"
 #include "Tarn/model/TransferList.h"
 #include "Tarn/model/TrashService.h"
 #include "Tarn/model/records/AppSettings.h"
@@ -38,6 +42,12 @@ public:
     TaskPool& pool() { return pool_; }
     ListingCache& listings() { return *listings_; }
     const std::shared_ptr<ListingCache>& sharedListings() const { return listings_; }
+
+    const std::shared_ptr<ArchiveCache>& sharedArchives() const { return archives_; }
+
+    ActivityList& activities() { return activities_; }
+    ArchiveMembers& archiveMembers() { return archiveMembers_; }
+    TagColors& tagColors() { return tagColors_; }
 
     const AppSettings& settings() const { return settings_; }
     void setSettings(AppSettings settings);
@@ -98,6 +108,7 @@ private:
     TaskPool& pool_;
     std::unique_ptr<Stores> stores_;
     std::shared_ptr<ListingCache> listings_ = std::make_shared<ListingCache>();
+    std::shared_ptr<ArchiveCache> archives_ = std::make_shared<ArchiveCache>();
     AppSettings settings_;
     std::vector<Volume> volumes_;
     std::vector<WindowModel*> windows_;
@@ -109,6 +120,9 @@ private:
     TrashService trash_;
     std::unique_ptr<TransferList> transfers_;  ///< Ends before the history does.
     bool servicesStarted_ = false;
+    TagColors tagColors_{pool_};
+    ArchiveMembers archiveMembers_;
+    ActivityList activities_;  ///< Ends before what its jobs use.
 };
 
 }  // namespace tarn

@@ -4,6 +4,7 @@
 #include <atomic>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/ArchiveListing.h"
 #include "Tarn/model/FolderListing.h"
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/files/DirectoryLister.h"
@@ -53,6 +54,7 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
     });
     connect(&app, &AppModel::cutURLsChanged, this, &PaneModel::cutChanged);
     connect(&watcher_, &PaneWatcher::changed, this, &PaneModel::refreshSoon);
+    connect(&app.tagColors(), &TagColors::changed, this, &PaneModel::tagColorsChanged);
     connect(&search_, &PaneSearch::rowsChanged, this, &PaneModel::resultsChanged);
     connect(&search_, &PaneSearch::finished, this, &PaneModel::stateChanged);
 }
@@ -60,6 +62,8 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
 PaneModel::~PaneModel() { moveOn(); }
 
 void PaneModel::moveOn() {
+    endRename();
+    nameWhenListed_.reset();
     ++generation_;
     listToken_.cancel();
     isListing_ = false;
@@ -107,8 +111,7 @@ void PaneModel::goForward() {
 }
 
 bool PaneModel::canGoUp() const {
-    return location_.which == Location::Case::archive ||
-           (location_.isFolder() && !location_.url.isRoot());
+    return location_.isArchive() || (location_.isFolder() && !location_.url.isRoot());
 }
 
 void PaneModel::goUp() {
@@ -121,13 +124,20 @@ void PaneModel::goUp() {
         const auto slash = location_.text.rfind('/');
         navigate(Location::archive(location_.url, slash == std::string::npos
                                                       ? std::string()
-                                                      : location_.text.substr(0, slash)));
+                                                      : location_.text.substr(0, slash)),
+                 true, {ArchiveListing::url(location_.url, location_.text)});
     }
 }
 
 bool PaneModel::browse(const FileItem& item) {
-    if (!item.isDirectory) return false;
-    navigate(Location::folder(item.url));
+    if (location_.isArchive() && !showsResults_) {
+        const auto member = ArchiveListing::member(location_.url, item.url);
+        if (!item.isDirectory || !member) return false;
+        navigate(Location::archive(location_.url, *member));
+        return true;
+    }
+    if (!item.isBrowsable()) return false;
+    navigate(item.isDirectory ? Location::folder(item.url) : Location::archive(item.url, {}));
     return true;
 }
 
@@ -198,19 +208,23 @@ void PaneModel::load() {
     moveOn();
     listingError_.reset();
     isPartial_ = false;
-    isLoading_ = location_.isFolder();
-    if (!location_.isFolder()) {
+    shownEntries_.reset();
+    isLoading_ = hasListing();
+    if (!hasListing()) {
         watcher_.stop();
         emit stateChanged();
         return;
     }
-    if (auto cached = app_.listings().find({location_.url, showsHidden_})) {
-        isLoading_ = false;
-        showListing(cached->rows, cached->sort, true);
-        isPartial_ = false;
+    if (location_.isFolder()) {
+        if (auto cached = app_.listings().find({location_.url, showsHidden_})) {
+            isLoading_ = false;
+            showListing(cached->rows, cached->sort, true);
+            isPartial_ = false;
+        }
     }
     emit stateChanged();
-    if (isLoading_) deadlineTimer_.start();
+    // A large archive may take longer to read without anything being wrong.
+    if (isLoading_ && location_.isFolder()) deadlineTimer_.start();
     watchAndList();
 }
 
@@ -232,7 +246,8 @@ void PaneModel::watchAndList() {
         list();
     };
     lateWatchTimer_.start();
-    watcher_.watch({location_.url}, WatchDepth::children, folderLatency,
+    const URL watched = location_.isFolder() ? location_.url : location_.url.parent();
+    watcher_.watch({watched}, WatchDepth::children, folderLatency,
                    [begun, list, generation = generation_, self = QPointer<PaneModel>(this)] {
                        const bool wasLate = begun->isListing && begun->isLate;
                        list();
@@ -244,7 +259,7 @@ void PaneModel::watchAndList() {
 }
 
 void PaneModel::reload() {
-    if (!location_.isFolder()) return;
+    if (!hasListing()) return;
     // A folder that changes all the time must not keep its listing from ever ending.
     if (isListing_) {
         missedChanges_ = true;
@@ -259,6 +274,11 @@ void PaneModel::reload() {
 }
 
 void PaneModel::refreshSoon() {
+    // Rows must not move under a name that is being edited.
+    if (renaming_) {
+        missedChanges_ = true;
+        return;
+    }
     if (!refreshTimer_.isActive()) refreshTimer_.start();
 }
 
@@ -270,6 +290,10 @@ void PaneModel::startListing() {
 std::function<void()> PaneModel::listing() {
     missedChanges_ = false;
     listToken_ = CancelToken();
+    return location_.isFolder() ? folderListing() : archiveListing();
+}
+
+std::function<void()> PaneModel::folderListing() {
     const bool wantsFirst = isLoading_;
     return [folder = location_.url, hidden = showsHidden_, sort = sort_, token = listToken_,
             wantsFirst, generation = generation_, cache = app_.sharedListings(),
@@ -310,6 +334,7 @@ void PaneModel::showListing(SharedRows rows, const SortOrder& sort, bool isParti
         // Another listing follows, and this one may have begun before the items were there.
         if (!isPartial && !missedChanges_) selectWhenListed_.clear();
     }
+    if (nameWhenListed_ && items_.row(*nameWhenListed_)) beginRename(*nameWhenListed_);
     if (sort != sort_ && !isPartial) resortListing();
 }
 
@@ -317,7 +342,8 @@ void PaneModel::listingEnded() {
     isListing_ = false;
     isLoading_ = false;
     deadlineTimer_.stop();
-    if (DirectoryLister::tagsDeferred(listing_->size())) loadDeferredTags(listing_);
+    if (location_.isFolder() && DirectoryLister::tagsDeferred(listing_->size()))
+        loadDeferredTags(listing_);
     emit stateChanged();
     if (missedChanges_) refreshSoon();
 }
@@ -326,6 +352,7 @@ void PaneModel::listingFailed(const ListingError& error) {
     isListing_ = false;
     isLoading_ = false;
     isPartial_ = false;
+    shownEntries_.reset();
     deadlineTimer_.stop();
     listingError_ = error;
     listing_ = std::make_shared<const PaneRows>(std::vector<FileItem>());

@@ -10,6 +10,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QTimer>
 
+#include "Tarn/model/ArchiveCache.h"
 #include "Tarn/model/PaneHistory.h"
 #include "Tarn/model/PaneItems.h"
 #include "Tarn/model/PaneSearch.h"
@@ -19,6 +20,7 @@
 #include "TarnCore/base/CancelToken.h"
 #include "TarnCore/files/ListingError.h"
 #include "TarnCore/search/SearchQuery.h"
+#include "TarnCore/tags/FinderTag.h"
 
 namespace tarn {
 
@@ -53,7 +55,7 @@ public:
     /// Counts navigations: what a view remembers of another one is stale.
     std::uint64_t navigationID() const { return navigationID_; }
 
-    /// Enters a folder; false for anything that does not open inside the pane.
+    /// Enters a folder or an archive; false for anything that does not open inside the pane.
     bool browse(const FileItem& item);
     /// Reads the place again. What is shown stays until the answer is there.
     void reload();
@@ -62,6 +64,7 @@ public:
 
     /// What is selected, shared by all views of the pane and kept by URL when rows are replaced.
     QItemSelectionModel& selection() { return selection_; }
+    const QItemSelectionModel& selection() const { return selection_; }
     bool hasSelection() const { return selection_.hasSelection(); }
     std::vector<FileItem> selectedItems() const;
     void select(const std::vector<URL>& urls);
@@ -69,6 +72,24 @@ public:
     void selectWhenListed(std::vector<URL> urls);
     /// The item is on the clipboard and will go away when it is pasted.
     bool isCut(const URL& url) const;
+
+    /// The rows are members of an archive, which have no path on the disk.
+    bool showsMembers() const { return location_.isArchive() && !showsResults_; }
+    /// Of the archive that is shown: what is selected, in the order of the rows.
+    std::vector<std::string> selectedMembers() const;
+
+    /// Of the item's tags, in their order, as far as they are known yet.
+    std::vector<TagColor> tagColors(const FileItem& item) const;
+
+    /// The item whose name is being edited. Meanwhile changes of the place wait.
+    const std::optional<URL>& renaming() const { return renaming_; }
+    /// Selects the item as well. Nothing for an item that is not shown, or is in an archive.
+    void beginRename(URL item);
+    void endRename();
+    /// What the Return key does to the selection; otherwise it renames.
+    bool returnOpens() const;
+    /// Edits the name of an item that was just made here, as soon as it is listed.
+    void renameWhenListed(const URL& item);
 
     ViewMode viewMode() const { return viewMode_; }
     void setViewMode(ViewMode mode);
@@ -124,6 +145,8 @@ signals:
     void iconSizeChanged();
     /// What isCut() answers has changed.
     void cutChanged();
+    void renamingChanged();
+    void tagColorsChanged();
     /// After the rows were replaced and the selection was put back.
     void rowsChanged();
 
@@ -133,6 +156,10 @@ private:
     void load();
     /// What reads the place and posts the answer; for the pool.
     std::function<void()> listing();
+    std::function<void()> folderListing();
+    std::function<void()> archiveListing();
+    /// The place is a folder, on the disk or in an archive; others have a screen of their own.
+    bool hasListing() const { return location_.isFolder() || location_.isArchive(); }
     void startListing();
     void watchAndList();
     void showListing(SharedRows rows, const SortOrder& sort, bool isPartial);
@@ -166,6 +193,8 @@ private:
 
     SharedRows listing_;  ///< The place itself, also while results are shown.
     std::vector<URL> selectWhenListed_;
+    std::optional<URL> nameWhenListed_;
+    std::optional<URL> renaming_;
     std::uint64_t generation_ = 0;  ///< Counts loads; the answer of an older one is dropped.
     CancelToken listToken_;
     bool isLoading_ = false;
@@ -173,6 +202,7 @@ private:
     bool isPartial_ = false;
     bool missedChanges_ = false;  ///< The place changed while it was being listed.
     std::optional<ListingError> listingError_;
+    ArchiveCache::Entries shownEntries_;  ///< Of the archive whose rows are shown.
     QTimer refreshTimer_;
     QTimer deadlineTimer_;
     QTimer lateWatchTimer_;

@@ -4,6 +4,7 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowOperations.h"
 #include "TarnCore/files/Paths.h"
 
@@ -16,7 +17,8 @@ WindowModel::WindowModel(AppModel& app, const WindowSnapshot& snapshot, QObject*
     : QObject(parent),
       app_(app),
       showHidden_(app.settings().showHiddenByDefault),
-      sidebarVisible_(snapshot.showSidebar) {
+      sidebarVisible_(snapshot.showSidebar),
+      edits_(std::make_unique<WindowEdits>(*this)) {
     Q_ASSERT(MainThread::isCurrent());
     for (const PaneSnapshot& pane : snapshot.panes) addPane(pane.location, pane.viewMode);
     if (panes_.empty()) addPane(Location::folder(Paths::home()), std::nullopt);
@@ -75,9 +77,24 @@ void WindowModel::setShowsHistory(bool shows) {
     emit showsHistoryChanged();
 }
 
+void WindowModel::showSheet(WindowSheet sheet) {
+    sheet_ = std::move(sheet);
+    emit sheetChanged();
+}
+
+void WindowModel::closeSheet() {
+    if (!sheet_) return;
+    sheet_.reset();
+    emit sheetChanged();
+}
+
 void WindowModel::openSelection() {
     const std::vector<FileItem> items = active().selectedItems();
     if (items.size() == 1 && active().browse(items.front())) return;
+    if (active().showsMembers()) {
+        edits_->openMembers(active().selectedMembers());
+        return;
+    }
     std::vector<URL> files;
     for (const FileItem& item : items) {
         if (item.isDirectory)

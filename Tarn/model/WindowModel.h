@@ -7,6 +7,7 @@
 
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/model/Toast.h"
+#include "Tarn/model/WindowSheet.h"
 #include "Tarn/model/records/SessionState.h"
 #include "TarnCore/base/UUID.h"
 
@@ -14,6 +15,7 @@ namespace tarn {
 
 class AppModel;
 class WindowOperations;
+class WindowEdits;
 
 /// What one window shows: its panes and switches. Main thread only; `app` outlives it.
 class WindowModel final : public QObject {
@@ -55,6 +57,13 @@ public:
     void setShowsTransfers(bool shows);
     bool showsHistory() const { return showsHistory_; }
     void setShowsHistory(bool shows);
+    /// The changes to files that begin with what is shown and selected.
+    WindowEdits& edits() { return *edits_; }
+
+    /// The question that is put; absent for none.
+    const std::optional<WindowSheet>& sheet() const { return sheet_; }
+    void showSheet(WindowSheet sheet);
+    void closeSheet();
 
     /// Opens what is selected: one folder in the pane, anything else with its program.
     void openSelection();
@@ -70,6 +79,7 @@ signals:
     void toastChanged();
     void showsTransfersChanged();
     void showsHistoryChanged();
+    void sheetChanged();
     void editPathRequested();
     void focusSearchRequested();
     /// Files are to be opened with the desktop's programs for them.
@@ -91,6 +101,8 @@ private:
     bool showsTransfers_ = false;
     bool showsHistory_ = false;
     std::unique_ptr<WindowOperations> operations_;
+    std::optional<WindowSheet> sheet_;
+    std::unique_ptr<WindowEdits> edits_;
 };
 
 }  // namespace tarn

@@ -47,6 +47,7 @@ struct Location {
     static Location tags() { return make(Case::tags, {}, {}); }
 
     bool isFolder() const { return which == Case::folder; }
+    bool isArchive() const { return which == Case::archive; }
     /// One of the places that are a query over the user's files.
     bool isQuery() const;
     /// The form to compare and to keep in a history: fields that the case does not use are empty,

@@ -1,0 +1,84 @@
+#include "Tarn/model/TagColors.h"
+
+#include <algorithm>
+
+#include <nlohmann/json.hpp>
+
+#include "Tarn/model/MainThread.h"
+#include "TarnCore/base/Collation.h"
+#include "TarnCore/tags/TagStore.h"
+
+namespace tarn {
+namespace {
+
+bool isStandard(const FinderTag& tag) {
+    const auto standard = FinderTag::standard();
+    return std::find(standard.begin(), standard.end(), tag) != standard.end();
+}
+
+}  // namespace
+
+TagColors::TagColors(TaskPool& pool, QObject* parent)
+    : QObject(parent),
+      pool_(pool),
+      store_("tag-colors.json", [] { return std::map<std::string, int>(); }) {
+    for (const FinderTag& tag : FinderTag::standard()) colors_.emplace(tag.name, tag.color);
+    for (const auto& [name, number] : store_.value()) {
+        if (number < 0 || number >= static_cast<int>(allTagColors().size())) continue;
+        const auto color = static_cast<TagColor>(number);
+        colors_.insert_or_assign(name, color);
+        TagStore::remember({name, color});
+    }
+}
+
+TagColors::~TagColors() = default;
+
+TagColor TagColors::color(const std::string& name, const URL& carrier) {
+    const auto found = colors_.find(name);
+    if (found != colors_.end()) return found->second;
+    if (!asked_.insert(name).second) return TagColor::none;
+    pool_.run(
+        [carrier, self = QPointer<TagColors>(this)] {
+            MainThread::post(self, [tags = TagStore::tags(carrier)](TagColors& colors) {
+                for (const FinderTag& tag : tags) {
+                    if (!colors.colors_.contains(tag.name)) colors.remember(tag);
+                }
+            });
+        },
+        TaskPriority::background);
+    return TagColor::none;
+}
+
+void TagColors::remember(const FinderTag& tag) {
+    const auto [known, isNew] = colors_.try_emplace(tag.name, tag.color);
+    if (!isNew && known->second == tag.color) return;
+    known->second = tag.color;
+    TagStore::remember(tag);
+    store_.update([tag](std::map<std::string, int>& stored) {
+        if (isStandard(tag))
+            stored.erase(tag.name);
+        else
+            stored.insert_or_assign(tag.name, static_cast<int>(tag.color));
+    });
+    emit changed();
+}
+
+void TagColors::flush() { store_.flush(); }
+
+std::vector<FinderTag> TagColors::known() const {
+    std::vector<FinderTag> tags;
+    for (const FinderTag& tag : FinderTag::standard())
+        tags.push_back({tag.name, colors_.find(tag.name)->second});
+    const auto others = static_cast<std::ptrdiff_t>(tags.size());
+    for (const auto& [name, color] : colors_) {
+        const auto isSame = [&name](const FinderTag& tag) { return tag.name == name; };
+        if (std::none_of(tags.begin(), tags.begin() + others, isSame))
+            tags.push_back({name, color});
+    }
+    std::sort(tags.begin() + others, tags.end(), [](const FinderTag& a, const FinderTag& b) {
+        return Collation::compare(a.name, b.name) < 0;
+    });
+    return tags;
+}
+
+}  // namespace tarn

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <QtCore/QObject>
+
+#include "TarnCore/base/TaskPool.h"
+#include "TarnCore/base/URL.h"
+#include "TarnCore/files/JSONStore.h"
+#include "TarnCore/tags/FinderTag.h"
+
+namespace tarn {
+
+/// The colours of tags by their names, as rows and menus show them; "tag-colors.json" holds those
+/// that are not the standard ones, as numbers.
+///
+/// Main thread only. Rows carry names alone. The colour of a name that was never met is read from
+/// a file with that tag, in the background, once.
+class TagColors final : public QObject {
+    Q_OBJECT
+public:
+    explicit TagColors(TaskPool& pool, QObject* parent = nullptr);
+    ~TagColors() override;
+
+    /// What is known; a look into `carrier`, which has the tag, follows otherwise.
+    TagColor color(const std::string& name, const URL& carrier);
+    void remember(const FinderTag& tag);
+    /// The standard tags, then all others that were met, by name.
+    std::vector<FinderTag> known() const;
+    void flush();
+
+signals:
+    void changed();
+
+private:
+    TaskPool& pool_;
+    std::map<std::string, TagColor, std::less<>> colors_;
+    std::set<std::string, std::less<>> asked_;
+    JSONStore<std::map<std::string, int>> store_;
+};
+
+}  // namespace tarn

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+
+#include "Tarn/model/ActivityTask.h"
+#include "Tarn/model/WindowOperations.h"
+#include "TarnCore/base/URL.h"
+#include "TarnCore/ops/Templates.h"
+#include "TarnCore/rename/BatchRenamer.h"
+#include "TarnCore/tags/FinderTag.h"
+
+namespace tarn {
+
+/// The changes that begin with what a window shows and selects: names, new items, tags, archives.
+///
+/// Main thread only. Built on WindowOperations, which runs, records and tells them.
+class WindowEdits final : public QObject {
+    Q_OBJECT
+public:
+    /// The window owns it.
+    explicit WindowEdits(WindowModel& window);
+
+    // Names.
+
+    /// In its row for one item, in the sheet for several.
+    void renameSelection();
+    /// `done` hears the sentence that refused the name, empty when it was given.
+    void rename(const URL& url, const std::string& name, std::function<void(const QString&)> done);
+    /// What a sheet has prepared; `done` as above.
+    void renameAll(const std::vector<RenamePreview>& previews,
+                   std::function<void(const QString&)> done);
+
+    // New items. Their names are edited as soon as they are there.
+
+    void newFolder();
+    void newFolderWithSelection();
+    void newFile(const FileTemplate& file);
+    /// Opens the folder of the user's own templates in this window.
+    void openTemplatesFolder();
+
+    // Tags of the selected items.
+
+    void addTag(const FinderTag& tag);
+    void removeTag(const std::string& name);
+    void removeAllTags();
+    /// Gives the tag to those that lack it; takes it from all when all have it.
+    void toggleTag(const FinderTag& tag);
+    /// Asks for the name and colour of a new tag.
+    void newTag();
+
+    // Archives.
+
+    void compressSelection();
+    /// Archives that are selected, each next to itself.
+    void extractSelection();
+    /// Inside an archive: what is selected, or everything, into the folder that holds the archive.
+    void extractMembers(bool onlySelection);
+    /// Opens members from copies that cannot be written.
+    void openMembers(const std::vector<std::string>& members);
+    /// Puts copies of the selected members on the clipboard, once they are unpacked.
+    void copyMembers();
+    /// Members as files of their own, unpacked by an activity; not called when that fails.
+    void takeMembers(const std::vector<std::string>& members, bool readOnly,
+                     std::function<void(const std::vector<URL>&)> then);
+
+private:
+    using Change = std::function<PerformedChange(ActivityTask::Handle&)>;
+
+    std::vector<URL> selectedURLs() const;
+    /// Work that takes long: shown as an activity, then recorded and told like any other.
+    void performLong(const QString& title, Change work);
+    void changeTags(const std::string& title, const std::string& message,
+                    std::function<std::optional<Step>(const URL&)> change);
+
+    WindowModel& window_;
+};
+
+}  // namespace tarn
