@@ -69,16 +69,14 @@ QPixmap image(const std::vector<FileItem>& items,
     return pixmap;
 }
 
-void start(QWidget& source, const std::vector<FileItem>& items, const QPixmap& image) {
-    if (items.empty()) return;
-    std::vector<URL> urls;
-    urls.reserve(items.size());
-    for (const FileItem& item : items) urls.push_back(item.url);
+void start(QWidget& source, const std::vector<URL>& urls, const QPixmap& image,
+           Qt::DropActions actions) {
+    if (urls.empty()) return;
     auto* drag = new QDrag(&source);
     drag->setMimeData(FileMime::makeDrag(urls).release());
     drag->setPixmap(image);
     drag->setHotSpot({room + iconSide / 2, room + iconSide / 2});
-    drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction);
+    drag->exec(actions, actions.testFlag(Qt::MoveAction) ? Qt::MoveAction : Qt::CopyAction);
 }
 
 }  // namespace tarn::FileDrag

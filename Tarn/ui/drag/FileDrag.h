@@ -16,7 +16,8 @@ namespace tarn::FileDrag {
 QPixmap image(const std::vector<FileItem>& items,
               const std::function<QPixmap(const FileItem&)>& picture, qreal ratio);
 
-/// Drags the items, in Tarn and to other programs. Returns once they were dropped.
-void start(QWidget& source, const std::vector<FileItem>& items, const QPixmap& image);
+/// Drags files, in Tarn and to other programs. Returns once they were dropped.
+void start(QWidget& source, const std::vector<URL>& urls, const QPixmap& image,
+           Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction);
 
 }  // namespace tarn::FileDrag

@@ -5,6 +5,7 @@
 #include <QtGui/QTextLayout>
 
 #include "Tarn/model/PaneModel.h"
+#include "Tarn/ui/tags/TagDots.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
@@ -22,25 +23,32 @@ constexpr int narrowestCell = 96;
 constexpr int frame = 16;  // milliseconds
 constexpr double hiddenOpacity = 0.55;
 
-/// A name in at most two lines; the second is elided in its middle, so that the extension stays.
-QStringList nameLinesOf(const QString& name, const QFont& font, int width) {
+/// A name in at most two lines, of which the first has `taken` less room; the second is elided in
+/// its middle, so that the extension stays.
+QStringList nameLinesOf(const QString& name, const QFont& font, int width, int taken) {
     const QFontMetrics metrics(font);
-    if (metrics.horizontalAdvance(name) <= width) return {name};
+    if (metrics.horizontalAdvance(name) <= width - taken) return {name};
     QTextLayout layout(name, font);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     layout.beginLayout();
     QTextLine first = layout.createLine();
-    first.setLineWidth(width);
+    first.setLineWidth(width - taken);
     layout.endLayout();
     const auto end = static_cast<qsizetype>(first.textLength());
     return {name.left(end).trimmed(),
             metrics.elidedText(name.mid(end).trimmed(), Qt::ElideMiddle, width)};
 }
 
-bool isElided(const QString& name, const QFont& font, int width) {
-    return nameLinesOf(name, font, width).join(QString()).contains(QChar(0x2026)) &&
+/// Room of the dots before the first line of a name.
+int dotsRoom(const FileItem& item) {
+    const int dots = TagDots::width(item.tags.size());
+    return dots > 0 ? dots + Metrics::space4 : 0;
+}
+
+bool isElided(const QString& name, const QFont& font, int width, int taken) {
+    return nameLinesOf(name, font, width, taken).join(QString()).contains(QChar(0x2026)) &&
            !name.contains(QChar(0x2026));
 }
 
@@ -204,22 +212,51 @@ void PaneGridView::paintRow(QPainter& painter, int row, const QRect& rect) {
                       iconSize(), iconSize());
     paintPicture(painter, item, place);
 
+    if (!isNamed(row)) paintName(painter, row, rect);
+    painter.setOpacity(1);
+}
+
+QRect PaneGridView::nameRect(int row) const {
+    const QRect cell = rowRect(row);
+    const int top = cell.top() + padding + iconSize() + Metrics::space6;
+    return {cell.left() + padding, top, cell.width() - 2 * padding,
+            QFontMetrics(Fonts::body()).lineSpacing()};
+}
+
+void PaneGridView::paintName(QPainter& painter, int row, const QRect& rect) const {
+    const FileItem& item = pane().items().item(row);
     painter.setFont(Fonts::body());
     painter.setPen(palette().color(QPalette::Text));
+    const QFontMetrics metrics(painter.font());
     const int width = rect.width() - 2 * padding;
-    const int lineHeight = QFontMetrics(painter.font()).lineSpacing();
-    int top = place.bottom() + 1 + Metrics::space6;
-    for (const QString& line : nameLinesOf(PaneItems::displayName(item), painter.font(), width)) {
-        painter.drawText(QRect(rect.left() + padding, top, width, lineHeight),
-                         Qt::AlignHCenter | Qt::AlignVCenter | Qt::TextSingleLine, line);
-        top += lineHeight;
+    const int dots = dotsRoom(item);
+    QRect line(rect.left() + padding, rect.top() + padding + iconSize() + Metrics::space6, width,
+               metrics.lineSpacing());
+    bool isFirst = true;
+    for (const QString& text :
+         nameLinesOf(PaneItems::displayName(item), painter.font(), width, dots)) {
+        QRect words = line;
+        if (isFirst && dots > 0) {
+            const int whole = metrics.horizontalAdvance(text) + dots;
+            const QRect together((line.left() + line.right() + 1 - whole) / 2, line.top(), whole,
+                                 line.height());
+            TagDots::paint(painter, together, pane().tagColors(item), rowGround(row));
+            words = together.adjusted(dots, 0, Metrics::space2, 0);
+        }
+        painter.drawText(words,
+                         (words == line ? Qt::AlignHCenter : Qt::AlignLeft) | Qt::AlignVCenter |
+                             Qt::TextSingleLine,
+                         text);
+        line.translate(0, line.height());
+        isFirst = false;
     }
-    painter.setOpacity(1);
 }
 
 QString PaneGridView::elidedName(int row, const QPoint&) const {
     const QString name = PaneItems::displayName(pane().items().item(row));
-    return isElided(name, Fonts::body(), cells().size.width() - 2 * padding) ? name : QString();
+    const int taken = dotsRoom(pane().items().item(row));
+    return isElided(name, Fonts::body(), cells().size.width() - 2 * padding, taken) ? name
+                                                                                    : QString();
 }
 
 }  // namespace tarn

@@ -37,6 +37,8 @@ protected:
     void paintRow(QPainter& painter, int row, const QRect& rect) override;
     int rowAfter(int row, CursorAction action) const override;
     int stepHeight() const override;
+    QRect nameRect(int row) const override;
+    bool centresNames() const override { return true; }
     QString elidedName(int row, const QPoint& content) const override;
 
 private:
@@ -49,6 +51,7 @@ private:
     };
     Cells cells() const;
     int iconSize() const;
+    void paintName(QPainter& painter, int row, const QRect& rect) const;
     void paintPicture(QPainter& painter, const FileItem& item, const QRect& place) const;
 
     /// How far the picture of a file has come in, 0 to 1.

@@ -6,6 +6,7 @@
 #include <QtWidgets/QScrollBar>
 
 #include "Tarn/model/PaneModel.h"
+#include "Tarn/ui/tags/TagDots.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
@@ -191,8 +192,14 @@ QRect PaneListView::cellRect(const QRect& row, int column) const {
         .adjusted(cellPadding, 0, -cellPadding, 0);
 }
 
-QRect PaneListView::nameRect(const QRect& row) const {
+QRect PaneListView::nameRect(const QRect& row, const FileItem& item) const {
+    const int dots = TagDots::width(item.tags.size());
     return cellRect(row, section(PaneColumn::name))
+        .adjusted(Metrics::iconRow + Metrics::space8, 0, dots > 0 ? -dots - Metrics::space8 : 0, 0);
+}
+
+QRect PaneListView::nameRect(int row) const {
+    return cellRect(rowRect(row), section(PaneColumn::name))
         .adjusted(Metrics::iconRow + Metrics::space8, 0, 0, 0);
 }
 
@@ -213,11 +220,19 @@ void PaneListView::paintRow(QPainter& painter, int row, const QRect& rect) {
 
     painter.setFont(Fonts::body());
     painter.setPen(palette().color(QPalette::Text));
-    const QRect text = nameRect(rect);
     const QFontMetrics metrics(painter.font());
-    painter.drawText(
-        text, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-        metrics.elidedText(PaneItems::displayName(item), Qt::ElideMiddle, text.width()));
+    if (!isNamed(row)) {
+        const QRect text = nameRect(rect, item);
+        const QString name = PaneItems::displayName(item);
+        const QString shown = metrics.elidedText(name, Qt::ElideMiddle, text.width());
+        painter.drawText(text, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, shown);
+        // The dots follow the name, where the eye is.
+        if (!item.tags.empty()) {
+            const QRect dots = text.adjusted(metrics.horizontalAdvance(shown) + Metrics::space8, 0,
+                                             text.width(), 0);
+            TagDots::paint(painter, dots, pane().tagColors(item), rowGround(row));
+        }
+    }
 
     painter.setPen(palette().color(selected ? QPalette::Text : QPalette::PlaceholderText));
     for (int column = 1; column < paneColumnCount; ++column) {
@@ -245,7 +260,8 @@ QString PaneListView::elidedName(int row, const QPoint& content) const {
     if (content.x() > cellRect(rect, section(PaneColumn::name)).right()) return {};
     const QString name = PaneItems::displayName(pane().items().item(row));
     const QFontMetrics metrics(Fonts::body());
-    return metrics.horizontalAdvance(name) > nameRect(rect).width() ? name : QString();
+    const FileItem& item = pane().items().item(row);
+    return metrics.horizontalAdvance(name) > nameRect(rect, item).width() ? name : QString();
 }
 
 }  // namespace tarn

@@ -9,6 +9,8 @@ class QHeaderView;
 
 namespace tarn {
 
+struct FileItem;
+
 /// A pane as rows with columns: name, dates, size, kind, and in search results the folder.
 class PaneListView final : public PaneView {
     Q_OBJECT
@@ -27,6 +29,8 @@ protected:
     void paintRow(QPainter& painter, int row, const QRect& rect) override;
     int rowAfter(int row, CursorAction action) const override;
     int stepHeight() const override;
+    QRect nameRect(int row) const override;
+    bool centresNames() const override { return false; }
     QString elidedName(int row, const QPoint& content) const override;
     void updateGeometries() override;
     void changeEvent(QEvent* event) override;
@@ -39,7 +43,7 @@ private:
     void showSort();
     /// A column's part of a row, without the padding; empty when the column is hidden.
     QRect cellRect(const QRect& row, int column) const;
-    QRect nameRect(const QRect& row) const;
+    QRect nameRect(const QRect& row, const FileItem& item) const;
 
     QHeaderView* header_;
     std::array<int, paneColumnCount> widths_{};  ///< As measured, or as the user dragged them.

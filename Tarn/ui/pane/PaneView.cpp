@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QtCore/QTimer>
 #include <QtGui/QHelpEvent>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QToolTip>
@@ -55,7 +56,10 @@ void PaneView::begin() {
     connect(&pane_, &PaneModel::rowsChanged, this, [this] {
         updateGeometries();
         viewport()->update();
+        if (awaited_ && pane_.items().row(*awaited_)) closeEditor();
     });
+    connect(&pane_, &PaneModel::tagColorsChanged, viewport(), qOverload<>(&QWidget::update));
+    connect(&pane_, &PaneModel::renamingChanged, this, &PaneView::renamingChanged);
     connect(&pane_, &PaneModel::locationChanged, this, [this] {
         updateGeometries();
         verticalScrollBar()->setValue(0);
@@ -130,10 +134,12 @@ void PaneView::updateGeometries() {
     verticalScrollBar()->setPageStep(viewport()->height());
     verticalScrollBar()->setSingleStep(stepHeight());
     QAbstractItemView::updateGeometries();
+    placeEditor();
 }
 
 void PaneView::scrollContentsBy(int dx, int dy) {
     viewport()->scroll(dx, dy);
+    placeEditor();
     hover(rowAt(toContent(viewport()->mapFromGlobal(QCursor::pos()))));
 }
 
@@ -148,6 +154,12 @@ bool PaneView::isSelected(int row) const { return selectionModel()->isRowSelecte
 
 bool PaneView::hasCursor(int row) const {
     return showsCursor_ && hasFocus() && currentIndex().row() == row;
+}
+
+QColor PaneView::rowGround(int row) const {
+    const Colors& colors = Colors::current();
+    if (isSelected(row)) return colors.selection;
+    return isHovered(row) ? colors.tinted(colors.base, Metrics::hoverTint) : colors.base;
 }
 
 void PaneView::paintEvent(QPaintEvent* event) {
@@ -247,11 +259,19 @@ void PaneView::startDrag(Qt::DropActions) {
     const std::vector<FileItem> items = pane_.selectedItems();
     if (items.empty()) return;
     hover(-1);
-    FileDrag::start(*this, items, FileDrag::image(items, dragPicture_, devicePixelRatioF()));
+    const QPixmap image = FileDrag::image(items, dragPicture_, devicePixelRatioF());
+    if (pane_.showsMembers()) {
+        emit membersDragged(image);
+        return;
+    }
+    std::vector<URL> urls;
+    urls.reserve(items.size());
+    for (const FileItem& item : items) urls.push_back(item.url);
+    FileDrag::start(*this, urls, image);
 }
 
 std::optional<std::pair<URL, int>> PaneView::dropTarget(const QPoint& point) const {
-    if (const int row = rowAt(toContent(point)); row >= 0) {
+    if (const int row = rowAt(toContent(point)); row >= 0 && !pane_.showsMembers()) {
         const FileItem& item = pane_.items().item(row);
         if (item.isDirectory) return std::pair(item.url, row);
     }
@@ -411,6 +431,11 @@ void PaneView::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Up && event->modifiers() == Qt::NoModifier &&
         currentIndex().row() <= 0 && visibleRows()) {
         emit leftAtTop();
+        return;
+    }
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isReturn && event->modifiers() == Qt::NoModifier && !pane_.returnOpens()) {
+        emit renamePressed();
         return;
     }
     if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier && isTyping()) {

@@ -15,6 +15,7 @@ namespace tarn {
 class PaneModel;
 struct FileDrop;
 struct FileItem;
+class RenameEditor;
 
 /// What the list and the grid of a pane share: rows of one size, so that every question about
 /// geometry is answered by arithmetic and 100,000 rows cost as much as ten.
@@ -40,6 +41,11 @@ public:
     };
     std::optional<Rows> visibleRows() const;
 
+    /// The name that is being edited was refused, for this reason.
+    void refuseName(const QString& sentence);
+    /// The name was given: the field stays until the row shows it.
+    void acceptName(const QString& name);
+
     /// Puts the focus here and selects the first row when none is.
     void enter();
 
@@ -51,8 +57,14 @@ public:
 signals:
     /// Files were let go over a folder of the rows, or over the pane's own.
     void dropped(const tarn::FileDrop& drop);
+    /// Members of an archive are to be dragged, which needs files of their own first.
+    void membersDragged(const QPixmap& image);
     /// Up was pressed on the first row.
     void leftAtTop();
+    /// Return was pressed where it renames.
+    void renamePressed();
+    /// A new name was typed for an item; refuseName() or acceptName() answers.
+    void nameEdited(const tarn::URL& item, const QString& name);
 
 protected:
     /// Connects the view with its pane; the last thing that the constructor of a subclass does,
@@ -75,11 +87,18 @@ protected:
     /// The row that a cursor or page key leads to from `row`; any number, it is kept in bounds.
     virtual int rowAfter(int row, CursorAction action) const = 0;
     virtual int stepHeight() const = 0;
+    /// Where a row draws its name, in content coordinates, and whether it is centred there.
+    virtual QRect nameRect(int row) const = 0;
+    virtual bool centresNames() const = 0;
     /// The full name when it does not fit; else empty.
     virtual QString elidedName(int row, const QPoint& content) const = 0;
 
     bool isSelected(int row) const;
+    /// The name of the row is being edited: the field draws it.
+    bool isNamed(int row) const;
     bool isHovered(int row) const { return row == hovered_; }
+    /// The colour that lies below what a row draws.
+    QColor rowGround(int row) const;
     /// The row has the keyboard, and the person uses it.
     bool hasCursor(int row) const;
     QItemSelection rowRange(int first, int last) const;
@@ -97,6 +116,7 @@ protected:
 
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -116,6 +136,9 @@ private:
     /// With the place of what is dragged; absent when it has left.
     void scrollWhileDragging(std::optional<QPoint> point);
     void hover(int row);
+    void renamingChanged();
+    void placeEditor();
+    void closeEditor();
     void paintBand(QPainter& painter) const;
     bool isTyping() const;
 
@@ -126,6 +149,9 @@ private:
     QElapsedTimer sinceTyped_;
     std::optional<QPoint> bandStart_;  ///< Content coordinates; a rubber band is being drawn.
     QPoint bandEnd_;
+    RenameEditor* editor_ = nullptr;
+    std::optional<URL> named_;    ///< The item that the field is for.
+    std::optional<URL> awaited_;  ///< The item under its new name, until it is listed.
     bool showsCursor_ = false;    ///< The keyboard was used last, not the pointer.
     std::optional<int> dropRow_;  ///< Would take the drop; -1 for the pane as a whole.
     std::function<QPixmap(const FileItem&)> dragPicture_;

@@ -1,6 +1,5 @@
 #include "Tarn/ui/pane/PaneWidget.h"
 
-#include <QtGui/QClipboard>
 #include <QtGui/QDropEvent>
 #include <QtGui/QGuiApplication>
 #include <QtWidgets/QMenu>
@@ -8,17 +7,18 @@
 #include <QtWidgets/QStackedLayout>
 
 #include "Tarn/model/PaneModel.h"
+#include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/WindowOperations.h"
 #include "Tarn/ui/drag/DropLabel.h"
+#include "Tarn/ui/drag/FileDrag.h"
 #include "Tarn/ui/drag/FileDrop.h"
 #include "Tarn/ui/pane/PaneGridView.h"
 #include "Tarn/ui/pane/PaneListView.h"
+#include "Tarn/ui/pane/PaneMenu.h"
 #include "Tarn/ui/states/SkeletonRows.h"
 #include "Tarn/ui/states/StatePage.h"
 #include "Tarn/ui/states/StatusPill.h"
-#include "Tarn/ui/theme/Icons.h"
-#include "TarnCore/base/Text.h"
 #include "TarnCore/files/Format.h"
 
 namespace tarn {
@@ -78,6 +78,9 @@ PaneWidget::PaneWidget(WindowModel& window, PaneModel& pane, QWidget* parent)
 
 void PaneWidget::watch(PaneView* view) {
     connect(view, &PaneView::activated, this, [this] { window_.openSelection(); });
+    connect(view, &PaneView::renamePressed, this, [this] { window_.edits().renameSelection(); });
+    connect(view, &PaneView::membersDragged, this, &PaneWidget::dragMembers);
+    connect(view, &PaneView::nameEdited, this, &PaneWidget::giveName);
     connect(view, &PaneView::leftAtTop, this, &PaneWidget::leftAtTop);
     connect(view, &PaneView::dropped, this,
             [this](const FileDrop& drop) { drop.perform(window_.operations()); });
@@ -85,12 +88,17 @@ void PaneWidget::watch(PaneView* view) {
         if (!item.modified || !ThumbnailLoader::canThumbnail(item)) return QPixmap();
         return thumbnails_.cached(item.url, *item.modified);
     });
-    connect(view, &PaneView::customContextMenuRequested, this,
-            [this, view](const QPoint& point) { openMenu(view->viewport()->mapToGlobal(point)); });
+    connect(view, &PaneView::customContextMenuRequested, this, [this, view](const QPoint& point) {
+        // Beside the rows, the place itself is meant.
+        if (!view->indexAt(point).isValid()) view->clearSelection();
+        openMenu(view->viewport()->mapToGlobal(point));
+    });
 }
 
 void PaneWidget::connectThumbnails() {
     grid_->setThumbnails([this](const FileItem& item, int pixels) {
+        // What lies in an archive is no file that could be looked into.
+        if (pane_.location().isArchive() && !pane_.showsResults()) return QPixmap();
         QPixmap picture = thumbnails_.picture(item, pixels);
         picture.setDevicePixelRatio(devicePixelRatioF());
         return picture;
@@ -171,7 +179,7 @@ void PaneWidget::showState() {
         showNothingFound();
     else if (pane_.listingError())
         showError();
-    else if (pane_.location().isFolder())
+    else if (pane_.location().isFolder() || pane_.location().isArchive())
         showEmptyFolder();
     else
         show(Page::rows);
@@ -191,18 +199,26 @@ void PaneWidget::show(Page page) {
 void PaneWidget::showError() {
     const ListingError& error = *pane_.listingError();
     const QString sentence = QString::fromUtf8(error.what());
+    const bool isArchive = pane_.location().isArchive();
     switch (error.reason()) {
         case ListingError::Reason::permissionDenied:
             state_->setContent({"lock", tr("No Permission"), sentence, tr("Try Again")});
             action_ = [this] { pane_.reload(); };
             break;
         case ListingError::Reason::notFound:
-            state_->setContent({"folder.badge.questionmark", tr("Folder Not Found"), sentence,
-                                tr("Go to Enclosing Folder")});
+            state_->setContent({"folder.badge.questionmark",
+                                isArchive ? tr("Archive Not Found") : tr("Folder Not Found"),
+                                sentence, tr("Go to Enclosing Folder")});
             action_ = [this] { pane_.goUp(); };
             break;
         case ListingError::Reason::notAFolder:
         case ListingError::Reason::other:
+            if (isArchive) {
+                state_->setContent({"archivebox", tr("Can’t Open This Archive"), sentence,
+                                    tr("Go to Enclosing Folder")});
+                action_ = [this] { pane_.goUp(); };
+                break;
+            }
             state_->setContent({"exclamationmark.triangle", tr("Can’t Show This Folder"), sentence,
                                 tr("Try Again")});
             action_ = [this] { pane_.reload(); };
@@ -235,7 +251,13 @@ void PaneWidget::showNothingFound() {
 }
 
 void PaneWidget::showEmptyFolder() {
-    if (pane_.showsHidden()) {
+    if (pane_.location().isArchive() && pane_.showsHidden()) {
+        state_->setContent(
+            {"archivebox",
+             pane_.location().text.empty() ? tr("Archive Is Empty") : tr("Folder Is Empty"),
+             tr("There is nothing in it to unpack."), tr("Go to Enclosing Folder")});
+        action_ = [this] { pane_.goUp(); };
+    } else if (pane_.showsHidden()) {
         state_->setContent({"folder", tr("Folder Is Empty"),
                             tr("What is put here shows up at once."),
                             tr("Go to Enclosing Folder")});
@@ -300,31 +322,34 @@ void PaneWidget::showStatus() {
     pill_->raise();
 }
 
-// --- Menu
+// --- Menu and names
 
 void PaneWidget::openMenu(const QPoint& globalPosition) {
-    const std::vector<FileItem> items = pane_.selectedItems();
-    QMenu menu(this);
-    if (!items.empty()) {
-        menu.addAction(Icons::symbol("arrow.up.right.square"), tr("Open"), this,
-                       [this] { window_.openSelection(); });
-        if (pane_.showsResults() && items.size() == 1) {
-            menu.addAction(Icons::symbol("folder"), tr("Show in Folder"), this,
-                           [this, url = items.front().url] {
-                               pane_.navigate(Location::folder(url.parent()), true, {url});
-                           });
-        }
-        menu.addAction(Icons::symbol("doc.on.doc"), tr("Copy Path"), this, [items] {
-            std::vector<std::string> paths;
-            for (const FileItem& item : items) paths.push_back(item.path());
-            QGuiApplication::clipboard()->setText(QString::fromStdString(Text::join(paths, "\n")));
+    const auto menu = PaneMenu::make(window_, this);
+    menu->exec(globalPosition);
+}
+
+void PaneWidget::dragMembers(const QPixmap& image) {
+    window_.edits().takeMembers(
+        pane_.selectedMembers(), false,
+        [self = QPointer<PaneWidget>(this), image](const std::vector<URL>& taken) {
+            // Whoever has let go by now has seen that it takes a while, and begins again.
+            if (!self || !QGuiApplication::mouseButtons().testFlag(Qt::LeftButton)) return;
+            FileDrag::start(*self->view(), taken, image, Qt::CopyAction);
         });
-        menu.addSeparator();
-    }
-    menu.addAction(Icons::symbol("checkmark"), tr("Select All"), view(), &PaneView::selectAll);
-    menu.addAction(Icons::symbol("arrow.clockwise"), tr("Refresh"), this,
-                   [this] { pane_.reload(); });
-    menu.exec(globalPosition);
+}
+
+void PaneWidget::giveName(const URL& item, const QString& name) {
+    window_.edits().rename(item, name.toStdString(),
+                           [self = QPointer<PaneWidget>(this), name](const QString& refusal) {
+                               if (!self) return;
+                               PaneView* view = self->view();
+                               if (!refusal.isEmpty()) return view->refuseName(refusal);
+                               view->acceptName(name);
+                               // Results know their files by the names they had.
+                               if (self->pane_.showsResults())
+                                   self->pane_.setSearchText(self->pane_.searchText());
+                           });
 }
 
 }  // namespace tarn

@@ -60,6 +60,8 @@ private:
     void showStatus();
     QString statusText() const;
     void act();
+    void dragMembers(const QPixmap& image);
+    void giveName(const URL& item, const QString& name);
     void openMenu(const QPoint& globalPosition);
 
     WindowModel& window_;

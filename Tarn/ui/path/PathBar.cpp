@@ -61,6 +61,15 @@ PathBar::~PathBar() = default;
 void PathBar::setLocation(const URL& folder) {
     placeTitle_.clear();
     location_ = folder;
+    inside_.reset();
+    endEditing();
+    rebuild();
+}
+
+void PathBar::setArchive(const URL& archive, const std::string& inside) {
+    placeTitle_.clear();
+    location_ = archive;
+    inside_ = inside;
     endEditing();
     rebuild();
 }
@@ -74,12 +83,41 @@ void PathBar::setPlace(std::string_view symbol, const QString& title) {
 
 void PathBar::setIncludeHidden(bool include) { edit_->setIncludeHidden(include); }
 
-CrumbButton* PathBar::addCrumb(const QString& text, std::string_view symbol) {
+CrumbButton* PathBar::makeButton(const QString& text, std::string_view symbol) {
     auto* button = new CrumbButton(text, symbol, this);
     button->setCursor(Qt::ArrowCursor);
     button->setVisible(!isEditing());
     if (!crumbs_.empty()) setTabOrder(crumbs_.back().button, button);
     return button;
+}
+
+void PathBar::choose(const URL& url, const std::optional<std::string>& inside) {
+    if (inside)
+        emit archiveChosen(url, *inside);
+    else
+        emit folderChosen(url);
+}
+
+void PathBar::addCrumb(const QString& text, std::string_view symbol, const URL& url,
+                       const std::optional<std::string>& inside) {
+    CrumbButton* button = makeButton(text, symbol);
+    connect(button, &CrumbButton::clicked, this, [this, url, inside] { choose(url, inside); });
+    if (!inside) {
+        button->setDropFolder(url);
+        connect(button, &CrumbButton::dropped, this, &PathBar::dropped);
+    }
+    crumbs_.push_back({url, inside, button});
+}
+
+void PathBar::addFolders(const URL& folder) {
+    for (const URL& one : Paths::breadcrumb(folder)) {
+        const bool isHome = one == Paths::home();
+        addCrumb(isHome ? tr("Home") : displayText(Paths::displayName(one)),
+                 isHome         ? "house"
+                 : one.isRoot() ? "internaldrive"
+                                : "",
+                 one);
+    }
 }
 
 void PathBar::rebuild() {
@@ -90,21 +128,18 @@ void PathBar::rebuild() {
     }
     crumbs_.clear();
     if (!placeTitle_.isEmpty()) {
-        crumbs_.push_back({location_, addCrumb(placeTitle_, placeSymbol_)});
-    } else {
-        for (const URL& folder : Paths::breadcrumb(location_)) {
-            const bool isHome = folder == Paths::home();
-            const QString text = isHome ? tr("Home") : displayText(Paths::displayName(folder));
-            const std::string_view symbol = isHome            ? "house"
-                                            : folder.isRoot() ? "internaldrive"
-                                                              : "";
-            auto* button = addCrumb(text, symbol);
-            connect(button, &CrumbButton::clicked, this,
-                    [this, folder] { emit folderChosen(folder); });
-            button->setDropFolder(folder);
-            connect(button, &CrumbButton::dropped, this, &PathBar::dropped);
-            crumbs_.push_back({folder, button});
+        crumbs_.push_back({location_, std::nullopt, makeButton(placeTitle_, placeSymbol_)});
+    } else if (inside_) {
+        addFolders(location_.parent());
+        addCrumb(displayText(Paths::displayName(location_)), "archivebox", location_, "");
+        for (std::size_t end = 0; end < inside_->size(); ++end) {
+            const std::size_t start = end;
+            end = std::min(inside_->find('/', start), inside_->size());
+            addCrumb(displayText(inside_->substr(start, end - start)), "", location_,
+                     inside_->substr(0, end));
         }
+    } else {
+        addFolders(location_);
     }
     for (const Crumb& crumb : crumbs_) crumb.button->setLast(&crumb == &crumbs_.back());
     layoutCrumbs();
@@ -157,7 +192,7 @@ void PathBar::showFolded() {
             crumb.button->icon().isNull() ? Icons::symbol("folder") : crumb.button->icon(),
             crumb.button->text());
         connect(action, &QAction::triggered, this,
-                [this, url = crumb.url] { emit folderChosen(url); });
+                [this, url = crumb.url, inside = crumb.inside] { choose(url, inside); });
     }
     menu.exec(folded_->mapToGlobal(QPoint(0, folded_->height() + space4)));
 }

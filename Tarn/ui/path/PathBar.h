@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,6 +27,8 @@ public:
 
     /// Shows a folder. Ends editing.
     void setLocation(const URL& folder);
+    /// Shows a folder inside an archive, "" for its top; the archive is one of the crumbs.
+    void setArchive(const URL& archive, const std::string& inside);
     /// Shows a place that is no folder: one crumb.
     void setPlace(std::string_view symbol, const QString& title);
     const URL& location() const { return location_; }
@@ -42,6 +45,7 @@ public:
 
 signals:
     void folderChosen(const tarn::URL& folder);
+    void archiveChosen(const tarn::URL& archive, const std::string& inside);
     /// The typed path is a file: its folder is meant, with the file selected.
     void fileChosen(const tarn::URL& file);
     /// Files were let go over one of the crumbs.
@@ -56,15 +60,21 @@ protected:
 private:
     struct Crumb {
         URL url;
+        std::optional<std::string> inside;  ///< The path inside the archive `url`.
         CrumbButton* button;
     };
     void rebuild();
     void layoutCrumbs();
     void showFolded();
-    CrumbButton* addCrumb(const QString& text, std::string_view symbol);
+    void choose(const URL& url, const std::optional<std::string>& inside);
+    CrumbButton* makeButton(const QString& text, std::string_view symbol);
+    void addCrumb(const QString& text, std::string_view symbol, const URL& url,
+                  const std::optional<std::string>& inside = std::nullopt);
+    void addFolders(const URL& folder);
 
     URL location_;
-    QString placeTitle_;  ///< Empty while a folder is shown.
+    std::optional<std::string> inside_;  ///< `location_` is an archive.
+    QString placeTitle_;                 ///< Empty while a folder is shown.
     std::string placeSymbol_;
     std::vector<Crumb> crumbs_;
     std::size_t firstShown_ = 0;

@@ -115,6 +115,33 @@ QPalette Colors::palette() const {
     return p;
 }
 
+QColor Colors::onTag(TagColor color) const {
+    if (color == TagColor::none) return secondary;  // A ring has the ground inside.
+    return isDark ? QColor(Qt::black) : QColor(Qt::white);
+}
+
+QColor Colors::tag(TagColor color) const {
+    switch (color) {
+        case TagColor::none:
+            return secondary;
+        case TagColor::gray:
+            return isDark ? QColor(0x9AA3AD) : QColor(0x7C858F);
+        case TagColor::green:
+            return isDark ? QColor(0x5BC46C) : QColor(0x2F9A45);
+        case TagColor::purple:
+            return isDark ? QColor(0xB98AF0) : QColor(0x8E52D1);
+        case TagColor::blue:
+            return isDark ? QColor(0x62A8F5) : QColor(0x2B78D4);
+        case TagColor::yellow:
+            return isDark ? QColor(0xF0CB4E) : QColor(0xBD8F00);
+        case TagColor::red:
+            return isDark ? QColor(0xF3736C) : QColor(0xD93A34);
+        case TagColor::orange:
+            return isDark ? QColor(0xF39A4B) : QColor(0xD9701A);
+    }
+    return secondary;
+}
+
 QColor Colors::kind(FileKind kind) const {
     switch (kind) {
         case FileKind::folder:

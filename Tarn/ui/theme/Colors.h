@@ -4,6 +4,7 @@
 #include <QtGui/QPalette>
 
 #include "TarnCore/files/FileKind.h"
+#include "TarnCore/tags/FinderTag.h"
 
 namespace tarn {
 
@@ -43,6 +44,10 @@ struct Colors {
     QColor tinted(const QColor& ground, double part) const { return mixed(ground, text, part); }
     /// The colour that marks a kind of file.
     QColor kind(FileKind kind) const;
+    /// The colour of a tag's dot; that of `secondary` for a tag without colour.
+    QColor tag(TagColor color) const;
+    /// Of a mark on that dot.
+    QColor onTag(TagColor color) const;
 
     /// `part` 0 is `from`, 1 is `to`; opaque.
     static QColor mixed(const QColor& from, const QColor& to, double part);

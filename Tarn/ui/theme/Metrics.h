@@ -37,6 +37,10 @@ inline constexpr int iconState = 64;
 inline constexpr int gridIconSizes[] = {48, 64, 96, 128, 168, 256};
 inline constexpr int gridIconDefault = 96;
 
+/// The dot of a tag, and how far the next one of the same row is moved on.
+inline constexpr int tagDot = 10;
+inline constexpr int tagDotStep = 7;
+
 /// Nothing that can be clicked is smaller, but for the ✕ of a chip.
 inline constexpr int smallestTarget = 24;
 inline constexpr int chipCloseTarget = 20;

@@ -6,6 +6,7 @@
 #include <QtWidgets/QStyleOptionToolButton>
 #include <QtWidgets/QStylePainter>
 
+#include "Tarn/model/ActivityList.h"
 #include "Tarn/model/TransferList.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Icons.h"
@@ -22,8 +23,8 @@ constexpr int steps = 100;
 
 }  // namespace
 
-TransfersButton::TransfersButton(TransferList& list, QWidget* parent)
-    : QToolButton(parent), list_(list) {
+TransfersButton::TransfersButton(TransferList& list, ActivityList& activities, QWidget* parent)
+    : QToolButton(parent), list_(list), activities_(activities) {
     setAutoRaise(true);
     setCheckable(true);
     setFixedSize(Metrics::controlHeight, Metrics::controlHeight);
@@ -31,8 +32,18 @@ TransfersButton::TransfersButton(TransferList& list, QWidget* parent)
     setAccessibleName(tr("Transfers"));
     connect(&list, &TransferList::listChanged, this, &TransfersButton::follow);
     connect(&list, &TransferList::transferChanged, this, &TransfersButton::follow);
+    connect(&activities, &ActivityList::listChanged, this, &TransfersButton::follow);
+    connect(&activities, &ActivityList::progressChanged, this, &TransfersButton::follow);
     connect(&gate_, &LoadingGate::shownChanged, this, &TransfersButton::follow);
     follow();
+}
+
+bool TransfersButton::isEmpty() const { return list_.isEmpty() && activities_.isEmpty(); }
+
+std::optional<double> TransfersButton::fraction() const {
+    const auto moved = list_.fraction();
+    if (activities_.isEmpty()) return moved;
+    return moved ? (*moved + activities_.fraction()) / 2 : activities_.fraction();
 }
 
 void TransfersButton::setHeld(bool held) {
@@ -42,17 +53,17 @@ void TransfersButton::setHeld(bool held) {
 }
 
 void TransfersButton::follow() {
-    gate_.setLoading(!list_.isEmpty());
+    gate_.setLoading(!isEmpty());
     const bool isShown = gate_.isShown() || isHeld_;
     if (isShown == isHidden()) {
         setVisible(isShown);
         emit shownChanged();
     }
-    const auto fraction = list_.fraction();
+    const auto fraction = this->fraction();
     const int step = fraction ? static_cast<int>(*fraction * steps) : -1;
-    const QString state = list_.isEmpty() ? tr("None")
-                          : fraction      ? tr("%1 %").arg(step)
-                                          : tr("Ended with failures");
+    const QString state = isEmpty()  ? tr("None")
+                          : fraction ? tr("%1 %").arg(step)
+                                     : tr("Ended with failures");
     setAccessibleDescription(state);
     if (step == shownStep_) return;
     shownStep_ = step;
@@ -66,7 +77,7 @@ void TransfersButton::paintEvent(QPaintEvent*) {
     initStyleOption(&option);
     painter.drawPrimitive(QStyle::PE_PanelButtonTool, option);
     const Colors& colors = Colors::current();
-    const auto fraction = list_.fraction();
+    const auto fraction = this->fraction();
     const auto icon = [&](const char* symbol, Icons::Tint tint, int side) {
         Icons::symbol(symbol, tint)
             .paint(&painter, QRect((width() - side) / 2, (height() - side) / 2, side, side));
@@ -77,7 +88,7 @@ void TransfersButton::paintEvent(QPaintEvent*) {
         painter.drawPrimitive(QStyle::PE_FrameFocusRect, focus);
     }
     if (!fraction) {
-        if (list_.isEmpty())
+        if (isEmpty())
             icon("arrow.up.arrow.down", Icons::Tint::text, Metrics::iconToolbar);
         else
             icon("exclamationmark.triangle", Icons::Tint::danger, Metrics::iconToolbar);

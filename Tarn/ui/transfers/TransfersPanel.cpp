@@ -9,11 +9,13 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QScrollArea>
 
+#include "Tarn/model/ActivityList.h"
 #include "Tarn/model/TransferList.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
+#include "Tarn/ui/transfers/ActivityRow.h"
 #include "Tarn/ui/transfers/TransferRow.h"
 
 namespace tarn {
@@ -25,9 +27,11 @@ constexpr int shadowReach = Metrics::space12;
 
 }  // namespace
 
-TransfersPanel::TransfersPanel(TransferList& list, QWidget& anchor, QWidget& window)
+TransfersPanel::TransfersPanel(TransferList& list, ActivityList& activities, QWidget& anchor,
+                               QWidget& window)
     : QWidget(&window),
       list_(list),
+      activities_(activities),
       anchor_(anchor),
       scroll_(new QScrollArea),
       content_(new QWidget),
@@ -60,6 +64,7 @@ TransfersPanel::TransfersPanel(TransferList& list, QWidget& anchor, QWidget& win
     whole->addWidget(heading);
     whole->addWidget(scroll_, 1);
     connect(&list, &TransferList::listChanged, this, &TransfersPanel::showRows);
+    connect(&activities, &ActivityList::listChanged, this, &TransfersPanel::showRows);
     window.installEventFilter(this);
     showRows();
 }
@@ -97,8 +102,25 @@ void TransfersPanel::showRows() {
         rows_.push_back(new TransferRow(list_, *transfer, content_));
         column_->addWidget(rows_.back());
     }
-    nothing_->setVisible(rows_.empty());
+    showActivities();
+    nothing_->setVisible(rows_.empty() && activityRows_.empty());
     if (isVisible()) place();
+}
+
+void TransfersPanel::showActivities() {
+    std::erase_if(activityRows_, [this](ActivityRow* row) {
+        for (const auto& task : activities_.tasks())
+            if (task.get() == row->task()) return false;
+        row->hide();
+        row->deleteLater();
+        return true;
+    });
+    for (const auto& task : activities_.tasks()) {
+        const auto shown = [&task](ActivityRow* row) { return row->task() == task.get(); };
+        if (std::any_of(activityRows_.begin(), activityRows_.end(), shown)) continue;
+        activityRows_.push_back(new ActivityRow(*task, content_));
+        column_->addWidget(activityRows_.back());
+    }
 }
 
 void TransfersPanel::place() {

@@ -10,16 +10,18 @@ class QVBoxLayout;
 
 namespace tarn {
 
+class ActivityList;
+class ActivityRow;
 class TransferList;
 class TransferRow;
 
-/// The list of transfers, floating below its button inside the window. A click elsewhere or Escape
-/// closes it; what had ended has then been seen and goes.
+/// The list of transfers and other long jobs, floating below its button inside the window. A click
+/// elsewhere or Escape closes it; what had ended has then been seen and goes.
 class TransfersPanel final : public QWidget {
     Q_OBJECT
 public:
     /// A child of `window`; `anchor` is the button it hangs from.
-    TransfersPanel(TransferList& list, QWidget& anchor, QWidget& window);
+    TransfersPanel(TransferList& list, ActivityList& activities, QWidget& anchor, QWidget& window);
 
     void open();
     void close();
@@ -36,15 +38,18 @@ protected:
 
 private:
     void showRows();
+    void showActivities();
     void place();
 
     TransferList& list_;
+    ActivityList& activities_;
     QWidget& anchor_;
     QScrollArea* scroll_;
     QWidget* content_;
     QVBoxLayout* column_;
     QLabel* nothing_;
     std::vector<TransferRow*> rows_;
+    std::vector<ActivityRow*> activityRows_;
 };
 
 }  // namespace tarn

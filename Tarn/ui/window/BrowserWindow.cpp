@@ -13,13 +13,16 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/WindowOperations.h"
 #include "Tarn/ui/drag/FileDrop.h"
+#include "Tarn/ui/pane/NewFileMenu.h"
 #include "Tarn/ui/pane/PaneView.h"
 #include "Tarn/ui/pane/PaneWidget.h"
 #include "Tarn/ui/path/PathBar.h"
+#include "Tarn/ui/rename/RenameSheet.h"
 #include "Tarn/ui/search/BusyLine.h"
 #include "Tarn/ui/search/ChipRow.h"
 #include "Tarn/ui/search/SearchField.h"
 #include "Tarn/ui/sidebar/Sidebar.h"
+#include "Tarn/ui/tags/NewTagSheet.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Theme.h"
@@ -117,10 +120,13 @@ void BrowserWindow::makeActions() {
             keys.append(QKeySequence(qstring(key), QKeySequence::PortableText));
         action->setShortcuts(keys);
         action->setIconVisibleInMenu(false);
+        // What is done to the selection is done where it can be seen: a key that is pressed in the
+        // sidebar or in a field means something else.
+        if (command.needsSelection) action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
         connect(action, &QAction::triggered, this, [this, &command] {
             if (CommandRegistry::isEnabled(command, model_.get())) command.run(*model_);
         });
-        addAction(action);
+        (command.needsSelection ? static_cast<QWidget*>(pane_) : this)->addAction(action);
         actions_.emplace(command.id, action);
     }
     const auto addWindowAction = [this](const char* id, const QString& title,
@@ -196,7 +202,8 @@ QWidget* BrowserWindow::makeToolbar() {
     row->addWidget(path_, 1);
     row->addSpacing(Metrics::space4);
     row->addWidget(search_);
-    transfersButton_ = new TransfersButton(model_->app().transfers(), this);
+    transfersButton_ =
+        new TransfersButton(model_->app().transfers(), model_->app().activities(), this);
     row->addWidget(transfersButton_);
     row->addWidget(menuButton_);
     return toolbar;
@@ -205,6 +212,8 @@ QWidget* BrowserWindow::makeToolbar() {
 void BrowserWindow::fillMenu() {
     auto* menu = new QMenu(menuButton_);
     menu->addAction(actions_["window.new"]);
+    menu->addAction(actions_["newFolder"]);
+    menu->addMenu(new NewFileMenu(*model_, menu))->setIconVisibleInMenu(false);
     menu->addSeparator();
     menu->addAction(actions_["undo"]);
     menu->addAction(actions_["redo"]);
@@ -293,6 +302,7 @@ void BrowserWindow::connectParts() {
     connect(model_.get(), &WindowModel::titleChanged, this, &BrowserWindow::showLocation);
     connect(model_.get(), &WindowModel::showHiddenChanged, this, &BrowserWindow::updateActions);
     connect(model_.get(), &WindowModel::sidebarVisibleChanged, this, &BrowserWindow::updateSidebar);
+    connect(model_.get(), &WindowModel::sheetChanged, this, &BrowserWindow::showSheet);
     connect(model_.get(), &WindowModel::editPathRequested, path_, &PathBar::beginEditing);
     connect(model_.get(), &WindowModel::focusSearchRequested, search_, &SearchField::beginEditing);
     connect(model_.get(), &WindowModel::openFilesRequested, this,
@@ -307,8 +317,10 @@ void BrowserWindow::connectParts() {
     connect(&pane, &PaneModel::locationChanged, this, &BrowserWindow::showLocation);
     connect(&pane, &PaneModel::searchChanged, this, &BrowserWindow::showSearch);
     connect(&pane, &PaneModel::viewModeChanged, this, &BrowserWindow::updateActions);
-    connect(&pane, &PaneModel::stateChanged, this,
-            [this, &pane] { busy_->setBusy(pane.isSearching()); });
+    connect(&pane, &PaneModel::stateChanged, this, [this, &pane] {
+        busy_->setBusy(pane.isSearching());
+        updateActions();
+    });
     connect(&pane.selection(), &QItemSelectionModel::selectionChanged, this,
             &BrowserWindow::updateActions);
 
@@ -328,6 +340,11 @@ void BrowserWindow::connectParts() {
         pane.navigate(Location::folder(folder));
         pane_->view()->setFocus();
     });
+    connect(path_, &PathBar::archiveChosen, this,
+            [this, &pane](const URL& archive, const std::string& inside) {
+                pane.navigate(Location::archive(archive, inside));
+                pane_->view()->setFocus();
+            });
     connect(path_, &PathBar::fileChosen, this, [this, &pane](const URL& file) {
         pane.navigate(Location::folder(file.parent()), true, {file});
         pane_->view()->setFocus();
@@ -354,6 +371,8 @@ void BrowserWindow::showLocation() {
     setWindowTitle(model_->title());
     if (location.isFolder())
         path_->setLocation(location.url);
+    else if (location.isArchive())
+        path_->setArchive(location.url, location.text);
     else
         path_->setPlace(location.symbol(), model_->title());
     sidebar_->setCurrent(location);
@@ -382,6 +401,23 @@ void BrowserWindow::showSearch() {
         }
         action->setChecked(scope == pane.searchScope());
         if (scope == pane.searchScope()) scope_->setText(action->text());
+    }
+}
+
+void BrowserWindow::showSheet() {
+    const auto& sheet = model_->sheet();
+    if (!sheet) return;
+    const auto open = [this](auto* shown) {
+        connect(shown, &Sheet::finished, model_.get(), &WindowModel::closeSheet);
+        shown->open(shown->firstField());
+    };
+    switch (sheet->which) {
+        case WindowSheet::Which::batchRename:
+            open(new RenameSheet(*this, *model_, sheet->urls));
+            break;
+        case WindowSheet::Which::newTag:
+            open(new NewTagSheet(*this, *model_));
+            break;
     }
 }
 

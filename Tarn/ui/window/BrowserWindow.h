@@ -50,6 +50,7 @@ private:
     void connectParts();
     void showLocation();
     void showSearch();
+    void showSheet();
     void updateActions();
     void updateSidebar();
     void updateUndo();

@@ -23,7 +23,7 @@ WindowChanges::WindowChanges(WindowModel& model, QWidget& window, QWidget& pane,
       window_(window),
       transfers_(model.app().transfers()),
       button_(button),
-      panel_(new TransfersPanel(transfers_, button, window)),
+      panel_(new TransfersPanel(transfers_, model.app().activities(), button, window)),
       toast_(new ToastView(model, &pane)) {
     connect(&button, &TransfersButton::clicked, this,
             [this] { model_.setShowsTransfers(!model_.showsTransfers()); });
