@@ -126,7 +126,11 @@ public:
                 shared->answer = answer;
                 changed_.notify_all();
             } else {
-                show(shared->progress);
+                // A terminal that is stopped must not stop the job.
+                const TransferProgress progress = shared->progress;
+                shared.mutex().unlock();
+                show(progress);
+                shared.mutex().lock();
             }
         }
         progress_.clear();
