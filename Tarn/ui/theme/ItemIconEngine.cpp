@@ -80,23 +80,7 @@ QImage drawn(const ItemIconEngine::Design& design, int side, qreal scale) {
 
 }  // namespace
 
-void ItemIconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
-                           QIcon::State state) {
-    const qreal scale = SymbolIconEngine::deviceScale(*painter);
-    const int side = std::min(rect.width(), rect.height());
-    QPixmap pixmap = scaledPixmap(QSize(side, side) * scale, mode, state, scale);
-    pixmap.setDevicePixelRatio(scale);
-    painter->drawPixmap(rect.left() + (rect.width() - side) / 2,
-                        rect.top() + (rect.height() - side) / 2, pixmap);
-}
-
-QPixmap ItemIconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) {
-    return scaledPixmap(size, mode, state, 1.0);
-}
-
-QPixmap ItemIconEngine::scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State,
-                                     qreal scale) {
-    const int side = std::max(1, std::min(size.width(), size.height()));
+QPixmap ItemIconEngine::square(int side, qreal scale, QIcon::Mode mode) const {
     const QString key = u"tarn/item/%1/%2/%3/%4/%5/%6"_s.arg(static_cast<int>(design_.shape))
                             .arg(design_.symbol)
                             .arg(design_.color.rgba(), 8, 16)

@@ -2,14 +2,14 @@
 
 #include <QtCore/QString>
 #include <QtGui/QColor>
-#include <QtGui/QIconEngine>
-#include <QtGui/QPixmap>
+
+#include "Tarn/ui/theme/SquareIconEngine.h"
 
 namespace tarn {
 
 /// A shape that says "folder", "document", "archive" or "program", with a symbol on it that says
 /// which. Symbols stand on their shape in one colour.
-class ItemIconEngine final : public QIconEngine {
+class ItemIconEngine final : public SquareIconEngine {
 public:
     enum class Shape { folder, page, box, tile };
     struct Design {
@@ -21,12 +21,11 @@ public:
 
     explicit ItemIconEngine(Design design) : design_(std::move(design)) {}
 
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override;
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override;
-    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state,
-                         qreal scale) override;
     QIconEngine* clone() const override { return new ItemIconEngine(design_); }
     QString key() const override { return QStringLiteral("tarn.item"); }
+
+protected:
+    QPixmap square(int side, qreal scale, QIcon::Mode mode) const override;
 
 private:
     Design design_;

@@ -1,14 +1,10 @@
 #include "Tarn/ui/theme/SymbolIconEngine.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include <QtCore/QFile>
 #include <QtCore/QRegularExpression>
 #include <QtGui/QPainter>
 #include <QtGui/QPixmapCache>
 #include <QtSvg/QSvgRenderer>
-#include <QtWidgets/QStyle>
 
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Metrics.h"
@@ -53,28 +49,8 @@ QPixmap SymbolIconEngine::render(const QString& name, int side, qreal scale, con
     return pixmap;
 }
 
-qreal SymbolIconEngine::deviceScale(const QPainter& painter) {
-    const QTransform toDevice = painter.deviceTransform();
-    return std::hypot(toDevice.m11(), toDevice.m12());
-}
-
-void SymbolIconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
-                             QIcon::State state) {
-    const qreal scale = deviceScale(*painter);
-    const int side = std::min(rect.width(), rect.height());
-    QPixmap pixmap = scaledPixmap(QSize(side, side) * scale, mode, state, scale);
-    pixmap.setDevicePixelRatio(scale);
-    const QRect square = QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, {side, side}, rect);
-    painter->drawPixmap(square.topLeft(), pixmap);
-}
-
-QPixmap SymbolIconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) {
-    return scaledPixmap(size, mode, state, 1.0);
-}
-
-QPixmap SymbolIconEngine::scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State,
-                                       qreal scale) {
-    return render(name_, std::max(1, std::min(size.width(), size.height())), scale, color(mode));
+QPixmap SymbolIconEngine::square(int side, qreal scale, QIcon::Mode mode) const {
+    return render(name_, side, scale, color(mode));
 }
 
 QColor SymbolIconEngine::color(QIcon::Mode mode) const {
