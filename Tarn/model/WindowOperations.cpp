@@ -16,15 +16,13 @@
 namespace tarn {
 namespace {
 
-std::string quoted(std::string_view name) { return "“" + std::string(name) + "”"; }
-
 std::string countOf(std::size_t count) {
     return Format::count(static_cast<std::int64_t>(count), "item");
 }
 
 /// “a.txt”, or “3 items”.
 std::string subject(const std::vector<URL>& urls) {
-    return urls.size() == 1 ? quoted(urls.front().name()) : countOf(urls.size());
+    return urls.size() == 1 ? Text::quoted(urls.front().name()) : countOf(urls.size());
 }
 
 std::vector<URL> urlsOf(const std::vector<FileItem>& items) {
@@ -41,10 +39,10 @@ std::string doneSentence(const TransferModel& transfer, std::size_t count) {
     switch (transfer.kind()) {
         case TransferKind::copy:
             return "Copied " + what + " to " +
-                   quoted(Paths::displayName(transfer.destination().value_or(URL())));
+                   Text::quoted(Paths::displayName(transfer.destination().value_or(URL())));
         case TransferKind::move:
             return "Moved " + what + " to " +
-                   quoted(Paths::displayName(transfer.destination().value_or(URL())));
+                   Text::quoted(Paths::displayName(transfer.destination().value_or(URL())));
         case TransferKind::trash:
             return "Moved " + what + " to the Trash";
     }
@@ -175,10 +173,10 @@ void WindowOperations::createFolder(std::string name, std::function<void(const U
             *made = change.url;
             PerformedChange done;
             done.entry.kind = OperationKind::create;
-            done.entry.title = "New folder " + quoted(change.url.name());
+            done.entry.title = "New folder " + Text::quoted(change.url.name());
             done.entry.steps = std::move(change.steps);
             done.entry.fileCount = 1;
-            done.message = displayText("Created the folder " + quoted(change.url.name()));
+            done.message = displayText("Created the folder " + Text::quoted(change.url.name()));
             done.results = {change.url};
             return done;
         },
@@ -199,11 +197,11 @@ void WindowOperations::createFolderWithSelection(std::string name,
             PerformedChange done;
             done.entry.kind = OperationKind::create;
             done.entry.title =
-                "New folder " + quoted(change.url.name()) + " with " + countOf(urls.size());
+                "New folder " + Text::quoted(change.url.name()) + " with " + countOf(urls.size());
             done.entry.steps = std::move(change.steps);
             done.entry.fileCount = static_cast<std::int64_t>(urls.size());
             done.message =
-                displayText("Moved " + subject(urls) + " to " + quoted(change.url.name()));
+                displayText("Moved " + subject(urls) + " to " + Text::quoted(change.url.name()));
             done.results = {change.url};
             return done;
         },
@@ -243,10 +241,11 @@ void WindowOperations::rename(const URL& url, std::string newName) {
         FileChange change = FileOps::rename(url, newName);
         PerformedChange done;
         done.entry.kind = OperationKind::rename;
-        done.entry.title = "Rename " + quoted(url.name()) + " to " + quoted(newName);
+        done.entry.title = "Rename " + Text::quoted(url.name()) + " to " + Text::quoted(newName);
         done.entry.steps = std::move(change.steps);
         done.entry.fileCount = 1;
-        done.message = displayText("Renamed " + quoted(url.name()) + " to " + quoted(newName));
+        done.message =
+            displayText("Renamed " + Text::quoted(url.name()) + " to " + Text::quoted(newName));
         done.results = {change.url};
         return done;
     });

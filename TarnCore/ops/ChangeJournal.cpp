@@ -1,6 +1,7 @@
 #include "TarnCore/ops/ChangeJournal.h"
 
 #include <cerrno>
+#include <filesystem>
 #include <set>
 #include <system_error>
 
@@ -88,7 +89,8 @@ struct ChangeJournal::State {
     /// one that was left behind.
     void create(std::string_view text) {
         const URL folder = JournalRepair::folder();
-        Platform::current().files->createFolders(folder);
+        // The note lies on the disk of the stores, whatever disk the change is on.
+        std::filesystem::create_directories(folder.path());
         url = folder.appending(UUID::random().string() + std::string(JournalRepair::extension));
         const URL temporary = URL::fromPath(url.path() + ".new");
         fd = FileDescriptor(open(temporary.c_str(),

@@ -11,6 +11,7 @@
 #include "Tarn/ui/sheets/ConflictSide.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Metrics.h"
+#include "TarnCore/base/Text.h"
 #include "TarnCore/files/Paths.h"
 
 namespace tarn {
@@ -19,8 +20,6 @@ namespace {
 constexpr int sheetWidth = 640;
 /// Below this the two items stand one below the other, and so do the answers.
 constexpr int sideBySide = 520;
-
-std::string quoted(std::string_view name) { return "“" + std::string(name) + "”"; }
 
 ConflictSide::Facts facts(const URL& url, bool isFolder, std::optional<Date> modified,
                           std::optional<std::int64_t> size, std::optional<Date> otherModified,
@@ -37,8 +36,8 @@ ConflictSide::Facts facts(const URL& url, bool isFolder, std::optional<Date> mod
 }
 
 QString question(const TransferConflict& conflict) {
-    const std::string name = quoted(conflict.existing.name());
-    const std::string folder = quoted(Paths::displayName(conflict.existing.parent()));
+    const std::string name = Text::quoted(conflict.existing.name());
+    const std::string folder = Text::quoted(Paths::displayName(conflict.existing.parent()));
     if (conflict.bothFolders)
         return ConflictSheet::tr("A folder called %1 is already in %2")
             .arg(displayText(name), displayText(folder));
@@ -73,7 +72,7 @@ ConflictSheet::ConflictSheet(TransferModel& transfer, QWidget& window)
     auto incoming = facts(conflict_.source, conflict_.bothFolders, conflict_.sourceModified,
                           conflict_.sourceSize, conflict_.existingModified, conflict_.existingSize);
     incoming.heading =
-        tr("From %1").arg(displayText(quoted(Paths::displayName(conflict_.source.parent()))));
+        tr("From %1").arg(displayText(Text::quoted(Paths::displayName(conflict_.source.parent()))));
     existing_ = new ConflictSide(existing, thumbnails_);
     incoming_ = new ConflictSide(incoming, thumbnails_);
     sides_->setSpacing(Metrics::space12);
