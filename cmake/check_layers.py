@@ -18,6 +18,7 @@ ARROWS = {
     "TarnCore/platform/memory": ["TarnCore/platform"],
     "TarnCore/files": ["TarnCore/platform"],
     "TarnCore/index": ["TarnCore/files"],
+    "TarnCore/index/readers": ["TarnCore/index"],
     "TarnCore/sources": ["TarnCore/files"],
     "TarnCore/search": ["TarnCore/index", "TarnCore/sources"],
     "TarnCore/imagesearch": ["TarnCore/search"],
@@ -58,7 +59,7 @@ QT_CORE = {
     "QTranslator", "QUrl", "QUuid", "QVariant", "QVariantMap", "QVector", "QtCore", "QtGlobal"}
 
 # Slow to compile or greedy with names; our headers hide them, sources include them.
-HEAVY = re.compile(r"(nlohmann/json\.hpp|CLI/.*|spdlog/.*|fmt/.*|unicode/.*|glib.*|gio/.*|exiv2/.*|vips/.*|sqlite3\.h|windows\.h)")
+HEAVY = re.compile(r"(nlohmann/json\.hpp|CLI/.*|spdlog/.*|fmt/.*|unicode/.*|glib.*|gio/.*|exiv2/.*|vips/.*|sqlite3\.h|libxml/.*|tesseract/.*|leptonica/.*|poppler.*|windows\.h)")
 # Headers whose very purpose is to meet that library, included by sources only.
 MEETS_LIBRARY = {"TarnCore/base/ICU.h", "TarnCore/base/JSONFields.h",
                  "TarnCore/rename/NameText.h"}

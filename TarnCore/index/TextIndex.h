@@ -1,25 +1,100 @@
 #pragma once
 
+#include <cstdint>
+#include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/URL.h"
+#include "TarnCore/index/TextExtractor.h"
 
 namespace tarn {
 
-/// The text inside files, searchable. Callable from any thread.
+/// The text inside files, searchable: a SQLite database with an FTS5 table, described in
+/// docs/formats/text-index.md.
+///
+/// Callable from any thread; the statements of one object run one after the other on its queue.
+/// Several objects and processes may share a file: a search does not wait for an indexing run that
+/// uses an object of its own. The file is opened at first use; when that fails, everything does
+/// nothing and answers empty or false. A damaged file is set aside as `NAME.unreadable` and a new
+/// one begun. Paths are absolute and valid UTF-8; a path that is not is never stored.
 class TextIndex {
 public:
-    virtual ~TextIndex() = default;
-    /// The files below `roots` whose text holds every one of the phrases; with `imagesOnly` the
-    /// pictures among them, where no phrases stand for any text at all.
-    virtual std::vector<URL> filesContaining(const std::vector<std::string>& phrases,
-                                             const std::vector<URL>& roots, bool imagesOnly,
-                                             const CancelToken& token) const = 0;
-    /// The text known for a file as it is now; absent when it was not indexed or has changed.
-    virtual std::optional<std::string> text(const URL& url) const = 0;
+    explicit TextIndex(URL file);
+    ~TextIndex();
+    TextIndex(const TextIndex&) = delete;
+    TextIndex& operator=(const TextIndex&) = delete;
+
+    /// The index of the user, "text-index.sqlite" in the support folder; one object a process.
+    static std::shared_ptr<TextIndex> shared();
+    static URL sharedFile();
+
+    /// No row, or one with another time or size. `mtime` in seconds since 1970.
+    bool needsIndex(const std::string& path, double mtime, std::int64_t size) const;
+
+    struct Entry {
+        std::string path;
+        double mtime = 0;
+        std::int64_t size = 0;
+        TextExtractor::Method method = TextExtractor::Method::plain;
+        std::string text;  ///< Empty for files without text, so that they are not read again.
+    };
+    void store(const std::string& path, double mtime, std::int64_t size,
+               TextExtractor::Method method, std::string_view text);
+    /// All of them in one transaction. Returns false when nothing could be written.
+    bool store(std::span<const Entry> entries);
+    void remove(const std::string& path);
+    /// Forgets files below the folder that no longer exist; how many.
+    std::int64_t pruneMissing(const URL& under, const CancelToken& token = {});
+    /// Forgets everything below the folder and gives the room back to the disk; how many files.
+    std::int64_t forget(const URL& under);
+    void clear();
+
+    struct Scope {
+        std::vector<URL> under;  ///< Empty: everywhere.
+        bool imagesOnly = false;
+        bool lastWordIsPrefix = false;  ///< The last word is still being typed.
+        std::int64_t limit = -1;        ///< Negative: all.
+    };
+    /// Paths of the files whose text has every phrase. A phrase is words that stand side by side;
+    /// case and diacritics do not matter. No phrases give nothing, but with `imagesOnly` every
+    /// picture with text. A file may have changed or gone
+    /// since it was read: see `known`.
+    std::vector<std::string> search(const std::vector<std::string>& phrases,
+                                    const Scope& scope) const;
+
+    /// What the index knows of a file when it was last read.
+    struct Known {
+        double mtime = 0;
+        std::int64_t size = 0;
+        bool operator==(const Known&) const = default;
+    };
+    /// All files below the folders, by path; for tests of many files.
+    std::unordered_map<std::string, Known> known(const std::vector<URL>& under) const;
+
+    std::optional<std::string> text(const std::string& path) const;
+    bool isIndexed(const std::string& path) const;
+    std::int64_t fileCount() const;
+    std::vector<std::string> indexedPaths(const URL& under) const;
+
+    struct Status {
+        std::int64_t files = 0;  ///< Rows.
+        std::int64_t withText = 0;
+        std::int64_t images = 0;  ///< Of those with text.
+        std::int64_t characters = 0;
+        std::int64_t bytesOnDisk = 0;
+        std::optional<double> lastIndexed;  ///< Seconds since 1970.
+    };
+    Status status() const;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
 };
 
 }  // namespace tarn

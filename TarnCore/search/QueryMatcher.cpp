@@ -7,7 +7,7 @@
 
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/ResourceReader.h"
-#include "TarnCore/index/TextIndex.h"
+#include "TarnCore/index/TextLookup.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/search/KindRules.h"
 #include "TarnCore/search/SourceMatch.h"
@@ -46,7 +46,7 @@ bool looksLikeText(std::string_view content) {
 
 }  // namespace
 
-QueryMatcher::QueryMatcher(SearchQuery query, std::shared_ptr<TextIndex> textIndex)
+QueryMatcher::QueryMatcher(SearchQuery query, std::shared_ptr<TextLookup> textIndex)
     : query_(std::move(query)), terms_(query_.terms), textIndex_(std::move(textIndex)) {
     for (const std::string& phrase : query_.containing)
         lowerContaining_.push_back(Text::lowercased(phrase));

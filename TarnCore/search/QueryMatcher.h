@@ -13,13 +13,13 @@
 
 namespace tarn {
 
-class TextIndex;
+class TextLookup;
 
 /// Decides whether a file satisfies a query. Built once per search, then only read, from any
 /// thread. Services come from Platform::current().
 class QueryMatcher {
 public:
-    explicit QueryMatcher(SearchQuery query, std::shared_ptr<TextIndex> textIndex = nullptr);
+    explicit QueryMatcher(SearchQuery query, std::shared_ptr<TextLookup> textIndex = nullptr);
 
     const SearchQuery& query() const { return query_; }
 
@@ -71,7 +71,7 @@ private:
     SearchQuery query_;
     NameTerms terms_;
     std::vector<std::string> lowerContaining_;
-    std::shared_ptr<TextIndex> textIndex_;
+    std::shared_ptr<TextLookup> textIndex_;
     std::vector<URL> externalDrives_;  ///< When the query asks for them.
 };
 

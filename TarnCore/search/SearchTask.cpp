@@ -11,7 +11,7 @@
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/files/TreeWalker.h"
-#include "TarnCore/index/TextIndex.h"
+#include "TarnCore/index/TextLookup.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/search/QueryMatcher.h"
 #include "TarnCore/search/SearchResults.h"

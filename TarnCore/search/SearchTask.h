@@ -14,7 +14,7 @@
 
 namespace tarn {
 
-class TextIndex;
+class TextLookup;
 
 /// What a search is and where it looks.
 struct SearchOptions {
@@ -25,7 +25,7 @@ struct SearchOptions {
     bool useSpotlight = true;   ///< Ask the metadata index, when there is one.
     std::int64_t limit = 5000;  ///< Most results delivered.
     TaskPriority priority = TaskPriority::userWaits;
-    std::shared_ptr<TextIndex> textIndex;
+    std::shared_ptr<TextLookup> textIndex;
     /// What `currentFolder` in the query's place means; the first root when absent.
     std::optional<URL> currentFolder;
 };

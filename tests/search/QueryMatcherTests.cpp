@@ -6,7 +6,7 @@
 
 #include "TarnCore/base/PropertyList.h"
 #include "TarnCore/files/ResourceReader.h"
-#include "TarnCore/index/TextIndex.h"
+#include "TarnCore/index/TextLookup.h"
 #include "TarnCore/platform/memory/MemoryExtendedAttributes.h"
 #include "TarnCore/platform/memory/MemoryMediaMetadata.h"
 #include "TarnCore/platform/memory/MemoryPlatform.h"
@@ -357,7 +357,7 @@ TEST(QueryMatcher, readsPlainTextForPhrases) {
     EXPECT_FALSE(matches(query, *FileItem::load(folder.folder("größe of things second"))));
 }
 
-class FixedTexts final : public TextIndex {
+class FixedTexts final : public TextLookup {
 public:
     std::map<URL, std::string> texts;
     std::vector<URL> filesContaining(const std::vector<std::string>&, const std::vector<URL>&, bool,

@@ -10,7 +10,7 @@
 
 #include "TarnCore/base/Error.h"
 #include "TarnCore/files/Paths.h"
-#include "TarnCore/index/TextIndex.h"
+#include "TarnCore/index/TextLookup.h"
 #include "TarnCore/platform/memory/MemoryFileSystem.h"
 #include "TarnCore/platform/memory/MemoryPlatform.h"
 #include "TarnCore/search/SearchTask.h"
@@ -310,7 +310,7 @@ TEST(SearchTask, joinsTheMetadataIndexWithTheWalk) {
     EXPECT_GT(machine.files->opened().size(), before);
 }
 
-class FixedTexts final : public TextIndex {
+class FixedTexts final : public TextLookup {
 public:
     std::vector<URL> urls;
     std::vector<URL> filesContaining(const std::vector<std::string>&, const std::vector<URL>&, bool,
