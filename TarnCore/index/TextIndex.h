@@ -7,9 +7,12 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "TarnCore/base/CancelToken.h"
+#include "TarnCore/base/Date.h"
+#include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/URL.h"
 #include "TarnCore/index/TextExtractor.h"
 
@@ -18,11 +21,15 @@ namespace tarn {
 /// The text inside files, searchable: a SQLite database with an FTS5 table, described in
 /// docs/formats/text-index.md.
 ///
-/// Callable from any thread; the statements of one object run one after the other on its queue.
-/// Several objects and processes may share a file: a search does not wait for an indexing run that
-/// uses an object of its own. The file is opened at first use; when that fails, everything does
-/// nothing and answers empty or false. A damaged file is set aside as `NAME.unreadable` and a new
-/// one begun. Paths are absolute and valid UTF-8; a path that is not is never stored.
+/// Callable from any thread; the statements of one object run one after the other, on the threads
+/// of the callers. Several objects and processes may share a file: a search does not wait for an
+/// indexing run that uses an object of its own. The file is opened at first use, and made when
+/// something is stored; when that fails, everything does nothing and answers empty or false. A
+/// damaged file is set aside as "NAME.unreadable" ("NAME.unreadable 2", …) and a new one begun,
+/// except while another program has claimed it, which does that itself. Paths are absolute and
+/// valid UTF-8; a path that is not is never stored.
+///
+/// Times are seconds since 1970, as `time` gives them; those within a microsecond are the same.
 class TextIndex {
 public:
     explicit TextIndex(URL file);
@@ -34,7 +41,28 @@ public:
     static std::shared_ptr<TextIndex> shared();
     static URL sharedFile();
 
-    /// No row, or one with another time or size. `mtime` in seconds since 1970.
+    static double time(Date modified);
+
+    /// While one lives, `claim` gives no other, in this process or another.
+    class Claim {
+    public:
+        explicit Claim(FileDescriptor lock) : lock_(std::move(lock)) {}
+
+    private:
+        FileDescriptor lock_;
+    };
+    /// The right to fill the index; null when another program has it, or the disk refuses. Single
+    /// files may be stored without.
+    std::shared_ptr<const Claim> claim();
+
+    /// Tells other processes that the index has changed: writes to `changesFile`, so that those
+    /// who watch its folder hear of it.
+    void announceChange() const;
+    /// "tarn.contentindex.changes", beside the database; empty, and missing before the first
+    /// change.
+    URL changesFile() const;
+
+    /// No row, or one with another time or size.
     bool needsIndex(const std::string& path, double mtime, std::int64_t size) const;
 
     struct Entry {
@@ -48,32 +76,37 @@ public:
                TextExtractor::Method method, std::string_view text);
     /// All of them in one transaction. Returns false when nothing could be written.
     bool store(std::span<const Entry> entries);
+    /// Why the latest change could not be written, as a finished sentence; absent when it could.
+    std::optional<std::string> problem() const;
     void remove(const std::string& path);
     /// Forgets files below the folder that no longer exist; how many.
     std::int64_t pruneMissing(const URL& under, const CancelToken& token = {});
     /// Forgets everything below the folder and gives the room back to the disk; how many files.
+    /// Takes seconds where the index is large.
     std::int64_t forget(const URL& under);
-    void clear();
+    /// Forgets everything. Returns false when nothing could be written.
+    bool clear();
 
     struct Scope {
-        std::vector<URL> under;  ///< Empty: everywhere.
+        std::vector<URL> under{};  ///< Empty: everywhere.
         bool imagesOnly = false;
         bool lastWordIsPrefix = false;  ///< The last word is still being typed.
         std::int64_t limit = -1;        ///< Negative: all.
     };
     /// Paths of the files whose text has every phrase. A phrase is words that stand side by side;
     /// case and diacritics do not matter. No phrases give nothing, but with `imagesOnly` every
-    /// picture with text. A file may have changed or gone
-    /// since it was read: see `known`.
-    std::vector<std::string> search(const std::vector<std::string>& phrases,
-                                    const Scope& scope) const;
+    /// picture with text. A file may have changed or gone since it was read: see `known`. Empty
+    /// soon after the token was set.
+    std::vector<std::string> search(const std::vector<std::string>& phrases, const Scope& scope,
+                                    const CancelToken& token = {}) const;
 
     /// What the index knows of a file when it was last read.
     struct Known {
         double mtime = 0;
         std::int64_t size = 0;
-        bool operator==(const Known&) const = default;
+        bool operator==(const Known& other) const;
     };
+    std::optional<Known> known(const std::string& path) const;
     /// All files below the folders, by path; for tests of many files.
     std::unordered_map<std::string, Known> known(const std::vector<URL>& under) const;
 
@@ -91,8 +124,12 @@ public:
         std::optional<double> lastIndexed;  ///< Seconds since 1970.
     };
     Status status() const;
+    /// Of the database and what was not yet written into it.
+    std::int64_t bytesOnDisk() const;
 
 private:
+    std::int64_t removeAll(std::span<const std::string> paths, const CancelToken& token);
+
     struct State;
     std::unique_ptr<State> state_;
 };
