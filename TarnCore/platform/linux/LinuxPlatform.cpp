@@ -6,6 +6,7 @@
 #include "TarnCore/platform/linux/LinuxExtendedAttributes.h"
 #include "TarnCore/platform/linux/LinuxFileCopy.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
+#include "TarnCore/platform/linux/LinuxMachineLoad.h"
 #include "TarnCore/platform/linux/LinuxMediaMetadata.h"
 #include "TarnCore/platform/linux/LinuxPictureDecoding.h"
 #include "TarnCore/platform/linux/LinuxRecentFiles.h"
@@ -28,6 +29,7 @@ Platform makeLinuxPlatform() {
     platform.metadata = std::make_shared<LinuxMediaMetadata>(
         platform.files, platform.types, platform.recentFiles, platform.volumes);
     platform.pictures = std::make_shared<LinuxPictureDecoding>();
+    platform.load = std::make_shared<LinuxMachineLoad>();
     platform.clock = std::make_shared<SystemClock>();
     platform.trash = std::make_shared<LinuxTrash>(platform.files, platform.volumes, platform.clock);
     return platform;

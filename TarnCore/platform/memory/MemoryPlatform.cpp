@@ -5,6 +5,7 @@
 #include "TarnCore/platform/memory/MemoryFileCopy.h"
 #include "TarnCore/platform/memory/MemoryFileSystem.h"
 #include "TarnCore/platform/memory/MemoryFolderWatching.h"
+#include "TarnCore/platform/memory/MemoryMachineLoad.h"
 #include "TarnCore/platform/memory/MemoryMediaMetadata.h"
 #include "TarnCore/platform/memory/MemoryRecentFiles.h"
 #include "TarnCore/platform/memory/MemoryTrash.h"
@@ -21,6 +22,7 @@ MemoryPlatform::MemoryPlatform(Date now)
       volumes(std::make_shared<MemoryVolumes>()),
       recentFiles(std::make_shared<MemoryRecentFiles>()),
       metadata(std::make_shared<MemoryMediaMetadata>()),
+      load(std::make_shared<MemoryMachineLoad>()),
       clock(std::make_shared<FixedClock>(now)),
       trash(std::make_shared<MemoryTrash>(files, clock)) {
     files->onMove(
@@ -39,6 +41,7 @@ Platform MemoryPlatform::services() const {
     platform.volumes = volumes;
     platform.recentFiles = recentFiles;
     platform.metadata = metadata;
+    platform.load = load;
     platform.clock = clock;
     platform.trash = trash;
     return platform;

@@ -13,6 +13,7 @@ class MemoryExtendedAttributes;
 class MemoryFolderWatching;
 class MemoryVolumes;
 class MemoryRecentFiles;
+class MemoryMachineLoad;
 class MemoryMediaMetadata;
 class MemoryTrash;
 
@@ -26,6 +27,7 @@ struct MemoryPlatform {
     std::shared_ptr<MemoryVolumes> volumes;
     std::shared_ptr<MemoryRecentFiles> recentFiles;
     std::shared_ptr<MemoryMediaMetadata> metadata;
+    std::shared_ptr<MemoryMachineLoad> load;
     std::shared_ptr<Clock> clock;
     std::shared_ptr<MemoryTrash> trash;
 
