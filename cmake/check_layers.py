@@ -35,13 +35,14 @@ ARROWS = {
     "Tarn/ui": ["Tarn/commands"],
     "Tarn": ["Tarn/ui"],  # main.cpp of the window
     "cli": ["TarnCore", "Tarn/model/records"],
+    "extract": ["TarnCore", "TarnCore/index/readers"],
 }
 # The core as a whole, for the layers above it: all but the implementations of the platform.
 CORE = [folder for folder in ARROWS if re.fullmatch(r"TarnCore/\w+", folder)]
 IMPLEMENTATIONS = ["TarnCore/platform/linux", "TarnCore/platform/memory"]
 
 # Who puts the services together, and so may name an implementation (beside tests and benchmarks).
-COMPOSERS = re.compile(r"(cli|Tarn)/(\w+/)*main\.cpp")
+COMPOSERS = re.compile(r"(cli|extract|Tarn)/(\w+/)*main\.cpp")
 
 QT = re.compile(r"(Qt\w+/.*|Q[A-Z]\w*|Qt\w*|qt?[a-z]*global\.h|q[a-z]+\.h)")
 QT_FOLDERS = {"Tarn/ui": "any", "Tarn": "any", "Tarn/model": "core", "Tarn/commands": "core",
@@ -68,7 +69,7 @@ PREFIX = re.compile(r".*Prefix\.h")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 SOURCES = {".h", ".cpp"}
-TREES = ["TarnCore", "Tarn", "cli", "tests", "bench"]
+TREES = ["TarnCore", "Tarn", "cli", "extract", "tests", "bench"]
 
 
 def reach(folder):

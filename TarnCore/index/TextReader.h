@@ -47,6 +47,11 @@ public:
 
     std::size_t processCount() const;
 
+    /// Why nothing but plain text can be read here (`tarn-extract` is missing or does not start),
+    /// as a finished sentence; empty when all is well. Files that gave `noText` meanwhile are worth
+    /// another try when it has been mended.
+    std::string problem() const;
+
 private:
     struct State;
     std::unique_ptr<State> state_;

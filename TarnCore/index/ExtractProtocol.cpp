@@ -1,0 +1,109 @@
+#include "TarnCore/index/ExtractProtocol.h"
+
+#include <algorithm>
+
+#include "TarnCore/base/Text.h"
+
+namespace tarn::ExtractProtocol {
+namespace {
+
+constexpr std::string_view magic = "TX";
+constexpr std::size_t mostNameBytes = 1024;
+constexpr std::size_t beforeName = 3;  // the method and the length of the name
+
+template <class Number>
+void put(char* at, Number number) {
+    for (std::size_t i = 0; i < sizeof(Number); ++i)
+        at[i] = static_cast<char>(static_cast<unsigned char>(number >> (8 * i)));
+}
+
+template <class Number>
+Number take(std::string_view bytes, std::size_t at) {
+    Number number = 0;
+    for (std::size_t i = 0; i < sizeof(Number); ++i) {
+        const auto byte = static_cast<unsigned char>(bytes[at + i]);
+        number = static_cast<Number>(number | static_cast<Number>(Number{byte} << (8 * i)));
+    }
+    return number;
+}
+
+struct Bounds {
+    std::uint32_t flags = 0;
+    std::size_t shortest = 0;
+    std::size_t longest = 0;
+};
+
+std::optional<Bounds> bounds(Kind kind) {
+    switch (kind) {
+        case Kind::ready:
+            return Bounds{};
+        case Kind::request:
+            return Bounds{wantsRecognition, beforeName, mostRequestBytes};
+        case Kind::text:
+            return Bounds{isLast, 0, mostTextBytes};
+        case Kind::noText:
+            return Bounds{isLast, 0, 0};
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::array<char, headerSize> encode(const Header& header) {
+    std::array<char, headerSize> bytes{};
+    std::ranges::copy(magic, bytes.begin());
+    put(&bytes[2], version);
+    put(&bytes[3], static_cast<std::uint8_t>(header.kind));
+    put(&bytes[4], header.flags);
+    put(&bytes[8], header.length);
+    return bytes;
+}
+
+std::optional<Header> decodeHeader(std::string_view bytes) {
+    if (!bytes.starts_with(magic) || take<std::uint8_t>(bytes, 2) != version) return std::nullopt;
+    const Header header = {static_cast<Kind>(take<std::uint8_t>(bytes, 3)),
+                           take<std::uint32_t>(bytes, 4), take<std::uint32_t>(bytes, 8)};
+    const auto allowed = bounds(header.kind);
+    if (!allowed || (header.flags & ~allowed->flags) != 0) return std::nullopt;
+    if (header.length < allowed->shortest || header.length > allowed->longest) return std::nullopt;
+    return header;
+}
+
+std::string encode(const Request& request) {
+    const std::string_view name =
+        std::string_view(request.fileName)
+            .substr(request.fileName.size() - std::min(request.fileName.size(), mostNameBytes));
+    std::string payload(beforeName, '\0');
+    put(payload.data(), static_cast<std::uint8_t>(request.method));
+    put(&payload[1], static_cast<std::uint16_t>(name.size()));
+    payload += name;
+    bool isFirst = true;
+    for (const std::string& language : request.languages) {
+        if (payload.size() + 1 + language.size() > mostRequestBytes) break;
+        if (!isFirst) payload += ',';
+        payload += language;
+        isFirst = false;
+    }
+    const auto header = encode({Kind::request, request.ocr ? wantsRecognition : 0,
+                                static_cast<std::uint32_t>(payload.size())});
+    return std::string(header.begin(), header.end()) + payload;
+}
+
+std::optional<Request> decodeRequest(const Header& header, std::string_view payload) {
+    if (header.kind != Kind::request || payload.size() < beforeName) return std::nullopt;
+    const auto method = take<std::uint8_t>(payload, 0);
+    const std::size_t nameLength = take<std::uint16_t>(payload, 1);
+    if (method > static_cast<std::uint8_t>(TextExtractor::Method::image)) return std::nullopt;
+    if (nameLength > mostNameBytes || nameLength > payload.size() - beforeName) return std::nullopt;
+    Request request;
+    request.method = static_cast<TextExtractor::Method>(method);
+    request.ocr = (header.flags & wantsRecognition) != 0;
+    request.fileName = payload.substr(beforeName, nameLength);
+    const std::string_view languages = payload.substr(beforeName + nameLength);
+    if (!languages.empty())
+        for (const std::string_view language : Text::split(languages, ','))
+            request.languages.emplace_back(language);
+    return request;
+}
+
+}  // namespace tarn::ExtractProtocol

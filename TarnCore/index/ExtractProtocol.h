@@ -1,0 +1,72 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "TarnCore/index/TextExtractor.h"
+
+/// What a TextReader and `tarn-extract` say to each other over a connected stream socket.
+///
+/// A frame is a header of 12 bytes and what it announces, numbers in little-endian order:
+///
+///     0  "TX"
+///     2  version, 1
+///     3  kind
+///     4  flags
+///     8  bytes that follow
+///
+/// The helper begins with `ready`, once it is locked in. Then every `request`, whose first byte
+/// carries the opened file as its only descriptor, gets one `text` or `noText`, and nothing is sent
+/// unasked. What breaks these rules is answered by closing the socket or ending the helper: the
+/// one side reads hostile documents, and the other does not believe it anything.
+///
+/// A request is the method, a byte (its place in TextExtractor::Method); the length of the file's
+/// name, two bytes; the name; and the languages of recognition, separated by commas.
+namespace tarn::ExtractProtocol {
+
+/// Of the socket, in the helper.
+inline constexpr int socketDescriptor = 3;
+
+inline constexpr std::uint8_t version = 1;
+inline constexpr std::size_t headerSize = 12;
+inline constexpr std::size_t mostRequestBytes = 4096;
+/// Four bytes a character, as UTF-8 needs at most.
+inline constexpr std::size_t mostTextBytes = 4 * TextExtractor::maxCharacters;
+
+enum class Kind : std::uint8_t { ready = 1, request = 2, text = 3, noText = 4 };
+
+/// Of a request: recognise text in pictures too.
+inline constexpr std::uint32_t wantsRecognition = 1;
+/// Of an answer: the helper ends now, since it has grown, and its successor starts small.
+inline constexpr std::uint32_t isLast = 1;
+
+struct Header {
+    Kind kind = Kind::ready;
+    std::uint32_t flags = 0;
+    std::uint32_t length = 0;
+    bool operator==(const Header&) const = default;
+};
+std::array<char, headerSize> encode(const Header& header);
+/// Absent for another version, an unknown kind or flag, or a length that the kind does not allow.
+/// `bytes` are at least `headerSize`.
+std::optional<Header> decodeHeader(std::string_view bytes);
+
+struct Request {
+    TextExtractor::Method method = TextExtractor::Method::plain;
+    bool ocr = false;
+    std::string fileName;                ///< For its extension; bytes.
+    std::vector<std::string> languages;  ///< BCP 47; empty means English.
+    bool operator==(const Request&) const = default;
+};
+/// The whole frame. A name is cut in front, and languages are left out behind, where they would
+/// not fit into `mostRequestBytes`.
+std::string encode(const Request& request);
+/// What stands behind the header of a request; absent when it makes no sense.
+std::optional<Request> decodeRequest(const Header& header, std::string_view payload);
+
+}  // namespace tarn::ExtractProtocol

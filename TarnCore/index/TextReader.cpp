@@ -1,0 +1,295 @@
+#include "TarnCore/index/TextReader.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <future>
+#include <iterator>
+#include <set>
+#include <system_error>
+#include <thread>
+#include <tuple>
+#include <utility>
+
+#include <sys/stat.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "TarnCore/base/Error.h"
+#include "TarnCore/base/FileDescriptor.h"
+#include "TarnCore/base/Guarded.h"
+#include "TarnCore/base/SerialQueue.h"
+#include "TarnCore/base/Text.h"
+#include "TarnCore/index/ExtractProcess.h"
+#include "TarnCore/index/PlainText.h"
+
+namespace tarn {
+namespace {
+
+using std::chrono::steady_clock;
+using TextExtractor::Method;
+
+constexpr auto betweenQuestions = std::chrono::milliseconds(50);
+constexpr std::chrono::seconds idleTime(20);
+
+/// Seconds of processor time for one file. A document that takes longer is broken or is made to; a
+/// long one of scanned pages is read as far as it gets.
+double timeLimit(Method method, bool ocr) {
+    switch (method) {
+        case Method::pdf:
+            return ocr ? 180 : 60;
+        case Method::image:
+            return 60;
+        default:
+            return 20;
+    }
+}
+
+/// A file as it is now; one that was changed is another.
+using Identity = std::tuple<dev_t, ino_t, time_t, long, off_t>;
+
+struct OpenFile {
+    FileDescriptor descriptor;
+    Identity identity;
+    std::int64_t size = 0;
+};
+
+/// Opens a plain file without waiting for anything (a pipe, a terminal) and, where that is allowed,
+/// without a trace in its access time.
+std::optional<OpenFile> openFile(const char* path) {
+    constexpr int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    FileDescriptor file(open(path, flags | O_NOATIME));
+    if (!file && errno == EPERM) file = FileDescriptor(open(path, flags));
+    struct stat facts {};
+    if (!file || fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
+    const Identity identity(facts.st_dev, facts.st_ino, facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec,
+                            facts.st_size);
+    return OpenFile{std::move(file), identity, facts.st_size};
+}
+
+/// The file in which a document has its text: itself, or the one in the folder that an "rtfd" is.
+URL fileOfText(const URL& url) {
+    return Text::lowercasedASCII(url.pathExtension()) == "rtfd" ? url.appending("TXT.rtf") : url;
+}
+
+/// What can hold all that is kept of it, from the beginning; absent when it cannot be read.
+std::optional<std::string> beginning(const OpenFile& file) {
+    constexpr auto most = static_cast<std::int64_t>(ExtractProtocol::mostTextBytes);
+    // One more than its size, so that the end is seen without another call.
+    std::string bytes(static_cast<std::size_t>(std::min(file.size + 1, most)), '\0');
+    std::size_t filled = 0;
+    while (filled < bytes.size()) {
+        const ssize_t got = ::read(file.descriptor.get(), &bytes[filled], bytes.size() - filled);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return std::nullopt;
+        if (got == 0) break;
+        filled += static_cast<std::size_t>(got);
+    }
+    bytes.resize(filled);
+    return bytes;
+}
+
+}  // namespace
+
+struct TextReader::State {
+    using Helper = std::unique_ptr<ExtractProcess>;
+    struct Idle {
+        Helper helper;
+        steady_clock::time_point since;
+    };
+    struct Pool {
+        std::vector<Idle> idle;  ///< The one used last is behind.
+        std::size_t busy = 0;    ///< Helpers at work, or about to be.
+        std::size_t readers = 0;
+        bool isStopping = false;
+        bool isWatched = false;  ///< `endIdle` will be called.
+        std::set<Identity> killers;
+        std::string problem;
+    };
+
+    explicit State(Options given)
+        : options(std::move(given)),
+          processes(options.processes ? options.processes
+                                      : std::max(1U, std::thread::hardware_concurrency())),
+          program(ExtractProcess::program()) {
+        if (!program)
+            pool.lock()->problem =
+                "Documents can’t be read because the program “tarn-extract” is not installed.";
+    }
+
+    ~State() {
+        std::vector<Idle> ending;
+        auto held = pool.lock();
+        held->isStopping = true;
+        changed.notify_all();
+        changed.wait(held.mutex(), [&] { return held->readers == 0; });
+        ending.swap(held->idle);
+    }
+
+    bool isStopped(const CancelToken& token) const {
+        return token.isCancelled() || pool.lock()->isStopping;
+    }
+
+    /// A helper's place is free, or the reading is to end: false.
+    bool takePlace(const CancelToken& token) {
+        auto held = pool.lock();
+        while (!held->isStopping && !token.isCancelled()) {
+            if (held->busy < processes) {
+                ++held->busy;
+                return true;
+            }
+            changed.wait_for(held.mutex(), betweenQuestions);
+        }
+        return false;
+    }
+
+    void leavePlace(Helper helper) {
+        {
+            auto held = pool.lock();
+            --held->busy;
+            if (helper && helper->isUsable() && !held->isStopping) {
+                held->idle.push_back({std::move(helper), steady_clock::now()});
+                if (!std::exchange(held->isWatched, true)) watchIdle();
+            }
+        }
+        changed.notify_all();
+    }
+
+    void watchIdle() {
+        queue.runAfter(std::chrono::duration<double>(idleTime).count(), [this] { endIdle(); });
+    }
+
+    void endIdle() {
+        std::vector<Idle> ending;
+        const auto held = pool.lock();
+        const auto before = steady_clock::now() - idleTime;
+        const auto rest =
+            std::ranges::find_if(held->idle, [&](const Idle& one) { return one.since > before; });
+        std::move(held->idle.begin(), rest, std::back_inserter(ending));
+        held->idle.erase(held->idle.begin(), rest);
+        held->isWatched = !held->idle.empty();
+        if (held->isWatched) watchIdle();
+    }
+
+    Helper idleHelper() {
+        const auto held = pool.lock();
+        if (held->idle.empty()) return nullptr;
+        Helper helper = std::move(held->idle.back().helper);
+        held->idle.pop_back();
+        return helper;
+    }
+
+    /// Null when it does not start. On the queue, since a helper dies with the thread that started
+    /// it, and the caller's may end before the reader.
+    Helper newHelper() {
+        std::promise<Helper> promise;
+        queue.run([&] {
+            try {
+                promise.set_value(std::make_unique<ExtractProcess>(*program, options.background));
+            } catch (const std::system_error& error) {
+                sayProblem(systemErrorSentence(error.code().value()));
+                promise.set_value(nullptr);
+            }
+        });
+        return promise.get_future().get();
+    }
+
+    void sayProblem(const std::string& reason) {
+        pool.lock()->problem =
+            "Documents can’t be read because “tarn-extract” doesn’t start. " + reason;
+    }
+
+    /// Has a free helper read the file, or a new one where that may be to blame.
+    Result readInHelper(const ExtractProtocol::Request& request, const OpenFile& file,
+                        const CancelToken& token) {
+        if (!program) return {};
+        if (pool.lock()->killers.contains(file.identity)) return {Outcome::killed, {}};
+        if (!takePlace(token)) return {Outcome::cancelled, {}};
+        Helper helper = idleHelper();
+        Result result = readWith(helper, request, file, token);
+        leavePlace(std::move(helper));
+        if (result.outcome == Outcome::killed) pool.lock()->killers.insert(file.identity);
+        return result;
+    }
+
+    Result readWith(Helper& helper, const ExtractProtocol::Request& request, const OpenFile& file,
+                    const CancelToken& token) {
+        for (;;) {
+            if (!helper) helper = newHelper();
+            if (!helper) return {};
+            auto answer =
+                helper->read(request, file.descriptor.get(), timeLimit(request.method, request.ocr),
+                             [&] { return isStopped(token); });
+            // What died may have been damaged by an earlier file, or have been ended while it had
+            // nothing to do, so that only a fresh one's death tells of this file.
+            const bool isFresh = helper->answered() == 0;
+            switch (answer.end) {
+                case ExtractProcess::End::text:
+                    return {Outcome::read, std::move(answer.text)};
+                case ExtractProcess::End::noText:
+                    return {};
+                case ExtractProcess::End::late:
+                    return {Outcome::killed, {}};
+                case ExtractProcess::End::stopped:
+                    return {Outcome::cancelled, {}};
+                case ExtractProcess::End::notReady:
+                    if (isFresh) {
+                        sayProblem("It ended at once.");
+                        return {};
+                    }
+                    break;
+                case ExtractProcess::End::died:
+                    if (isFresh) return {Outcome::killed, {}};
+                    break;
+            }
+            helper.reset();
+        }
+    }
+
+    const Options options;
+    const std::size_t processes;
+    const std::optional<URL> program;
+    Guarded<Pool> pool;
+    std::condition_variable changed;
+    SerialQueue queue{"tarn.extract"};  // goes first, so that nothing it runs outlives the rest
+};
+
+TextReader::TextReader(Options options) : state_(std::make_unique<State>(std::move(options))) {}
+
+TextReader::~TextReader() = default;
+
+std::size_t TextReader::processCount() const { return state_->processes; }
+
+std::string TextReader::problem() const { return state_->pool.lock()->problem; }
+
+TextReader::Result TextReader::read(const URL& url, std::int64_t size, const CancelToken& token) {
+    const auto method = TextExtractor::method(url);
+    if (!method || size > TextExtractor::sizeLimit(*method)) return {};
+    if (*method == Method::image && !state_->options.ocr) return {};
+    ++state_->pool.lock()->readers;
+    Result result;
+    if (state_->isStopped(token)) {
+        result.outcome = Outcome::cancelled;
+    } else if (const URL textURL = fileOfText(url); const auto file = openFile(textURL.c_str())) {
+        if (file->size > TextExtractor::sizeLimit(*method)) {
+            // Grown since the caller looked.
+        } else if (PlainText::isPlain(textURL.name())) {
+            auto bytes = beginning(*file);
+            auto text = bytes ? PlainText::text(std::move(*bytes)) : std::nullopt;
+            if (text) result = {Outcome::read, std::move(*text)};
+        } else {
+            const ExtractProtocol::Request request = {*method, state_->options.ocr,
+                                                      std::string(textURL.name()),
+                                                      state_->options.languages};
+            result = state_->readInHelper(request, *file, token);
+        }
+    }
+    const auto held = state_->pool.lock();  // so that the reader does not go before this is said
+    --held->readers;
+    state_->changed.notify_all();
+    return result;
+}
+
+}  // namespace tarn

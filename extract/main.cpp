@@ -1,0 +1,100 @@
+// tarn-extract [--background]: reads documents for the program that started it, which speaks with
+// it as TarnCore/index/ExtractProtocol.h says. Of no use to people.
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+
+#include <malloc.h>
+#include <sched.h>
+#include <unistd.h>
+
+#include "TarnCore/platform/Platform.h"
+#include "TarnCore/platform/linux/LinuxPlatform.h"
+#include "TarnCore/platform/linux/Module.h"
+#include "TarnCore/platform/linux/Sandbox.h"
+#include "extract/DocumentReading.h"
+#include "extract/FileView.h"
+#include "extract/ParentSocket.h"
+
+namespace tarn::extract {
+namespace {
+
+constexpr std::int64_t MiB = 1024 * 1024;
+/// A page of 2,400 pixels a side takes 130 MiB to recognise; the libraries for it take 40.
+constexpr Sandbox::Limits limits = {
+    .memory = 320 * MiB, .addressSpace = 3072 * MiB, .descriptors = 64};
+/// What a helper may hold between two files; one that holds more makes room for a fresh one.
+constexpr std::size_t mostKept = 160 * MiB;
+/// Seconds of processor time for one file, for the case that the parent does not look.
+constexpr std::int64_t lastResort = 300;
+
+void lowerPriority() {
+    const sched_param none{};
+    sched_setscheduler(0, SCHED_IDLE, &none);
+    setpriority(PRIO_PROCESS, 0, 19);
+    constexpr int idleClass = 3 << 13;  // as of linux/ioprio.h, which older systems lack
+    constexpr int thisProcess = 1;
+    syscall(SYS_ioprio_set, thisProcess, 0, idleClass);
+}
+
+std::vector<URL> readableFolders() {
+    std::vector<URL> folders = moduleFolders();
+    if (const char* letters = std::getenv("TESSDATA_PREFIX"))
+        folders.push_back(URL::fromPath(letters));
+    return folders;
+}
+
+/// Bytes held of the heap and of what was mapped for large blocks.
+std::size_t heldMemory() {
+    const struct mallinfo2 info = mallinfo2();
+    return info.arena + info.hblkhd;
+}
+
+std::optional<std::string> read(const ParentSocket::Job& job) {
+    try {
+        const FileView file(job.file);
+        return readDocument(job.request, file.bytes());
+    } catch (const std::exception&) {
+        return std::nullopt;  // too little memory, or the disk fails: no text either way
+    }
+}
+
+int serve() {
+    ParentSocket parent{FileDescriptor(ExtractProtocol::socketDescriptor)};
+    if (!parent.sayReady()) return EXIT_SUCCESS;
+    while (auto job = parent.next()) {
+        Sandbox::limitProcessorTime(lastResort);
+        const auto text = read(*job);
+        job.reset();
+        const bool isLast = heldMemory() > mostKept;
+        if (!parent.answer(text, isLast) || isLast) break;
+    }
+    return EXIT_SUCCESS;
+}
+
+}  // namespace
+}  // namespace tarn::extract
+
+int main(int argc, char** argv) {
+    using namespace tarn;
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (argc > 1 && std::string_view(argv[1]) == "--background") extract::lowerPriority();
+    mallopt(M_ARENA_MAX, 1);  // an arena for each thread of a library is memory for nothing
+    Platform::setCurrent(makeLinuxPlatform());
+    Sandbox::enter(extract::limits, extract::readableFolders());
+    const int status = extract::serve();
+    // Libraries would take themselves apart for nothing.
+    _exit(status);
+}

@@ -1,0 +1,135 @@
+#include <csignal>
+#include <memory>
+#include <system_error>
+
+#include <sys/stat.h>
+#include <sys/syscall.h>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sched.h>
+#include <unistd.h>
+
+#include "TarnCore/index/ExtractProcess.h"
+#include "tests/index/HelperProcesses.h"
+#include "tests/support/TestFolder.h"
+
+namespace tarn {
+namespace {
+
+using End = ExtractProcess::End;
+using TextExtractor::Method;
+
+const ExtractProtocol::Request mail = {Method::plain, false, "a.eml", {}};
+const auto never = [] { return false; };
+
+class ExtractProcessTest : public testing::Test {
+protected:
+    FileDescriptor open(const char* name = "a.eml",
+                        std::string_view content = "Subject: hello\n\nbody\n") const {
+        return FileDescriptor(::open(folder.file(name, content).c_str(), O_RDONLY | O_CLOEXEC));
+    }
+    static std::unique_ptr<ExtractProcess> start() {
+        const auto program = ExtractProcess::program();
+        return program ? std::make_unique<ExtractProcess>(*program, false) : nullptr;
+    }
+    /// A helper that does what the lines of shell say; its socket is descriptor 3.
+    std::unique_ptr<ExtractProcess> startScript(const std::string& lines) const {
+        const URL script = folder.file("helper", "#!/bin/sh\n" + lines + "\n");
+        chmod(script.c_str(), 0700);
+        return std::make_unique<ExtractProcess>(script, false);
+    }
+
+    TestFolder folder;
+};
+
+TEST_F(ExtractProcessTest, readsOneFileAfterAnother) {
+    const auto helper = start();
+    ASSERT_TRUE(helper);
+    for (int i = 0; i < 3; ++i) {
+        const auto answer = helper->read(mail, open().get(), 60, never);
+        EXPECT_EQ(answer.end, End::text);
+        EXPECT_NE(answer.text.find("body"), std::string::npos);
+        EXPECT_TRUE(helper->isUsable());
+    }
+    EXPECT_EQ(helper->answered(), 3U);
+}
+
+TEST_F(ExtractProcessTest, noticesADeathWhileItReads) {
+    const auto helper = start();
+    ASSERT_TRUE(helper);
+    ASSERT_EQ(helper->read(mail, open().get(), 60, never).end, End::text);
+    kill(helper->id(), SIGSTOP);
+    const auto killIt = [&] { return kill(helper->id(), SIGKILL) != 0; };
+    EXPECT_EQ(helper->read(mail, open().get(), 60, killIt).end, End::died);
+    EXPECT_FALSE(helper->isUsable());
+}
+
+TEST_F(ExtractProcessTest, waitsNoLongerThanItMay) {
+    auto helper = start();
+    ASSERT_TRUE(helper);
+    ASSERT_EQ(helper->read(mail, open().get(), 60, never).end, End::text);
+    kill(helper->id(), SIGSTOP);
+    EXPECT_EQ(helper->read(mail, open().get(), 0.01, never).end, End::late);
+    helper = start();
+    kill(helper->id(), SIGSTOP);
+    EXPECT_EQ(helper->read(mail, open().get(), 60, [] { return true; }).end, End::stopped);
+    helper.reset();
+    EXPECT_TRUE(helperProcesses().empty());
+}
+
+TEST_F(ExtractProcessTest, believesAHelperNothing) {
+    const std::string ready = R"(printf 'TX\001\001\000\000\000\000\000\000\000\000' >&3)";
+    const std::string textFrame = R"(TX\001\003\000\000\000\000)";
+    const struct {
+        const char* name;
+        std::string lines;
+        End end;
+    } cases[] = {
+        {"ends at once", "exit 0", End::notReady},
+        {"begins with nonsense", "printf 'hello, here I am' >&3; sleep 100", End::notReady},
+        {"ends after the beginning", ready + "; head -c 20 <&3 >/dev/null", End::died},
+        {"answers with nonsense", ready + "; printf 'hello, here I am' >&3; sleep 100", End::died},
+        {"is ready for ever", ready + "; " + ready + "; sleep 100", End::died},
+        {"announces too much",
+         ready + "; printf '" + textFrame + R"(\377\377\377\177' >&3; sleep 100)", End::died},
+        {"announces more than comes",
+         ready + "; printf '" + textFrame + R"(\004\000\000\000ab' >&3)", End::died},
+        {"is no UTF-8",
+         ready + "; printf '" + textFrame + R"(\002\000\000\000\377\376' >&3; sleep 100)",
+         End::died},
+        {"sends all but one byte",
+         ready + "; printf '" + textFrame + R"(\002\000\000\000a' >&3; sleep 100)", End::late},
+        {"behaves", ready + "; printf '" + textFrame + R"(\002\000\000\000ok' >&3; sleep 100)",
+         End::text},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const auto helper = startScript(c.lines);
+        const auto answer = helper->read(mail, open().get(), c.end == End::late ? 0.05 : 60, never);
+        // A helper that ends may do so before or after it has been sent a file.
+        const bool either = c.end == End::died && answer.end == End::notReady;
+        EXPECT_TRUE(answer.end == c.end || either) << static_cast<int>(answer.end);
+        EXPECT_EQ(answer.text, c.end == End::text ? "ok" : "");
+    }
+}
+
+TEST_F(ExtractProcessTest, endsWhatTheHelperStarted) {
+    const URL number = folder / "number";
+    auto helper =
+        startScript("setsid sh -c 'echo $$ >" + number.path() + "; exec sleep 1000' & wait");
+    while (!folder.exists("number") || !folder.read("number").ends_with('\n')) sched_yield();
+    const FileDescriptor tool(
+        static_cast<int>(syscall(SYS_pidfd_open, std::stoi(folder.read("number")), 0)));
+    ASSERT_TRUE(tool);
+    helper.reset();
+    pollfd end = {tool.get(), POLLIN, 0};
+    EXPECT_EQ(poll(&end, 1, 30'000), 1);
+}
+
+TEST_F(ExtractProcessTest, saysWhenItCannotStart) {
+    EXPECT_THROW(ExtractProcess(folder / "nowhere", false), std::system_error);
+}
+
+}  // namespace
+}  // namespace tarn
