@@ -3,13 +3,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/URL.h"
 #include "TarnCore/index/TextExtractor.h"
+#include "TarnCore/index/TextReader.h"
 
 namespace tarn {
 
@@ -17,18 +17,24 @@ class TextIndex;
 
 /// Fills a TextIndex with the text of the files below some folders.
 ///
-/// Any thread; `run` works on the calling thread and the pool and returns within a second after
-/// its token was set. What was stored before a cancel or a crash stays; the next run goes on.
+/// Any thread; `run` has threads of its own, whose priority is lowered where that is asked for, and
+/// returns within a second after its token was set. What was stored before a cancel or a crash
+/// stays; the next run goes on. Who runs it holds the claim of the index.
 class ContentIndexer {
 public:
     struct Options {
-        bool ocr = false;                    ///< Pictures and scanned pages too.
-        std::vector<std::string> languages;  ///< Of recognition, BCP 47.
-        std::vector<URL> excluded;           ///< Folders of which nothing is read.
-        std::int64_t mostBytesOnDisk = 0;    ///< Of the index; 0: no limit.
-        bool background = false;             ///< Idle priority for processor and disk.
+        bool ocr = false;                      ///< Pictures and scanned pages too.
+        std::vector<std::string> languages{};  ///< Of recognition, BCP 47.
+        std::vector<URL> excluded{};           ///< Folders of which nothing is read.
+        std::int64_t mostBytesOnDisk = 0;      ///< Of the index; 0: no limit.
+        bool background = false;               ///< Idle priority for processor and disk.
     };
+    /// Gets the text of a file; called from several threads at once.
+    using Read = std::function<TextReader::Result(const URL& url, std::int64_t size,
+                                                  const CancelToken& token)>;
+    /// Reads through a TextReader, which lives as long as a run.
     ContentIndexer(std::shared_ptr<TextIndex> index, Options options);
+    ContentIndexer(std::shared_ptr<TextIndex> index, Options options, Read read);
 
     struct Candidate {
         URL url;
@@ -37,8 +43,8 @@ public:
         TextExtractor::Method method = TextExtractor::Method::plain;
     };
     /// The files that the index does not know as they are now: newest first, pictures last. Hidden
-    /// items, application data, excluded folders, folders with ".nomedia" or a valid CACHEDIR.TAG
-    /// and the insides of packages are left out.
+    /// items, application data, the Trash, excluded folders, folders with ".nomedia" or a valid
+    /// CACHEDIR.TAG, the insides of packages and names that are not UTF-8 are left out.
     std::vector<Candidate> candidates(const std::vector<URL>& folders,
                                       const CancelToken& token) const;
 
@@ -48,17 +54,22 @@ public:
     /// Asked before each file; while it returns true nothing is begun. Any thread.
     using Pause = std::function<bool()>;
     struct Outcome {
-        std::int64_t indexed = 0;
-        std::int64_t withoutText = 0;
-        bool reachedBudget = false;
-        bool couldNotWrite = false;
+        std::int64_t indexed = 0;      ///< Files with text.
+        std::int64_t withoutText = 0;  ///< Remembered, so that they are not read again.
+        bool reachedBudget = false;    ///< Stopped before the index would have become larger.
+        bool couldNotWrite = false;    ///< Stopped; TextIndex::problem says why.
+        std::string problem;           ///< Of reading (TextReader::problem); empty without one.
     };
+    /// A file is stored with its time and size from before it was read, so that one that changes
+    /// meanwhile is a candidate again. Files that are gone, or could not be read for want of a
+    /// program, are left as they are known.
     Outcome run(const std::vector<Candidate>& candidates, const CancelToken& token,
                 const Pause& pause, const Progress& progress);
 
 private:
     std::shared_ptr<TextIndex> index_;
     Options options_;
+    Read read_;
 };
 
 }  // namespace tarn

@@ -238,6 +238,10 @@ bool TextIndex::Known::operator==(const Known& other) const {
     return size == other.size && std::abs(mtime - other.mtime) < 1e-6;
 }
 
+TextIndex::Known TextIndex::Known::of(const FileAttributes& attributes) {
+    return {time(attributes.modified), attributes.size};
+}
+
 std::shared_ptr<const TextIndex::Claim> TextIndex::claim() { return state_->claim(); }
 
 URL TextIndex::changesFile() const {
@@ -266,11 +270,13 @@ void TextIndex::store(const std::string& path, double mtime, std::int64_t size,
     store(std::span(&entry, 1));
 }
 
-bool TextIndex::store(std::span<const Entry> entries) {
+bool TextIndex::store(std::span<const Entry> entries, const CancelToken& token) {
     const double now = time(Platform::current().clock->now());
     return state_->writeAtOnce([&](TextTables& tables) {
-        for (const Entry& entry : entries)
+        for (const Entry& entry : entries) {
+            if (token.isCancelled()) break;
             if (canBeStored(entry.path)) tables.store(entry, now);
+        }
     });
 }
 

@@ -18,6 +18,8 @@
 
 namespace tarn {
 
+struct FileAttributes;
+
 /// The text inside files, searchable: a SQLite database with an FTS5 table, described in
 /// docs/formats/text-index.md.
 ///
@@ -74,8 +76,9 @@ public:
     };
     void store(const std::string& path, double mtime, std::int64_t size,
                TextExtractor::Method method, std::string_view text);
-    /// All of them in one transaction. Returns false when nothing could be written.
-    bool store(std::span<const Entry> entries);
+    /// All of them in one transaction, or those that came before the token was set. Returns false
+    /// when nothing could be written.
+    bool store(std::span<const Entry> entries, const CancelToken& token = {});
     /// Why the latest change could not be written, as a finished sentence; absent when it could.
     std::optional<std::string> problem() const;
     void remove(const std::string& path);
@@ -105,6 +108,8 @@ public:
         double mtime = 0;
         std::int64_t size = 0;
         bool operator==(const Known& other) const;
+        /// Of a file as it is. For a package these are the facts of the folder itself.
+        static Known of(const FileAttributes& attributes);
     };
     std::optional<Known> known(const std::string& path) const;
     /// All files below the folders, by path; for tests of many files.
