@@ -76,10 +76,12 @@ TransferResult TransferRun::run() {
         // Whatever an item came to, it is done with.
         done.bytes += measures[i].bytes;
         done.items += measures[i].items;
-        if (!monitor_.isCancelled()) monitor_.setDone(done.bytes, done.items);
+        if (!monitor_.isCancelled() && waiting_.isEmpty()) monitor_.setDone(done.bytes, done.items);
         monitor_.emit(false);
         if (!pending_.empty() && steadyNow() - pendingSince_ > longestWait) removePending();
     }
+    copyWaiting();
+    if (!monitor_.isCancelled()) monitor_.setDone(done.bytes, done.items);
     if (!monitor_.isCancelled()) removePending();
     if (!monitor_.isCancelled() && needsFlush_) finishWriting();
     if (monitor_.isCancelled()) return cancelledResult();
@@ -125,21 +127,23 @@ void TransferRun::transferChecked(const URL& source, const FileAttributes& facts
                                   const URL& folder) {
     URL target = folder.appending(source.name());
     std::optional<Replaced> replaced;
-    const auto home = files_->attributes(source.parent(), Links::follow);
-    const auto there = files_->requireAttributes(folder, Links::follow);
-    if (home && identity(*home) == identity(there)) {
+    const auto home = identityOf(source.parent(), lastSource_);
+    const auto there = identityOf(folder, lastTarget_);
+    if (!there) throw std::system_error(ENOENT, std::generic_category(), "stat");
+    if (waiting_.hasTarget(target)) copyWaiting();
+    if (home == there) {
         if (job_.kind() == TransferKind::move) {
             addResult(target);
             return;
         }
-        target = FileOps::copyName(target);
+        target = freeName([&] { return FileOps::copyName(folder.appending(source.name())); });
     } else if (const auto existing = files_->attributes(target, Links::keep)) {
         const auto free = resolve(source, facts, target, *existing, replaced);
         if (!free) return;
         target = *free;
     }
     try {
-        if (!place(source, target) && replaced) putBack(*replaced);
+        if (!place(source, facts, target, !replaced) && replaced) putBack(*replaced);
     } catch (const std::exception&) {
         if (replaced) putBack(*replaced);
         throw;
@@ -161,7 +165,7 @@ std::optional<URL> TransferRun::resolve(const URL& source, const FileAttributes&
             return std::nullopt;
         case ConflictAction::merge:
             // A decision remembered from the folders of another conflict.
-            if (!bothFolders) return FileOps::uniqueURL(target);
+            if (!bothFolders) break;
             merge(source, target);
             return std::nullopt;
         case ConflictAction::stop:
@@ -170,7 +174,14 @@ std::optional<URL> TransferRun::resolve(const URL& source, const FileAttributes&
         case ConflictAction::keepBoth:
             break;
     }
-    return FileOps::uniqueURL(target);
+    return freeName([&] { return FileOps::uniqueURL(target); });
+}
+
+URL TransferRun::freeName(const std::function<URL()>& propose) {
+    URL name = propose();
+    if (!waiting_.hasTarget(name)) return name;
+    copyWaiting();
+    return propose();
 }
 
 bool TransferRun::replace(const URL& source, const URL& target, std::optional<Replaced>& replaced) {
@@ -223,12 +234,14 @@ ConflictDecision TransferRun::decide(const URL& source, const FileAttributes& fa
 }
 
 void TransferRun::merge(const URL& source, const URL& folder) {
+    copyWaiting();
     ++mergeDepth_;
     for (const std::string& name : childNames(*files_, source)) {
         if (!monitor_.proceed()) break;
         transfer(source.appending(name), folder);
         monitor_.emit(false);
     }
+    copyWaiting();
     --mergeDepth_;
     if (monitor_.isCancelled()) return;
     addResult(folder);
@@ -236,13 +249,45 @@ void TransferRun::merge(const URL& source, const URL& folder) {
     if (pending_.empty()) {
         removeIfEmpty(source);
     } else {
-        pending_.push_back({source, folder, true, false});
+        pending_.push_back({source, folder, true, false, 0});
     }
 }
 
-bool TransferRun::place(const URL& source, URL target) {
+bool TransferRun::place(const URL& source, const FileAttributes& facts, URL target, bool mayWait) {
     if (job_.kind() == TransferKind::move && rename(source, target)) return true;
-    return copy(source, std::move(target));
+    if (!mayWait || !mayBatch_ || !TransferBatch::takes(facts)) {
+        copyWaiting();
+        return copy(source, std::move(target));
+    }
+    if (!waiting_.hasRoomFor(target, facts)) copyWaiting();
+    waiting_.add(source, target, facts);
+    return true;
+}
+
+void TransferRun::copyWaiting() {
+    if (waiting_.isEmpty() || monitor_.isCancelled()) return;
+    TransferBatch batch = std::exchange(waiting_, {});
+    const URL& folder = batch.folder();
+    addToJournal(folder);
+    URL unused;
+    try {
+        const auto outcome = copying_->copyFiles(batch.files(), folder, watch(unused));
+        if (outcome == FileCopy::Outcome::stopped) monitor_.cancel();
+    } catch (const std::system_error& error) {
+        for (FileCopy::FileOrder& file : batch.files()) file.errnum = error.code().value();
+    }
+    for (const FileCopy::FileOrder& file : batch.files()) {
+        if (file.errnum == 0) {
+            copied(file.from, folder.appending(file.name), FileCopy::Outcome::complete);
+        } else if (file.errnum == EEXIST && !monitor_.isCancelled()) {
+            // Somebody was faster, or the disk takes two names for one: now it is asked about.
+            mayBatch_ = false;
+            transfer(file.from, folder);
+            mayBatch_ = true;
+        } else if (file.errnum != ECANCELED) {
+            failCopying(file.from, file.errnum);
+        }
+    }
 }
 
 /// False when that is another disk.
@@ -270,6 +315,11 @@ bool TransferRun::copy(const URL& source, URL target) {
         monitor_.cancel();
         return false;
     }
+    copied(source, target, outcome);
+    return true;
+}
+
+void TransferRun::copied(const URL& source, const URL& target, FileCopy::Outcome outcome) {
     createdForCleanup_.push_back({target, source});
     if (job_.kind() == TransferKind::copy || outcome == FileCopy::Outcome::partial) {
         // A move that did not get everything keeps its original, so what there is is a copy.
@@ -277,9 +327,9 @@ bool TransferRun::copy(const URL& source, URL target) {
         addResult(target);
     } else {
         if (pending_.empty()) pendingSince_ = steadyNow();
-        pending_.push_back({source, target, false, mergeDepth_ == 0});
+        pending_.push_back(
+            {source, target, false, mergeDepth_ == 0, createdForCleanup_.size() - 1});
     }
-    return true;
 }
 
 FileCopy::Watch TransferRun::watch(URL& target) {
@@ -318,67 +368,6 @@ void TransferRun::addResult(const URL& target) {
     if (mergeDepth_ == 0) results_.push_back(target);
 }
 
-void TransferRun::removePending() {
-    if (pending_.empty()) return;
-    const Flushed flushed = flush();
-    if (flushed == Flushed::cancelled) return;
-    for (const PendingRemoval& pending : std::exchange(pending_, {})) {
-        if (flushed == Flushed::yes) {
-            removeOriginal(pending);
-        } else if (!pending.isEmptyFolder) {
-            fail(pending.source, "Copied " + Text::quoted(pending.source.name()) +
-                                     " but kept the original, because the copy couldn’t be " +
-                                     "written out.");
-            steps_.push_back(Step::create(pending.target));
-            if (pending.isTopLevel) results_.push_back(pending.target);
-        }
-    }
-}
-
-void TransferRun::removeOriginal(const PendingRemoval& pending) {
-    const URL& source = pending.source;
-    // From here on the copy may be all there is.
-    std::erase_if(createdForCleanup_,
-                  [&](const Created& created) { return created.url == pending.target; });
-    try {
-        if (pending.isEmptyFolder) return removeIfEmpty(source);
-        copying_->removeCopied(source, *record_);
-        FileTags::moved(source, pending.target);
-        steps_.push_back(Step::move(source, pending.target));
-        moved_.push_back(source);
-    } catch (const std::system_error& error) {
-        const int errnum = error.code().value();
-        fail(source,
-             "Copied " + Text::quoted(source.name()) + " but couldn’t remove the original. " +
-                 (errnum == FileCopy::changedMeanwhile ? TransferWords::changed("remove it")
-                                                       : FileOps::friendly(errnum, "remove it")));
-    }
-    if (pending.isTopLevel) results_.push_back(pending.target);
-}
-
-/// On a thread of its own: it may take minutes, in which the job can be paused and cancelled.
-TransferRun::Flushed TransferRun::flush() {
-    if (!flushing_) flushing_ = std::make_unique<SerialQueue>("tarn.flush");
-    isFlushed_ = false;
-    flushing_->run([this] {
-        flushWorked_ = copying_->flush(*job_.destination());
-        isFlushed_ = true;
-        monitor_.wake();
-    });
-    if (!monitor_.waitUntil([this] { return isFlushed_.load(); })) return Flushed::cancelled;
-    return flushWorked_ ? Flushed::yes : Flushed::no;
-}
-
-void TransferRun::finishWriting() {
-    if (results_.empty()) return;
-    monitor_.setFinishingWriting(true);
-    const Flushed flushed = flush();
-    monitor_.setFinishingWriting(false);
-    if (flushed == Flushed::no) {
-        fail(*job_.destination(), TransferWords::notWrittenOut(*job_.destination()));
-    }
-}
-
 void TransferRun::lookAtDestination() {
     const auto& volumes = Platform::current().volumes;
     const URL folder = files_->resolved(*job_.destination()).value_or(*job_.destination());
@@ -389,6 +378,15 @@ void TransferRun::lookAtDestination() {
     }
     const auto mount = volumes ? volumes->mountHolding(folder) : std::nullopt;
     needsFlush_ = mount && (mount->isRemovable || mount->isNetwork);
+}
+
+std::optional<TransferRun::Identity> TransferRun::identityOf(const URL& folder,
+                                                             KnownFolder& known) const {
+    if (!known.identity || known.url != folder) {
+        const auto facts = files_->attributes(folder, Links::follow);
+        known = {folder, facts ? std::optional(identity(*facts)) : std::nullopt};
+    }
+    return known.identity;
 }
 
 bool TransferRun::isInsideItself(const URL& source, const FileAttributes& facts) const {
@@ -445,7 +443,7 @@ void TransferRun::cleanUpAfterCancel() {
     std::ranges::reverse(createdForCleanup_);
     for (const Created& created : std::exchange(createdForCleanup_, {})) {
         // When the original has gone meanwhile, the copy is all there is.
-        if (!files_->attributes(created.source, Links::keep)) continue;
+        if (!created.mayGo || !files_->attributes(created.source, Links::keep)) continue;
         try {
             copying_->remove(created.url);
         } catch (const std::system_error& error) {

@@ -15,6 +15,7 @@
 #include "TarnCore/base/SerialQueue.h"
 #include "TarnCore/base/URL.h"
 #include "TarnCore/ops/ChangeJournal.h"
+#include "TarnCore/ops/TransferBatch.h"
 #include "TarnCore/ops/TransferJob.h"
 #include "TarnCore/ops/TransferMonitor.h"
 #include "TarnCore/platform/FileCopy.h"
@@ -44,11 +45,19 @@ private:
         URL target;          ///< Its copy; the folder it was merged into for `isEmptyFolder`.
         bool isEmptyFolder;  ///< Its content went elsewhere; it goes if nothing is left in it.
         bool isTopLevel;
+        std::size_t created;  ///< The place of its copy in `createdForCleanup_`.
     };
     /// What is removed again when the job is cancelled.
     struct Created {
         URL url;
         URL source;
+        bool mayGo = true;  ///< False from when the original may be gone.
+    };
+    using Identity = std::pair<std::uint64_t, std::uint64_t>;
+    /// The folder that was asked about last, as thousands of items come from one into one.
+    struct KnownFolder {
+        URL url;
+        std::optional<Identity> identity;
     };
 
     void trashOne(const URL& item);
@@ -64,8 +73,13 @@ private:
     ConflictDecision decide(const URL& source, const FileAttributes& facts, const URL& target,
                             const FileAttributes& existing);
     void merge(const URL& source, const URL& folder);
-    /// True when something is at its target now.
-    bool place(const URL& source, URL target);
+    /// `propose()`, a free name that no waiting file will get.
+    URL freeName(const std::function<URL()>& propose);
+    /// True when something is at its target now, or will be.
+    bool place(const URL& source, const FileAttributes& facts, URL target, bool mayWait);
+    /// Copies the files that wait, as one batch.
+    void copyWaiting();
+    void copied(const URL& source, const URL& target, FileCopy::Outcome outcome);
     bool rename(const URL& source, URL& target);
     bool copy(const URL& source, URL target);
     FileCopy::Watch watch(URL& target);
@@ -80,6 +94,7 @@ private:
     Flushed flush();
     void finishWriting();
 
+    std::optional<Identity> identityOf(const URL& folder, KnownFolder& known) const;
     bool isInsideItself(const URL& source, const FileAttributes& facts) const;
     void lookAtDestination();
     void addToJournal(const URL& folder);
@@ -100,7 +115,9 @@ private:
     std::string temporaryPrefix_;
     std::size_t temporaryCount_ = 0;
     /// The destination and the folders above it.
-    std::vector<std::pair<std::uint64_t, std::uint64_t>> around_;
+    std::vector<Identity> around_;
+    KnownFolder lastSource_;
+    KnownFolder lastTarget_;
     bool needsFlush_ = false;  ///< The destination may be unplugged, or is on another machine.
 
     std::optional<ConflictDecision> rememberedFileDecision_;
@@ -108,6 +125,8 @@ private:
     std::vector<Step> steps_;
     std::vector<TransferFailure> failures_;
     std::vector<Created> createdForCleanup_;
+    TransferBatch waiting_;
+    bool mayBatch_ = true;
     std::vector<PendingRemoval> pending_;
     double pendingSince_ = 0;
     std::size_t mergeDepth_ = 0;

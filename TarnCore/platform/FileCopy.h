@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -70,6 +71,21 @@ public:
     /// Throws std::system_error when the item itself could not be copied at all, or the other disk
     /// is full or cannot be written to; nothing is left then.
     virtual Outcome copy(const URL& from, const URL& to, const Watch& watch) = 0;
+
+    /// One of many small files on their way into the same folder.
+    struct FileOrder {
+        URL from;
+        std::string name;  ///< In the folder; no other of the batch has it.
+        /// Set by copyFiles(): 0 when the file is complete under its name, EEXIST when that was
+        /// taken, ECANCELED when it was not its turn any more, else the failure of this file.
+        int errnum = ECANCELED;
+    };
+    /// Copies files that have one name each, cheaper than one by one. Each is complete when it
+    /// appears; after `stopped` those that had appeared stay. Of `watch`, `failed`, `nextName` and
+    /// `stopsAtFailure` have no part in it, and `attributesLost` and `temporaryName` mean what they
+    /// mean for a single copy: what a crash leaves has a name that begins with the latter.
+    /// Throws std::system_error when the folder cannot be opened.
+    virtual Outcome copyFiles(std::span<FileOrder> files, const URL& folder, const Watch& watch);
 
     /// Writes out all that was copied to the disk of `folder`; true when it is on the disk. May
     /// take as long as the disk is slow.

@@ -498,6 +498,71 @@ TEST(TransferJobOnDisk, pausesInsideABigFileAndGoesOn) {
     EXPECT_EQ(job.progress().doneBytes, 200 << 20);
 }
 
+/// Many files at once take another way than few.
+TEST(TransferJobOnDisk, asksAboutEachTakenNameAmongMany) {
+    const TestFolder folder;
+    std::vector<URL> sources;
+    for (int i = 0; i < 60; ++i)
+        sources.push_back(folder.file("from/" + std::to_string(i), "new " + std::to_string(i)));
+    // The same names again, from elsewhere, and some that were there before.
+    sources.push_back(folder.file("other/7", "other 7"));
+    sources.push_back(folder.file("other/8", "other 8"));
+    sources.push_back(folder / "from/9");
+    sources.push_back(folder / "from/missing");
+    folder.file("to/20", "old 20");
+    folder.file("to/21", "old 21");
+    folder.file("from/sub/deep", "deep");
+    sources.push_back(folder / "from/sub");
+
+    TransferJob job(TransferKind::copy, sources, folder / "to");
+    std::vector<std::string> asked;
+    job.resolveConflict = [&](const TransferConflict& conflict) {
+        asked.emplace_back(conflict.source.name());
+        const bool skips = asked.back() == "21" || asked.back() == "9";
+        return once(skips ? ConflictAction::skip : ConflictAction::keepBoth);
+    };
+    TransferResult result;
+    job.onFinish = [&](const TransferResult& given) { result = given; };
+    job.run();
+
+    EXPECT_EQ(asked, (std::vector<std::string>{"20", "21", "7", "8", "9"}));
+    EXPECT_EQ(folder.read("to/7"), "new 7");
+    EXPECT_EQ(folder.read("to/7 2"), "other 7");
+    EXPECT_EQ(folder.read("to/20"), "old 20");
+    EXPECT_EQ(folder.read("to/20 2"), "new 20");
+    EXPECT_EQ(folder.read("to/21"), "old 21");
+    EXPECT_EQ(folder.read("to/sub/deep"), "deep");
+    ASSERT_EQ(result.failures.size(), 1U);
+    EXPECT_EQ(result.failures[0].message, "“missing” no longer exists.");
+    EXPECT_EQ(result.resultURLs.size(), 62U);
+    EXPECT_EQ(result.steps.size(), 62U);
+    EXPECT_EQ(job.progress().doneItems, job.progress().totalItems);
+    std::size_t there = 0;
+    for (const auto& entry : std::filesystem::directory_iterator((folder / "to").path())) {
+        EXPECT_NE(entry.path().filename().string()[0], '.');
+        ++there;
+    }
+    EXPECT_EQ(there, 64U);
+
+    FileOps::revert(result.steps);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator((folder / "to").path()), {}), 2);
+}
+
+TEST(TransferJobOnDisk, manyCopiesIntoTheirOwnFolderGetNamesOfTheirOwn) {
+    const TestFolder folder;
+    std::vector<URL> sources;
+    for (int i = 0; i < 20; ++i)
+        sources.push_back(folder.file("f" + std::to_string(i % 10) + ".txt", "x"));
+    TransferJob job(TransferKind::copy, sources, folder.url());
+    TransferResult result;
+    job.onFinish = [&](const TransferResult& given) { result = given; };
+    job.run();
+    EXPECT_TRUE(result.failures.empty());
+    EXPECT_TRUE(folder.exists("f9 copy.txt"));
+    EXPECT_TRUE(folder.exists("f9 copy 2.txt"));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.url().path()), {}), 30);
+}
+
 TEST(TransferJobOnDisk, destroyingAJobCancelsIt) {
     const TestFolder folder;
     for (int i = 0; i < 2000; ++i)

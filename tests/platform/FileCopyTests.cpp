@@ -321,6 +321,100 @@ TEST_F(FileCopyTest, aStoppedCopyLeavesNothing) {
     }
 }
 
+class FileBatchTest : public FileCopyTest {
+protected:
+    /// Both threads, or one that reports each file.
+    FileCopy::Watch batchWatch(bool oneThread) {
+        FileCopy::Watch batch = watch();
+        batch.reportsEachItem = oneThread;
+        batch.progress = [this](std::int64_t bytes, std::int64_t items) {
+            const std::lock_guard lock(mutex);
+            doneBytes += bytes;
+            doneItems += items;
+            return !stopsAfter || doneItems < *stopsAfter;
+        };
+        return batch;
+    }
+    std::vector<FileCopy::FileOrder> orders(int count) {
+        std::vector<FileCopy::FileOrder> files;
+        for (int i = 0; i < count; ++i) {
+            const std::string name = "file\n" + std::to_string(i) + "\xff";
+            files.push_back({folder.file("from" + std::to_string(i % 3) + "/" + name, name), name});
+        }
+        return files;
+    }
+    std::mutex mutex;
+    std::optional<std::int64_t> stopsAfter;
+};
+
+TEST_F(FileBatchTest, keepsWhatASingleCopyKeepsAndReplacesNothing) {
+    const URL link = folder.link("from2/link", "mine");
+    for (const bool oneThread : {true, false}) {
+        SCOPED_TRACE(oneThread);
+        const std::string to = oneThread ? "one" : "two";
+        folder.file(to + "/taken", "theirs");
+        const std::string list = accessList(77);
+        const bool hasLists = lsetxattr((folder / to).c_str(), "system.posix_acl_default",
+                                        list.data(), list.size(), 0) == 0;
+        auto files = orders(40);
+        const mode_t modes[] = {0644, 0400, 04755, 0666};
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            ASSERT_EQ(chmod(files[i].from.c_str(), modes[i % 4]), 0);
+            setTimes(files[i].from, 1'000'000'000 + static_cast<long>(i), 987'654'321);
+        }
+        const bool hasAttributes =
+            lsetxattr(files[5].from.c_str(), "user.xdg.tags", "red", 3, 0) == 0;
+        files.push_back({folder.file("from0/mine", "mine"), "taken"});
+        files.push_back({folder / "from1/gone", "gone"});
+        files.push_back({link, "link"});
+        doneItems = 0;
+
+        EXPECT_EQ(copying.copyFiles(files, folder / to, batchWatch(oneThread)), Outcome::complete);
+
+        EXPECT_EQ(files[40].errnum, EEXIST);
+        EXPECT_EQ(files[41].errnum, ENOENT);
+        EXPECT_EQ(files[42].errnum, FileCopy::changedMeanwhile) << "it is no file any more";
+        EXPECT_EQ(folder.read(to + "/taken"), "theirs");
+        EXPECT_EQ(namesIn(folder, to).size(), 41U) << "nothing is left of the work";
+        EXPECT_EQ(doneItems, 41) << "with the one whose name was taken";
+        for (std::size_t i = 0; i < 40; ++i) {
+            SCOPED_TRACE(i);
+            EXPECT_EQ(files[i].errnum, 0);
+            EXPECT_EQ(folder.read(to + "/" + files[i].name), files[i].name);
+            const struct stat copy = factsOf((folder / to).appending(files[i].name));
+            EXPECT_EQ(copy.st_mode & 07777, modes[i % 4]);
+            EXPECT_EQ(copy.st_mtim.tv_sec, 1'000'000'000 + static_cast<long>(i));
+            EXPECT_EQ(copy.st_mtim.tv_nsec, 987'654'321);
+            if (hasLists) {
+                EXPECT_EQ(
+                    attribute((folder / to).appending(files[i].name), "system.posix_acl_access"),
+                    "-");
+            }
+        }
+        if (hasAttributes) {
+            EXPECT_EQ(attribute((folder / to).appending(files[5].name), "user.xdg.tags"), "red");
+        }
+    }
+}
+
+TEST_F(FileBatchTest, whatAStopLeavesIsWhole) {
+    folder.folder("to");
+    auto files = orders(600);
+    stopsAfter = 300;
+    EXPECT_EQ(copying.copyFiles(files, folder / "to", batchWatch(false)), Outcome::stopped);
+    std::size_t copied = 0;
+    for (const FileCopy::FileOrder& file : files) {
+        if (file.errnum == 0) {
+            ++copied;
+            EXPECT_EQ(folder.read("to/" + file.name), file.name);
+        } else {
+            EXPECT_EQ(file.errnum, ECANCELED);
+        }
+    }
+    EXPECT_EQ(namesIn(folder, "to").size(), copied);
+    EXPECT_LT(copied, 600U);
+}
+
 TEST_F(FileCopyTest, copiesTreesOfAnyDepthAndRemovesThem) {
     // Deeper than folders are held open, with something left to do on the way back, and in the end
     // longer than any path that the kernel takes.

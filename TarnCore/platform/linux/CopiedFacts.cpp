@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <string_view>
 
 #include <sys/xattr.h>
 
@@ -45,7 +46,7 @@ void CopiedFacts::read(int source, CopyPair& pair) {
     wasReadInFull_ = true;
     hasAccessList_ = false;
     if (!pair.listsAttributes.load(std::memory_order_relaxed)) return;
-    const ssize_t length = flistxattr(source, names_->data(), names_->size());
+    const ssize_t length = flistxattr(source, buffers_.names.data(), buffers_.names.size());
     if (length < 0) {
         if (isUnsupported(errno)) {
             pair.listsAttributes = false;
@@ -56,7 +57,7 @@ void CopiedFacts::read(int source, CopyPair& pair) {
     }
     length_ = static_cast<std::size_t>(length);
     for (std::size_t at = 0; at < length_;) {
-        const std::string_view name = names_->data() + at;
+        const std::string_view name = buffers_.names.data() + at;
         if (name == accessListKey) hasAccessList_ = true;
         at += name.size() + 1;
     }
@@ -113,7 +114,7 @@ mode_t CopiedFacts::giveAway(const struct statx& facts, int target) const {
 bool CopiedFacts::setAttributes(int source, int target, CopyPair& pair, bool afterMode) {
     bool keptAll = true;
     for (std::size_t at = 0; at < length_;) {
-        const char* name = names_->data() + at;
+        const char* name = buffers_.names.data() + at;
         at += std::strlen(name) + 1;
         const Sort sort = sortOf(name);
         if (sort == Sort::skipped || (sort == Sort::user) == afterMode) continue;
@@ -127,9 +128,9 @@ bool CopiedFacts::set(int source, int target, const char* name, CopyPair& pair) 
     std::atomic<bool>& takes =
         sortOf(name) == Sort::accessList ? pair.takesAccessLists : pair.takesAttributes;
     if (!takes.load(std::memory_order_relaxed)) return false;
-    const ssize_t size = fgetxattr(source, name, value_->data(), value_->size());
+    const ssize_t size = fgetxattr(source, name, buffers_.value.data(), buffers_.value.size());
     if (size < 0) return errno == ENODATA;  // It went meanwhile.
-    if (fsetxattr(target, name, value_->data(), static_cast<std::size_t>(size), 0) == 0)
+    if (fsetxattr(target, name, buffers_.value.data(), static_cast<std::size_t>(size), 0) == 0)
         return true;
     if (isUnsupported(errno) && sortOf(name) != Sort::privileged) takes = false;
     return false;

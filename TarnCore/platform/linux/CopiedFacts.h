@@ -1,8 +1,6 @@
 #pragma once
 
-#include <array>
-#include <memory>
-#include <string_view>
+#include <cstddef>
 
 #include <sys/stat.h>
 
@@ -11,10 +9,11 @@
 namespace tarn {
 
 /// What is kept about an item besides its data: owner, mode, access lists, extended attributes,
-/// times. One thread; the buffers serve for every item.
+/// times. One thread.
 class CopiedFacts {
 public:
-    explicit CopiedFacts(const CopyIdentity& self) : self_(self) {}
+    /// Does not outlive the buffers.
+    CopiedFacts(const CopyIdentity& self, CopyBuffers& buffers) : self_(self), buffers_(buffers) {}
 
     /// Reads the names of the attributes of the item that is copied next.
     void read(int source, CopyPair& pair);
@@ -35,9 +34,6 @@ public:
     void applyByName(const struct statx& facts, int folder, const char* name) const;
 
 private:
-    static constexpr std::size_t most = 65536;  ///< XATTR_LIST_MAX and XATTR_SIZE_MAX.
-    struct Buffer : std::array<char, most> {};
-
     bool isOwn(const struct statx& facts) const {
         return facts.stx_uid == self_.user && facts.stx_gid == self_.group;
     }
@@ -46,8 +42,7 @@ private:
     bool set(int source, int target, const char* name, CopyPair& pair);
 
     const CopyIdentity self_;
-    std::unique_ptr<Buffer> names_{new Buffer};
-    std::unique_ptr<Buffer> value_{new Buffer};
+    CopyBuffers& buffers_;
     std::size_t length_ = 0;  ///< Of the names.
     bool wasReadInFull_ = true;
     bool hasAccessList_ = false;

@@ -1,10 +1,10 @@
 #include "TarnCore/platform/linux/CopyContext.h"
 
 #include <cerrno>
-#include <charconv>
-#include <string_view>
 #include <utility>
 #include <vector>
+
+#include <sys/xattr.h>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -16,23 +16,6 @@ constexpr std::int64_t manyBytes = 4 << 20;
 constexpr std::int64_t manyItems = 256;
 constexpr unsigned itemsBetweenLooks = 8;  ///< At the clock.
 constexpr std::chrono::milliseconds longEnough{20};
-
-/// A process can only set its umask, so it is read where the kernel shows it.
-mode_t currentUmask() {
-    constexpr mode_t cautious = 077;
-    const FileDescriptor file(open("/proc/self/status", O_RDONLY | O_CLOEXEC));
-    if (!file) return cautious;
-    char text[512];
-    const ssize_t size = read(file.get(), text, sizeof text);
-    if (size <= 0) return cautious;
-    const std::string_view status(text, static_cast<std::size_t>(size));
-    constexpr std::string_view key = "Umask:\t";
-    const std::size_t at = status.find(key);
-    if (at == status.npos) return cautious;
-    mode_t mask = cautious;
-    std::from_chars(text + at + key.size(), text + size, mask, 8);
-    return mask;
-}
 
 /// What the next item would meet as well.
 bool isFatal(int errnum) {
@@ -51,14 +34,13 @@ bool isFatal(int errnum) {
 
 }  // namespace
 
-CopyIdentity CopyIdentity::current() { return {geteuid(), getegid(), currentUmask()}; }
-
 CopyContext::CopyContext(const FileCopy::Watch& givenWatch, CopyRecord& givenRecord,
                          std::shared_ptr<CopyTop> givenTop, URL givenSource)
     : watch(givenWatch),
       record(givenRecord),
       top(std::move(givenTop)),
-      source(std::move(givenSource)) {}
+      source(std::move(givenSource)),
+      self(record.identity()) {}
 
 void CopyContext::fail(const std::string& path, int errnum) {
     hasFailures_ = true;
@@ -72,9 +54,9 @@ void CopyContext::fail(const std::string& path, int errnum) {
     if (watch.failed) watch.failed(url(path), errnum);
 }
 
-void CopyContext::loseAttributes(const std::string& path) {
+void CopyContext::loseAttributes(const URL& item) {
     const std::lock_guard lock(calls_);
-    if (watch.attributesLost) watch.attributesLost(url(path));
+    if (watch.attributesLost) watch.attributesLost(item);
 }
 
 bool CopyTicker::add(std::int64_t bytes, std::int64_t items) {
@@ -115,6 +97,25 @@ std::string CopiedFolder::path() const {
         path += **each;
     }
     return path;
+}
+
+int CopiedFolder::makeTarget(int parentFolder, const char* targetName, bool parentIsPlain,
+                             const CopyIdentity& self) {
+    if (mkdirat(parentFolder, targetName, madeWith) != 0) return errno;
+    target = FileDescriptor(openat(parentFolder, targetName,
+                                   O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
+    if (!target) return errno;
+    if (!parentIsPlain) {
+        // What it has got from the folder around it is not handed on.
+        fremovexattr(target.get(), "system.posix_acl_default");
+        fremovexattr(target.get(), "system.posix_acl_access");
+        fchmod(target.get(), madeWith);
+    }
+    struct statx made;
+    if (statx(target.get(), "", AT_EMPTY_PATH, STATX_BASIC_STATS, &made) != 0) return errno;
+    targetID = FileID::of(made);
+    isPlain = made.stx_gid == self.group && made.stx_uid == self.user;
+    return 0;
 }
 
 std::string CopiedFolder::pathOf(std::string_view child) const {

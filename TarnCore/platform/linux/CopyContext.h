@@ -17,25 +17,18 @@
 
 namespace tarn {
 
-/// As whom this process makes files.
-struct CopyIdentity {
-    uid_t user = 0;
-    gid_t group = 0;
-    mode_t umask = 077;  ///< Bits that a new file never has.
-    static CopyIdentity current();
-};
-
-/// One call of FileCopy::copy under way, shared by its threads.
+/// One call of FileCopy::copy or copyFiles under way, shared by its threads.
 class CopyContext {
 public:
-    CopyContext(const FileCopy::Watch& watch, CopyRecord& record, std::shared_ptr<CopyTop> top,
-                URL source);
+    /// A batch of files has no top and no source of its own.
+    CopyContext(const FileCopy::Watch& watch, CopyRecord& record,
+                std::shared_ptr<CopyTop> top = nullptr, URL source = {});
 
     const FileCopy::Watch& watch;
     CopyRecord& record;
     const std::shared_ptr<CopyTop> top;
     const URL source;
-    const CopyIdentity self = CopyIdentity::current();
+    const CopyIdentity self;
     /// The copy itself, which a walk of the source may come upon. Set before other threads begin.
     FileID topID;
 
@@ -45,16 +38,17 @@ public:
     /// An item at this path below the source was not copied. On the disks’ own failures, which
     /// every further item would meet too, the whole copy ends.
     void fail(const std::string& path, int errnum);
-    void loseAttributes(const std::string& path);
+    void loseAttributes(const URL& item);
+    /// What is at this path below the source.
+    URL url(const std::string& path) const {
+        return path.empty() ? source : source.appending(path);
+    }
 
     /// The failure that ended the whole copy, or 0.
     int fatal() const { return fatal_.load(); }
     bool hasFailures() const { return hasFailures_.load(); }
 
 private:
-    URL url(const std::string& path) const {
-        return path.empty() ? source : source.appending(path);
-    }
     std::atomic<bool> over_{false};
     std::atomic<int> fatal_{0};
     std::atomic<bool> hasFailures_{false};
@@ -105,6 +99,11 @@ struct CopiedFolder {
     /// Below the top; empty for the top itself.
     std::string path() const;
     std::string pathOf(std::string_view child) const;
+
+    /// Makes the folder that the copies go into; `parentIsPlain` when the one around it is. Returns
+    /// 0 or the errno.
+    int makeTarget(int parent, const char* name, bool parentIsPlain, const CopyIdentity& self);
+    static constexpr mode_t madeWith = 0700;
 };
 
 }  // namespace tarn

@@ -1,6 +1,12 @@
 #include "TarnCore/platform/linux/CopyRecord.h"
 
+#include <charconv>
+#include <string_view>
+
 #include <sys/sysmacros.h>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace tarn {
 namespace {
@@ -32,10 +38,52 @@ std::uint64_t versionWithNames(struct statx facts) {
     return mixed(version(facts), 1);
 }
 
+/// A process can only set its umask, so it is read where the kernel shows it.
+mode_t currentUmask() {
+    constexpr mode_t cautious = 077;
+    const FileDescriptor file(open("/proc/self/status", O_RDONLY | O_CLOEXEC));
+    if (!file) return cautious;
+    char text[512];
+    const ssize_t size = read(file.get(), text, sizeof text);
+    if (size <= 0) return cautious;
+    const std::string_view status(text, static_cast<std::size_t>(size));
+    constexpr std::string_view key = "Umask:\t";
+    const std::size_t at = status.find(key);
+    if (at == status.npos) return cautious;
+    mode_t mask = cautious;
+    std::from_chars(text + at + key.size(), text + size, mask, 8);
+    return mask;
+}
+
 }  // namespace
+
+CopyIdentity CopyIdentity::current() { return {geteuid(), getegid(), currentUmask()}; }
 
 FileID FileID::of(const struct statx& facts) {
     return {makedev(facts.stx_dev_major, facts.stx_dev_minor), facts.stx_ino};
+}
+
+CopyIdentity CopyRecord::identity() {
+    const std::lock_guard lock(mutex_);
+    if (!identity_) identity_ = CopyIdentity::current();
+    return *identity_;
+}
+
+std::unique_ptr<CopyBuffers> CopyRecord::takeBuffers() {
+    {
+        const std::lock_guard lock(mutex_);
+        if (!spareBuffers_.empty()) {
+            auto buffers = std::move(spareBuffers_.back());
+            spareBuffers_.pop_back();
+            return buffers;
+        }
+    }
+    return std::unique_ptr<CopyBuffers>(new CopyBuffers);  // Without zeroes.
+}
+
+void CopyRecord::giveBack(std::unique_ptr<CopyBuffers> buffers) {
+    const std::lock_guard lock(mutex_);
+    spareBuffers_.push_back(std::move(buffers));
 }
 
 CopyPair& CopyRecord::pair(std::uint64_t sourceDevice, std::uint64_t targetDevice) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
@@ -11,8 +12,10 @@
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
+#include <vector>
 
 #include <sys/stat.h>
+#include <sys/types.h>
 
 #include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/platform/FileCopy.h"
@@ -25,6 +28,23 @@ struct FileID {
     std::uint64_t inode = 0;
     static FileID of(const struct statx& facts);
     auto operator<=>(const FileID&) const = default;
+};
+
+/// As whom this process makes files.
+struct CopyIdentity {
+    uid_t user = 0;
+    gid_t group = 0;
+    mode_t umask = 077;  ///< Bits that a new file never has.
+    static CopyIdentity current();
+};
+
+/// What one thread that copies works with. Most files fit into `data`.
+struct CopyBuffers {
+    static constexpr std::size_t dataSize = 256 * 1024;
+    static constexpr std::size_t attributeSize = 65536;  ///< XATTR_LIST_MAX and XATTR_SIZE_MAX.
+    alignas(4096) std::array<char, dataSize> data;
+    std::array<char, attributeSize> names;
+    std::array<char, attributeSize> value;
 };
 
 /// What works between two file systems, until it first fails.
@@ -48,6 +68,13 @@ class CopyRecord final : public FileCopy::Record {
 public:
     explicit CopyRecord(FileCopy::Purpose purpose)
         : remembersSources_(purpose == FileCopy::Purpose::move) {}
+
+    /// Of this process when the first copy began.
+    CopyIdentity identity();
+
+    std::unique_ptr<CopyBuffers> takeBuffers();
+    /// For the next item of the job.
+    void giveBack(std::unique_ptr<CopyBuffers> buffers);
 
     CopyPair& pair(std::uint64_t sourceDevice, std::uint64_t targetDevice);
 
@@ -81,6 +108,8 @@ private:
     /// Without a value while it is being copied.
     std::map<FileID, std::optional<Place>> places_;
     std::unordered_set<std::uint64_t> sources_;  ///< Hashes of what identifies a version.
+    std::optional<CopyIdentity> identity_;
+    std::vector<std::unique_ptr<CopyBuffers>> spareBuffers_;
 };
 
 }  // namespace tarn

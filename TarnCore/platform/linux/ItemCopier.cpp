@@ -96,13 +96,19 @@ private:
 }  // namespace
 
 ItemCopier::ItemCopier(CopyContext& context)
-    : context_(context), ticker_(context), facts_(context.self) {}
+    : context_(context),
+      ticker_(context),
+      buffers_(context.record.takeBuffers()),
+      facts_(context.self, *buffers_) {}
 
-std::string ItemCopier::path(const Item& item) const {
-    return item.folder ? item.folder->pathOf(item.name) : std::string();
+ItemCopier::~ItemCopier() { context_.record.giveBack(std::move(buffers_)); }
+
+URL ItemCopier::url(const Item& item) const {
+    if (item.source) return *item.source;
+    return item.folder ? context_.url(item.folder->pathOf(item.name)) : context_.source;
 }
 
-bool ItemCopier::copy(const Item& item) {
+int ItemCopier::copy(const Item& item) {
     told_ = 0;
     int errnum = 0;
     if (item.type == DT_REG) {
@@ -122,9 +128,8 @@ bool ItemCopier::copy(const Item& item) {
             errnum = S_ISDIR(facts.stx_mode) ? FileCopy::changedMeanwhile : FileCopy::notCopyable;
         }
     }
-    if (errnum == 0) return ticker_.add(0, 1);
-    if (errnum != ECANCELED) context_.fail(path(item), errnum);
-    return false;
+    if (errnum == 0) ticker_.add(0, 1);
+    return errnum;
 }
 
 int ItemCopier::copyFile(const Item& item) {
@@ -135,7 +140,7 @@ int ItemCopier::copyFile(const Item& item) {
     if (!S_ISREG(facts.stx_mode)) return FileCopy::changedMeanwhile;
 
     std::optional<Claim> claim;
-    if (facts.stx_nlink > 1) {
+    if (facts.stx_nlink > 1 && context_.top) {
         const FileID id = FileID::of(facts);
         if (const auto place = context_.record.claim(id)) {
             if (makeName(item, *place)) {
@@ -154,7 +159,10 @@ int ItemCopier::copyFile(const Item& item) {
         if (const int failure = statusOf(source.get(), facts)) return failure;
         errnum = copyVersion(item, source.get(), facts);
     }
-    if (errnum == 0 && claim) claim->place = CopyRecord::Place{context_.top, path(item), made_};
+    if (errnum == 0 && claim) {
+        claim->place = CopyRecord::Place{
+            context_.top, item.folder ? item.folder->pathOf(item.name) : std::string(), made_};
+    }
     return errnum;
 }
 
@@ -162,14 +170,15 @@ int ItemCopier::copyFile(const Item& item) {
 int ItemCopier::copyVersion(const Item& item, int source, const struct statx& facts) {
     facts_.read(source, *item.pair);
     const std::int64_t size = sizeOf(facts);
-    const bool isSmall = size < static_cast<std::int64_t>(bufferSize) && !isSparse(facts) &&
+    const bool isSmall = size < static_cast<std::int64_t>(CopyBuffers::dataSize) &&
+                         !isSparse(facts) &&
                          (size == 0 || !item.pair->clones.load(std::memory_order_relaxed));
     bool isEndless = false;
     if (isSmall) {
         // One byte more than it should have tells a file that has grown.
         const auto expected = static_cast<std::size_t>(size);
-        const ssize_t got =
-            readFully(source, buffer_->data(), expected + 1, std::max<std::size_t>(expected, 1), 0);
+        const ssize_t got = readFully(source, buffers_->data.data(), expected + 1,
+                                      std::max<std::size_t>(expected, 1), 0);
         if (got < 0) return errno;
         isEndless = got > size && saysItIsEmpty(facts);
         if (got != size && !isEndless) return FileCopy::changedMeanwhile;
@@ -182,7 +191,7 @@ int ItemCopier::copyVersion(const Item& item, int source, const struct statx& fa
     if (isEndless) {
         errnum = readAndWrite(source, target.get(), 0, std::numeric_limits<std::int64_t>::max());
     } else if (isSmall) {
-        errnum = writeFully(target.get(), buffer_->data(), static_cast<std::size_t>(size), 0);
+        errnum = writeFully(target.get(), buffers_->data.data(), static_cast<std::size_t>(size), 0);
         if (errnum == 0 && !ticker_.add(size - told_, 0)) errnum = ECANCELED;
         told_ = size;
     } else {
@@ -193,7 +202,7 @@ int ItemCopier::copyVersion(const Item& item, int source, const struct statx& fa
     if (errnum == 0 && !isSameVersion(facts, after)) errnum = FileCopy::changedMeanwhile;
     if (errnum == 0) {
         if (!facts_.apply(source, facts, {target.get(), item.isPlain, mode}, *item.pair))
-            context_.loseAttributes(path(item));
+            context_.loseAttributes(url(item));
         if (facts.stx_nlink > 1) {
             errnum = statusOf(target.get(), after);
             made_ = FileID::of(after);
@@ -263,12 +272,12 @@ int ItemCopier::readAndWrite(int source, int target, std::int64_t at, std::int64
     const bool isEndless = end == std::numeric_limits<std::int64_t>::max();
     while (at < end) {
         const auto wanted = static_cast<std::size_t>(
-            std::min<std::int64_t>(static_cast<std::int64_t>(bufferSize), end - at));
-        const ssize_t got = readFully(source, buffer_->data(), wanted, wanted, at);
+            std::min<std::int64_t>(static_cast<std::int64_t>(CopyBuffers::dataSize), end - at));
+        const ssize_t got = readFully(source, buffers_->data.data(), wanted, wanted, at);
         if (got < 0) return errno;
         if (got == 0) return isEndless ? 0 : FileCopy::changedMeanwhile;
         if (const int errnum =
-                writeFully(target, buffer_->data(), static_cast<std::size_t>(got), at))
+                writeFully(target, buffers_->data.data(), static_cast<std::size_t>(got), at))
             return errnum;
         at += got;
         if (!tick(target, at)) return ECANCELED;
@@ -294,10 +303,10 @@ bool ItemCopier::tick(int target, std::int64_t position) {
 
 int ItemCopier::copyLink(const Item& item, const struct statx& facts) {
     const ssize_t size =
-        readlinkat(item.sourceFolder, item.name, buffer_->data(), buffer_->size() - 1);
+        readlinkat(item.sourceFolder, item.name, buffers_->data.data(), buffers_->data.size() - 1);
     if (size < 0) return errno == EINVAL ? FileCopy::changedMeanwhile : errno;
-    (*buffer_)[static_cast<std::size_t>(size)] = '\0';
-    if (symlinkat(buffer_->data(), item.targetFolder, item.targetName) != 0) return errno;
+    buffers_->data[static_cast<std::size_t>(size)] = '\0';
+    if (symlinkat(buffers_->data.data(), item.targetFolder, item.targetName) != 0) return errno;
     facts_.applyByName(facts, item.targetFolder, item.targetName);
     context_.record.remember(facts);
     return ticker_.add(sizeOf(facts), 0) ? 0 : ECANCELED;

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <memory>
-#include <string>
 
 #include <sys/stat.h>
 
@@ -17,6 +15,9 @@ namespace tarn {
 class ItemCopier {
 public:
     explicit ItemCopier(CopyContext& context);
+    ~ItemCopier();
+    ItemCopier(const ItemCopier&) = delete;
+    ItemCopier& operator=(const ItemCopier&) = delete;
 
     struct Item {
         int sourceFolder;
@@ -26,18 +27,16 @@ public:
         const char* targetName;
         bool isPlain;  ///< See CopiedFolder.
         CopyPair* pair;
-        const CopiedFolder* folder;  ///< Null for an item that is the top itself.
+        const CopiedFolder* folder;   ///< Null for an item that is the top itself.
+        const URL* source = nullptr;  ///< Of one in a batch, whose path `folder` does not know.
     };
-    /// Reports what fails to the context. False when the item was not copied.
-    bool copy(const Item& item);
+    /// Returns 0 or the errno; ECANCELED when the copy is over.
+    int copy(const Item& item);
 
     CopyTicker& ticker() { return ticker_; }
     CopiedFacts& facts() { return facts_; }
 
 private:
-    static constexpr std::size_t bufferSize = 256 * 1024;
-    struct alignas(4096) Buffer : std::array<char, bufferSize> {};
-
     // Each returns 0 or the errno.
     int copyFile(const Item& item);
     int copyVersion(const Item& item, int source, const struct statx& facts);
@@ -49,12 +48,12 @@ private:
     int copyPipe(const Item& item, const struct statx& facts);
     bool makeName(const Item& item, const CopyRecord::Place& place) const;
     bool tick(int target, std::int64_t position);
-    std::string path(const Item& item) const;
+    URL url(const Item& item) const;
 
     CopyContext& context_;
     CopyTicker ticker_;
+    std::unique_ptr<CopyBuffers> buffers_;
     CopiedFacts facts_;
-    std::unique_ptr<Buffer> buffer_{new Buffer};
     FileID made_;               ///< The copy of the file copied last; only for those with names.
     std::int64_t told_ = 0;     ///< Bytes of the present file that the ticker knows of.
     std::int64_t written_ = 0;  ///< To here the disk has been told to write the file out.

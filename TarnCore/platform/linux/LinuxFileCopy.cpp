@@ -15,6 +15,7 @@
 #include "TarnCore/platform/linux/CopyContext.h"
 #include "TarnCore/platform/linux/CopyRecord.h"
 #include "TarnCore/platform/linux/CopyRemoval.h"
+#include "TarnCore/platform/linux/FileBatch.h"
 #include "TarnCore/platform/linux/FolderPath.h"
 #include "TarnCore/platform/linux/ItemCopier.h"
 #include "TarnCore/platform/linux/TreeCopy.h"
@@ -32,6 +33,14 @@ bool exists(int folder, const std::string& name) {
     struct stat facts;
     return fstatat(folder, name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) == 0;
 }
+
+std::string temporaryName(const FileCopy::Watch& watch) {
+    if (!watch.temporaryName.empty()) return watch.temporaryName;
+    return std::string(FileCopy::temporaryPrefix) + UUID::random().string();
+}
+
+/// Below, a folder more costs more than the files.
+constexpr std::size_t worthATemporaryFolder = 4;
 
 /// A copy that is gone again unless it is kept.
 class TemporaryCopy {
@@ -89,9 +98,8 @@ FileCopy::Outcome LinuxFileCopy::copy(const URL& from, const URL& to, const Watc
 
     auto top = std::make_shared<CopyTop>();
     top->folder = targetFolder;
-    top->name = watch.temporaryName.empty() ? std::string(temporaryPrefix) + UUID::random().string()
-                                            : watch.temporaryName;
-    const std::string temporaryName = top->name;
+    top->name = temporaryName(watch);
+    const std::string madeAs = top->name;
     TemporaryCopy copy(top, record);
     int ownFailure = 0;
     // What fails is the item itself, which is thrown, or something below it.
@@ -107,17 +115,18 @@ FileCopy::Outcome LinuxFileCopy::copy(const URL& from, const URL& to, const Watc
     if (S_ISDIR(facts.stx_mode)) {
         TreeCopy tree(context, helpers_);
         const int errnum =
-            tree.run(sourceFolder.get(), name.c_str(), targetFolder->get(), temporaryName.c_str());
+            tree.run(sourceFolder.get(), name.c_str(), targetFolder->get(), madeAs.c_str());
         if (errnum != 0 && errnum != ECANCELED) context.fail({}, errnum);
     } else {
         ItemCopier copier(context);
         struct statx folderFacts;
         if (statx(targetFolder->get(), "", AT_EMPTY_PATH, STATX_BASIC_STATS, &folderFacts) != 0)
             fail(errno, "statx");
-        copier.copy(
+        const int errnum = copier.copy(
             {sourceFolder.get(), name.c_str(), static_cast<unsigned char>(IFTODT(facts.stx_mode)),
-             targetFolder->get(), temporaryName.c_str(), false,
+             targetFolder->get(), madeAs.c_str(), false,
              &record.pair(FileID::of(facts).device, FileID::of(folderFacts).device), nullptr});
+        if (errnum != 0 && errnum != ECANCELED) context.fail({}, errnum);
         copier.ticker().flush();
     }
     if (const int fatal = context.fatal()) fail(fatal, "copy");
@@ -125,6 +134,17 @@ FileCopy::Outcome LinuxFileCopy::copy(const URL& from, const URL& to, const Watc
     if (context.isOver()) return Outcome::stopped;
     copy.publish(to, watch);
     return context.hasFailures() ? Outcome::partial : Outcome::complete;
+}
+
+FileCopy::Outcome LinuxFileCopy::copyFiles(std::span<FileOrder> files, const URL& folder,
+                                           const Watch& watch) {
+    if (files.size() < worthATemporaryFolder) return FileCopy::copyFiles(files, folder, watch);
+    CopyRecord own(Purpose::copy);
+    CopyRecord& record = watch.record ? static_cast<CopyRecord&>(*watch.record) : own;
+    const FileDescriptor target = openFolderPath(folder);
+    CopyContext context(watch, record);
+    FileBatch(context, target.get(), temporaryName(watch)).run(files, helpers_);
+    return context.isOver() ? Outcome::stopped : Outcome::complete;
 }
 
 bool LinuxFileCopy::flush(const URL& folder) {

@@ -13,6 +13,7 @@ class LinuxFileCopy final : public FileCopy {
 public:
     std::shared_ptr<Record> makeRecord(Purpose purpose) const override;
     Outcome copy(const URL& from, const URL& to, const Watch& watch) override;
+    Outcome copyFiles(std::span<FileOrder> files, const URL& folder, const Watch& watch) override;
     bool flush(const URL& folder) override;
     void removeCopied(const URL& from, const Record& record) override;
     void remove(const URL& url) override;

@@ -9,7 +9,6 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/vfs.h>
-#include <sys/xattr.h>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -165,19 +164,9 @@ int TreeCopy::open(CopiedFolder& folder, int sourceFolder, const char* name, int
     if (sourceID == context_.topID) return ELOOP;
     if (isMadeUp(folder.source.get())) return FileCopy::notCopyable;
 
-    if (mkdirat(targetFolder, targetName, 0700) != 0) return errno;
-    folder.target = FileDescriptor(openat(targetFolder, targetName, folderFlags));
-    if (!folder.target) return errno;
-    if (!targetIsPlain) {
-        // What it has got from the folder around it is not handed on.
-        fremovexattr(folder.target.get(), "system.posix_acl_default");
-        fremovexattr(folder.target.get(), "system.posix_acl_access");
-        fchmod(folder.target.get(), 0700);
-    }
-    struct statx made;
-    if (const int errnum = statusOf(folder.target.get(), made)) return errnum;
-    folder.targetID = FileID::of(made);
-    folder.isPlain = made.stx_gid == context_.self.group && made.stx_uid == context_.self.user;
+    if (const int errnum =
+            folder.makeTarget(targetFolder, targetName, targetIsPlain, context_.self))
+        return errnum;
     folder.pair = &context_.record.pair(sourceID.device, folder.targetID.device);
     return 0;
 }
@@ -212,8 +201,9 @@ int TreeCopy::copyEntries(CopiedFolder& folder, ItemCopier& copier) {
                 ++folders;
                 continue;
             }
-            copier.copy({folder.source.get(), name, type, folder.target.get(), name, folder.isPlain,
-                         folder.pair, &folder});
+            const int failure = copier.copy({folder.source.get(), name, type, folder.target.get(),
+                                             name, folder.isPlain, folder.pair, &folder});
+            if (failure != 0 && failure != ECANCELED) context_.fail(folder.pathOf(name), failure);
         }
     }
     folder.unfinished += folders;
@@ -230,11 +220,10 @@ void TreeCopy::finish(FolderRef folder, ItemCopier& copier) {
         }
         if (folder->target && folder->source && !context_.isOver()) {
             copier.facts().read(folder->source.get(), *folder->pair);
-            constexpr mode_t madeWith = 0700;
-            if (!copier.facts().apply(folder->source.get(), folder->facts,
-                                      {folder->target.get(), folder->isPlain, madeWith},
-                                      *folder->pair))
-                context_.loseAttributes(folder->path());
+            if (!copier.facts().apply(
+                    folder->source.get(), folder->facts,
+                    {folder->target.get(), folder->isPlain, CopiedFolder::madeWith}, *folder->pair))
+                context_.loseAttributes(context_.url(folder->path()));
             context_.record.remember(folder->facts);
         }
         const FolderRef parent = folder->parent;
