@@ -4,9 +4,9 @@
 #include <unordered_set>
 #include <utility>
 
-#include "TarnCore/archive/ArchiveError.h"
 #include "TarnCore/archive/MemberPath.h"
 #include "TarnCore/archive/OpenArchive.h"
+#include "TarnCore/files/ArchiveError.h"
 #include "TarnCore/platform/ArchiveStream.h"
 
 namespace tarn::ArchiveListing {

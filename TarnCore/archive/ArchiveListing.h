@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "TarnCore/archive/ArchiveEntry.h"
-#include "TarnCore/archive/ZipDirectory.h"
 #include "TarnCore/base/CancelToken.h"
+#include "TarnCore/files/ZipDirectory.h"
 
 namespace tarn {
 

@@ -1,6 +1,6 @@
 #include "TarnCore/archive/ArchiveProgress.h"
 
-#include "TarnCore/archive/ArchiveError.h"
+#include "TarnCore/files/ArchiveError.h"
 
 namespace tarn {
 namespace {

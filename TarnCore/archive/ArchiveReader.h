@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "TarnCore/archive/ArchiveEntry.h"
-#include "TarnCore/archive/ArchiveError.h"
 #include "TarnCore/archive/ArchiveProgress.h"
 #include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/URL.h"
+#include "TarnCore/files/ArchiveError.h"
 
 namespace tarn {
 

@@ -2,8 +2,8 @@
 
 #include <cerrno>
 
-#include "TarnCore/archive/ArchiveError.h"
 #include "TarnCore/base/Text.h"
+#include "TarnCore/files/ArchiveError.h"
 
 namespace tarn {
 

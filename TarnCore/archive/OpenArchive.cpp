@@ -4,9 +4,9 @@
 #include <string_view>
 #include <system_error>
 
-#include "TarnCore/archive/ArchiveError.h"
 #include "TarnCore/base/Locale.h"
 #include "TarnCore/base/Text.h"
+#include "TarnCore/files/ArchiveError.h"
 #include "TarnCore/files/FileKind.h"
 #include "TarnCore/platform/Platform.h"
 

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "TarnCore/archive/ZipDirectory.h"
 #include "TarnCore/base/URL.h"
+#include "TarnCore/files/ZipDirectory.h"
 #include "TarnCore/platform/ArchiveStream.h"
 #include "TarnCore/platform/FileBytes.h"
 

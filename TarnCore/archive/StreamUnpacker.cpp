@@ -3,10 +3,10 @@
 #include <unordered_set>
 #include <utility>
 
-#include "TarnCore/archive/ArchiveError.h"
 #include "TarnCore/archive/MemberPath.h"
 #include "TarnCore/archive/OpenArchive.h"
 #include "TarnCore/archive/UnpackWriting.h"
+#include "TarnCore/files/ArchiveError.h"
 
 namespace tarn::StreamUnpacker {
 namespace {

@@ -1,7 +1,7 @@
 #include "TarnCore/archive/UnpackPlan.h"
 
-#include "TarnCore/archive/ArchiveError.h"
 #include "TarnCore/archive/MemberPath.h"
+#include "TarnCore/files/ArchiveError.h"
 
 namespace tarn {
 

@@ -4,8 +4,8 @@
 #include <system_error>
 #include <utility>
 
-#include "TarnCore/archive/ArchiveError.h"
 #include "TarnCore/base/Text.h"
+#include "TarnCore/files/ArchiveError.h"
 
 namespace tarn {
 namespace {

@@ -11,10 +11,10 @@
 
 #include <sys/stat.h>
 
-#include "TarnCore/archive/ArchiveError.h"
 #include "TarnCore/base/Guarded.h"
 #include "TarnCore/base/TaskPool.h"
 #include "TarnCore/base/Text.h"
+#include "TarnCore/files/ArchiveError.h"
 #include "TarnCore/ops/ChangeJournal.h"
 #include "TarnCore/ops/FileOpError.h"
 #include "TarnCore/ops/FileOps.h"

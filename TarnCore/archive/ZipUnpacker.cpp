@@ -7,11 +7,11 @@
 #include <unordered_map>
 #include <vector>
 
-#include "TarnCore/archive/ArchiveError.h"
 #include "TarnCore/archive/LateItems.h"
 #include "TarnCore/base/Deflate.h"
 #include "TarnCore/base/Guarded.h"
 #include "TarnCore/base/TaskPool.h"
+#include "TarnCore/files/ArchiveError.h"
 
 namespace tarn::ZipUnpacker {
 namespace {

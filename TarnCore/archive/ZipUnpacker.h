@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TarnCore/archive/UnpackPlan.h"
-#include "TarnCore/archive/ZipDirectory.h"
+#include "TarnCore/files/ZipDirectory.h"
 
 namespace tarn::ZipUnpacker {
 

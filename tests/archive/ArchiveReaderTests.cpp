@@ -9,8 +9,8 @@
 #include "TarnCore/archive/ArchiveListing.h"
 #include "TarnCore/archive/ArchiveReader.h"
 #include "TarnCore/ops/FileOpError.h"
-#include "tests/archive/ArchiveBytes.h"
 #include "tests/archive/Tree.h"
+#include "tests/support/ArchiveBytes.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {

@@ -7,8 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "TarnCore/archive/ArchiveReader.h"
-#include "tests/archive/ArchiveBytes.h"
 #include "tests/archive/Tree.h"
+#include "tests/support/ArchiveBytes.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {

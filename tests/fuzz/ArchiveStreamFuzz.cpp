@@ -7,9 +7,9 @@
 #include <memory>
 #include <string>
 
-#include "TarnCore/archive/ArchiveError.h"
 #include "TarnCore/archive/ArchiveListing.h"
 #include "TarnCore/archive/OpenArchive.h"
+#include "TarnCore/files/ArchiveError.h"
 #include "TarnCore/platform/linux/LinuxArchives.h"
 #include "tests/fuzz/FuzzBytes.h"
 #include "tests/fuzz/Require.h"

@@ -5,10 +5,10 @@
 #include <string>
 #include <unordered_set>
 
-#include "TarnCore/archive/ArchiveError.h"
 #include "TarnCore/archive/ArchiveListing.h"
 #include "TarnCore/archive/MemberPath.h"
-#include "TarnCore/archive/ZipDirectory.h"
+#include "TarnCore/files/ArchiveError.h"
+#include "TarnCore/files/ZipDirectory.h"
 #include "tests/fuzz/FuzzBytes.h"
 #include "tests/fuzz/Require.h"
 

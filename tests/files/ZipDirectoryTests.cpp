@@ -4,12 +4,12 @@
 
 #include <gtest/gtest.h>
 
-#include "TarnCore/archive/ArchiveError.h"
-#include "TarnCore/archive/ZipDirectory.h"
-#include "TarnCore/archive/ZipNames.h"
 #include "TarnCore/base/Deflate.h"
-#include "tests/archive/ArchiveBytes.h"
-#include "tests/archive/MemoryBytes.h"
+#include "TarnCore/files/ArchiveError.h"
+#include "TarnCore/files/ZipDirectory.h"
+#include "TarnCore/files/ZipNames.h"
+#include "tests/support/ArchiveBytes.h"
+#include "tests/support/MemoryBytes.h"
 
 namespace tarn {
 namespace {

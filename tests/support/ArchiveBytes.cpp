@@ -1,4 +1,4 @@
-#include "tests/archive/ArchiveBytes.h"
+#include "tests/support/ArchiveBytes.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "TarnCore/archive/ArchiveError.h"
+#include "TarnCore/files/ArchiveError.h"
 
 #include "TarnCore/base/Text.h"
 

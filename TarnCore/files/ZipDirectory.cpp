@@ -1,4 +1,4 @@
-#include "TarnCore/archive/ZipDirectory.h"
+#include "TarnCore/files/ZipDirectory.h"
 
 #include <algorithm>
 #include <array>
@@ -9,10 +9,10 @@
 
 #include <sys/stat.h>
 
-#include "TarnCore/archive/ArchiveError.h"
-#include "TarnCore/archive/ZipNames.h"
 #include "TarnCore/base/Deflate.h"
 #include "TarnCore/base/Text.h"
+#include "TarnCore/files/ArchiveError.h"
+#include "TarnCore/files/ZipNames.h"
 
 namespace tarn {
 namespace {

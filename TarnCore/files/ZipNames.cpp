@@ -1,4 +1,4 @@
-#include "TarnCore/archive/ZipNames.h"
+#include "TarnCore/files/ZipNames.h"
 
 #include <array>
 
