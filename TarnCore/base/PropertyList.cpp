@@ -14,55 +14,15 @@ constexpr std::size_t trailerSize = 32;
 constexpr std::size_t mostText = 16'000'000;
 
 // The high half of the byte that begins an object.
-enum Marker : unsigned { integer = 0x1, ascii = 0x5, utf16 = 0x6, utf8 = 0x7, array = 0xA };
-
-/// Big-endian numbers and slices of the bytes, all of them checked.
-class Reader {
-public:
-    explicit Reader(std::string_view bytes) : bytes_(bytes) {}
-
-    std::optional<std::uint64_t> number(std::uint64_t at, std::uint64_t size) const {
-        if (size == 0 || size > 8 || !contains(at, size)) return std::nullopt;
-        std::uint64_t value = 0;
-        for (std::uint64_t i = 0; i < size; ++i)
-            value = value << 8 | static_cast<unsigned char>(bytes_[at + i]);
-        return value;
-    }
-
-    std::optional<std::string_view> slice(std::uint64_t at, std::uint64_t size) const {
-        if (!contains(at, size)) return std::nullopt;
-        return bytes_.substr(at, size);
-    }
-
-private:
-    bool contains(std::uint64_t at, std::uint64_t size) const {
-        return at <= bytes_.size() && size <= bytes_.size() - at;
-    }
-    std::string_view bytes_;
+enum Marker : unsigned {
+    integer = 0x1,
+    data = 0x4,
+    ascii = 0x5,
+    utf16 = 0x6,
+    utf8 = 0x7,
+    array = 0xA,
+    dictionary = 0xD
 };
-
-/// What begins an object: its kind, its count, and where its content starts.
-struct Head {
-    unsigned marker = 0;
-    std::uint64_t count = 0;
-    std::uint64_t content = 0;
-};
-
-std::optional<Head> headAt(const Reader& reader, std::uint64_t at) {
-    const auto first = reader.number(at, 1);
-    if (!first) return std::nullopt;
-    Head head{static_cast<unsigned>(*first >> 4), *first & 15, at + 1};
-    if (head.count != 15) return head;
-    // A count of 15 or more follows as an integer object of 2^n bytes.
-    const auto kind = reader.number(at + 1, 1);
-    if (!kind || *kind >> 4 != integer || (*kind & 15) > 3) return std::nullopt;
-    const std::uint64_t size = std::uint64_t{1} << (*kind & 15);
-    const auto count = reader.number(at + 2, size);
-    if (!count) return std::nullopt;
-    head.count = *count;
-    head.content = at + 2 + size;
-    return head;
-}
 
 std::string fromUTF16(std::string_view bigEndian) {
     const auto unit = [&](std::size_t at) {
@@ -82,18 +42,6 @@ std::string fromUTF16(std::string_view bigEndian) {
         Text::append(out, character);
     }
     return out;
-}
-
-/// Absent when there is no string there.
-std::optional<std::string> stringAt(const Reader& reader, std::uint64_t at) {
-    const auto head = headAt(reader, at);
-    if (!head) return std::nullopt;
-    const bool isWide = head->marker == utf16;
-    if (!isWide && head->marker != ascii && head->marker != utf8) return std::nullopt;
-    if (isWide && head->count > mostText) return std::nullopt;
-    const auto bytes = reader.slice(head->content, isWide ? head->count * 2 : head->count);
-    if (!bytes) return std::nullopt;
-    return isWide ? fromUTF16(*bytes) : Text::sanitized(*bytes);
 }
 
 void appendNumber(std::string& out, std::uint64_t value, unsigned size) {
@@ -144,35 +92,124 @@ void appendString(std::string& out, const std::string& text) {
 
 }  // namespace
 
-std::optional<std::vector<std::string>> stringArray(std::string_view bytes) {
+/// What begins an object: its kind, its count, and where its content starts.
+struct Document::Head {
+    unsigned marker = 0;
+    std::uint64_t count = 0;
+    std::uint64_t content = 0;
+};
+
+std::optional<Document> Document::open(std::string_view bytes) {
     if (bytes.size() < header.size() + trailerSize || !bytes.starts_with(header))
         return std::nullopt;
-    const Reader reader(bytes);
+    Document document;
+    document.bytes_ = bytes;
     const std::uint64_t trailer = bytes.size() - trailerSize;
-    const auto offsetSize = reader.number(trailer + 6, 1);
-    const auto referenceSize = reader.number(trailer + 7, 1);
-    const auto objectCount = reader.number(trailer + 8, 8);
-    const auto topObject = reader.number(trailer + 16, 8);
-    const auto offsetTable = reader.number(trailer + 24, 8);
+    document.offsetSize_ = *document.number(trailer + 6, 1);
+    document.referenceSize_ = *document.number(trailer + 7, 1);
+    document.objectCount_ = *document.number(trailer + 8, 8);
+    document.top_ = *document.number(trailer + 16, 8);
+    document.offsetTable_ = *document.number(trailer + 24, 8);
     // Every object and every offset takes a byte at least, which keeps the sums below small.
-    if (*objectCount > bytes.size() || *offsetTable > trailer) return std::nullopt;
+    if (document.objectCount_ > bytes.size() || document.offsetTable_ > trailer)
+        return std::nullopt;
+    return document;
+}
 
-    const auto offsetOf = [&](std::uint64_t object) -> std::optional<std::uint64_t> {
-        if (object >= *objectCount) return std::nullopt;
-        const auto offset = reader.number(*offsetTable + object * *offsetSize, *offsetSize);
-        return offset && *offset < trailer ? offset : std::nullopt;
-    };
-    const auto top = offsetOf(*topObject);
-    const auto head = top ? headAt(reader, *top) : std::nullopt;
-    if (!head || head->marker != array || head->count > bytes.size()) return std::nullopt;
+std::optional<std::uint64_t> Document::number(std::uint64_t at, std::uint64_t size) const {
+    const auto bytes = slice(at, size);
+    if (!bytes || size == 0 || size > 8) return std::nullopt;
+    std::uint64_t value = 0;
+    for (const char byte : *bytes) value = value << 8 | static_cast<unsigned char>(byte);
+    return value;
+}
 
+std::optional<std::string_view> Document::slice(std::uint64_t at, std::uint64_t size) const {
+    if (at > bytes_.size() || size > bytes_.size() - at) return std::nullopt;
+    return bytes_.substr(at, size);
+}
+
+std::optional<std::uint64_t> Document::place(Object object) const {
+    if (object >= objectCount_) return std::nullopt;
+    const auto at = number(offsetTable_ + object * offsetSize_, offsetSize_);
+    return at && *at < bytes_.size() - trailerSize ? at : std::nullopt;
+}
+
+bool Document::exists(Object object) const { return place(object).has_value(); }
+
+std::optional<Document::Head> Document::head(Object object) const {
+    const auto at = place(object);
+    if (!at) return std::nullopt;
+    const auto first = number(*at, 1);
+    Head head{static_cast<unsigned>(*first >> 4), *first & 15, *at + 1};
+    if (head.count != 15) return head;
+    // A count of 15 or more follows as an integer object of 2^n bytes.
+    const auto kind = number(*at + 1, 1);
+    if (!kind || *kind >> 4 != integer || (*kind & 15) > 3) return std::nullopt;
+    const std::uint64_t size = std::uint64_t{1} << (*kind & 15);
+    const auto count = number(*at + 2, size);
+    if (!count) return std::nullopt;
+    head.count = *count;
+    head.content = *at + 2 + size;
+    return head;
+}
+
+std::optional<Document::Object> Document::member(Object object, std::string_view key) const {
+    const auto head = this->head(object);
+    if (!head || head->marker != dictionary || head->count > bytes_.size()) return std::nullopt;
+    for (std::uint64_t i = 0; i < head->count; ++i) {
+        // The references of all keys, then those of all values.
+        const auto name = number(head->content + i * referenceSize_, referenceSize_);
+        if (!name) return std::nullopt;
+        const auto nameHead = this->head(*name);
+        // A key that is longer than it should be is not this one, and may be shared by many.
+        if (!nameHead || nameHead->count > key.size() || string(*nameHead) != key) continue;
+        return number(head->content + (head->count + i) * referenceSize_, referenceSize_);
+    }
+    return std::nullopt;
+}
+
+std::optional<std::vector<Document::Object>> Document::items(Object object) const {
+    const auto head = this->head(object);
+    if (!head || head->marker != array || head->count > bytes_.size()) return std::nullopt;
+    std::vector<Object> items;
+    for (std::uint64_t i = 0; i < head->count; ++i) {
+        const auto item = number(head->content + i * referenceSize_, referenceSize_);
+        if (!item) return std::nullopt;
+        items.push_back(*item);
+    }
+    return items;
+}
+
+std::optional<std::string> Document::string(const Head& head) const {
+    const bool isWide = head.marker == utf16;
+    if (!isWide && head.marker != ascii && head.marker != utf8) return std::nullopt;
+    if (isWide && head.count > mostText) return std::nullopt;
+    const auto bytes = slice(head.content, isWide ? head.count * 2 : head.count);
+    if (!bytes) return std::nullopt;
+    return isWide ? fromUTF16(*bytes) : Text::sanitized(*bytes);
+}
+
+std::optional<std::string> Document::string(Object object) const {
+    const auto head = this->head(object);
+    return head ? string(*head) : std::nullopt;
+}
+
+std::optional<std::string_view> Document::data(Object object) const {
+    const auto head = this->head(object);
+    if (!head || head->marker != PropertyList::data) return std::nullopt;
+    return slice(head->content, head->count);
+}
+
+std::optional<std::vector<std::string>> stringArray(std::string_view bytes) {
+    const auto document = Document::open(bytes);
+    const auto items = document ? document->items(document->top()) : std::nullopt;
+    if (!items) return std::nullopt;
     std::vector<std::string> strings;
     std::size_t length = 0;
-    for (std::uint64_t i = 0; i < head->count; ++i) {
-        const auto reference = reader.number(head->content + i * *referenceSize, *referenceSize);
-        const auto offset = reference ? offsetOf(*reference) : std::nullopt;
-        if (!offset) return std::nullopt;
-        auto text = stringAt(reader, *offset);
+    for (const Document::Object item : *items) {
+        if (!document->exists(item)) return std::nullopt;
+        auto text = document->string(item);
         if (!text) continue;
         length += text->size();
         if (length > mostText) return std::nullopt;
