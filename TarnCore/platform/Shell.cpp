@@ -42,10 +42,14 @@ struct Pipe {
 /// signals as if a terminal had started it.
 class Start {
 public:
-    Start(const Pipe& out, const Pipe& errors, const std::optional<URL>& folder) {
+    Start(const Pipe& out, const Pipe& errors, const std::optional<URL>& folder, int input) {
         posix_spawn_file_actions_init(&actions_);
         posix_spawnattr_init(&attributes_);
-        posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        if (input >= 0) {
+            posix_spawn_file_actions_adddup2(&actions_, input, STDIN_FILENO);
+        } else {
+            posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        }
         posix_spawn_file_actions_adddup2(&actions_, out.writing.get(), STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, errors.writing.get(), STDERR_FILENO);
         if (folder) posix_spawn_file_actions_addchdir_np(&actions_, folder->c_str());
@@ -171,10 +175,10 @@ private:
 }  // namespace
 
 Output run(const URL& tool, const std::vector<std::string>& arguments,
-           const std::optional<URL>& folder, double timeout) {
+           const std::optional<URL>& folder, double timeout, int input) {
     Pipe out;
     Pipe errors;
-    const pid_t child = Start(out, errors, folder)(tool, arguments);
+    const pid_t child = Start(out, errors, folder, input)(tool, arguments);
     Running running(child, out, errors);
     const auto until = Clock::now() + std::chrono::duration_cast<Clock::duration>(
                                           std::chrono::duration<double>(timeout));

@@ -21,10 +21,11 @@ struct Output {
 };
 
 /// Runs the program at an absolute path and waits for its end, at most `timeout` seconds. Its
-/// standard input is empty. A status that is not zero is for the caller to judge. Throws
-/// tarn::Error: “Timed out”, or why the tool could not be started.
+/// standard input is the open file `input`, from where that stands, and empty for -1. A status that
+/// is not zero is for the caller to judge. Throws tarn::Error: “Timed out”, or why the tool could
+/// not be started.
 Output run(const URL& tool, const std::vector<std::string>& arguments,
-           const std::optional<URL>& folder = std::nullopt, double timeout = 60);
+           const std::optional<URL>& folder = std::nullopt, double timeout = 60, int input = -1);
 
 }  // namespace Shell
 
