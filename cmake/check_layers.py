@@ -100,7 +100,7 @@ def allowed_folders(path):
         if mirrored not in ARROWS:  # tests/support, tests/fuzz, bench itself
             return everything | {f"tests/{area}"}
         # A test may build on everything below what it tests, on real services and on fakes.
-        below = reach(mirrored)
+        below = reach(mirrored) | {one for one in ARROWS if one.startswith(mirrored + "/")}
         return below | set(IMPLEMENTATIONS) | {"tests/support", f"tests/{area}", "bench"}
     own = layer(path)
     if own is None and PREFIX.fullmatch(path):

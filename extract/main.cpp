@@ -20,12 +20,11 @@
 #include <sched.h>
 #include <unistd.h>
 
+#include "TarnCore/index/TextExtractor.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 #include "TarnCore/platform/linux/Module.h"
 #include "TarnCore/platform/linux/Sandbox.h"
-#include "extract/DocumentReading.h"
-#include "extract/FileView.h"
 #include "extract/ParentSocket.h"
 
 namespace tarn::extract {
@@ -64,8 +63,9 @@ std::size_t heldMemory() {
 
 std::optional<std::string> read(const ParentSocket::Job& job) {
     try {
-        const FileView file(job.file);
-        return readDocument(job.request, file.bytes());
+        const auto& request = job.request;
+        return TextExtractor::extract(job.file.get(), request.fileName, request.ocr,
+                                      request.languages);
     } catch (const std::exception&) {
         return std::nullopt;  // too little memory, or the disk fails: no text either way
     }

@@ -28,7 +28,6 @@ constexpr auto spannedSignature = "PK\7\x08"sv;
 constexpr auto onceSpannedSignature = "PK00"sv;
 constexpr std::size_t centralSize = 46, endSize = 22, end64Size = 56, locator64Size = 20;
 constexpr std::size_t longestComment = 65535;
-constexpr std::uint64_t largestDirectory = std::uint64_t{1} << 30;
 constexpr std::uint16_t full16 = 0xFFFF;
 constexpr std::uint32_t full32 = 0xFFFFFFFF;
 
@@ -107,7 +106,7 @@ std::optional<std::string> findEnd64(const FileBytes& bytes, std::uint64_t end, 
     return std::nullopt;
 }
 
-Place findDirectory(const FileBytes& bytes) {
+Place findDirectory(const FileBytes& bytes, std::uint64_t most) {
     const auto fileSize = static_cast<std::uint64_t>(bytes.size());
     const std::uint64_t tailSize = std::min<std::uint64_t>(fileSize, endSize + longestComment);
     const std::string tail = readAt(bytes, fileSize - tailSize, static_cast<std::size_t>(tailSize));
@@ -132,7 +131,7 @@ Place findDirectory(const FileBytes& bytes) {
         throw ArchiveError::unreadable(
             "It is one part of an archive that was split into several files.");
     }
-    if (place.size > directoryEnd || place.size > largestDirectory ||
+    if (place.size > directoryEnd || place.size > most ||
         place.offset > directoryEnd - place.size) {
         throw ArchiveError::incomplete();
     }
@@ -325,8 +324,9 @@ bool ZipDirectory::isZip(const FileBytes& bytes) {
            start == onceSpannedSignature;
 }
 
-ZipDirectory ZipDirectory::read(const FileBytes& bytes, std::string_view language) {
-    const Place place = findDirectory(bytes);
+ZipDirectory ZipDirectory::read(const FileBytes& bytes, std::string_view language,
+                                std::uint64_t most) {
+    const Place place = findDirectory(bytes, most);
     const std::string all = readAt(bytes, place.offset, static_cast<std::size_t>(place.size));
     if (all.size() != place.size) throw ArchiveError::incomplete();
     ZipDirectory directory;

@@ -37,8 +37,12 @@ public:
     /// The file begins like a zip file.
     static bool isZip(const FileBytes& bytes);
 
-    /// `language` (an ICU identifier) chooses the code page of old names. Throws ArchiveError.
-    static ZipDirectory read(const FileBytes& bytes, std::string_view language);
+    static constexpr std::uint64_t largest = std::uint64_t{1} << 30;
+
+    /// `language` (an ICU identifier) chooses the code page of old names. Throws ArchiveError, also
+    /// when the directory has more than `most` bytes: all of it is kept in memory.
+    static ZipDirectory read(const FileBytes& bytes, std::string_view language,
+                             std::uint64_t most = largest);
 
     /// In the order of the directory.
     const std::vector<ZipMember>& members() const { return members_; }

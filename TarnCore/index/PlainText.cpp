@@ -7,7 +7,7 @@
 
 #include "TarnCore/base/Charset.h"
 #include "TarnCore/base/Text.h"
-#include "TarnCore/files/FileItem.h"
+#include "TarnCore/base/URL.h"
 #include "TarnCore/index/TextExtractor.h"
 
 namespace tarn::PlainText {

@@ -39,6 +39,10 @@ inline constexpr std::string_view defaultOCRLanguages[] = {"en-US"};
 /// large, or has none. Pictures and pages without text are recognised only with `ocr`.
 std::optional<std::string> extract(const URL& url, bool ocr,
                                    std::span<const std::string> languages = {});
+/// The same for what was opened for reading already, as for a process that may open nothing; the
+/// descriptor stays the caller's. `fileName` says how it is read.
+std::optional<std::string> extract(int file, std::string_view fileName, bool ocr,
+                                   std::span<const std::string> languages = {});
 
 }  // namespace TextExtractor
 

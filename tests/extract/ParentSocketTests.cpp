@@ -6,7 +6,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "extract/FileView.h"
+#include "TarnCore/index/readers/OpenFile.h"
 #include "extract/ParentSocket.h"
 #include "tests/support/TestFolder.h"
 
@@ -55,7 +55,7 @@ TEST_F(ParentSocketTest, receivesARequestInPieces) {
     const auto job = socket.next();
     ASSERT_TRUE(job);
     EXPECT_EQ(job->request, request);
-    EXPECT_EQ(FileView(job->file).bytes(), "content");
+    EXPECT_EQ(OpenFile::of(job->file.get(), 100).value().bytes(), "content");
 }
 
 TEST_F(ParentSocketTest, endsWhenTheParentBreaksTheRules) {
@@ -80,19 +80,6 @@ TEST_F(ParentSocketTest, endsWhenTheParentBreaksTheRules) {
         EXPECT_FALSE(socket.next());
     }
     EXPECT_FALSE(socket.sayReady());
-}
-
-TEST_F(ParentSocketTest, viewsFilesOfAnySize) {
-    const TestFolder folder;
-    for (const std::size_t size : {std::size_t{0}, std::size_t{1}, std::size_t{3'000'000}}) {
-        const std::string content(size, 'x');
-        const FileDescriptor file(open(folder.file("f", content).c_str(), O_RDONLY | O_CLOEXEC));
-        EXPECT_EQ(FileView(file).bytes(), content);
-    }
-    std::array<int, 2> ends{};
-    ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
-    const FileDescriptor writing(ends[1]);
-    EXPECT_EQ(FileView(FileDescriptor(ends[0])).bytes(), "");
 }
 
 }  // namespace

@@ -105,7 +105,7 @@ TEST(PlainText, isTidied) {
 }
 
 TEST(PlainText, isCutBetweenCharacters) {
-    for (const std::string character : {"x", "ä", "日", "😀"}) {
+    for (const std::string character : {"ä", "😀"}) {
         SCOPED_TRACE(character);
         std::string bytes = "-";
         for (std::size_t i = 0; i < TextExtractor::maxCharacters + 10; ++i) bytes += character;

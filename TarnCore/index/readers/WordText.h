@@ -1,0 +1,17 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// The old word-processing format ("doc"), which `catdoc` reads; where that is not installed, its
+/// documents have no text. Callable from any thread.
+namespace tarn::WordText {
+
+/// The bytes begin as the container of those documents does. catdoc prints rubbish for others.
+bool isWord(std::string_view bytes);
+
+/// `file` is an open descriptor, whose offset moves.
+std::optional<std::string> read(int file);
+
+}  // namespace tarn::WordText
