@@ -1,0 +1,81 @@
+#include "TarnCore/search/CharacterFolding.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include <unicode/uchar.h>
+
+#include "TarnCore/base/Text.h"
+
+namespace tarn::CharacterFolding {
+namespace {
+
+constexpr char32_t codePoints = 0x110000;
+constexpr unsigned blockBits = 6;  ///< Characters that share all but the last byte of UTF-8.
+constexpr std::size_t blockSize = 1U << blockBits;
+
+using Block = std::array<Folded, blockSize>;
+
+/// Filled in when first needed and kept to the end: whichever thread comes first wins.
+std::array<std::atomic<const Block*>, (codePoints >> blockBits)> blocks;
+
+Folded foldAlone(char32_t character) {
+    std::string text;
+    Text::append(text, character);
+    const std::string folded = Text::folded(text);
+    Folded entry{};
+    entry.length = static_cast<std::uint8_t>(std::min(folded.size(), Folded::longest));
+    std::memcpy(entry.bytes, folded.data(), entry.length);
+    entry.isBlank = Text::isSpace(character);
+    entry.isWordCharacter = u_isalnum(static_cast<UChar32>(character)) != 0;
+    entry.isSingle = Text::length(folded) == 1;
+    return entry;
+}
+
+const Block& fill(std::size_t index) {
+    auto made = std::make_unique<Block>();
+    for (std::size_t i = 0; i < blockSize; ++i)
+        (*made)[i] = foldAlone(static_cast<char32_t>(index << blockBits | i));
+    const Block* expected = nullptr;
+    if (blocks[index].compare_exchange_strong(expected, made.get(), std::memory_order_acq_rel))
+        return *made.release();
+    return *expected;
+}
+
+}  // namespace
+
+const Folded& fold(char32_t character) {
+    static constexpr Folded beyond{};
+    if (character >= codePoints) return beyond;
+    const std::size_t index = character >> blockBits;
+    const Block* block = blocks[index].load(std::memory_order_acquire);
+    if (block == nullptr) block = &fill(index);
+    return (*block)[character & (blockSize - 1)];
+}
+
+char32_t next(std::string_view text, std::size_t& index) {
+    const auto byte = [&](std::size_t i) -> char32_t {
+        return static_cast<unsigned char>(text[index + i]);
+    };
+    const char32_t first = byte(0);
+    if (first < 0x80) {
+        ++index;
+        return first;
+    }
+    const std::size_t left = text.size() - index;
+    if (first >= 0xC2 && first < 0xE0 && left >= 2 && (byte(1) & 0xC0U) == 0x80) {
+        const char32_t character = (first & 0x1FU) << 6 | (byte(1) & 0x3FU);
+        index += 2;
+        return character;
+    }
+    const std::size_t start = index;
+    const char32_t character = Text::nextCharacter(text, index);
+    // U+FFFD itself is three bytes long.
+    return index == start + 1 ? brokenByte : character;
+}
+
+}  // namespace tarn::CharacterFolding

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <array>
+#include <bitset>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tarn {
+
+/// A part of a text: bytes, half-open.
+struct TextRange {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    bool operator==(const TextRange&) const = default;
+};
+
+/// Finds a phrase in texts of any length, without regard to case and diacritics (both as
+/// Text::folded has them) and to how words are kept apart: a line break or a run of blanks of any
+/// kind counts as one blank. Broken UTF-8 matches itself. A value that is only read, callable from
+/// any thread.
+///
+/// Nothing is copied or decoded where the text is ASCII: two rare bytes of the phrase are looked
+/// for, sixteen places at a time. Other characters break the text for that scan; a second one folds
+/// what lies around those characters that could be part of a match, and nothing else.
+class PhraseFinder {
+public:
+    enum class Gaps {
+        blanks,      ///< What keeps words apart is white space.
+        separators,  ///< Or anything that is no letter or digit, as an index of words sees it.
+    };
+    explicit PhraseFinder(std::string_view phrase, Gaps gaps = Gaps::blanks);
+
+    /// Nothing that could be found: blanks only.
+    bool isEmpty() const { return phrase_.empty(); }
+    /// Folded, with single blanks.
+    const std::string& phrase() const { return phrase_; }
+
+    bool occursIn(std::string_view text) const;
+    /// The first place at or after `from`. Marks that belong to its last character are part of it.
+    std::optional<TextRange> find(std::string_view text, std::size_t from = 0) const;
+
+private:
+    bool isGap(char c) const { return isGap_[static_cast<unsigned char>(c)]; }
+    void chooseBytes();
+    std::optional<TextRange> findASCII(std::string_view text, std::size_t from) const;
+    std::optional<TextRange> verify(std::string_view text, std::size_t from, std::size_t at) const;
+    std::optional<TextRange> findFolded(std::string_view text, std::size_t from) const;
+    bool mayTakePart(std::string_view text, std::size_t at, std::size_t& next) const;
+    std::size_t segmentStart(std::string_view text, std::size_t from, std::size_t at) const;
+    TextRange sourceOf(std::string_view text, std::size_t start, std::size_t offset) const;
+    std::size_t fold(std::string_view text, std::size_t at, bool& afterGap, std::string& out) const;
+
+    std::string phrase_;
+    Gaps gaps_;
+    bool isASCII_ = false;
+    std::array<bool, 256> isGap_{};  ///< Of ASCII.
+    std::bitset<256> bytes_;         ///< Those of the phrase.
+    // Where in the phrase the two bytes are that are looked for; in one word, and the same one
+    // where all words have one letter.
+    std::size_t first_ = 0;
+    std::size_t second_ = 0;
+};
+
+}  // namespace tarn
