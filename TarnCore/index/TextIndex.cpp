@@ -342,18 +342,18 @@ bool TextIndex::clear() {
     });
 }
 
-std::vector<std::string> TextIndex::search(const std::vector<std::string>& phrases,
-                                           const Scope& scope, const CancelToken& token) const {
-    using Paths = std::vector<std::string>;
+std::vector<TextIndex::Hit> TextIndex::hits(const std::vector<std::string>& phrases,
+                                            const Scope& scope, const CancelToken& token) const {
+    using Hits = std::vector<Hit>;
     if (scope.limit == 0 || (phrases.empty() && !scope.imagesOnly)) return {};
-    return state_->read<Paths>(
+    return state_->read<Hits>(
         [&](TextTables& tables) {
-            Paths found;
-            const auto onHit = [&](std::string_view path) {
+            Hits found;
+            const auto onHit = [&](std::string_view path, const Known& known) {
                 if (scope.under.empty() || std::ranges::any_of(scope.under, [&](const URL& folder) {
                         return isBelow(path, folder);
                     }))
-                    found.emplace_back(path);
+                    found.push_back({std::string(path), known});
                 return scope.limit < 0 || std::cmp_less(found.size(), scope.limit);
             };
             if (phrases.empty())
@@ -364,6 +364,13 @@ std::vector<std::string> TextIndex::search(const std::vector<std::string>& phras
             return found;
         },
         &token);
+}
+
+std::vector<std::string> TextIndex::search(const std::vector<std::string>& phrases,
+                                           const Scope& scope, const CancelToken& token) const {
+    std::vector<std::string> paths;
+    for (Hit& hit : hits(phrases, scope, token)) paths.push_back(std::move(hit.path));
+    return paths;
 }
 
 std::unordered_map<std::string, TextIndex::Known> TextIndex::known(

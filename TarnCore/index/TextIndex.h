@@ -96,13 +96,6 @@ public:
         bool lastWordIsPrefix = false;  ///< The last word is still being typed.
         std::int64_t limit = -1;        ///< Negative: all.
     };
-    /// Paths of the files whose text has every phrase. A phrase is words that stand side by side;
-    /// case and diacritics do not matter. No phrases give nothing, but with `imagesOnly` every
-    /// picture with text. A file may have changed or gone since it was read: see `known`. Empty
-    /// soon after the token was set.
-    std::vector<std::string> search(const std::vector<std::string>& phrases, const Scope& scope,
-                                    const CancelToken& token = {}) const;
-
     /// What the index knows of a file when it was last read.
     struct Known {
         double mtime = 0;
@@ -111,6 +104,20 @@ public:
         /// Of a file as it is. For a package these are the facts of the folder itself.
         static Known of(const FileAttributes& attributes);
     };
+    struct Hit {
+        std::string path;
+        Known known;
+    };
+    /// `search` with what the index knows of each file.
+    std::vector<Hit> hits(const std::vector<std::string>& phrases, const Scope& scope,
+                          const CancelToken& token = {}) const;
+    /// Paths of the files whose text has every phrase. A phrase is words that stand side by side;
+    /// case and diacritics do not matter. No phrases give nothing, but with `imagesOnly` every
+    /// picture with text. A file may have changed or gone since it was read: see `known`. Empty
+    /// soon after the token was set.
+    std::vector<std::string> search(const std::vector<std::string>& phrases, const Scope& scope,
+                                    const CancelToken& token = {}) const;
+
     std::optional<Known> known(const std::string& path) const;
     /// All files below the folders, by path; for tests of many files.
     std::unordered_map<std::string, Known> known(const std::vector<URL>& under) const;

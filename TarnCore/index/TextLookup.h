@@ -2,10 +2,12 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/URL.h"
+#include "TarnCore/index/TextIndex.h"
 
 namespace tarn {
 
@@ -13,13 +15,32 @@ namespace tarn {
 class TextLookup {
 public:
     virtual ~TextLookup() = default;
-    /// The files below `roots` whose text holds every one of the phrases; with `imagesOnly` the
-    /// pictures among them, where no phrases stand for any text at all.
-    virtual std::vector<URL> filesContaining(const std::vector<std::string>& phrases,
-                                             const std::vector<URL>& roots, bool imagesOnly,
+
+    struct Request {
+        std::vector<std::string> phrases;
+        std::vector<URL> roots;         ///< Below which to look.
+        bool imagesOnly = false;        ///< Without phrases: pictures with any text at all.
+        bool lastWordIsPrefix = false;  ///< The last word is still being typed.
+    };
+    /// A file as it was when its text was read; it may have changed or gone since.
+    struct Hit {
+        URL url;
+        TextIndex::Known state;
+    };
+    /// The files whose text holds every one of the phrases, as words that stand side by side.
+    virtual std::vector<Hit> filesContaining(const Request& request,
                                              const CancelToken& token) const = 0;
+
+    /// Every file below the roots that was read, by its path.
+    virtual std::unordered_map<std::string, TextIndex::Known> known(
+        const std::vector<URL>& roots) const = 0;
+
     /// The text known for a file as it is now; absent when it was not indexed or has changed.
     virtual std::optional<std::string> text(const URL& url) const = 0;
+
+    /// Whether the index finds every place that the phrase stands at. It cannot where words are
+    /// written without blanks between them, nor without a letter or a digit.
+    static bool knowsWordsOf(const std::string& phrase);
 };
 
 }  // namespace tarn

@@ -139,25 +139,29 @@ void TextTables::align() {
 
 void TextTables::match(const std::string& expression, bool imagesOnly, const Hit& onHit) {
     const auto hits = database_.lend(
-        "SELECT c0, path, method FROM (SELECT rowid AS hit FROM body WHERE body MATCH ?) "
+        "SELECT c0, path, method, mtime, size FROM (SELECT rowid AS hit FROM body WHERE body MATCH "
+        "?) "
         "CROSS JOIN body_content ON id = hit LEFT JOIN files ON files.rowid = hit");
     hits->bind(1, expression);
     while (hits->step()) {
         const std::string_view path = hits->text(0);
         bool isImage = hits->text(2) == "image";
+        TextIndex::Known known{hits->real(3), hits->integer(4)};
         if (hits->text(1) != path) {
-            const auto row = database_.lend("SELECT method FROM files WHERE path = ?");
+            const auto row = database_.lend("SELECT method, mtime, size FROM files WHERE path = ?");
             if (!row->bind(1, path).step()) continue;
             isImage = row->text(0) == "image";
+            known = {row->real(1), row->integer(2)};
         }
-        if ((!imagesOnly || isImage) && !onHit(path)) return;
+        if ((!imagesOnly || isImage) && !onHit(path, known)) return;
     }
 }
 
 void TextTables::imagesWithText(const Hit& onHit) {
-    const auto rows = database_.lend("SELECT path FROM files WHERE method = 'image' AND chars > 0");
+    const auto rows =
+        database_.lend("SELECT path, mtime, size FROM files WHERE method = 'image' AND chars > 0");
     while (rows->step())
-        if (!onHit(rows->text(0))) return;
+        if (!onHit(rows->text(0), {rows->real(1), rows->integer(2)})) return;
 }
 
 void TextTables::files(const std::vector<URL>& under, const Row& onRow) {

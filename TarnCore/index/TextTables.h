@@ -42,7 +42,7 @@ public:
     void align();
 
     /// Calls `onHit` for each text that the expression of FTS5 matches, until it returns false.
-    using Hit = std::function<bool(std::string_view path)>;
+    using Hit = std::function<bool(std::string_view path, const TextIndex::Known& known)>;
     void match(const std::string& expression, bool imagesOnly, const Hit& onHit);
     void imagesWithText(const Hit& onHit);
     /// Calls `onRow` for each file below one of the folders, or for all without any.

@@ -15,6 +15,7 @@ namespace tarn::CharacterFolding {
 namespace {
 
 constexpr char32_t codePoints = 0x110000;
+constexpr char32_t softHyphen = 0xAD;
 constexpr unsigned blockBits = 6;  ///< Characters that share all but the last byte of UTF-8.
 constexpr std::size_t blockSize = 1U << blockBits;
 
@@ -26,7 +27,7 @@ std::array<std::atomic<const Block*>, (codePoints >> blockBits)> blocks;
 Folded foldAlone(char32_t character) {
     std::string text;
     Text::append(text, character);
-    const std::string folded = Text::folded(text);
+    const std::string folded = character == softHyphen ? "" : Text::folded(text);
     Folded entry{};
     entry.length = static_cast<std::uint8_t>(std::min(folded.size(), Folded::longest));
     std::memcpy(entry.bytes, folded.data(), entry.length);
@@ -55,6 +56,16 @@ const Folded& fold(char32_t character) {
     const Block* block = blocks[index].load(std::memory_order_acquire);
     if (block == nullptr) block = &fill(index);
     return (*block)[character & (blockSize - 1)];
+}
+
+std::size_t nextNonASCII(std::string_view text, std::size_t index) {
+    for (; index + 8 <= text.size(); index += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, text.data() + index, 8);
+        if ((word & 0x8080808080808080) != 0) break;
+    }
+    while (index < text.size() && !isNonASCII(text[index])) ++index;
+    return index;
 }
 
 char32_t next(std::string_view text, std::size_t& index) {

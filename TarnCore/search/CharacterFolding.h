@@ -5,7 +5,8 @@
 #include <string_view>
 
 /// What Text::folded makes of single characters, from tables that fill themselves as characters are
-/// met, for scans of hundreds of megabytes. Callable from any thread.
+/// met, for scans of hundreds of megabytes. Soft hyphens go away like marks. Callable from any
+/// thread.
 ///
 /// Folding a text character by character gives what folding it whole gives, but for some marks of
 /// musical notation and old Korean that the whole would put in another order.
@@ -30,6 +31,10 @@ const Folded& fold(char32_t character);
 /// `brokenByte`.
 char32_t next(std::string_view text, std::size_t& index);
 inline constexpr char32_t brokenByte = 0xFFFFFFFF;
+
+inline bool isNonASCII(char c) { return (static_cast<unsigned char>(c) & 0x80) != 0; }
+/// The first byte from `index` on that is not ASCII, or the end.
+std::size_t nextNonASCII(std::string_view text, std::size_t index);
 
 inline bool isASCIIBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 inline bool isASCIIWordCharacter(char c) {

@@ -15,22 +15,11 @@ namespace tarn {
 namespace {
 
 using CharacterFolding::Folded;
+using CharacterFolding::isNonASCII;
+using CharacterFolding::nextNonASCII;
 
 /// Folded text that is gathered before it is searched.
 constexpr std::size_t foldedAtOnce = 64 << 10;
-
-bool isNonASCII(char c) { return (static_cast<unsigned char>(c) & 0x80) != 0; }
-
-/// The first byte from `index` on that is not ASCII, or the end.
-std::size_t nextNonASCII(std::string_view text, std::size_t index) {
-    for (; index + 8 <= text.size(); index += 8) {
-        std::uint64_t word;
-        std::memcpy(&word, text.data() + index, 8);
-        if ((word & 0x8080808080808080) != 0) break;
-    }
-    while (index < text.size() && !isNonASCII(text[index])) ++index;
-    return index;
-}
 
 /// How common a folded byte is in texts and source code, roughly: the more, the higher.
 int frequency(char c) {

@@ -1,8 +1,6 @@
 #include "TarnCore/search/QueryMatcher.h"
 
 #include <algorithm>
-#include <cstring>
-#include <system_error>
 #include <utility>
 
 #include "TarnCore/base/Text.h"
@@ -38,18 +36,17 @@ bool isBelowCameraFolder(const URL& url) {
                        [](std::string_view name) { return Text::lowercasedASCII(name) == "dcim"; });
 }
 
-/// Text as this program can read it: a NUL near the beginning means another format.
-bool looksLikeText(std::string_view content) {
-    constexpr std::size_t inspected = 8192;
-    return content.substr(0, inspected).find('\0') == content.npos;
-}
-
 }  // namespace
 
-QueryMatcher::QueryMatcher(SearchQuery query, std::shared_ptr<TextLookup> textIndex)
-    : query_(std::move(query)), terms_(query_.terms), textIndex_(std::move(textIndex)) {
-    for (const std::string& phrase : query_.containing)
-        lowerContaining_.push_back(Text::lowercased(phrase));
+QueryMatcher::QueryMatcher(SearchQuery query, std::shared_ptr<const TextLookup> textIndex,
+                           FileTexts::ReadDocument readDocument)
+    : query_(std::move(query)),
+      terms_(query_.terms),
+      texts_(std::move(textIndex), std::move(readDocument)) {
+    for (const std::string& phrase : query_.containing) {
+        PhraseFinder finder(phrase);
+        if (!finder.isEmpty()) phrases_.push_back(std::move(finder));
+    }
     if (query_.place && query_.place->which == PlaceFilter::Case::externalDrives) {
         for (const char* folder : {"/Volumes", "/media", "/run/media", "/mnt"})
             externalDrives_.push_back(URL::fromPath(folder));
@@ -71,11 +68,23 @@ bool QueryMatcher::termsMatch(const FileItem& item) const {
     const auto missing = termsMissingFromName(item.name);
     if (!missing) return false;
     if (missing->empty()) return true;
-    const auto text = textIndex_ ? textIndex_->text(item.url) : std::nullopt;
+    const auto text = texts_.indexed(item.url);
     return text && NameTerms(*missing).allIn(*text);
 }
 
 bool QueryMatcher::matchesFilters(const FileItem& item, bool checkName) const {
+    if (!matchesFacts(item, checkName)) return false;
+    if (!phrases_.empty()) return contentMatches(item.url, item.kind);
+    if (query_.textInImages) return !readableText(item.url, item.kind).value_or("").empty();
+    return true;
+}
+
+bool QueryMatcher::readsFacts() const {
+    return query_.source || query_.camera ||
+           (query_.date && query_.date->field == DateField::opened);
+}
+
+bool QueryMatcher::matchesFacts(const FileItem& item, bool checkName) const {
     // From the cheapest to those that read the file.
     if (query_.filesOnly && item.isDirectory) return false;
     if (checkName && !nameMatches(item.name)) return false;
@@ -85,12 +94,10 @@ bool QueryMatcher::matchesFilters(const FileItem& item, bool checkName) const {
     if (query_.place && !this->item(item, *query_.place)) return false;
     if (!kindMatches(item)) return false;
     if (query_.textInImages && item.kind != FileKind::image) return false;
+    if (!phrases_.empty() && item.isDirectory) return false;
     if (asksWhenOpened && !dateMatches(item)) return false;
     if (query_.source && !sourceMatches(item.url)) return false;
-    if (query_.camera && !cameraMatches(item)) return false;
-    if (!lowerContaining_.empty()) return !item.isDirectory && contentMatches(item.url, item.kind);
-    if (query_.textInImages) return !readableText(item.url, item.kind).value_or("").empty();
-    return true;
+    return !query_.camera || cameraMatches(item);
 }
 
 bool QueryMatcher::mayMatch(std::string_view name, FileType type, bool checkName) const {
@@ -100,7 +107,7 @@ bool QueryMatcher::mayMatch(std::string_view name, FileType type, bool checkName
     if (type == FileType::directory) {
         if (ResourceReader::isPackageName(name)) return true;
         if (query_.filesOnly || query_.size || query_.camera || query_.textInImages ||
-            !query_.containing.empty())
+            !phrases_.empty())
             return false;
         if (query_.kinds.empty() && query_.extensions.empty()) return true;
         return hasWantedExtension(name) ||
@@ -108,7 +115,7 @@ bool QueryMatcher::mayMatch(std::string_view name, FileType type, bool checkName
                    return kind == SearchKind::folder || kind == SearchKind::app;
                });
     }
-    const bool readsText = !query_.containing.empty() && !textIndex_;
+    const bool readsText = !phrases_.empty();
     const bool hasKinds = !query_.kinds.empty();
     const bool isAnyKind = !hasKinds && query_.extensions.empty();
     if (!hasKinds && !query_.camera && !query_.textInImages && !readsText)
@@ -117,7 +124,8 @@ bool QueryMatcher::mayMatch(std::string_view name, FileType type, bool checkName
     const KindRules::Facts facts(name);
     if (query_.camera && !KindRules::mayNameCamera(facts.kind())) return false;
     if (query_.textInImages && facts.kind() != FileKind::image) return false;
-    if (readsText && !KindRules::mayBePlainText(facts.type, facts.kind())) return false;
+    if (readsText && texts_.way(name, facts.type, facts.kind()) == FileTexts::Way::none)
+        return false;
     return isAnyKind || hasWantedExtension(name) ||
            std::any_of(query_.kinds.begin(), query_.kinds.end(), [&](SearchKind kind) {
                return KindRules::test(kind, facts) != KindRules::Answer::no;
@@ -225,29 +233,29 @@ bool QueryMatcher::cameraMatches(const FileItem& item) const {
 }
 
 bool QueryMatcher::contentMatches(const URL& url, FileKind kind) const {
-    if (lowerContaining_.empty()) return true;
-    const auto text = readableText(url, kind);
-    if (!text) return false;
-    const std::string lower = Text::lowercased(*text);
-    return std::all_of(
-        lowerContaining_.begin(), lowerContaining_.end(), [&](const std::string& phrase) {
-            return memmem(lower.data(), lower.size(), phrase.data(), phrase.size()) != nullptr;
-        });
+    if (phrases_.empty()) return true;
+    const auto test = [this](std::string_view text) {
+        return std::all_of(phrases_.begin(), phrases_.end(),
+                           [&](const PhraseFinder& phrase) { return phrase.occursIn(text); });
+    };
+    if (const auto text = texts_.indexed(url)) return test(*text);
+    const auto attributes = Platform::current().files->attributes(url, Links::follow);
+    return attributes && texts_.passes(url, wayOf(url, kind), attributes->size, test, {});
+}
+
+bool QueryMatcher::textMatches(std::string_view name, std::string_view text) const {
+    for (const PhraseFinder& phrase : phrases_)
+        if (!phrase.occursIn(text)) return false;
+    const auto missing = termsMissingFromName(name);
+    return missing && (missing->empty() || NameTerms(*missing).allIn(text));
+}
+
+FileTexts::Way QueryMatcher::wayOf(const URL& url, FileKind kind) const {
+    return texts_.way(url.name(), Platform::current().types->typeForName(url.name()), kind);
 }
 
 std::optional<std::string> QueryMatcher::readableText(const URL& url, FileKind kind) const {
-    if (textIndex_)
-        if (auto text = textIndex_->text(url)) return text;
-    const Platform& platform = Platform::current();
-    if (!KindRules::mayBePlainText(platform.types->typeForName(url.name()), kind))
-        return std::nullopt;
-    try {
-        std::string content = platform.files->readFile(url, longestText);
-        if (!looksLikeText(content)) return std::nullopt;
-        return content;
-    } catch (const std::system_error&) {
-        return std::nullopt;
-    }
+    return texts_.read(url, wayOf(url, kind), {});
 }
 
 std::optional<std::string> QueryMatcher::spotlightQuery() const {

@@ -8,7 +8,9 @@
 
 #include "TarnCore/files/FileItem.h"
 #include "TarnCore/platform/FileSystem.h"
+#include "TarnCore/search/FileTexts.h"
 #include "TarnCore/search/NameTerms.h"
+#include "TarnCore/search/PhraseFinder.h"
 #include "TarnCore/search/SearchQuery.h"
 
 namespace tarn {
@@ -19,9 +21,11 @@ class TextLookup;
 /// thread. Services come from Platform::current().
 class QueryMatcher {
 public:
-    explicit QueryMatcher(SearchQuery query, std::shared_ptr<TextLookup> textIndex = nullptr);
+    explicit QueryMatcher(SearchQuery query, std::shared_ptr<const TextLookup> textIndex = nullptr,
+                          FileTexts::ReadDocument readDocument = nullptr);
 
     const SearchQuery& query() const { return query_; }
+    const FileTexts& texts() const { return texts_; }
 
     /// Every term occurs in the name, in any order; case and diacritics do not matter, plurals
     /// match singulars. True without terms.
@@ -30,14 +34,17 @@ public:
     /// The terms that do not occur in the name, as they were typed; absent when none of them does.
     std::optional<std::vector<std::string>> termsMissingFromName(std::string_view name) const;
 
-    /// With a text index and several terms, a file may have some of them in its name and the
-    /// others in its text.
-    bool mayFindTermsInText() const { return textIndex_ && query_.terms.size() > 1; }
-    /// nameMatches, or that.
+    /// With several terms, a file may have some of them in its name and the others in its text.
+    bool mayFindTermsInText() const { return query_.terms.size() > 1; }
+    /// nameMatches, or that, as far as the index knows the text.
     bool termsMatch(const FileItem& item) const;
 
     /// Every filter of the query holds; the name is tested too when `checkName` is set.
     bool matchesFilters(const FileItem& item, bool checkName) const;
+    /// Every filter but those that ask for text in the file.
+    bool matchesFacts(const FileItem& item, bool checkName) const;
+    /// Something must be read to know, besides the text, whether an item matches.
+    bool readsFacts() const;
 
     /// A cheap question before anything is read about a child of a folder: false when no item of
     /// this name and type can pass matchesFilters(item, checkName). Most of a walk ends here.
@@ -50,17 +57,21 @@ public:
     /// Camera maker and model from the file's metadata.
     std::optional<std::string> camera(const URL& url) const;
 
-    /// Every phrase of `containing` occurs in the text of the file.
+    /// Phrases of `containing` that there is anything in to look for.
+    const std::vector<PhraseFinder>& phrases() const { return phrases_; }
+    /// Every phrase occurs in the text of the file, without regard to case, diacritics and line
+    /// breaks.
     bool contentMatches(const URL& url, FileKind kind) const;
-    /// The text of a file from the text index, else the file itself when it is plain text in
-    /// UTF-8: at most its first `longestText` bytes.
+    /// Every phrase occurs in the text; and so do the terms that the name lacks, when it has any.
+    bool textMatches(std::string_view name, std::string_view text) const;
+    /// The text of a file from the text index, else from the file.
     std::optional<std::string> readableText(const URL& url, FileKind kind) const;
-    static constexpr std::size_t longestText = 32 << 20;
 
     /// The query for a metadata index; absent when nothing in it can be put to one.
     std::optional<std::string> spotlightQuery() const;
 
 private:
+    FileTexts::Way wayOf(const URL& url, FileKind kind) const;
     bool kindMatches(const FileItem& item) const;
     bool hasWantedExtension(std::string_view name) const;
     bool dateMatches(const FileItem& item) const;
@@ -70,8 +81,8 @@ private:
 
     SearchQuery query_;
     NameTerms terms_;
-    std::vector<std::string> lowerContaining_;
-    std::shared_ptr<TextLookup> textIndex_;
+    std::vector<PhraseFinder> phrases_;
+    FileTexts texts_;
     std::vector<URL> externalDrives_;  ///< When the query asks for them.
 };
 

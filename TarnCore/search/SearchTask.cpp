@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <utility>
 
@@ -11,8 +12,9 @@
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/files/TreeWalker.h"
-#include "TarnCore/index/TextLookup.h"
 #include "TarnCore/platform/Platform.h"
+#include "TarnCore/search/IndexedContent.h"
+#include "TarnCore/search/NameTerms.h"
 #include "TarnCore/search/QueryMatcher.h"
 #include "TarnCore/search/SearchResults.h"
 #include "TarnCore/search/SearchWalk.h"
@@ -95,10 +97,15 @@ SearchOptions prepared(SearchOptions options) {
 
 struct SearchTask::State {
     explicit State(SearchOptions given)
-        : options(prepared(std::move(given))), matcher(options.query, options.textIndex) {}
+        : options(prepared(std::move(given))),
+          matcher(options.query, options.textIndex,
+                  options.indexesOnly ? nullptr : options.readDocument),
+          indexed(options.textIndex, options.query,
+                  {options.roots, options.lastWordIsPrefix, options.indexesOnly}) {}
 
     const SearchOptions options;
     const QueryMatcher matcher;
+    const IndexedContent indexed;
     CancelToken stop;  ///< Cancelled, or as many results as there may be.
     std::atomic<bool> isCancelled{false};
     std::atomic<std::int64_t> visited{0};
@@ -113,10 +120,15 @@ struct SearchTask::State {
     bool walks() const;
     void findImages(SearchResults& results);
     void askMetadataIndex(SearchResults& results);
-    void askTextIndex(SearchResults& results);
+    using Candidates = std::vector<IndexedContent::Candidate>;
+    void addFromTextIndex(SearchResults& results, const Candidates& candidates);
+    bool textMatches(const IndexedContent::Candidate& candidate,
+                     const FileAttributes& attributes) const;
     void walk(SearchResults& results);
+    void readDocuments(SearchResults& results, std::vector<SearchWalk::Document> documents);
     bool isInScope(const FileItem& item) const;
-    std::vector<FileItem> load(const std::vector<URL>& urls, bool checksTerms) const;
+    std::optional<FileItem> loadMatching(const URL& url) const;
+    std::vector<FileItem> load(const std::vector<URL>& urls) const;
 };
 
 bool SearchTask::State::usesMetadataIndex() const {
@@ -125,7 +137,7 @@ bool SearchTask::State::usesMetadataIndex() const {
 
 bool SearchTask::State::walks() const {
     const SearchQuery& query = options.query;
-    if (options.roots.empty()) return false;
+    if (options.roots.empty() || options.indexesOnly) return false;
     if (query.textInImages && query.containing.empty()) return false;
     // The index knows better than the disk when a file was last opened.
     const bool leavesItToIndex = usesMetadataIndex() && !Paths::isIsolated() && query.date &&
@@ -144,12 +156,19 @@ void SearchTask::State::run(const SearchResults::OnBatch& onBatch) {
     std::vector<std::function<void()>> jobs;
     if (imageDescription(options.query)) jobs.push_back([&] { findImages(results); });
     if (usesMetadataIndex()) jobs.push_back([&] { askMetadataIndex(results); });
-    if (options.textIndex && (!options.query.containing.empty() || options.query.textInImages))
-        jobs.push_back([&] { askTextIndex(results); });
+    if (indexed.isAsked())
+        jobs.push_back([&] { addFromTextIndex(results, indexed.candidates(stop)); });
+    if (indexed.isAskedForTerms())
+        jobs.push_back([&] { addFromTextIndex(results, indexed.candidatesByTerms(stop)); });
     if (walks()) jobs.push_back([&] { walk(results); });
-    TaskPool::shared().forEach(jobs.size(), [&](std::size_t i) {
+    const auto runJob = [&](std::size_t i) {
         if (!stop.isCancelled()) jobs[i]();
-    });
+    };
+    // A single job needs no other threads, which take longer to begin than an index to answer.
+    if (jobs.size() == 1)
+        runJob(0);
+    else
+        TaskPool::shared().forEach(jobs.size(), runJob);
     results.deliver();
 }
 
@@ -160,7 +179,7 @@ void SearchTask::State::findImages(SearchResults& results) {
     if (!scores) return;
     const auto urls = bestImages(*scores);
     *imageScores.lock() = std::move(*scores);
-    results.add(load(urls, false));
+    results.add(load(urls));
 }
 
 void SearchTask::State::askMetadataIndex(SearchResults& results) {
@@ -168,24 +187,84 @@ void SearchTask::State::askMetadataIndex(SearchResults& results) {
         Platform::current().index->find(
             *matcher.spotlightQuery(), options.roots, stop,
             // The index has looked for the terms in names and in texts.
-            [&](const std::vector<URL>& urls) { results.add(load(urls, false)); });
+            [&](const std::vector<URL>& urls) { results.add(load(urls)); });
     } catch (const Error&) {
         // A broken index takes nothing away from what the other jobs find.
     }
 }
 
-void SearchTask::State::askTextIndex(SearchResults& results) {
-    const SearchQuery& query = options.query;
-    results.add(load(options.textIndex->filesContaining(query.containing, options.roots,
-                                                        query.textInImages, stop),
-                     true));
+void SearchTask::State::addFromTextIndex(SearchResults& results, const Candidates& candidates) {
+    constexpr std::size_t atOnce = 64;
+    const auto add = [&](std::size_t part) {
+        std::vector<FileItem> items;
+        const std::size_t end = std::min(candidates.size(), (part + 1) * atOnce);
+        for (std::size_t i = part * atOnce; i < end && !stop.isCancelled(); ++i) {
+            const IndexedContent::Candidate& candidate = candidates[i];
+            const auto attributes =
+                Platform::current().files->attributes(candidate.url, Links::keep);
+            if (!attributes || !matcher.mayMatch(*attributes)) continue;
+            if (!textMatches(candidate, *attributes)) continue;
+            if (auto item = loadMatching(candidate.url)) items.push_back(std::move(*item));
+        }
+        if (!items.empty()) results.add(std::move(items));
+    };
+    const std::size_t parts = (candidates.size() + atOnce - 1) / atOnce;
+    if (parts == 1)
+        add(0);
+    else
+        TaskPool::shared().forEach(parts, add);
+}
+
+/// What the index said holds while the file is as it was then; otherwise the file itself is asked.
+bool SearchTask::State::textMatches(const IndexedContent::Candidate& candidate,
+                                    const FileAttributes& attributes) const {
+    const std::string_view name = candidate.url.name();
+    const auto test = [&](std::string_view text) { return matcher.textMatches(name, text); };
+    if (IndexedContent::stateOf(attributes) == candidate.state) {
+        const auto missing = matcher.termsMissingFromName(name);
+        if (!missing) return false;
+        if (candidate.isCertain && missing->empty()) return true;
+        if (candidate.isCertain && indexed.isAskedForTerms()) return true;
+        const auto text = matcher.texts().indexed(candidate.url);
+        if (candidate.isCertain) return text && NameTerms(*missing).allIn(*text);
+        return text && test(*text);
+    }
+    // The walk reads what has changed, but for terms alone it reads nothing.
+    if (options.indexesOnly || !indexed.isAskedForTerms()) return false;
+    const FileTexts& texts = matcher.texts();
+    return texts.passes(candidate.url, texts.way(name), attributes.size, test, stop);
 }
 
 void SearchTask::State::walk(SearchResults& results) {
     TreeWalker walker(options.roots);
-    SearchWalk visitor(matcher, results, options.includeHidden, walker.threadCount(), stop,
+    SearchWalk visitor(matcher, indexed, results, options.includeHidden, walker.threadCount(), stop,
                        visited);
     walker.walk(visitor, stop);
+    readDocuments(results, visitor.takeDocuments());
+}
+
+/// Each keeps a helper busy for milliseconds or seconds, so they have a pool of their own: lists
+/// and other searches of the process are not to wait for them.
+void SearchTask::State::readDocuments(SearchResults& results,
+                                      std::vector<SearchWalk::Document> documents) {
+    if (documents.empty() || stop.isCancelled()) return;
+    results.deliver();
+    std::ranges::stable_sort(documents, std::ranges::greater(), &SearchWalk::Document::modified);
+    TaskPool pool(TaskPool::shared().threadCount() - 1);
+    pool.forEach(documents.size(), [&](std::size_t i) {
+        if (stop.isCancelled()) return;
+        const auto& [url, size, modified] = documents[i];
+        const auto test = [&](std::string_view text) {
+            return matcher.textMatches(url.name(), text);
+        };
+        if (matcher.texts().passes(url, FileTexts::Way::document, size, test, stop))
+            if (auto item = loadMatching(url)) {
+                std::vector<FileItem> items;
+                items.push_back(std::move(*item));
+                results.add(std::move(items));
+            }
+        results.deliverIfDue();
+    });
 }
 
 /// What a walk would have come by, as far as hidden items go.
@@ -198,14 +277,20 @@ bool SearchTask::State::isInScope(const FileItem& item) const {
     });
 }
 
-std::vector<FileItem> SearchTask::State::load(const std::vector<URL>& urls,
-                                              bool checksTerms) const {
+/// A file whose name and text match, when everything else does as well.
+std::optional<FileItem> SearchTask::State::loadMatching(const URL& url) const {
+    auto item = FileItem::load(url);
+    if (item && isInScope(*item) && matcher.matchesFacts(*item, false)) return item;
+    return std::nullopt;
+}
+
+/// Files that another index has found for their names or their texts.
+std::vector<FileItem> SearchTask::State::load(const std::vector<URL>& urls) const {
     std::vector<FileItem> items;
     for (const URL& url : urls) {
         if (stop.isCancelled()) break;
         auto item = FileItem::load(url);
         if (!item || !isInScope(*item) || !matcher.matchesFilters(*item, false)) continue;
-        if (checksTerms && !matcher.termsMatch(*item)) continue;
         items.push_back(std::move(*item));
     }
     return items;
@@ -248,6 +333,31 @@ std::vector<FileItem> SearchTask::runAll() {
 void SearchTask::cancel() {
     state_->isCancelled = true;
     state_->stop.cancel();
+}
+
+TextMatch SearchTask::match(const FileItem& item, const CancelToken& token) const {
+    const QueryMatcher& matcher = state_->matcher;
+    const SearchQuery& query = matcher.query();
+    const auto missing = matcher.termsMissingFromName(item.name);
+    const bool hasTermsInText = missing && !missing->empty();
+    if (matcher.phrases().empty() && !query.textInImages && !hasTermsInText) return {};
+    const FileTexts& texts = matcher.texts();
+    TextMatch match;
+    if (const auto text = texts.read(item.url, texts.way(item.url.name()), token)) {
+        std::vector<PhraseFinder> phrases = matcher.phrases();
+        const NameTerms inText(missing.value_or(std::vector<std::string>()));
+        for (const std::string& stem : inText.stems()) phrases.emplace_back(stem);
+        match = Snippet::of(*text, phrases);
+        if (match.snippet.empty()) {
+            // The index takes whatever stands between two words for a blank.
+            for (PhraseFinder& phrase : phrases)
+                phrase = PhraseFinder(phrase.phrase(), PhraseFinder::Gaps::separators);
+            match = Snippet::of(*text, phrases);
+        }
+    }
+    const bool isPicture = item.kind == FileKind::image;
+    match.reason = isPicture ? TextMatch::Reason::textInImage : TextMatch::Reason::text;
+    return match;
 }
 
 std::optional<float> SearchTask::imageScore(const URL& url) const {

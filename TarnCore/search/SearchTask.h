@@ -8,9 +8,12 @@
 #include <unordered_map>
 #include <vector>
 
+#include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/TaskPool.h"
 #include "TarnCore/files/FileItem.h"
+#include "TarnCore/search/FileTexts.h"
 #include "TarnCore/search/SearchQuery.h"
+#include "TarnCore/search/TextMatch.h"
 
 namespace tarn {
 
@@ -25,13 +28,18 @@ struct SearchOptions {
     bool useSpotlight = true;   ///< Ask the metadata index, when there is one.
     std::int64_t limit = 5000;  ///< Most results delivered.
     TaskPriority priority = TaskPriority::userWaits;
-    std::shared_ptr<TextLookup> textIndex;
+    std::shared_ptr<const TextLookup> textIndex;
+    /// Reads documents that the text index does not know; without it, only plain text is read.
+    FileTexts::ReadDocument readDocument;
+    bool lastWordIsPrefix = false;  ///< The query is being typed: its last phrase may go on.
+    bool indexesOnly = false;       ///< No folder is looked at and no file read.
     /// What `currentFolder` in the query's place means; the first root when absent.
     std::optional<URL> currentFolder;
 };
 
 /// Runs one search: the metadata index, the content index, pictures by description and a walk of
 /// the roots, at once; every result is delivered once, in batches, until the limit is reached.
+/// Documents that no index knows are read when the walk is done, the newest first.
 ///
 /// `start` may be called once. `onBatch` comes from worker threads, one at a time; `onDone` comes
 /// once, after the last batch, on a worker thread, also after `cancel`. No batch follows a
@@ -52,6 +60,10 @@ public:
     /// Runs to the end on this thread and the pool, and returns everything accepted.
     std::vector<FileItem> runAll();
     void cancel();
+
+    /// Why a result was found. Reads the text of the file, from the index or the disk, when the
+    /// query asks for texts, so it is for rows that are shown. Any thread, also after the end.
+    TextMatch match(const FileItem& item, const CancelToken& token = {}) const;
 
     std::optional<float> imageScore(const URL& url) const;
     /// Files and folders that the walk has looked at so far; for "Searched 214,000 files".

@@ -1,5 +1,6 @@
 #include "TarnCore/search/SearchWalk.h"
 
+#include <iterator>
 #include <utility>
 
 namespace tarn {
@@ -16,12 +17,15 @@ void append(std::vector<std::string>& names, std::size_t& count, std::string_vie
 
 }  // namespace
 
-SearchWalk::SearchWalk(const QueryMatcher& matcher, SearchResults& results, bool includeHidden,
-                       std::size_t threads, CancelToken token, std::atomic<std::int64_t>& visited)
+SearchWalk::SearchWalk(const QueryMatcher& matcher, const IndexedContent& indexed,
+                       SearchResults& results, bool includeHidden, std::size_t threads,
+                       CancelToken token, std::atomic<std::int64_t>& visited)
     : matcher_(matcher),
+      indexed_(indexed),
       results_(results),
       includeHidden_(includeHidden),
-      checksNames_(!matcher.mayFindTermsInText()),
+      readsTexts_(!matcher.phrases().empty()),
+      checksNames_(!readsTexts_ || !matcher.mayFindTermsInText()),
       token_(std::move(token)),
       visited_(visited),
       workers_(threads) {}
@@ -36,7 +40,7 @@ void SearchWalk::visit(TreeWalker::Folder& folder, std::span<const FolderEntry> 
         }
         if (entry.type == FileType::directory && isToBeEntered(folder, name))
             append(worker.subfolders, worker.subfolderCount, name);
-        if (!matcher_.mayMatch(name, entry.type, checksNames_)) continue;
+        if (!matcher_.mayMatch(name, entry.type, checksNames_) || !mayHaveTerms(name)) continue;
         append(worker.candidates, worker.candidateCount, name);
         if (worker.candidateCount >= mostCandidates) test(folder, worker);
     }
@@ -85,6 +89,11 @@ std::optional<FileItem> SearchWalk::match(const TreeWalker::Folder& folder, cons
                                           Worker& worker) const {
     const auto attributes = folder.reader().attributes(name.c_str(), Links::keep);
     if (!attributes || !matcher_.mayMatch(*attributes)) return std::nullopt;
+    const URL url = URL::fromPath(folder.pathOf(name));
+    const bool isPlainFile = attributes->type == FileType::file;
+    const bool readsTextFirst = readsTexts_ && isPlainFile && !matcher_.readsFacts();
+    // Most files have none of the phrases, and an item takes as long to make as a page to read.
+    if (readsTextFirst && !hasText(name, url, *attributes, worker)) return std::nullopt;
     const ResourceReader& reader = resources(folder, worker);
     if (!includeHidden_ && reader.isHidden(name)) return std::nullopt;
 
@@ -92,12 +101,40 @@ std::optional<FileItem> SearchWalk::match(const TreeWalker::Folder& folder, cons
     if (attributes->type == FileType::symlink)
         if (const auto target = folder.reader().attributes(name.c_str(), Links::follow))
             leadsToFolder = target->type == FileType::directory;
-    const URL url = URL::fromPath(folder.pathOf(name));
     FileItem item =
         FileItem::make(url, reader.values(url, name, *attributes, leadsToFolder, {.tags = true}));
-    if (!matcher_.matchesFilters(item, checksNames_)) return std::nullopt;
-    if (!checksNames_ && !matcher_.termsMatch(item)) return std::nullopt;
-    return item;
+    if (!matcher_.matchesFacts(item, checksNames_)) return std::nullopt;
+    if (!readsTexts_ || readsTextFirst) return item;
+    const bool matches = isPlainFile
+                             ? hasText(name, url, *attributes, worker)
+                             : matcher_.contentMatches(url, item.kind) && matcher_.termsMatch(item);
+    return matches ? std::optional(std::move(item)) : std::nullopt;
+}
+
+/// Some terms must be in the name also where texts may have the others.
+bool SearchWalk::mayHaveTerms(std::string_view name) const {
+    return checksNames_ || matcher_.termsMissingFromName(name).has_value();
+}
+
+bool SearchWalk::hasText(std::string_view name, const URL& url, const FileAttributes& attributes,
+                         Worker& worker) const {
+    if (indexed_.answers(url.path(), attributes)) return false;
+    const FileTexts& texts = matcher_.texts();
+    const FileTexts::Way way = texts.way(name);
+    if (way == FileTexts::Way::document) {
+        worker.documents.push_back({url, attributes.size, attributes.modified});
+        return false;
+    }
+    return texts.passes(
+        url, way, attributes.size,
+        [&](std::string_view text) { return matcher_.textMatches(name, text); }, token_);
+}
+
+std::vector<SearchWalk::Document> SearchWalk::takeDocuments() {
+    std::vector<Document> documents;
+    for (Worker& worker : workers_)
+        std::move(worker.documents.begin(), worker.documents.end(), std::back_inserter(documents));
+    return documents;
 }
 
 }  // namespace tarn

@@ -11,6 +11,7 @@
 #include "TarnCore/files/FileItem.h"
 #include "TarnCore/files/ResourceReader.h"
 #include "TarnCore/files/TreeWalker.h"
+#include "TarnCore/search/IndexedContent.h"
 #include "TarnCore/search/QueryMatcher.h"
 #include "TarnCore/search/SearchResults.h"
 
@@ -22,10 +23,25 @@ namespace tarn {
 /// and made a FileItem when these pass too. Hidden items are left out unless asked for, and so
 /// are a root's own "Library", folders that hold no results, and the insides of packages, which
 /// are one item each.
+///
+/// Where the query asks for phrases, plain text is read on the way. Documents, which take longer,
+/// are only gathered, so that whatever is quick comes first; files that the index of texts knows as
+/// they are now are left to it.
 class SearchWalk final : public TreeWalker::Visitor {
 public:
-    SearchWalk(const QueryMatcher& matcher, SearchResults& results, bool includeHidden,
-               std::size_t threads, CancelToken token, std::atomic<std::int64_t>& visited);
+    SearchWalk(const QueryMatcher& matcher, const IndexedContent& indexed, SearchResults& results,
+               bool includeHidden, std::size_t threads, CancelToken token,
+               std::atomic<std::int64_t>& visited);
+
+    /// A file whose text must be read by others; everything else about it matches as far as its
+    /// name and attributes tell.
+    struct Document {
+        URL url;
+        std::int64_t size = 0;
+        Date modified;
+    };
+    /// After the walk.
+    std::vector<Document> takeDocuments();
 
     void visit(TreeWalker::Folder& folder, std::span<const FolderEntry> entries) override;
     void leave(TreeWalker::Folder& folder) override;
@@ -41,6 +57,7 @@ private:
         bool hasHiddenList = false;     ///< A ".hidden" was among the names so far.
         bool mayHaveHiddenList = true;  ///< Or may still come.
         std::optional<ResourceReader> resources;
+        std::vector<Document> documents;
     };
 
     bool isToBeEntered(const TreeWalker::Folder& folder, std::string_view name) const;
@@ -48,10 +65,15 @@ private:
     void test(const TreeWalker::Folder& folder, Worker& worker);
     std::optional<FileItem> match(const TreeWalker::Folder& folder, const std::string& name,
                                   Worker& worker) const;
+    bool mayHaveTerms(std::string_view name) const;
+    bool hasText(std::string_view name, const URL& url, const FileAttributes& attributes,
+                 Worker& worker) const;
 
     const QueryMatcher& matcher_;
+    const IndexedContent& indexed_;
     SearchResults& results_;
     const bool includeHidden_;
+    const bool readsTexts_;
     const bool checksNames_;  ///< False when the text of a file may make up for its name.
     const CancelToken token_;
     std::atomic<std::int64_t>& visited_;

@@ -345,7 +345,7 @@ TEST(QueryMatcher, readsPlainTextForPhrases) {
         {"b.txt", "größe of things", false},
         {"c.cpp", "// second größe of things", true},
         {"LICENSE", "größe of things second", true},
-        {"data", std::string("größe of things second\0", 25), false},
+        {"data", "größe of things second" + std::string(20, '\0'), false},
         {"d.png", "größe of things second", false},
         {"e.txt", "", false},
         {"f.txt", std::string(100'000, 'x') + "SECOND größe of things", true},
@@ -360,8 +360,11 @@ TEST(QueryMatcher, readsPlainTextForPhrases) {
 class FixedTexts final : public TextLookup {
 public:
     std::map<URL, std::string> texts;
-    std::vector<URL> filesContaining(const std::vector<std::string>&, const std::vector<URL>&, bool,
-                                     const CancelToken&) const override {
+    std::vector<Hit> filesContaining(const Request&, const CancelToken&) const override {
+        return {};
+    }
+    std::unordered_map<std::string, TextIndex::Known> known(
+        const std::vector<URL>&) const override {
         return {};
     }
     std::optional<std::string> text(const URL& url) const override {

@@ -10,7 +10,6 @@
 
 #include "TarnCore/base/Error.h"
 #include "TarnCore/files/Paths.h"
-#include "TarnCore/index/TextLookup.h"
 #include "TarnCore/platform/memory/MemoryFileSystem.h"
 #include "TarnCore/platform/memory/MemoryPlatform.h"
 #include "TarnCore/search/SearchTask.h"
@@ -308,42 +307,6 @@ TEST(SearchTask, joinsTheMetadataIndexWithTheWalk) {
     unsetenv("TARN_ISOLATED_ROOT");
     Paths::reload();
     EXPECT_GT(machine.files->opened().size(), before);
-}
-
-class FixedTexts final : public TextLookup {
-public:
-    std::vector<URL> urls;
-    std::vector<URL> filesContaining(const std::vector<std::string>&, const std::vector<URL>&, bool,
-                                     const CancelToken&) const override {
-        return urls;
-    }
-    std::optional<std::string> text(const URL& url) const override {
-        if (std::find(urls.begin(), urls.end(), url) == urls.end()) return std::nullopt;
-        return "the phrase and the words";
-    }
-};
-
-TEST(SearchTask, joinsTheTextIndexWithTheWalk) {
-    const MemoryPlatform machine;
-    const ScopedPlatform scope(machine.services());
-    const URL root = URL::fromPath("/data");
-    for (const char* path : {"a/scan.pdf", "a/photo.png", ".h/scan.pdf"})
-        machine.files->addFile(root.appending(path));
-    machine.files->addFile(root.appending("a/plain.txt"), "another Phrase");
-    const auto texts = std::make_shared<FixedTexts>();
-    for (const char* path : {"/data/a/scan.pdf", "/data/a/photo.png", "/data/.h/scan.pdf"})
-        texts->urls.push_back(URL::fromPath(path));
-
-    auto options = optionsFor({}, {root});
-    options.textIndex = texts;
-    options.query.containing = {"phrase"};
-    EXPECT_THAT(found(options, root), ElementsAre("a/photo.png", "a/plain.txt", "a/scan.pdf"));
-    options.query.containing.clear();
-    options.query.textInImages = true;
-    EXPECT_THAT(found(options, root), ElementsAre("a/photo.png"));
-    options.query.textInImages = false;
-    options.query.terms = {"scan", "words"};
-    EXPECT_THAT(found(options, root), ElementsAre("a/scan.pdf"));
 }
 
 TEST(SearchTask, addsPicturesThatShowWhatIsDescribed) {

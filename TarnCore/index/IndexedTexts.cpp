@@ -1,0 +1,44 @@
+#include "TarnCore/index/IndexedTexts.h"
+
+#include <utility>
+
+#include "TarnCore/platform/Platform.h"
+
+namespace tarn {
+
+IndexedTexts::IndexedTexts(std::shared_ptr<const TextIndex> index) : index_(std::move(index)) {}
+
+std::shared_ptr<const IndexedTexts> IndexedTexts::shared() {
+    if (!Platform::current().files->attributes(TextIndex::sharedFile(), Links::follow))
+        return nullptr;
+    return std::make_shared<const IndexedTexts>(TextIndex::shared());
+}
+
+std::vector<TextLookup::Hit> IndexedTexts::filesContaining(const Request& request,
+                                                           const CancelToken& token) const {
+    TextIndex::Scope scope;
+    scope.under = request.roots;
+    scope.imagesOnly = request.imagesOnly;
+    scope.lastWordIsPrefix = request.lastWordIsPrefix;
+    std::vector<Hit> hits;
+    for (TextIndex::Hit& hit : index_->hits(request.phrases, scope, token))
+        hits.push_back({URL::fromPath(std::move(hit.path)), hit.known});
+    return hits;
+}
+
+std::unordered_map<std::string, TextIndex::Known> IndexedTexts::known(
+    const std::vector<URL>& roots) const {
+    return index_->known(roots);
+}
+
+std::optional<std::string> IndexedTexts::text(const URL& url) const {
+    const auto known = index_->known(url.path());
+    if (!known) return std::nullopt;
+    const auto attributes = Platform::current().files->attributes(url, Links::keep);
+    if (!attributes ||
+        *known != TextIndex::Known{TextIndex::time(attributes->modified), attributes->size})
+        return std::nullopt;
+    return index_->text(url.path());
+}
+
+}  // namespace tarn
