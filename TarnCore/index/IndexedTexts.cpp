@@ -9,8 +9,6 @@ namespace tarn {
 IndexedTexts::IndexedTexts(std::shared_ptr<const TextIndex> index) : index_(std::move(index)) {}
 
 std::shared_ptr<const IndexedTexts> IndexedTexts::shared() {
-    if (!Platform::current().files->attributes(TextIndex::sharedFile(), Links::follow))
-        return nullptr;
     return std::make_shared<const IndexedTexts>(TextIndex::shared());
 }
 

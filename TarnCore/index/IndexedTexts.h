@@ -10,7 +10,7 @@ namespace tarn {
 class IndexedTexts final : public TextLookup {
 public:
     explicit IndexedTexts(std::shared_ptr<const TextIndex> index);
-    /// Of the index of the user; null when there is none. Makes no file.
+    /// Of the index of the user. Makes no file: without one, it knows nothing.
     static std::shared_ptr<const IndexedTexts> shared();
 
     std::vector<Hit> filesContaining(const Request& request,

@@ -6,6 +6,7 @@
 #include "TarnCore/index/PlainText.h"
 #include "TarnCore/index/TextExtractor.h"
 #include "TarnCore/index/TextLookup.h"
+#include "TarnCore/index/TextReader.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/search/CharacterFolding.h"
 #include "TarnCore/search/KindRules.h"
@@ -30,6 +31,15 @@ bool isUTF8(std::string_view bytes) {
 
 FileTexts::FileTexts(std::shared_ptr<const TextLookup> index, ReadDocument readDocument)
     : index_(std::move(index)), readDocument_(std::move(readDocument)) {}
+
+FileTexts::ReadDocument FileTexts::reading(std::shared_ptr<TextReader> reader) {
+    return [reader = std::move(reader)](const URL& url, std::int64_t size,
+                                        const CancelToken& token) -> std::optional<std::string> {
+        TextReader::Result result = reader->read(url, size, token);
+        if (result.outcome != TextReader::Outcome::read) return std::nullopt;
+        return std::move(result.text);
+    };
+}
 
 FileTexts::Way FileTexts::way(std::string_view name) const {
     const KindRules::Facts facts(name);

@@ -14,6 +14,7 @@
 namespace tarn {
 
 class TextLookup;
+class TextReader;
 
 /// What files say, for a search: from the index of texts where it knows the file as it is now, else
 /// from the file itself. Callable from any thread.
@@ -29,6 +30,9 @@ public:
     /// Without `index` everything is read; without `readDocument`, plain text only.
     explicit FileTexts(std::shared_ptr<const TextLookup> index = nullptr,
                        ReadDocument readDocument = nullptr);
+
+    /// That of a reader, which lives as long as the function.
+    static ReadDocument reading(std::shared_ptr<TextReader> reader);
 
     enum class Way {
         none,      ///< No text that we could read.

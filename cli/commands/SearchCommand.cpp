@@ -11,12 +11,15 @@
 #include "TarnCore/files/Format.h"
 #include "TarnCore/files/ListingError.h"
 #include "TarnCore/files/Paths.h"
+#include "TarnCore/index/IndexedTexts.h"
+#include "TarnCore/index/TextReader.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/search/QueryParser.h"
 #include "TarnCore/search/SearchRanking.h"
 #include "TarnCore/search/SearchTask.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
+#include "cli/Explanation.h"
 #include "cli/Progress.h"
 #include "cli/Records.h"
 #include "cli/Session.h"
@@ -36,7 +39,9 @@ constexpr Option options[] = {
     {.name = "everywhere", .help = "Searches the whole computer"},
     {.name = "all", .letter = 'a', .help = "Looks at hidden items too"},
     {.name = "limit", .letter = 'n', .value = "N", .help = "Stops after N results"},
-    {.name = "no-index", .help = "Looks at the disk alone, not at the index of names"},
+    {.name = "explain", .help = "Says for each result why it was found, and shows the text"},
+    {.name = "no-index", .help = "Looks at the disk alone, not at the indexes of names and texts"},
+    {.name = "index-only", .help = "Asks the indexes alone and looks into no folder"},
     {.name = "trash", .help = "Looks in the Trash too"},
     CommonOptions::json,
     CommonOptions::paths,
@@ -47,6 +52,7 @@ constexpr Example examples[] = {
     {"tarn search pdfs from last week over 5 mb", "By type, date and size, below this folder"},
     {"tarn search --home screenshots from yesterday", "In the home folder"},
     {"tarn search --in ~/Music --in /media/usb flac -n 20", "The first 20 found in two places"},
+    {"tarn search --explain 'invoice containing “total due”'", "By what files say, and where"},
     {"tarn search -0 large videos | xargs -0 du -ch", "Hands the files to another program"},
 };
 
@@ -101,6 +107,11 @@ SearchOptions searchOptions(const Arguments& arguments, Session& session) {
     search.roots = roots(arguments, session, search.query);
     search.includeHidden = arguments.has("all");
     search.useSpotlight = !arguments.has("no-index");
+    search.indexesOnly = arguments.has("index-only");
+    if (!arguments.has("no-index")) search.textIndex = IndexedTexts::shared();
+    if (!search.query.containing.empty() && !search.indexesOnly)
+        search.readDocument =
+            FileTexts::reading(std::make_shared<TextReader>(TextReader::Options()));
     search.limit = arguments.number("limit", 1).value_or(std::numeric_limits<std::int64_t>::max());
     search.currentFolder = session.currentFolder();
 
@@ -115,11 +126,13 @@ SearchOptions searchOptions(const Arguments& arguments, Session& session) {
 /// Prints results as they come. Its members are called one at a time.
 class Printer {
 public:
-    Printer(Session& session, Form form, char end)
+    /// With `task`, it is explained why it found each of them.
+    Printer(Session& session, Form form, char end, const SearchTask* task)
         : out_(session.out()),
           terminal_(session.terminal()),
           form_(form == Form::lines && !terminal_.isTerminal() ? Form::paths : form),
           end_(end),
+          task_(task),
           progress_(!session.quiet()) {
         if (form_ == Form::lines) currentFolder_ = session.currentFolder();
     }
@@ -140,6 +153,7 @@ public:
             } else {
                 Records::writePath(out_, item, end_);
             }
+            if (task_) Explanation::appendLine(out_.buffer(), terminal_, task_->match(item));
         }
         try {
             out_.flush();
@@ -161,7 +175,10 @@ public:
         kept_ = SearchRanking::rank(std::move(kept_), query, [&](const FileItem& item) {
             return task.imageScore(item.url);
         });
-        Records::writeArray(out_, kept_);
+        if (task_)
+            writeExplained();
+        else
+            Records::writeArray(out_, kept_);
         out_ << '\n';
     }
 
@@ -190,28 +207,57 @@ private:
         out_ << (item.isDirectory ? "/\n" : "\n");
     }
 
+    void writeExplained() {
+        out_ << (kept_.empty() ? "[" : "[\n");
+        for (const FileItem& item : kept_) {
+            if (&item != &kept_.front()) out_ << ",\n";
+            Explanation::appendRecord(out_.buffer(), item, task_->match(item));
+            out_.flushIfLarge();
+        }
+        out_ << (kept_.empty() ? "]" : "\n]");
+    }
+
     Output& out_;
     const Terminal& terminal_;
     Form form_;
     char end_;
+    const SearchTask* task_;
     Progress progress_;
     URL currentFolder_;
     std::vector<FileItem> kept_;
     std::size_t count_ = 0;
 };
 
+int finish(Printer& printer, const SearchTask& task, const SearchQuery& query) {
+    if (!printer.failure.empty()) throw Error(printer.failure);
+    printer.finish(task, query);
+    return printer.count() > 0 ? ExitStatus::done : ExitStatus::nothingFound;
+}
+
 int run(const Arguments& arguments, Session& session) {
     const bool paths = arguments.has("paths") || arguments.has("null");
     if (arguments.has("json") && paths) {
         throw UsageError("“--json” and “--paths” exclude each other.");
     }
+    if (arguments.has("explain") && paths) {
+        throw UsageError("“--explain” and “--paths” exclude each other.");
+    }
+    if (arguments.has("no-index") && arguments.has("index-only")) {
+        throw UsageError("“--no-index” and “--index-only” exclude each other.");
+    }
     const Form form = arguments.has("json") ? Form::json : paths ? Form::paths : Form::lines;
     const SearchOptions search = searchOptions(arguments, session);
 
-    const Guarded<std::unique_ptr<Printer>> shared(
-        std::make_unique<Printer>(session, form, arguments.has("null") ? '\0' : '\n'));
-    std::condition_variable changed;
     SearchTask task(search);
+    auto made = std::make_unique<Printer>(session, form, arguments.has("null") ? '\0' : '\n',
+                                          arguments.has("explain") ? &task : nullptr);
+    // An index answers before threads have begun.
+    if (search.indexesOnly) {
+        made->add(task.runAll());
+        return finish(*made, task, search.query);
+    }
+    const Guarded<std::unique_ptr<Printer>> shared(std::move(made));
+    std::condition_variable changed;
     task.start(
         [&](std::vector<FileItem> batch) {
             const auto printer = shared.lock();
@@ -228,9 +274,7 @@ int run(const Arguments& arguments, Session& session) {
         changed.wait_for(printer.mutex(), std::chrono::milliseconds(100));
         (*printer)->showProgress(task.visitedCount());
     }
-    if (!(*printer)->failure.empty()) throw Error((*printer)->failure);
-    (*printer)->finish(task, search.query);
-    return (*printer)->count() > 0 ? ExitStatus::done : ExitStatus::nothingFound;
+    return finish(**printer, task, search.query);
 }
 
 }  // namespace
@@ -247,7 +291,11 @@ const Command searchCommand = {
         "shows how they are understood. A place that the query names (“in downloads”, “on this "
         "mac”) is searched wherever one stands.\n"
         "Results are printed as they are found, relative to the current folder on a terminal, else "
-        "as absolute paths; with “--json” they are an array in order of rank.",
+        "as absolute paths; with “--json” they are an array in order of rank.\n"
+        "“containing” asks for words in the text of files. What the index of texts knows (“tarn "
+        "index”) is found at once, by whole words; other files are read, the plain ones first. "
+        "Text "
+        "in pictures is found by the index alone.",
     .fewest = 1,
     .options = options,
     .examples = examples,
