@@ -33,9 +33,7 @@ std::optional<std::string> IndexedTexts::text(const URL& url) const {
     const auto known = index_->known(url.path());
     if (!known) return std::nullopt;
     const auto attributes = Platform::current().files->attributes(url, Links::keep);
-    if (!attributes ||
-        *known != TextIndex::Known{TextIndex::time(attributes->modified), attributes->size})
-        return std::nullopt;
+    if (!attributes || *known != TextIndex::Known::of(*attributes)) return std::nullopt;
     return index_->text(url.path());
 }
 

@@ -86,11 +86,7 @@ std::vector<IndexedContent::Candidate> IndexedContent::candidatesByTerms(
 bool IndexedContent::answers(const std::string& path, const FileAttributes& attributes) const {
     if (!index_ || !knowsWords_) return false;
     const auto found = known().find(path);
-    return found != known().end() && found->second == stateOf(attributes);
-}
-
-TextIndex::Known IndexedContent::stateOf(const FileAttributes& attributes) {
-    return {TextIndex::time(attributes.modified), attributes.size};
+    return found != known().end() && found->second == TextIndex::Known::of(attributes);
 }
 
 const std::unordered_map<std::string, TextIndex::Known>& IndexedContent::known() const {

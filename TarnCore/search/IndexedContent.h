@@ -47,8 +47,6 @@ public:
     /// Reads what the index knows of all files when first asked.
     bool answers(const std::string& path, const FileAttributes& attributes) const;
 
-    static TextIndex::Known stateOf(const FileAttributes& attributes);
-
 private:
     const std::unordered_map<std::string, TextIndex::Known>& known() const;
 

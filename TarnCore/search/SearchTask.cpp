@@ -220,7 +220,7 @@ bool SearchTask::State::textMatches(const IndexedContent::Candidate& candidate,
                                     const FileAttributes& attributes) const {
     const std::string_view name = candidate.url.name();
     const auto test = [&](std::string_view text) { return matcher.textMatches(name, text); };
-    if (IndexedContent::stateOf(attributes) == candidate.state) {
+    if (TextIndex::Known::of(attributes) == candidate.state) {
         const auto missing = matcher.termsMissingFromName(name);
         if (!missing) return false;
         if (candidate.isCertain && missing->empty()) return true;
