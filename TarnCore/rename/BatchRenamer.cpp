@@ -1,6 +1,12 @@
 #include "TarnCore/rename/BatchRenamer.h"
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
+#include <string>
+#include <system_error>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -8,6 +14,7 @@
 #include "TarnCore/base/Calendar.h"
 #include "TarnCore/base/JSONFields.h"
 #include "TarnCore/base/Locale.h"
+#include "TarnCore/base/TaskPool.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/ops/ChangeJournal.h"
 #include "TarnCore/ops/FileOps.h"
@@ -28,6 +35,9 @@ void to_json(JSON& json, const RenamePreview& preview) {
 
 namespace BatchRenamer {
 namespace {
+
+/// A second thread has to make its own patterns and formats before it can help.
+constexpr std::size_t worthTwoThreads = 1000;
 
 /// The most bytes a file name may have on the disks of this system.
 constexpr std::size_t longestFileName = 255;
@@ -56,6 +66,55 @@ RenamePreview renamed(const URL& url, std::size_t index, std::vector<PreparedRul
     preview.newName =
         includeExtension ? std::move(parts.base) : FileOps::join(parts.base, parts.ext);
     return preview;
+}
+
+/// The new names of some files of the batch, and their whole paths in lower case.
+struct Renamed {
+    std::vector<RenamePreview> previews;
+    std::vector<std::string> targets;
+};
+
+Renamed renamedPart(const std::vector<URL>& urls, std::size_t begin, std::size_t end,
+                    const std::vector<RenameRule>& rules, bool includeExtension,
+                    const Dates* dates) {
+    std::vector<PreparedRule> prepared(rules.begin(), rules.end());
+    Renamed part;
+    part.previews.reserve(end - begin);
+    part.targets.reserve(end - begin);
+    std::string_view folder;  // Of the file before, most often the same.
+    std::string loweredFolder;
+    for (std::size_t i = begin; i < end; ++i) {
+        const std::string_view path = urls[i].path();
+        const std::string_view parent = path.substr(0, path.size() - urls[i].name().size());
+        if (parent != folder) {
+            folder = parent;
+            loweredFolder = Text::lowercased(parent);
+        }
+        part.previews.push_back(renamed(urls[i], i, prepared, includeExtension, dates));
+        part.targets.push_back(loweredFolder + Text::lowercased(part.previews.back().newName));
+    }
+    return part;
+}
+
+/// True when a name of the batch is wanted by another file of it, or on some disks its own name in
+/// another case.
+bool exchangesNames(const TwoPhaseMove::Moves& moves) {
+    std::unordered_set<std::string> leaving;
+    leaving.reserve(moves.size());
+    for (const auto& [from, to] : moves) leaving.insert(Text::lowercased(from.path()));
+    return std::ranges::any_of(moves, [&](const auto& move) {
+        return leaving.contains(Text::lowercased(move.second.path()));
+    });
+}
+
+bool isTakenName(const std::exception_ptr& failure) {
+    try {
+        std::rethrow_exception(failure);
+    } catch (const std::system_error& error) {
+        return error.code() == std::errc::file_exists;
+    } catch (const std::exception&) {
+        return false;
+    }
 }
 
 /// "2026:03:15 12:00:00" on the clock of this computer's time zone.
@@ -110,32 +169,26 @@ bool isOneName(std::string_view name) {
 std::vector<RenamePreview> preview(const std::vector<URL>& urls,
                                    const std::vector<RenameRule>& rules, bool includeExtension,
                                    const Dates* dates) {
-    std::vector<PreparedRule> prepared;
-    prepared.reserve(rules.size());
-    for (const RenameRule& rule : rules) prepared.emplace_back(rule);
+    const std::size_t parts = urls.size() < worthTwoThreads ? 1 : 2;
+    std::vector<Renamed> named(parts);
+    TaskPool::shared().forEach(parts, [&](std::size_t part) {
+        named[part] = renamedPart(urls, urls.size() * part / parts,
+                                  urls.size() * (part + 1) / parts, rules, includeExtension, dates);
+    });
 
-    std::vector<RenamePreview> previews;
+    std::vector<RenamePreview> previews = std::move(named[0].previews);
     previews.reserve(urls.size());
-    std::vector<std::string> targets;  // In lower case.
-    targets.reserve(urls.size());
     std::unordered_map<std::string_view, int> counts;
     counts.reserve(urls.size());
     std::vector<const int*> countOf;  // Into the table, whose entries stay where they are.
     countOf.reserve(urls.size());
-    std::string_view folder;  // Of the file before, most often the same.
-    std::string loweredFolder;
-    for (std::size_t i = 0; i < urls.size(); ++i) {
-        const std::string_view path = urls[i].path();
-        const std::string_view parent = path.substr(0, path.size() - urls[i].name().size());
-        if (parent != folder) {
-            folder = parent;
-            loweredFolder = Text::lowercased(parent);
+    for (Renamed& part : named) {
+        if (&part != named.data()) std::ranges::move(part.previews, std::back_inserter(previews));
+        for (const std::string& target : part.targets) {
+            int& count = counts[target];
+            ++count;
+            countOf.push_back(&count);
         }
-        previews.push_back(renamed(urls[i], i, prepared, includeExtension, dates));
-        targets.push_back(loweredFolder + Text::lowercased(previews.back().newName));
-        int& count = counts[targets.back()];
-        ++count;
-        countOf.push_back(&count);
     }
 
     TargetFolders folders(urls);
@@ -188,7 +241,12 @@ std::vector<Step> apply(const std::vector<RenamePreview>& previews) {
         steps.push_back(Step::move(preview.id, target));
     }
     if (moves.empty()) return {};
-    const auto failure = TwoPhaseMove::run(moves, ChangeJournal::renaming);
+    const bool twoPhases = exchangesNames(moves);
+    auto failure = twoPhases ? TwoPhaseMove::run(moves, ChangeJournal::renaming)
+                             : TwoPhaseMove::runDirectly(moves);
+    // A disk may take two names for one for other reasons than their case.
+    if (!twoPhases && failure.error && !failure.notPutBack && isTakenName(failure.error))
+        failure = TwoPhaseMove::run(moves, ChangeJournal::renaming);
     if (failure.error) fail(failure.error);
     return steps;
 }

@@ -40,7 +40,13 @@ TargetFolders::TargetFolders(const std::vector<URL>& batch) : batch_(batch) {
 }
 
 bool TargetFolders::mayExist(const URL& file, std::string_view newName) {
-    Folder& folder = folders_[folderPath(file)];
+    const std::string_view path =
+        std::string_view(file.path()).substr(0, file.path().size() - file.name().size());
+    if (!last_ || lastPath_ != path) {
+        lastPath_ = path;
+        last_ = &folders_[lastPath_];  // Stays where it is when more are added.
+    }
+    Folder& folder = *last_;
     if (folder.files < worthReading) return true;
     if (!folder.wasRead) {
         folder.wasRead = true;

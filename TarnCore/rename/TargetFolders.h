@@ -36,6 +36,8 @@ private:
 
     const std::vector<URL>& batch_;
     std::unordered_map<std::string, Folder> folders_;  ///< By the path up to the name.
+    Folder* last_ = nullptr;  ///< Asked about last, most often the one that is asked about next.
+    std::string lastPath_;
     std::unordered_set<std::string_view> paths_;
     std::unordered_map<std::string, std::vector<const URL*>> lowered_;  ///< By path in lower case.
 };

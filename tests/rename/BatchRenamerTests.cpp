@@ -306,6 +306,27 @@ TEST_F(BatchRenamerTest, aLargeFolderIsSeenToo) {
     }
 }
 
+TEST_F(BatchRenamerTest, aLargeBatchIsOneBatch) {
+    // So large that two threads share it.
+    std::vector<URL> urls;
+    for (int i = 0; i < 2001; ++i) urls.push_back(folder / ("x" + std::to_string(i)));
+    const std::vector<Rule> rules = {{Rule::Replace{"^.*$", "n", true, true}},
+                                     {Rule::Number{1, 1, 4, after, ""}}};
+    const auto previews = BatchRenamer::preview(urls, rules, true);
+    ASSERT_EQ(previews.size(), urls.size());
+    for (std::size_t i = 0; i < urls.size(); ++i) {
+        const std::string digits = std::to_string(i + 1);
+        ASSERT_EQ(previews[i].id, urls[i]);
+        ASSERT_EQ(previews[i].newName, "n" + std::string(4 - digits.size(), '0') + digits);
+        ASSERT_EQ(previews[i].problem, std::nullopt);
+    }
+    urls.back() = folder / "X0";
+    const auto twice = BatchRenamer::preview(urls, {{Rule::AddText{"y", before}}}, true);
+    EXPECT_EQ(twice.front().problem, "Same name as another file in this rename");
+    EXPECT_EQ(twice.back().problem, twice.front().problem);
+    EXPECT_EQ(twice[1].problem, std::nullopt);
+}
+
 TEST_F(BatchRenamerTest, rulesThatCannotActSaySoAndLeaveTheName) {
     const URL file = folder.file("aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa!", "x");
     const struct {
