@@ -12,10 +12,10 @@
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/Format.h"
 #include "TarnCore/files/ListingError.h"
-#include "TarnCore/ops/OperationHistory.h"
 #include "TarnCore/ops/TransferJob.h"
 #include "TarnCore/platform/Platform.h"
 #include "cli/Arguments.h"
+#include "cli/Changes.h"
 #include "cli/ConflictQuestion.h"
 #include "cli/Interrupt.h"
 #include "cli/Progress.h"
@@ -198,13 +198,9 @@ void printResults(const TransferResult& result, const Arguments& arguments, Sess
 }
 
 void record(const TransferJob& job, const TransferResult& result) {
-    if (result.steps.empty()) return;
-    HistoryEntry entry;
-    entry.kind = job.kind() == TransferKind::copy ? OperationKind::copy : OperationKind::move;
-    entry.title = job.title();
-    entry.steps = result.steps;
-    entry.fileCount = static_cast<std::int64_t>(result.resultURLs.size());
-    OperationHistory(OperationHistory::defaultFile()).record(std::move(entry));
+    const auto kind = job.kind() == TransferKind::copy ? OperationKind::copy : OperationKind::move;
+    Changes::record(kind, job.title(), result.steps,
+                    static_cast<std::int64_t>(result.resultURLs.size()));
 }
 
 int statusOf(const TransferResult& result, bool stoppedByName) {

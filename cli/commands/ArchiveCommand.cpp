@@ -153,7 +153,9 @@ int runExtract(const Arguments& arguments, Session& session) {
     });
     if (!made) return ExitStatus::cancelled;
     record(OperationKind::extract, "Extract " + Text::quoted(archive.name()), *made);
-    printMade(session, *made);
+    // With folders above it that were missing too, the folder that was asked for is the answer.
+    const bool isInside = folder && made->size() == 1 && folder->isInside(made->front());
+    printMade(session, isInside ? std::vector{*folder} : *made);
     return ExitStatus::done;
 }
 

@@ -16,8 +16,8 @@
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/rename/BatchRenamer.h"
 #include "cli/Arguments.h"
+#include "cli/Changes.h"
 #include "cli/Command.h"
-#include "cli/Recording.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
 
@@ -102,8 +102,8 @@ int run(const Arguments& arguments, Session& session) {
     if (arguments.has("apply") && problems == 0) {
         std::vector<Step> steps = BatchRenamer::apply(previews);
         const auto count = static_cast<std::int64_t>(steps.size());
-        Recording::record(OperationKind::batchRename, "Rename " + Format::count(count, "file"),
-                          std::move(steps), count);
+        Changes::record(OperationKind::batchRename, "Rename " + Format::count(count, "file"),
+                        std::move(steps), count);
     }
     if (arguments.has("json")) {
         session.out() << JSONText::pretty(JSON(previews)) << '\n';

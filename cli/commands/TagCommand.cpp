@@ -15,8 +15,8 @@
 #include "TarnCore/ops/FileOps.h"
 #include "TarnCore/tags/TagStore.h"
 #include "cli/Arguments.h"
+#include "cli/Changes.h"
 #include "cli/Command.h"
-#include "cli/Recording.h"
 #include "cli/Records.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
@@ -104,7 +104,7 @@ int changeAll(const std::vector<URL>& urls, const std::string& title, const Chan
         }
     }
     const auto count = static_cast<std::int64_t>(steps.size());
-    Recording::record(OperationKind::tag, title, std::move(steps), count);
+    Changes::record(OperationKind::tag, title, std::move(steps), count);
     if (failures == 0) return ExitStatus::done;
     return failures == urls.size() ? ExitStatus::failed : ExitStatus::partlyFailed;
 }
