@@ -101,11 +101,12 @@ std::vector<URL> moveOut(UnpackFolder& folder, const std::vector<std::string>& p
     return moved;
 }
 
-/// The nearest folder above that exists.
-URL existingAbove(const URL& url) {
-    URL folder = url.parent();
-    while (!folder.isRoot() && !FileOps::exists(folder)) folder = folder.parent();
-    return folder;
+/// The item itself, or the first of the folders above it that is missing too.
+URL firstMissing(const URL& url) {
+    URL missing = url;
+    while (!missing.parent().isRoot() && !FileOps::exists(missing.parent()))
+        missing = missing.parent();
+    return missing;
 }
 
 }  // namespace
@@ -141,10 +142,19 @@ std::vector<URL> extract(const URL& from, const URL& to, const Watch& watch) {
             fill(folder, archive, from, everything, watch);
             return moveOut(folder, folder.names(), to);
         }
-        UnpackFolder folder(existingAbove(to));
-        fill(folder, archive, from, everything, watch);
-        Platform::current().files->createFolders(to.parent());
-        return {folder.moveWhole(to)};
+        // Folders that are missing above it are made and taken back with it.
+        const URL made = firstMissing(to);
+        const std::string below = to.path().substr(made.path().size());
+        UnpackFolder folder(made.parent());
+        fill(
+            folder, archive, from,
+            [&](std::string_view cleaned) {
+                return below.empty() ? std::string(cleaned)
+                                     : below.substr(1) + "/" + std::string(cleaned);
+            },
+            watch);
+        if (!below.empty()) Platform::current().files->createFolders(folder.url().appending(below));
+        return {folder.moveWhole(made)};
     });
 }
 

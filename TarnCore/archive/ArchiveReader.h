@@ -28,7 +28,8 @@ using Watch = ArchiveWatch;
 std::vector<ArchiveEntry> entries(const URL& url, const CancelToken& token = {});
 /// One level of it; "" is the top.
 std::vector<ArchiveEntry> children(std::string_view path, const std::vector<ArchiveEntry>& entries);
-/// Into an existing or new folder. What was made: the folder when it is new, else the items in it.
+/// Into an existing or new folder. What was made: the folder when it is new, or the first that was
+/// missing above it, else the items in it.
 /// Throws ArchiveError.
 std::vector<URL> extract(const URL& from, const URL& to, const Watch& watch = {});
 /// Next to the archive; the new item: the only one that the archive holds at its top, else a folder

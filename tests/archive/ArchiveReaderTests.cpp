@@ -138,8 +138,16 @@ TEST(ArchiveReader, addsToAnExistingFolderWithoutReplacing) {
     EXPECT_EQ(ArchiveReader::extract(zip, folder / "to"),
               (std::vector{folder / "to/a 2.txt", folder / "to/d"}));
     EXPECT_EQ(tree(folder / "to"), (Lines{"a 2.txt=theirs", "a.txt=mine", "d/", "d/b.txt=b"}));
-    EXPECT_EQ(ArchiveReader::extract(zip, folder / "new/deep"), (std::vector{folder / "new/deep"}));
-    EXPECT_EQ(folder.read("new/deep/a.txt"), "theirs");
+    EXPECT_EQ(ArchiveReader::extract(zip, folder / "new"), (std::vector{folder / "new"}));
+    EXPECT_EQ(ArchiveReader::extract(zip, folder / "far/in/deep"), (std::vector{folder / "far"}))
+        << "so that undo takes all of it back";
+    EXPECT_EQ(tree(folder / "far/in"),
+              (Lines{"deep/", "deep/a.txt=theirs", "deep/d/", "deep/d/b.txt=b"}));
+    EXPECT_EQ(tree(folder / "new"), (Lines{"a.txt=theirs", "d/", "d/b.txt=b"}));
+    const URL empty = folder.file("empty.zip", ZipBytes({}).bytes());
+    EXPECT_EQ(ArchiveReader::extract(empty, folder / "none/at/all"),
+              (std::vector{folder / "none"}));
+    EXPECT_EQ(tree(folder / "none"), (Lines{"at/", "at/all/"}));
     EXPECT_THROW(ArchiveReader::extract(zip, folder / "to/a.txt"), ArchiveError);
 }
 
