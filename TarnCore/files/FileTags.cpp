@@ -106,4 +106,14 @@ void moved(const URL& from, const URL& to) {
     }
 }
 
+void copied(const URL& from, const URL& to) {
+    for (const auto& [below, tags] : TagShelf::shared().tagsInside(from)) {
+        try {
+            write(tags, below.empty() ? to : to.appending(below));
+        } catch (const std::system_error&) {
+            // Not copied, or it cannot be written: the original has its tags.
+        }
+    }
+}
+
 }  // namespace tarn::FileTags

@@ -27,6 +27,10 @@ void write(const std::vector<std::string>& stored, const URL& url);
 /// nothing as long as every disk keeps its tags itself. Never throws.
 void moved(const URL& from, const URL& to);
 
+/// An item was copied with all that is in it: its copy gets what the disk of the original could not
+/// keep, wherever the disk of the copy lets it be kept. Costs as little, and never throws.
+void copied(const URL& from, const URL& to);
+
 }  // namespace FileTags
 
 }  // namespace tarn

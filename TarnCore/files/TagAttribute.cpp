@@ -31,7 +31,8 @@ bool contains(const std::vector<std::string>& names, std::string_view name) {
 std::vector<std::string> mirrored(const std::vector<std::string>& stored) {
     std::vector<std::string> names;
     for (const std::string& tag : stored) {
-        std::string name(Text::trimmed(TagAttribute::name(tag)));
+        // As it is read back: the attribute itself holds no broken UTF-8.
+        std::string name(Text::trimmed(Text::sanitized(TagAttribute::name(tag))));
         const bool fits = !name.empty() && name.find(',') == name.npos;
         if (fits && !contains(names, name)) names.push_back(std::move(name));
     }
@@ -60,7 +61,8 @@ std::string mirror(const std::vector<std::string>& stored, const std::vector<std
     std::vector<std::string> names = mirrored(stored);
     const std::vector<std::string> known = mirrored(before);
     for (std::string& name : mirrorNames(oldMirror)) {
-        if (!contains(known, name) && !contains(names, name)) names.push_back(std::move(name));
+        const std::string shown = Text::sanitized(name);
+        if (!contains(known, shown) && !contains(names, shown)) names.push_back(std::move(name));
     }
     return Text::join(names, ",");
 }

@@ -124,6 +124,19 @@ void TagShelf::set(const URL& url, const std::vector<std::string>& stored) {
     });
 }
 
+std::vector<std::pair<std::string, std::vector<std::string>>> TagShelf::tagsInside(
+    const URL& url) const {
+    const auto state = state_.lock();
+    if (state->file.hasChangedOnDisk()) take(*state, parse(state->file.read()));
+    std::vector<std::pair<std::string, std::vector<std::string>>> found;
+    for (const Entry& entry : state->entries) {
+        // Only if it is still the tagged item that has this name.
+        if (entry.url.isInside(url) && find(*state, entry.url) == &entry)
+            found.emplace_back(entry.url.path().substr(url.path().size()), entry.tags);
+    }
+    return found;
+}
+
 void TagShelf::moved(const URL& from, const URL& to) {
     {
         const auto state = state_.lock();

@@ -33,6 +33,8 @@ public:
     std::vector<std::string> tags(const URL& url) const;
     /// Throws std::system_error when the item cannot be looked at or the list not be written.
     void set(const URL& url, const std::vector<std::string>& stored);
+    /// What is tagged of an item and all that is in it, by the path below it.
+    std::vector<std::pair<std::string, std::vector<std::string>>> tagsInside(const URL& url) const;
     /// An item, with all that is in it, has got another place.
     void moved(const URL& from, const URL& to);
 

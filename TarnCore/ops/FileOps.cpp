@@ -202,6 +202,7 @@ FileChange duplicate(const URL& url, const CancelToken& token) {
                 if (copying().copy(url, to, noted.watch) == FileCopy::Outcome::stopped)
                     throw FileOpError::failed("The copy was cancelled.");
             });
+        FileTags::copied(url, copy);
         return {copy, {Step::create(copy)}};
     } catch (const std::system_error& error) {
         throwFailed(error, "duplicate " + quotedName(url));

@@ -130,6 +130,7 @@ void redo(Step& step) {
 }  // namespace
 
 void swapSafeMove(const Moves& pairs) {
+    if (pairs.empty()) return;
     std::unordered_set<URL> sources;
     for (const auto& [from, to] : pairs) {
         if (!exists(from)) throw FileOpError::missing(from.name());

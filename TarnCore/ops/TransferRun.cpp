@@ -4,7 +4,9 @@
 #include <cerrno>
 #include <chrono>
 #include <exception>
+#include <iterator>
 #include <system_error>
+#include <unordered_set>
 
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/FileTags.h"
@@ -270,14 +272,17 @@ void TransferRun::copyWaiting() {
     const URL& folder = batch.folder();
     addToJournal(folder);
     URL unused;
+    lost_.clear();
     try {
         const auto outcome = copying_->copyFiles(batch.files(), folder, watch(unused));
         if (outcome == FileCopy::Outcome::stopped) monitor_.cancel();
     } catch (const std::system_error& error) {
         for (FileCopy::FileOrder& file : batch.files()) file.errnum = error.code().value();
     }
+    const std::unordered_set<URL> lost(lost_.begin(), lost_.end());
     for (const FileCopy::FileOrder& file : batch.files()) {
         if (file.errnum == 0) {
+            if (lost.contains(file.from)) withoutAttributes_.push_back(file.from);
             copied(file.from, folder.appending(file.name), FileCopy::Outcome::complete);
         } else if (file.errnum == EEXIST && !monitor_.isCancelled()) {
             // Somebody was faster, or the disk takes two names for one: now it is asked about.
@@ -310,17 +315,21 @@ bool TransferRun::rename(const URL& source, URL& target) {
 
 bool TransferRun::copy(const URL& source, URL target) {
     addToJournal(target.parent());
+    lost_.clear();
     const FileCopy::Outcome outcome = copying_->copy(source, target, watch(target));
     if (outcome == FileCopy::Outcome::stopped) {
         monitor_.cancel();
         return false;
     }
+    std::ranges::move(lost_, std::back_inserter(withoutAttributes_));
     copied(source, target, outcome);
     return true;
 }
 
 void TransferRun::copied(const URL& source, const URL& target, FileCopy::Outcome outcome) {
     createdForCleanup_.push_back({target, source});
+    if (outcome == FileCopy::Outcome::partial || job_.kind() == TransferKind::copy)
+        FileTags::copied(source, target);
     if (job_.kind() == TransferKind::copy || outcome == FileCopy::Outcome::partial) {
         // A move that did not get everything keeps its original, so what there is is a copy.
         steps_.push_back(Step::create(target));
@@ -343,7 +352,7 @@ FileCopy::Watch TransferRun::watch(URL& target) {
         return monitor_.proceed();
     };
     watch.failed = [this](const URL& item, int errnum) { failCopying(item, errnum); };
-    watch.attributesLost = [this](const URL& item) { withoutAttributes_.push_back(item); };
+    watch.attributesLost = [this](const URL& item) { lost_.push_back(item); };
     watch.nextName = [&target](const URL& taken) {
         target = FileOps::uniqueURL(taken);
         return target;

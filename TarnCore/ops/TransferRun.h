@@ -132,6 +132,7 @@ private:
     std::size_t mergeDepth_ = 0;
     std::vector<URL> results_;
     std::vector<URL> withoutAttributes_;
+    std::vector<URL> lost_;  ///< The same, of the copy that is being made.
     std::vector<URL> replaced_;  ///< Items now in the Trash, by their former places.
     std::vector<URL> moved_;     ///< Items that are at their targets for good.
 

@@ -98,6 +98,19 @@ TEST_F(TagStoreTest, keepsTagsOfOtherFileManagers) {
     EXPECT_EQ(TagStore::tags(file), (Tags{red, work}));
 }
 
+TEST_F(TagStoreTest, aTagOfBrokenTextGoesAgain) {
+    const URL file = folder.file("a.txt");
+    const Step step = FileOps::setTags({"br\xffken", "Work\n4"}, file);
+    EXPECT_TRUE(attributes->get(file, mirror));
+    FileOps::revert({step});
+    EXPECT_EQ(attributes->get(file, mirror), std::nullopt);
+    // One that another program has left is ours to remove once it is shown.
+    attributes->set(file, mirror, "r\xff");
+    const Step other = FileOps::setTags({}, file);
+    EXPECT_EQ(attributes->get(file, mirror), std::nullopt);
+    EXPECT_EQ(TagStore::tags(file), Tags());
+}
+
 TEST_F(TagStoreTest, rewritesATagOnManyFiles) {
     const URL a = folder.file("a"), b = folder.file("b"), c = folder.file("c");
     TagStore::setTags({work, red}, a);
@@ -148,6 +161,29 @@ TEST_F(TagStoreTest, aTransferTakesTheListAlong) {
         SupportDirectory::location().appending("tags-elsewhere.json"), 1 << 20);
     EXPECT_NE(list.find(target.appending("link").path() + "\""), list.npos) << list;
     EXPECT_EQ(TagStore::tags(target.appending("link")), Tags{work});
+}
+
+TEST_F(TagStoreTest, aCopyHasTheTagsOfTheList) {
+    const URL link = folder.link("from/link", "nowhere");
+    ASSERT_TRUE(TagStore::add(work, link));
+    std::vector<URL> sources = {folder / "from"};
+    attributes->failWith(ENOTSUP);
+    for (int i = 0; i < 10; ++i) {
+        sources.push_back(folder.file(std::to_string(i), "x"));
+        ASSERT_TRUE(TagStore::add(red, sources.back()));
+    }
+    attributes->failWith(0);
+    const URL target = folder.folder("target");
+    TransferJob job(TransferKind::copy, sources, target);
+    job.run();
+    EXPECT_EQ(TagStore::tags(link), Tags{work}) << "the original keeps them";
+    EXPECT_EQ(TagStore::tags(target.appending("from/link")), Tags{work});
+    EXPECT_EQ(TagStore::tags(target.appending("7")), Tags{red});
+    EXPECT_TRUE(attributes->get(target.appending("7"), mirror)) << "kept by the disk that can";
+    const URL twin = FileOps::duplicate(link).url;
+    EXPECT_EQ(TagStore::tags(twin), Tags{work});
+    FileOps::trash(target.appending("from"));
+    EXPECT_EQ(TagStore::tags(link), Tags{work});
 }
 
 TEST_F(TagStoreTest, aNewFileDoesNotInheritTheTagsOfItsName) {

@@ -197,12 +197,12 @@ int ItemCopier::copyVersion(const Item& item, int source, const struct statx& fa
     } else {
         errnum = copyBytes(item, source, target.get(), facts);
     }
+    bool keptAll = true;
     struct statx after;
     if (errnum == 0) errnum = statusOf(source, after);
     if (errnum == 0 && !isSameVersion(facts, after)) errnum = FileCopy::changedMeanwhile;
     if (errnum == 0) {
-        if (!facts_.apply(source, facts, {target.get(), item.isPlain, mode}, *item.pair))
-            context_.loseAttributes(url(item));
+        keptAll = facts_.apply(source, facts, {target.get(), item.isPlain, mode}, *item.pair);
         if (facts.stx_nlink > 1) {
             errnum = statusOf(target.get(), after);
             made_ = FileID::of(after);
@@ -214,6 +214,7 @@ int ItemCopier::copyVersion(const Item& item, int source, const struct statx& fa
         unlinkat(item.targetFolder, item.targetName, 0);
         return errnum;
     }
+    if (!keptAll) context_.loseAttributes(url(item));
     context_.record.remember(facts);
     return 0;
 }
