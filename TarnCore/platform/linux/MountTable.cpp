@@ -6,6 +6,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/sysmacros.h>
 
 #include "TarnCore/base/Text.h"
@@ -169,6 +171,21 @@ std::vector<bool> hidden(const std::vector<Line>& lines) {
     return result;
 }
 
+/// The table of a process whose root is a folder of a mount (as after chroot) does not name that
+/// mount, although everything that no other one holds lies on it.
+void addRoot(std::vector<Mount>& mounts) {
+    if (std::ranges::any_of(mounts, [](const Mount& mount) { return mount.mountPoint.isRoot(); }))
+        return;
+    struct stat status {};
+    struct statvfs facts {};
+    if (stat("/", &status) != 0 || statvfs("/", &facts) != 0) return;
+    Mount root;
+    root.device = status.st_dev;
+    root.isReadOnly = (facts.f_flag & ST_RDONLY) != 0;
+    root.recordsAccessTimes = (facts.f_flag & ST_NOATIME) == 0;
+    mounts.insert(mounts.begin(), std::move(root));
+}
+
 }  // namespace
 
 std::vector<Mount> parseMountInfo(std::string_view text) {
@@ -185,8 +202,10 @@ std::vector<Mount> parseMountInfo(std::string_view text) {
 std::vector<Mount> currentMounts() {
     constexpr std::size_t longest = 16'000'000;
     try {
-        return parseMountInfo(
+        auto mounts = parseMountInfo(
             LinuxFileSystem().readFile(URL::fromPath("/proc/self/mountinfo"), longest));
+        addRoot(mounts);
+        return mounts;
     } catch (const std::system_error&) {
         return {};
     }
