@@ -138,8 +138,11 @@ Database::Database(const URL& file, Access access, double busySeconds) : file_(f
         fail(handle_, code);
     }
     sqlite3_extended_result_codes(handle_, 1);
-    const double milliseconds = std::clamp(busySeconds * 1000, 0.0, 1e9);
-    sqlite3_busy_timeout(handle_, static_cast<int>(std::lround(milliseconds)));
+    // When the index of the log cannot be opened, as on a full disk, SQLite takes a log that nobody
+    // has read for an empty one and deletes it with what was committed. It does so at closing
+    // alone.
+    sqlite3_db_config(handle_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    setPatience(busySeconds);
 }
 
 Database::~Database() {
@@ -165,6 +168,11 @@ std::int64_t Database::number(std::string_view sql) {
 std::int64_t Database::lastRowID() const { return sqlite3_last_insert_rowid(handle_); }
 std::int64_t Database::changes() const { return sqlite3_changes64(handle_); }
 bool Database::isInTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
+
+void Database::setPatience(double seconds) {
+    const double milliseconds = std::clamp(seconds * 1000, 0.0, 1e9);
+    sqlite3_busy_timeout(handle_, static_cast<int>(std::lround(milliseconds)));
+}
 
 void Database::setToken(const CancelToken* token) {
     // Every thousand steps of its machine is well below a millisecond.

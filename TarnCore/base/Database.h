@@ -84,7 +84,8 @@ class Database {
 public:
     enum class Access { read, write, create };
     /// `create` makes the file where it is missing, for the user alone. Throws DatabaseError; note
-    /// that most damage shows only when something is read.
+    /// that most damage shows only when something is read. A log stays beside the file when it is
+    /// closed, until a checkpoint.
     Database(const URL& file, Access access, double busySeconds);
     ~Database();
     Database(const Database&) = delete;
@@ -104,6 +105,9 @@ public:
     /// Rows changed by the latest statement.
     std::int64_t changes() const;
     bool isInTransaction() const;
+
+    /// How long a statement waits for other connections.
+    void setPatience(double seconds);
 
     /// Until the next call, statements throw `cancelled` soon after the token was set.
     void setToken(const CancelToken* token);

@@ -72,6 +72,7 @@ public:
             lowerPriority();
             storeAll();
             queue_.close();
+            index_.settle();
             state_.lock()->isDone = true;
             changed_.notify_all();
         });

@@ -29,7 +29,7 @@ using Reason = DatabaseError::Reason;
 /// A writer waits for the batch of another; a reader only for the moment in which a log that a
 /// crash has left is read.
 constexpr double writerPatience = 30;  // seconds
-constexpr double readerPatience = 5;
+constexpr double readerPatience = 2;
 
 /// Rows forgotten in one transaction.
 constexpr std::size_t rowsAtOnce = 1000;
@@ -128,11 +128,17 @@ struct TextIndex::State {
     Guarded<Connection> shared;
     Guarded<std::weak_ptr<const Claim>> ownClaim;
 
+    /// Null with errno set; EWOULDBLOCK where another program has it.
     std::shared_ptr<const Claim> claim() {
         const URL lockFile = file.parent().appending("." + std::string(file.name()) + ".lock");
         FileDescriptor lock(
             ::open(lockFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
-        if (!lock || flock(lock.get(), LOCK_EX | LOCK_NB) != 0) return nullptr;
+        if (!lock || flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
+            const int errnum = errno;  // Closing changes it.
+            lock.close();
+            errno = errnum;
+            return nullptr;
+        }
         auto claim = std::make_shared<const Claim>(std::move(lock));
         *ownClaim.lock() = claim;
         return claim;
@@ -242,7 +248,15 @@ TextIndex::Known TextIndex::Known::of(const FileAttributes& attributes) {
     return {time(attributes.modified), attributes.size};
 }
 
-std::shared_ptr<const TextIndex::Claim> TextIndex::claim() { return state_->claim(); }
+std::shared_ptr<const TextIndex::Claim> TextIndex::claim() {
+    auto claim = state_->claim();
+    if (!claim)
+        state_->shared.lock()->problem =
+            errno == EWOULDBLOCK
+                ? "Another program is filling the index of texts."
+                : "Couldn’t write the index of texts. " + systemErrorSentence(errno);
+    return claim;
+}
 
 URL TextIndex::changesFile() const {
     return state_->file.parent().appending("tarn.contentindex.changes");
@@ -278,6 +292,18 @@ bool TextIndex::store(std::span<const Entry> entries, const CancelToken& token) 
             if (canBeStored(entry.path)) tables.store(entry, now);
         }
     });
+}
+
+void TextIndex::settle() {
+    auto connection = state_->shared.lock();
+    if (!connection->database || !connection->writes) return;
+    try {
+        connection->database->setPatience(readerPatience);
+        connection->database->execute("PRAGMA wal_checkpoint(TRUNCATE)");
+    } catch (const DatabaseError&) {
+        // The log is as good, and the next run tries again.
+    }
+    connection->database->setPatience(writerPatience);
 }
 
 std::optional<std::string> TextIndex::problem() const { return state_->shared.lock()->problem; }

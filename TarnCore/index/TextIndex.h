@@ -53,8 +53,8 @@ public:
     private:
         FileDescriptor lock_;
     };
-    /// The right to fill the index; null when another program has it, or the disk refuses. Single
-    /// files may be stored without.
+    /// The right to fill the index; null when another program has it, or the disk refuses, as
+    /// `problem` then says. Single files may be stored without.
     std::shared_ptr<const Claim> claim();
 
     /// Tells other processes that the index has changed: writes to `changesFile`, so that those
@@ -79,7 +79,11 @@ public:
     /// All of them in one transaction, or those that came before the token was set. Returns false
     /// when nothing could be written.
     bool store(std::span<const Entry> entries, const CancelToken& token = {});
-    /// Why the latest change could not be written, as a finished sentence; absent when it could.
+    /// Brings what was stored from the log into the database itself, and empties the log, unless
+    /// someone reads in it. For the end of a run: reading is faster afterwards.
+    void settle();
+    /// Why the latest change could not be written, or the claim not be had, as a finished sentence;
+    /// absent when it could.
     std::optional<std::string> problem() const;
     void remove(const std::string& path);
     /// Forgets files below the folder that no longer exist; how many.

@@ -211,6 +211,7 @@ TEST_F(TextIndexTests, damageInTheMiddleIsNoticed) {
         for (int i = 0; i < 50; ++i)
             writer.store("/" + std::to_string(i), 1, 1, Method::plain,
                          std::string(3000, 'a') + " word");
+        writer.settle();
     }
     {
         std::fstream bytes(file.path(), std::ios::in | std::ios::out | std::ios::binary);
@@ -235,6 +236,7 @@ TEST_F(TextIndexTests, aDamagedFileStaysWhileAnotherProgramFillsIt) {
     const auto claim = other.claim();
     ASSERT_TRUE(claim);
     EXPECT_FALSE(index.claim());
+    EXPECT_EQ(index.problem(), "Another program is filling the index of texts.");
     std::ofstream(file.path()) << std::string(5000, 'x');
     put("/a", "word");
     EXPECT_FALSE(folder.exists("text-index.sqlite.unreadable"));
