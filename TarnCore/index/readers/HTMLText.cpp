@@ -281,7 +281,6 @@ std::optional<std::string> read(std::string_view bytes, const std::string& chars
     }
     if (!text) return std::nullopt;
     std::string stripped = stripMarkup(*text);
-    PlainText::tidy(stripped);
     if (stripped.empty()) return std::nullopt;
     return stripped;
 }

@@ -320,7 +320,10 @@ std::string decodedHeader(std::string_view value) {
 
 std::optional<std::string> read(std::string_view bytes) {
     const Header header = parsedHeader(bytes);
-    if (!header.isMail) return PlainText::text(std::string(bytes));
+    if (!header.isMail) {
+        auto text = PlainText::text(std::string(bytes));
+        return text && !text->empty() ? std::move(text) : std::nullopt;
+    }
     TextBuilder out;
     MailReader(out).message(header, 0);
     return out.take();
