@@ -251,6 +251,7 @@ void finish(std::string& text, const Scan& found) {
     if (found.broken > 0) text = Text::sanitized(text);
     if (!found.isTidy) tidyInPlace(text);
     text.resize(cutAt(text));
+    if (text.find_first_not_of(" \t\n") == text.npos) text.clear();
 }
 
 }  // namespace

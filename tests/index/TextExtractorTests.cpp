@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "TarnCore/index/TextExtractor.h"
+#include "TarnCore/index/TextReader.h"
 #include "TarnCore/index/readers/PictureText.h"
 #include "tests/support/ArchiveBytes.h"
 #include "tests/support/ScopedPlatform.h"
@@ -51,6 +52,43 @@ public:
     std::vector<std::string> languages() const override { return {"en-US"}; }
 };
 
+/// A document of the old word-processing format: a container (MS-CFB) of one stream (MS-DOC) with
+/// a header that says where its text lies, and the text in Windows-1252.
+std::string oldWordDocument(std::string_view text) {
+    using test::u16, test::u32;
+    const auto put = [](std::string& bytes, std::size_t at, std::string_view what) {
+        bytes.replace(at, what.size(), what);
+    };
+    constexpr std::size_t sector = 512, textOffset = 1024, streamSize = 9 * sector;
+    std::string stream(streamSize, '\0');
+    put(stream, 0, u16(0xA5EC) + u16(0xC1));
+    put(stream, 24, u32(textOffset) + u32(textOffset + text.size()));
+    put(stream, 76, u32(text.size()));
+    put(stream, textOffset, text);
+
+    constexpr std::uint32_t end = 0xFFFFFFFE, none = 0xFFFFFFFF, table = 0xFFFFFFFD;
+    std::string header(sector, '\xFF');
+    put(header, 0, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1" + std::string(16, '\0'));
+    put(header, 24, u16(0x3E) + u16(3) + u16(0xFFFE) + u16(9) + u16(6) + std::string(6, '\0'));
+    put(header, 40, u32(0) + u32(1) + u32(1) + u32(0) + u32(4096) + u32(end) + u32(0));
+    put(header, 68, u32(end) + u32(0) + u32(0));
+    std::string sectors = u32(table) + u32(end);
+    for (std::uint32_t i = 3; i < 2 + streamSize / sector; ++i) sectors += u32(i);
+    sectors += u32(end);
+    sectors.resize(sector, '\xFF');
+    const auto entry = [&](std::u16string_view name, char kind, std::uint32_t child,
+                           std::uint32_t start, std::size_t size) {
+        std::string bytes(128, '\0');
+        for (std::size_t i = 0; i < name.size(); ++i) put(bytes, i * 2, u16(name[i]));
+        put(bytes, 64, u16(name.size() * 2 + 2) + kind + '\1' + u32(none) + u32(none) + u32(child));
+        put(bytes, 116, u32(start) + u32(size));
+        return bytes;
+    };
+    std::string folder = entry(u"Root Entry", 5, 1, end, 0) +
+                         entry(u"WordDocument", 2, none, 2, streamSize) + std::string(256, '\0');
+    return header + sectors + folder + stream;
+}
+
 class TextExtractorTest : public testing::Test {
 protected:
     TestFolder folder;
@@ -87,6 +125,7 @@ TEST_F(TextExtractorTest, readsEachFormatByItsName) {
         {"a.rtfd/TXT.rtf", "{\\rtf1 text}", true},
         {"a.wordml", wordML, true},
         {"a.webarchive", "text", false},
+        {"a.doc", oldWordDocument("text\rof two lines\r"), true},
         {"a.doc", "text", false},
         {"a.doc", "{\\rtf1 text}", true},
         {"a.doc", word, true},
@@ -95,12 +134,15 @@ TEST_F(TextExtractorTest, readsEachFormatByItsName) {
         {"a.doc", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 text", false},
         {"a.pdf", "%PDF\ntext", false},  // no service reads it
     };
+    TextReader reader{{}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         const TestFolder place;
         place.file(c.name, c.bytes);
         const std::string_view name(c.name);
-        const auto text = extract(place / name.substr(0, name.find('/')), false);
+        const URL url = place / name.substr(0, name.find('/'));
+        const auto text = extract(url, false);
+        EXPECT_EQ(reader.read(url, 1, {}).text, text.value_or("")) << "by the helper";
         EXPECT_EQ(text.has_value(), c.hasText);
         if (text) {
             EXPECT_NE(text->find("text"), text->npos) << *text;

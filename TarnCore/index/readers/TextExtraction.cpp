@@ -95,7 +95,7 @@ std::optional<std::string> extract(int file, std::string_view fileName, bool ocr
     }
     if (!text) return std::nullopt;
     PlainText::tidy(*text);
-    if (text->find_first_not_of(" \t\n") == text->npos) return std::nullopt;
+    if (text->empty()) return std::nullopt;
     return text;
 }
 
