@@ -3,6 +3,7 @@
 #include "TarnCore/platform/linux/InotifyWatching.h"
 #include "TarnCore/platform/linux/LinuxArchives.h"
 #include "TarnCore/platform/linux/LinuxContentTypes.h"
+#include "TarnCore/platform/linux/LinuxDocumentText.h"
 #include "TarnCore/platform/linux/LinuxExtendedAttributes.h"
 #include "TarnCore/platform/linux/LinuxFileCopy.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
@@ -10,6 +11,7 @@
 #include "TarnCore/platform/linux/LinuxMediaMetadata.h"
 #include "TarnCore/platform/linux/LinuxPictureDecoding.h"
 #include "TarnCore/platform/linux/LinuxRecentFiles.h"
+#include "TarnCore/platform/linux/LinuxTextRecognition.h"
 #include "TarnCore/platform/linux/LinuxTrash.h"
 #include "TarnCore/platform/linux/LinuxVolumes.h"
 #include "TarnCore/platform/linux/SystemClock.h"
@@ -29,6 +31,8 @@ Platform makeLinuxPlatform() {
     platform.metadata = std::make_shared<LinuxMediaMetadata>(
         platform.files, platform.types, platform.recentFiles, platform.volumes);
     platform.pictures = std::make_shared<LinuxPictureDecoding>();
+    platform.documents = std::make_shared<LinuxDocumentText>();
+    platform.recognition = std::make_shared<LinuxTextRecognition>();
     platform.load = std::make_shared<LinuxMachineLoad>();
     platform.clock = std::make_shared<SystemClock>();
     platform.trash = std::make_shared<LinuxTrash>(platform.files, platform.volumes, platform.clock);

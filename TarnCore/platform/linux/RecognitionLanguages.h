@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarn::RecognitionLanguages {
+
+/// What Tesseract calls its data for a language, which people name by a BCP 47 tag ("zh-Hant-TW" →
+/// "chi_tra"). Scripts and regions count where there are several data for a language. A language
+/// without a name of its own is called by its three letters. Empty for what is no tag.
+std::string dataName(std::string_view tag);
+
+/// The shortest tag for data that Tesseract has; empty for what is no language ("osd", "equ").
+std::string tag(std::string_view dataName);
+
+/// The data for these languages, in their order and each once, of those that are `available`;
+/// English where none is, and nothing where that is missing too.
+std::vector<std::string> dataNames(const std::vector<std::string>& tags,
+                                   const std::vector<std::string>& available);
+
+}  // namespace tarn::RecognitionLanguages
