@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::string_view magic = "TX";
 constexpr std::size_t mostNameBytes = 1024;
-constexpr std::size_t beforeName = 3;  // the method and the length of the name
+constexpr std::size_t beforeName = 2;  // its length
 
 template <class Number>
 void put(char* at, Number number) {
@@ -74,8 +74,7 @@ std::string encode(const Request& request) {
         std::string_view(request.fileName)
             .substr(request.fileName.size() - std::min(request.fileName.size(), mostNameBytes));
     std::string payload(beforeName, '\0');
-    put(payload.data(), static_cast<std::uint8_t>(request.method));
-    put(&payload[1], static_cast<std::uint16_t>(name.size()));
+    put(payload.data(), static_cast<std::uint16_t>(name.size()));
     payload += name;
     bool isFirst = true;
     for (const std::string& language : request.languages) {
@@ -91,12 +90,9 @@ std::string encode(const Request& request) {
 
 std::optional<Request> decodeRequest(const Header& header, std::string_view payload) {
     if (header.kind != Kind::request || payload.size() < beforeName) return std::nullopt;
-    const auto method = take<std::uint8_t>(payload, 0);
-    const std::size_t nameLength = take<std::uint16_t>(payload, 1);
-    if (method > static_cast<std::uint8_t>(TextExtractor::Method::image)) return std::nullopt;
+    const std::size_t nameLength = take<std::uint16_t>(payload, 0);
     if (nameLength > mostNameBytes || nameLength > payload.size() - beforeName) return std::nullopt;
     Request request;
-    request.method = static_cast<TextExtractor::Method>(method);
     request.ocr = (header.flags & wantsRecognition) != 0;
     request.fileName = payload.substr(beforeName, nameLength);
     const std::string_view languages = payload.substr(beforeName + nameLength);

@@ -25,8 +25,8 @@
 /// unasked. What breaks these rules is answered by closing the socket or ending the helper: the
 /// one side reads hostile documents, and the other does not believe it anything.
 ///
-/// A request is the method, a byte (its place in TextExtractor::Method); the length of the file's
-/// name, two bytes; the name; and the languages of recognition, separated by commas.
+/// A request is the length of the file's name, two bytes; the name; and the languages of
+/// recognition, separated by commas.
 namespace tarn::ExtractProtocol {
 
 /// Of the socket, in the helper.
@@ -57,9 +57,8 @@ std::array<char, headerSize> encode(const Header& header);
 std::optional<Header> decodeHeader(std::string_view bytes);
 
 struct Request {
-    TextExtractor::Method method = TextExtractor::Method::plain;
     bool ocr = false;
-    std::string fileName;                ///< For its extension; bytes.
+    std::string fileName;                ///< Bytes; its extension says how the file is read.
     std::vector<std::string> languages;  ///< BCP 47; empty means English.
     bool operator==(const Request&) const = default;
 };

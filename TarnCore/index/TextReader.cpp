@@ -202,26 +202,27 @@ struct TextReader::State {
     }
 
     /// Has a free helper read the file, or a new one where that may be to blame.
-    Result readInHelper(const ExtractProtocol::Request& request, const OpenFile& file,
-                        const CancelToken& token) {
+    Result readInHelper(const ExtractProtocol::Request& request, double seconds,
+                        const OpenFile& file, const CancelToken& token) {
         if (!program) return {};
         if (pool.lock()->killers.contains(file.identity)) return {Outcome::killed, {}};
         if (!takePlace(token)) return {Outcome::cancelled, {}};
         Helper helper = idleHelper();
-        Result result = readWith(helper, request, file, token);
+        Result result = readWith(helper, request, seconds, file, token);
         leavePlace(std::move(helper));
         if (result.outcome == Outcome::killed) pool.lock()->killers.insert(file.identity);
         return result;
     }
 
-    Result readWith(Helper& helper, const ExtractProtocol::Request& request, const OpenFile& file,
-                    const CancelToken& token) {
+    Result readWith(Helper& helper, const ExtractProtocol::Request& request, double seconds,
+                    const OpenFile& file, const CancelToken& token) {
         for (;;) {
             if (!helper) helper = newHelper();
             if (!helper) return {};
-            auto answer =
-                helper->read(request, file.descriptor.get(), timeLimit(request.method, request.ocr),
-                             [&] { return isStopped(token); });
+            // A helper that died may have read a part of it.
+            lseek(file.descriptor.get(), 0, SEEK_SET);
+            auto answer = helper->read(request, file.descriptor.get(), seconds,
+                                       [&] { return isStopped(token); });
             // What died may have been damaged by an earlier file, or have been ended while it had
             // nothing to do, so that only a fresh one's death tells of this file.
             const bool isFresh = helper->answered() == 0;
@@ -280,10 +281,9 @@ TextReader::Result TextReader::read(const URL& url, std::int64_t size, const Can
             auto text = bytes ? PlainText::text(std::move(*bytes)) : std::nullopt;
             if (text) result = {Outcome::read, std::move(*text)};
         } else {
-            const ExtractProtocol::Request request = {*method, state_->options.ocr,
-                                                      std::string(textURL.name()),
-                                                      state_->options.languages};
-            result = state_->readInHelper(request, *file, token);
+            const ExtractProtocol::Request request = {
+                state_->options.ocr, std::string(textURL.name()), state_->options.languages};
+            result = state_->readInHelper(request, timeLimit(*method, request.ocr), *file, token);
         }
     }
     const auto held = state_->pool.lock();  // so that the reader does not go before this is said

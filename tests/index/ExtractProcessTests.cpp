@@ -18,9 +18,8 @@ namespace tarn {
 namespace {
 
 using End = ExtractProcess::End;
-using TextExtractor::Method;
 
-const ExtractProtocol::Request mail = {Method::plain, false, "a.eml", {}};
+const ExtractProtocol::Request mail = {false, "a.eml", {}};
 const auto never = [] { return false; };
 
 class ExtractProcessTest : public testing::Test {
@@ -88,7 +87,7 @@ TEST_F(ExtractProcessTest, believesAHelperNothing) {
     } cases[] = {
         {"ends at once", "exit 0", End::notReady},
         {"begins with nonsense", "printf 'hello, here I am' >&3; sleep 100", End::notReady},
-        {"ends after the beginning", ready + "; head -c 20 <&3 >/dev/null", End::died},
+        {"ends after the beginning", ready + "; head -c 1 <&3 >/dev/null", End::died},
         {"answers with nonsense", ready + "; printf 'hello, here I am' >&3; sleep 100", End::died},
         {"is ready for ever", ready + "; " + ready + "; sleep 100", End::died},
         {"announces too much",
