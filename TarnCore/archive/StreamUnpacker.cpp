@@ -20,6 +20,8 @@ public:
         : stream_(stream), plan_(plan), meter_(meter), writing_(plan) {}
 
     void add(const ArchiveMember& member, std::string place);
+    /// A member that is not wanted: what lies before those that are may be long.
+    void passOver();
     void addFile(std::string place, const NewItemFacts& facts, std::optional<std::int64_t> size);
     void addEmptyFile(std::string place, const NewItemFacts& facts) {
         writing_.beginFile(std::move(place), facts);
@@ -65,6 +67,11 @@ void Reading::add(const ArchiveMember& member, std::string place) {
             break;
     }
     meter_.moveTo(stream_.position(), ++items_, name_);
+}
+
+void Reading::passOver() {
+    meter_.check();
+    meter_.moveTo(stream_.position(), items_, name_);
 }
 
 void Reading::addHardLink(const ArchiveMember& member, std::string place,
@@ -138,7 +145,10 @@ std::vector<std::string> unpack(ArchiveStream& stream, std::int64_t fileSize,
     Reading reading(stream, plan, meter);
     ArchiveMember member;
     while (OpenArchive::next(stream, member)) {
-        if (auto place = plan.placeOf(member.path)) reading.add(member, *std::move(place));
+        if (auto place = plan.placeOf(member.path))
+            reading.add(member, *std::move(place));
+        else
+            reading.passOver();
     }
     auto missing = reading.missing();
     if (missing.empty()) {
