@@ -32,15 +32,17 @@ bool isNoMedia(std::string_view name) { return Text::lowercasedASCII(name) == ".
 }  // namespace
 
 CandidateWalk::CandidateWalk(std::vector<URL> roots, const ContentIndexer::Options& options,
-                             const Files& known, std::size_t threads)
+                             const Files& known, const ChangedPaths* only, std::size_t threads)
     : roots_(std::move(roots)),
       options_(options),
       known_(known),
+      only_(only),
       home_(Paths::home()),
       workers_(threads) {}
 
 bool CandidateWalk::isToBeEntered(const TreeWalker::Folder& folder, std::string_view name) const {
     const URL url = URL::fromPath(folder.pathOf(name));
+    if (only_ && !only_->lieBelow(url.path()) && !only_->hold(url.path())) return false;
     if (Paths::isAppDataFolder(url, /*includingPackages=*/true)) return false;
     // Who names such a folder as a root means it.
     if (Paths::isAppData(url, home_) && !Paths::isAppData(roots_[folder.root()], home_))
@@ -94,7 +96,7 @@ void CandidateWalk::leave(TreeWalker::Folder& folder) {
 void CandidateWalk::look(const TreeWalker::Folder& folder, const Worker::File& file,
                          Worker& worker) const {
     const std::string path = folder.pathOf(file.name);
-    if (!Text::isValidUTF8(path)) return;
+    if (!Text::isValidUTF8(path) || (only_ && !only_->hold(path))) return;
     const auto attributes = folder.reader().attributes(file.name.c_str(), Links::keep);
     if (!attributes) return;
     const TextIndex::Known now = TextIndex::Known::of(*attributes);

@@ -6,6 +6,7 @@
 
 #include "TarnCore/base/URL.h"
 #include "TarnCore/files/TreeWalker.h"
+#include "TarnCore/index/ChangedPaths.h"
 #include "TarnCore/index/ContentIndexer.h"
 #include "TarnCore/index/TextIndex.h"
 
@@ -16,9 +17,9 @@ class CandidateWalk final : public TreeWalker::Visitor {
 public:
     using Files = std::unordered_map<std::string, TextIndex::Known>;
 
-    /// `known` is what need not be read again.
+    /// `known` is what need not be read again; `only`, when given, limits the walk.
     CandidateWalk(std::vector<URL> roots, const ContentIndexer::Options& options,
-                  const Files& known, std::size_t threads);
+                  const Files& known, const ChangedPaths* only, std::size_t threads);
 
     void visit(TreeWalker::Folder& folder, std::span<const FolderEntry> entries) override;
     void leave(TreeWalker::Folder& folder) override;
@@ -45,6 +46,7 @@ private:
     const std::vector<URL> roots_;
     const ContentIndexer::Options& options_;
     const Files& known_;
+    const ChangedPaths* const only_;
     const URL home_;
     std::vector<Worker> workers_;
 };

@@ -199,6 +199,32 @@ private:
     ContentIndexer::Outcome outcome_;  ///< The writer's until it is done.
 };
 
+/// Without those that lie in an excluded one.
+std::vector<URL> wanted(const std::vector<URL>& folders, const ContentIndexer::Options& options) {
+    std::vector<URL> roots;
+    std::ranges::copy_if(folders, std::back_inserter(roots), [&](const URL& folder) {
+        return std::ranges::none_of(options.excluded,
+                                    [&](const URL& excluded) { return folder.isInside(excluded); });
+    });
+    return roots;
+}
+
+std::vector<ContentIndexer::Candidate> walkFor(const std::vector<URL>& roots,
+                                               const ContentIndexer::Options& options,
+                                               const CandidateWalk::Files& known,
+                                               const ChangedPaths* only, const CancelToken& token) {
+    TreeWalker walker(roots);
+    CandidateWalk walk(roots, options, known, only, walker.threadCount());
+    walker.walk(walk, token);
+    if (token.isCancelled()) return {};
+    std::vector<ContentIndexer::Candidate> found = walk.found();
+    std::ranges::sort(found, {}, [](const ContentIndexer::Candidate& candidate) {
+        const bool isPicture = candidate.method == TextExtractor::Method::image;
+        return std::tuple(isPicture, -candidate.mtime, std::string_view(candidate.url.path()));
+    });
+    return found;
+}
+
 }  // namespace
 
 ContentIndexer::ContentIndexer(std::shared_ptr<TextIndex> index, Options options)
@@ -209,22 +235,38 @@ ContentIndexer::ContentIndexer(std::shared_ptr<TextIndex> index, Options options
 
 std::vector<ContentIndexer::Candidate> ContentIndexer::candidates(const std::vector<URL>& folders,
                                                                   const CancelToken& token) const {
-    std::vector<URL> roots;
-    std::ranges::copy_if(folders, std::back_inserter(roots), [&](const URL& folder) {
-        return std::ranges::none_of(options_.excluded,
-                                    [&](const URL& excluded) { return folder.isInside(excluded); });
-    });
-    const auto known = index_->known(roots);
-    TreeWalker walker(roots);
-    CandidateWalk walk(roots, options_, known, walker.threadCount());
-    walker.walk(walk, token);
-    if (token.isCancelled()) return {};
-    std::vector<Candidate> found = walk.found();
-    std::ranges::sort(found, {}, [](const Candidate& candidate) {
-        const bool isPicture = candidate.method == TextExtractor::Method::image;
-        return std::tuple(isPicture, -candidate.mtime, std::string_view(candidate.url.path()));
-    });
-    return found;
+    const std::vector<URL> roots = wanted(folders, options_);
+    return walkFor(roots, options_, index_->known(roots), nullptr, token);
+}
+
+std::vector<ContentIndexer::Candidate> ContentIndexer::candidates(
+    const std::vector<URL>& folders, const std::vector<std::string>& changed,
+    const CancelToken& token) const {
+    CandidateWalk::Files known;
+    std::vector<URL> below;
+    for (const std::string& path : changed) {
+        if (const auto file = index_->known(path)) known.emplace(path, *file);
+        below.push_back(URL::fromPath(path));
+    }
+    known.merge(index_->known(below));
+    const ChangedPaths only(changed);
+    return walkFor(wanted(folders, options_), options_, known, &only, token);
+}
+
+std::int64_t ContentIndexer::forgetGone(const std::vector<std::string>& changed,
+                                        const CancelToken& token) const {
+    std::int64_t forgotten = 0;
+    for (const std::string& path : changed) {
+        if (token.isCancelled()) break;
+        const URL url = URL::fromPath(path);
+        if (Platform::current().files->attributes(url, Links::keep)) continue;
+        if (index_->isIndexed(path)) {
+            index_->remove(path);
+            ++forgotten;
+        }
+        forgotten += index_->pruneMissing(url, token);
+    }
+    return forgotten;
 }
 
 ContentIndexer::Outcome ContentIndexer::run(const std::vector<Candidate>& candidates,

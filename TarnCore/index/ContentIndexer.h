@@ -48,6 +48,16 @@ public:
     std::vector<Candidate> candidates(const std::vector<URL>& folders,
                                       const CancelToken& token) const;
 
+    /// Of those, the files that are among the changed paths or below one; what else lies in the
+    /// folders is not looked at.
+    std::vector<Candidate> candidates(const std::vector<URL>& folders,
+                                      const std::vector<std::string>& changed,
+                                      const CancelToken& token) const;
+    /// Forgets what the index knows of changed paths that are gone, and of what was below them; how
+    /// many files. Whoever calls it holds the claim of the index.
+    std::int64_t forgetGone(const std::vector<std::string>& changed,
+                            const CancelToken& token) const;
+
     /// Called at a bounded rate, from one thread at a time. `name` is the file's, as it is shown.
     using Progress =
         std::function<void(std::int64_t done, std::int64_t total, const std::string& name)>;

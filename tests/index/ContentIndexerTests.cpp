@@ -50,6 +50,15 @@ protected:
         auto made = indexer(options);
         return made.run(made.candidates({root}, {}), token, nullptr, nullptr);
     }
+    /// The same, of what has changed.
+    Names candidatesAmong(const Names& changed, const ContentIndexer::Options& options = {}) {
+        Names paths;
+        for (const std::string& name : changed) paths.push_back((root.appending(name)).path());
+        Names names;
+        for (const auto& candidate : indexer(options).candidates({root}, paths, {}))
+            names.push_back(candidate.url.path().substr(root.path().size() + 1));
+        return names;
+    }
     void file(const std::string& name, double age = 0) {
         folder.file("in/" + name, "x", Date{1000 - age});
     }
@@ -247,6 +256,49 @@ TEST_F(ContentIndexerTests, onlyThreadsOfTheRunAreLoweredAndOnlyInTheBackground)
     file("b.txt");
     runAll({.background = true});
     EXPECT_GT(load->loweredThreads(), 1);
+}
+
+TEST_F(ContentIndexerTests, changesAreLookedAtAlone) {
+    file("a.txt", 1);
+    file("docs/b.txt", 2);
+    file("docs/deep/c.txt", 3);
+    file("docs/deep/d.txt", 4);
+    file("out/e.txt", 5);
+    file("node_modules/f.txt", 6);
+    file("cards/.nomedia");
+    file("cards/g.txt", 7);
+    ContentIndexer::Options options;
+    options.excluded = {root.appending("out")};
+    const struct {
+        Names changed;
+        Names found;
+    } cases[] = {
+        {{"a.txt"}, {"a.txt"}},
+        {{"docs/deep"}, {"docs/deep/c.txt", "docs/deep/d.txt"}},
+        {{"docs/deep/d.txt", "a.txt", "gone.txt"}, {"a.txt", "docs/deep/d.txt"}},
+        {{"out/e.txt", "node_modules/f.txt", "cards/g.txt", "docs/b.tx", "doc"}, {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.changed));
+        EXPECT_EQ(candidatesAmong(c.changed, options), c.found);
+    }
+    runAll();
+    EXPECT_THAT(candidatesAmong({"docs", "a.txt"}), IsEmpty());
+    file("docs/b.txt", 1);
+    EXPECT_THAT(candidatesAmong({"docs", "a.txt"}), ElementsAre("docs/b.txt"));
+}
+
+TEST_F(ContentIndexerTests, whatIsGoneIsForgotten) {
+    for (const char* name : {"a.txt", "a.txt.txt", "docs/b.txt", "docs/c.txt", "docs2/d.txt"})
+        file(name);
+    runAll();
+    ASSERT_EQ(unlink((root.appending("a.txt")).c_str()), 0);
+    ASSERT_EQ(rename((root.appending("docs")).c_str(), (folder / "elsewhere").c_str()), 0);
+    const Names changed = {root.appending("a.txt").path(), root.appending("docs").path(),
+                           root.appending("docs2").path()};
+    EXPECT_EQ(indexer().forgetGone(changed, {}), 3);
+    EXPECT_EQ(index->fileCount(), 2);
+    EXPECT_TRUE(index->isIndexed(root.appending("a.txt.txt").path()));
 }
 
 }  // namespace
