@@ -9,8 +9,8 @@
 
 namespace tarn {
 
-/// The long jobs of the program beside its transfers, one after the other in the order they were
-/// asked for, on a queue of their own.
+/// The long jobs of the program beside its transfers: work on archives, one after the other in the
+/// order it was asked for, on a queue of its own, and the services that run beside it.
 ///
 /// Main thread only. The destructor stops them all and waits.
 class ActivityList final : public QObject {
@@ -26,10 +26,20 @@ public:
     /// whether it ran.
     ActivityTask& add(const QString& title, Work work, std::function<void(bool)> then = {});
 
+    /// A job that runs elsewhere and goes on by itself another time (ActivityTask::isService); who
+    /// shows it ends it.
+    ActivityTask& show(const QString& title, const std::string& symbol);
+    void end(const UUID& id);
+
+    /// Something runs or waits that would be lost.
+    bool hasWork() const;
+    /// Stops what `hasWork` tells of.
+    void stopWork();
+
     /// Those that run or wait, oldest first.
     const std::vector<std::unique_ptr<ActivityTask>>& tasks() const { return tasks_; }
     bool isEmpty() const { return tasks_.empty(); }
-    /// Of the one at work; 0 while that is unknown.
+    /// Of the one at work, of a service when there is no other; 0 while that is unknown.
     double fraction() const;
 
 signals:
@@ -39,7 +49,7 @@ signals:
     void progressChanged();
 
 private:
-    void end(const UUID& id);
+    ActivityTask& append(std::unique_ptr<ActivityTask> task);
 
     std::vector<std::unique_ptr<ActivityTask>> tasks_;
     SerialQueue queue_{"tarn.activities"};

@@ -6,12 +6,24 @@
 
 namespace tarn {
 
-ActivityTask::ActivityTask(QString title, QObject* parent)
-    : QObject(parent), title_(std::move(title)), handle_(std::make_shared<Handle>()) {
+ActivityTask::ActivityTask(QString title, std::string symbol, QObject* parent)
+    : QObject(parent),
+      title_(std::move(title)),
+      symbol_(std::move(symbol)),
+      handle_(std::make_shared<Handle>()) {
     handle_->task_ = this;
 }
 
-ActivityTask::~ActivityTask() { stop(); }
+ActivityTask::~ActivityTask() { release(); }
+
+void ActivityTask::release() {
+    handle_->token_.cancel();
+    {
+        const std::lock_guard lock(handle_->mutex_);
+        handle_->isPaused_ = false;
+    }
+    handle_->resumed_.notify_all();
+}
 
 void ActivityTask::pause() {
     {
@@ -19,6 +31,7 @@ void ActivityTask::pause() {
         handle_->isPaused_ = true;
     }
     isPaused_ = true;
+    resumeRefused_ = false;
     emit changed();
 }
 
@@ -28,13 +41,29 @@ void ActivityTask::resume() {
         handle_->isPaused_ = false;
     }
     handle_->resumed_.notify_all();
-    if (!std::exchange(isPaused_, false)) return;
+    resumeRefused_ = power_.has_value();
+    if (!std::exchange(isPaused_, false) && !resumeRefused_) return;
+    emit changed();
+}
+
+void ActivityTask::setPower(std::optional<QString> reason) {
+    if (reason == power_) return;
+    power_ = std::move(reason);
+    if (!power_) resumeRefused_ = false;
+    emit changed();
+}
+
+void ActivityTask::tell(const QString& detail, std::optional<double> fraction) {
+    if (detail == detail_ && fraction == fraction_) return;
+    detail_ = detail;
+    fraction_ = fraction;
     emit changed();
 }
 
 void ActivityTask::stop() {
-    handle_->token_.cancel();
-    resume();
+    release();
+    isPaused_ = false;
+    emit changed();
 }
 
 void ActivityTask::take() {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
@@ -43,7 +44,7 @@ public:
         QPointer<ActivityTask> task_;  ///< Used on the main thread only.
     };
 
-    explicit ActivityTask(QString title, QObject* parent = nullptr);
+    explicit ActivityTask(QString title, std::string symbol, QObject* parent = nullptr);
     /// Stops the job; whoever runs it waits for it.
     ~ActivityTask() override;
 
@@ -51,12 +52,28 @@ public:
 
     UUID id() const { return id_; }
     const QString& title() const { return title_; }
+    /// Name of its icon.
+    const std::string& symbol() const { return symbol_; }
+    /// Goes on by itself another time: nothing is lost when the program ends meanwhile.
+    bool isService() const { return isService_; }
+    void setService(bool isService) { isService_ = isService; }
     const QString& detail() const { return detail_; }
     /// 0 to 1; absent while unknown.
     std::optional<double> fraction() const { return fraction_; }
+    /// By the user.
     bool isPaused() const { return isPaused_; }
+    bool canPause() const { return canPause_; }
+    void setCanPause(bool canPause) { canPause_ = canPause; }
     void pause();
+    /// Where the job holds itself, this only tells the user why it still waits.
     void resume();
+    /// Why the job holds itself just now, as a line for the user: “Waiting for mains power”.
+    const std::optional<QString>& power() const { return power_; }
+    void setPower(std::optional<QString> reason);
+    /// The user asked it to go on while `power` held it.
+    bool resumeRefused() const { return resumeRefused_; }
+    /// What Handle::report tells, from one who is on the main thread.
+    void tell(const QString& detail, std::optional<double> fraction);
     void stop();
     bool isStopped() const { return handle_->token().isCancelled(); }
 
@@ -65,12 +82,19 @@ signals:
 
 private:
     void take();
+    /// Lets the job go on, to its end.
+    void release();
 
     UUID id_ = UUID::random();
     QString title_;
+    std::string symbol_;
+    bool isService_ = false;
     QString detail_;
     std::optional<double> fraction_;
     bool isPaused_ = false;
+    bool canPause_ = true;
+    bool resumeRefused_ = false;
+    std::optional<QString> power_;
     std::shared_ptr<Handle> handle_;
 };
 

@@ -4,9 +4,11 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Tarn/model/ContentIndexService.h"
 #include "Tarn/model/FileMime.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/WindowModel.h"
+#include "TarnCore/files/Format.h"
 #include "TarnCore/files/JSONStore.h"
 #include "TarnCore/ops/ChangeJournal.h"
 #include "TarnCore/platform/Platform.h"
@@ -40,8 +42,11 @@ AppModel::AppModel(TaskPool& pool, QObject* parent)
       pool_(pool),
       stores_(std::make_unique<Stores>()),
       settings_(stores_->settings.value()),
-      transfers_(std::make_unique<TransferList>(history_)) {
+      transfers_(std::make_unique<TransferList>(history_)),
+      contentIndex_(std::make_unique<ContentIndexService>(activities_)) {
     setClipboard(std::make_unique<ProcessClipboard>());
+    connect(&trash_, &TrashService::changed, this, &AppModel::showEmptying);
+    contentIndex_->setSettings(IndexSettings::of(settings_));
 }
 
 AppModel::~AppModel() { flush(); }
@@ -68,6 +73,7 @@ void AppModel::setSettings(AppSettings settings) {
     if (settings == settings_) return;
     settings_ = settings;
     stores_->settings.set(std::move(settings));
+    contentIndex_->setSettings(IndexSettings::of(settings_));
     emit settingsChanged();
 }
 
@@ -151,6 +157,25 @@ void AppModel::startBackgroundServices() {
             MainThread::post(self, [](AppModel& app) { app.refreshVolumes(); });
         });
     }
+    contentIndex_->start();
+    trash_.measure();
+}
+
+void AppModel::showEmptying() {
+    if (!trash_.isEmptying()) {
+        if (emptying_) activities_.end(emptying_->id());
+        return;
+    }
+    if (!emptying_) {
+        emptying_ = &activities_.show(tr("Emptying the Trash"), "trash");
+        emptying_->setCanPause(false);
+        connect(emptying_, &ActivityTask::changed, this, [this] {
+            if (emptying_ && emptying_->isStopped()) trash_.cancelEmptying();
+        });
+    }
+    emptying_->tell(
+        tr("%1 deleted").arg(QString::fromStdString(Format::count(trash_.deletedFiles(), "file"))),
+        std::nullopt);
 }
 
 void AppModel::flush() {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <QtCore/QObject>
+#include <QtCore/QPointer>
 
 #include "Tarn/model/ActivityList.h"
 #include "Tarn/model/ArchiveCache.h"
@@ -27,6 +28,7 @@
 
 namespace tarn {
 
+class ContentIndexService;
 class WindowModel;
 
 /// What all windows share: the stores, the volumes, the listings kept in memory, the history of
@@ -70,6 +72,7 @@ public:
     HistoryModel& history() { return history_; }
     TransferList& transfers() { return *transfers_; }
     TrashService& trash() { return trash_; }
+    ContentIndexService& contentIndex() { return *contentIndex_; }
 
     Clipboard& clipboard() { return *clipboard_; }
     /// Instead of the one that only this process sees. Once, before the first window.
@@ -104,6 +107,7 @@ private:
     struct Stores;
 
     void readClipboard();
+    void showEmptying();
 
     TaskPool& pool_;
     std::unique_ptr<Stores> stores_;
@@ -122,7 +126,9 @@ private:
     bool servicesStarted_ = false;
     TagColors tagColors_{pool_};
     ArchiveMembers archiveMembers_;
+    QPointer<ActivityTask> emptying_;
     ActivityList activities_;  ///< Ends before what its jobs use.
+    std::unique_ptr<ContentIndexService> contentIndex_;
 };
 
 }  // namespace tarn

@@ -10,7 +10,7 @@
 
 namespace tarn {
 
-ArchiveCache::Entries ArchiveCache::entries(const URL& archive) {
+ArchiveCache::Entries ArchiveCache::entries(const URL& archive, const CancelToken& token) {
     const auto attributes = Platform::current().files->attributes(archive, Links::follow);
     if (!attributes) throw ListingError::notFound(DirectoryLister::displayName(archive));
     {
@@ -25,7 +25,7 @@ ArchiveCache::Entries ArchiveCache::entries(const URL& archive) {
         }
     }
     auto entries =
-        std::make_shared<const std::vector<ArchiveEntry>>(ArchiveReader::entries(archive));
+        std::make_shared<const std::vector<ArchiveEntry>>(ArchiveReader::entries(archive, token));
     std::list<Kept> forgotten;  // Freed after the lock is gone.
     const auto kept = kept_.lock();
     for (auto one = kept->begin(); one != kept->end();) {

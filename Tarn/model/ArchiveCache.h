@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "TarnCore/archive/ArchiveEntry.h"
+#include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/Date.h"
 #include "TarnCore/base/Guarded.h"
 #include "TarnCore/base/URL.h"
@@ -21,8 +22,8 @@ public:
     static constexpr std::size_t mostArchives = 4;
 
     /// The same list as before while the file is the same by date and size. Throws ArchiveError,
-    /// and ListingError when there is no such file.
-    Entries entries(const URL& archive);
+    /// also when `token` was set, and ListingError when there is no such file.
+    Entries entries(const URL& archive, const CancelToken& token = {});
 
 private:
     struct Kept {

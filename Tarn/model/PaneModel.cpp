@@ -5,6 +5,7 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/ArchiveListing.h"
+#include "Tarn/model/ContentIndexService.h"
 #include "Tarn/model/FolderListing.h"
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/files/DirectoryLister.h"
@@ -57,6 +58,8 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
     connect(&app.tagColors(), &TagColors::changed, this, &PaneModel::tagColorsChanged);
     connect(&search_, &PaneSearch::rowsChanged, this, &PaneModel::resultsChanged);
     connect(&search_, &PaneSearch::finished, this, &PaneModel::stateChanged);
+    connect(&app.contentIndex(), &ContentIndexService::contentsChanged, this,
+            &PaneModel::textsChanged);
 }
 
 PaneModel::~PaneModel() { moveOn(); }

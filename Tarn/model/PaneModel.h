@@ -171,6 +171,8 @@ private:
     void runSearch();
     void startSearch();
     void resultsChanged();
+    /// The index of file contents answers differently than before.
+    void textsChanged();
     std::vector<URL> searchRoots() const;
     SearchQuery parsed(const std::string& text) const;
     /// Drops every answer that is under way.

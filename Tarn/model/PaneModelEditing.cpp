@@ -14,12 +14,13 @@ std::function<void()> PaneModel::archiveListing() {
             cache = app_.sharedArchives(), self = QPointer<PaneModel>(this)] {
         if (token.isCancelled()) return;
         const auto fail = [&](const ListingError& error) {
+            if (token.isCancelled()) return;
             MainThread::post(self, [generation, error](PaneModel& pane) {
                 if (generation == pane.generation_) pane.listingFailed(error);
             });
         };
         try {
-            const ArchiveCache::Entries entries = cache->entries(archive);
+            const ArchiveCache::Entries entries = cache->entries(archive, token);
             if (token.isCancelled()) return;
             // Something else beside the archive has changed.
             SharedRows rows;

@@ -115,6 +115,12 @@ void PaneModel::startSearch() {
     emit stateChanged();
 }
 
+void PaneModel::textsChanged() {
+    const bool asksForText = query_ && (!query_->containing.empty() || query_->textInImages);
+    // Whoever works with the rows keeps them.
+    if (asksForText && !search_.isRunning() && !hasSelection()) startSearch();
+}
+
 void PaneModel::resultsChanged() {
     const bool isFirst = !showsResults_;
     showsResults_ = true;

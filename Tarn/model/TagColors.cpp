@@ -11,6 +11,9 @@
 namespace tarn {
 namespace {
 
+/// Milliseconds. Tags that are given here are known at once; this is for other programs' tags.
+constexpr qint64 betweenRefreshes = 10LL * 60 * 1000;
+
 bool isStandard(const FinderTag& tag) {
     const auto standard = FinderTag::standard();
     return std::find(standard.begin(), standard.end(), tag) != standard.end();
@@ -31,7 +34,20 @@ TagColors::TagColors(TaskPool& pool, QObject* parent)
     }
 }
 
-TagColors::~TagColors() = default;
+TagColors::~TagColors() { refreshToken_.cancel(); }
+
+void TagColors::refresh() {
+    if (sinceRefresh_.isValid() && sinceRefresh_.elapsed() < betweenRefreshes) return;
+    sinceRefresh_.start();
+    pool_.run(
+        [token = refreshToken_, self = QPointer<TagColors>(this)] {
+            MainThread::post(self, [tags = TagStore::allTags(token)](TagColors& colors) {
+                for (const FinderTag& tag : tags)
+                    if (!colors.colors_.contains(tag.name)) colors.remember(tag);
+            });
+        },
+        TaskPriority::background);
+}
 
 TagColor TagColors::color(const std::string& name, const URL& carrier) {
     const auto found = colors_.find(name);

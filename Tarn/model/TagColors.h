@@ -5,8 +5,10 @@
 #include <string>
 #include <vector>
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QObject>
 
+#include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/TaskPool.h"
 #include "TarnCore/base/URL.h"
 #include "TarnCore/files/JSONStore.h"
@@ -30,6 +32,9 @@ public:
     void remember(const FinderTag& tag);
     /// The standard tags, then all others that were met, by name.
     std::vector<FinderTag> known() const;
+    /// Looks for the tags of all files below the home folder, in the background and not more often
+    /// than is worth it; `changed` tells of those that were not known.
+    void refresh();
     void flush();
 
 signals:
@@ -39,6 +44,8 @@ private:
     TaskPool& pool_;
     std::map<std::string, TagColor, std::less<>> colors_;
     std::set<std::string, std::less<>> asked_;
+    QElapsedTimer sinceRefresh_;
+    CancelToken refreshToken_;
     JSONStore<std::map<std::string, int>> store_;
 };
 

@@ -99,6 +99,7 @@ void TransferList::end(TransferModel& transfer, const TransferResult& result, co
         history_.record(std::move(entry));
     }
     if (ended) ended(transfer, result, entryID);
+    emit transferEnded(transfer, result);
     const bool hasSomethingToTell = !transfer.failures().empty() || !transfer.notice().empty();
     if (hasSomethingToTell)
         emit transferChanged(&transfer);

@@ -59,6 +59,8 @@ public:
 signals:
     /// A transfer came or went.
     void listChanged();
+    /// One has ended, whether or not it has something to tell; it may go at once.
+    void transferEnded(const tarn::TransferModel& transfer, const tarn::TransferResult& result);
     /// Progress, state or question of one.
     void transferChanged(tarn::TransferModel* transfer);
 

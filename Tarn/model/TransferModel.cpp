@@ -56,7 +56,13 @@ QString TransferModel::title() const { return displayText(job_->title()); }
 void TransferModel::start() {
     if (hasStarted_ || !isActive_) return;
     hasStarted_ = true;
+    sinceStart_.start();
     job_->start();
+}
+
+double TransferModel::secondsSinceStart() const {
+    constexpr double milliseconds = 1000;
+    return sinceStart_.isValid() ? static_cast<double>(sinceStart_.elapsed()) / milliseconds : 0;
 }
 
 void TransferModel::pause() {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QObject>
 #include <QtCore/QString>
 
@@ -36,6 +37,8 @@ public:
     /// From the first moment until the result is there.
     bool isActive() const { return isActive_; }
     bool hasStarted() const { return hasStarted_; }
+    /// Seconds since it was started, pauses and questions included; 0 before.
+    double secondsSinceStart() const;
     bool wasCancelled() const { return wasCancelled_; }
 
     /// The window that asked for it, and asks the user for it.
@@ -75,6 +78,7 @@ private:
     UUID windowID_;
     bool isActive_ = true;
     bool hasStarted_ = false;
+    QElapsedTimer sinceStart_;
     bool wasCancelled_ = false;
 };
 

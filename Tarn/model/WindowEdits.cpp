@@ -323,7 +323,12 @@ void WindowEdits::takeMembers(const std::vector<std::string>& members, bool read
     const URL archive = pane.location().url;
     auto taken = std::make_shared<std::vector<URL>>();
     auto failure = std::make_shared<QString>();
-    window_.app().activities().add(
+    takingTitle_ =
+        tr("Unpacking %1…")
+            .arg(members.size() == 1
+                     ? tr("“%1”").arg(displayText(members[0].substr(members[0].rfind('/') + 1)))
+                     : displayText(countOf(members.size(), "item")));
+    taking_ = &window_.app().activities().add(
         tr("Extract from “%1”").arg(displayText(archive.name())),
         [archive, members, readOnly, taken, failure,
          source = &window_.app().archiveMembers()](ActivityTask::Handle& handle) {
@@ -335,7 +340,9 @@ void WindowEdits::takeMembers(const std::vector<std::string>& members, bool read
         },
         [taken, failure, then = std::move(then),
          window = QPointer<WindowModel>(&window_)](bool ran) {
-            if (!ran || !window) return;
+            if (!window) return;
+            emit window->edits().takingChanged();
+            if (!ran) return;
             if (!failure->isEmpty())
                 window->operations().perform([failure] {
                     PerformedChange nothing;
@@ -345,6 +352,17 @@ void WindowEdits::takeMembers(const std::vector<std::string>& members, bool read
             else if (!taken->empty())
                 then(*taken);
         });
+    emit takingChanged();
+}
+
+QString WindowEdits::taking() const {
+    return taking_ && !taking_->isStopped() ? takingTitle_ : QString();
+}
+
+void WindowEdits::stopTaking() {
+    if (!taking_) return;
+    taking_->stop();
+    emit takingChanged();
 }
 
 void WindowEdits::copyMembers() {

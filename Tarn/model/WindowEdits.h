@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <QtCore/QObject>
+#include <QtCore/QPointer>
 #include <QtCore/QString>
 
 #include "Tarn/model/ActivityTask.h"
@@ -67,6 +68,12 @@ public:
     /// Members as files of their own, unpacked by an activity; not called when that fails.
     void takeMembers(const std::vector<std::string>& members, bool readOnly,
                      std::function<void(const std::vector<URL>&)> then);
+    /// What this window waits for: “Unpacking “a.txt”…”; empty for nothing.
+    QString taking() const;
+    void stopTaking();
+
+signals:
+    void takingChanged();
 
 private:
     using Change = std::function<PerformedChange(ActivityTask::Handle&)>;
@@ -78,6 +85,8 @@ private:
                     std::function<std::optional<Step>(const URL&)> change);
 
     WindowModel& window_;
+    QPointer<ActivityTask> taking_;  ///< Unpacks members for this window.
+    QString takingTitle_;
 };
 
 }  // namespace tarn

@@ -6,6 +6,7 @@
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/FileMime.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/TransferOutcome.h"
 #include "Tarn/model/WindowModel.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/DirectoryLister.h"
@@ -30,30 +31,6 @@ std::vector<URL> urlsOf(const std::vector<FileItem>& items) {
     urls.reserve(items.size());
     for (const FileItem& item : items) urls.push_back(item.url);
     return urls;
-}
-
-/// “Copied 3 items to “Documents””.
-std::string doneSentence(const TransferModel& transfer, std::size_t count) {
-    const std::string what =
-        count == transfer.sources().size() ? subject(transfer.sources()) : countOf(count);
-    switch (transfer.kind()) {
-        case TransferKind::copy:
-            return "Copied " + what + " to " +
-                   Text::quoted(Paths::displayName(transfer.destination().value_or(URL())));
-        case TransferKind::move:
-            return "Moved " + what + " to " +
-                   Text::quoted(Paths::displayName(transfer.destination().value_or(URL())));
-        case TransferKind::trash:
-            return "Moved " + what + " to the Trash";
-    }
-    return what;
-}
-
-std::string failureSentence(const TransferModel& transfer, const TransferResult& result) {
-    if (result.failures.size() == 1) return result.failures.front().message;
-    const std::string what = countOf(result.failures.size());
-    return what +
-           (transfer.kind() == TransferKind::copy ? " couldn’t be copied." : " couldn’t be moved.");
 }
 
 std::string_view symbolOf(TransferKind kind) {
@@ -153,13 +130,11 @@ void WindowOperations::transfer(TransferKind kind, std::vector<URL> urls,
 void WindowOperations::transferEnded(const TransferModel& transfer, const TransferResult& result,
                                      std::optional<UUID> entry) {
     if (transfer.kind() != TransferKind::trash) select(result.resultURLs);
-    if (!result.failures.empty())
-        complain(displayText(failureSentence(transfer, result)), entry);
-    else if (!result.notice.empty())
-        complain(displayText(result.notice), entry);
+    const QString sentence = TransferOutcome::sentence(transfer, result);
+    if (TransferOutcome::isFailure(result))
+        complain(sentence, entry);
     else if (entry)
-        say(displayText(doneSentence(transfer, result.resultURLs.size())),
-            symbolOf(transfer.kind()), entry);
+        say(sentence, symbolOf(transfer.kind()), entry);
 }
 
 // --- Changes

@@ -4,6 +4,7 @@
 #include "Tarn/model/records/AppSettings.h"
 #include "Tarn/model/records/Favorite.h"
 #include "Tarn/model/records/FolderViewPrefs.h"
+#include "Tarn/model/records/IndexSettings.h"
 #include "Tarn/model/records/Location.h"
 #include "Tarn/model/records/SessionState.h"
 #include "Tarn/model/records/SmartFolder.h"
@@ -13,6 +14,29 @@
 
 namespace tarn {
 namespace {
+
+TEST(IndexSettings, foldersAreStoredWithTheHomeFolderLeftOpen) {
+    const URL home = Paths::home();
+    const URL odd = URL::fromPath("/media/\xff");
+    AppSettings settings;
+    EXPECT_EQ(IndexSettings::of(settings).folders, std::vector{home});
+    IndexSettings::add(settings, home.appending("Documents"));
+    IndexSettings::add(settings, odd);
+    IndexSettings::add(settings, odd);
+    EXPECT_EQ(settings.indexFolders,
+              (std::vector<std::string>{"~", "~/Documents", "file:///media/%FF"}));
+    // What lies in another is read with it.
+    EXPECT_EQ(IndexSettings::of(settings).folders, (std::vector{home, odd}));
+    // Taking it away alone would change nothing.
+    IndexSettings::remove(settings, home.appending("Documents"));
+    EXPECT_EQ(IndexSettings::of(settings).excluded, std::vector{home.appending("Documents")});
+    IndexSettings::remove(settings, odd);
+    EXPECT_EQ(settings.indexFolders, std::vector<std::string>{"~"});
+    IndexSettings::add(settings, home.appending("Documents"));
+    EXPECT_TRUE(settings.indexExcludedFolders.empty());
+    settings.indexBudgetMB = -1;
+    EXPECT_EQ(IndexSettings::of(settings).mostBytesOnDisk, 0);
+}
 
 TEST(Records, locationsComeBackFromTheirStoredForm) {
     const struct {
@@ -72,6 +96,8 @@ TEST(Records, freshSettingsHoldTheDefaults) {
         "cleanup": {"installerDays": 7, "downloadsDays": 90, "screenshotDays": 30, "videoMB": 200,
                     "videoDays": 180, "appDays": 180, "largeFileGB": 1.0},
         "readTextInImages": true, "useAppleIntelligence": true, "indexFileContents": true,
+        "indexFolders": ["~"], "indexExcludedFolders": [], "ocrLanguages": ["en-US"],
+        "indexBudgetMB": 2000,
         "smartRenameDownloads": true, "quickSearchEnabled": true, "quickSearchKeyCode": 49,
         "quickSearchModifiers": 4608, "shortcutDefaultsVersion": 2, "openAtLogin": false,
         "shortcutOverrides": {}, "findLookAlikes": false, "lookAlikeMatch": 95.0,

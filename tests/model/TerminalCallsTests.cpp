@@ -15,8 +15,12 @@ protected:
     TerminalCallsTest() {
         // A socket of this test's own, whatever windows are open on the machine.
         setenv("TARN_ISOLATED_ROOT", folder.url().c_str(), 1);
+        setenv("XDG_RUNTIME_DIR", sockets.url().c_str(), 1);
     }
-    ~TerminalCallsTest() override { unsetenv("TARN_ISOLATED_ROOT"); }
+    ~TerminalCallsTest() override {
+        unsetenv("TARN_ISOLATED_ROOT");
+        unsetenv("XDG_RUNTIME_DIR");
+    }
 
     /// What the terminal would be answered.
     std::string ask(const std::string& request) {
@@ -34,6 +38,7 @@ protected:
     }
 
     TestFolder folder;
+    TestFolder sockets;
     HistoryModel history{std::nullopt};
 };
 

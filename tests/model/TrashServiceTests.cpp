@@ -3,6 +3,7 @@
 
 #include "Tarn/model/TrashService.h"
 #include "TarnCore/ops/FileOps.h"
+#include "TarnCore/ops/TrashContents.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {
@@ -17,6 +18,8 @@ TEST(TrashService, measuresFollowsAndEmptiesTheTrash) {
     folder.file("kept/file", "x");
     folder.file("tree/a", std::string(10'000, 'x'));
     folder.link("tree/link", "../kept");
+    // All tests of a program share its Trash.
+    TrashContents::empty({}, [] {});
     FileOps::trash(folder / "tree");
 
     TrashService service;

@@ -40,6 +40,10 @@ void eachField(Settings& settings,
     field("readTextInImages", settings.readTextInImages);
     field("useAppleIntelligence", settings.useAppleIntelligence);
     field("indexFileContents", settings.indexFileContents);
+    field("indexFolders", settings.indexFolders);
+    field("indexExcludedFolders", settings.indexExcludedFolders);
+    field("ocrLanguages", settings.ocrLanguages);
+    field("indexBudgetMB", settings.indexBudgetMB);
     field("smartRenameDownloads", settings.smartRenameDownloads);
     field("quickSearchEnabled", settings.quickSearchEnabled);
     field("quickSearchKeyCode", settings.quickSearchKeyCode);

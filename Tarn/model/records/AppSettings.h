@@ -48,6 +48,12 @@ struct AppSettings {
     bool readTextInImages = true;
     bool useAppleIntelligence = true;
     bool indexFileContents = true;
+    /// Whose files' texts are indexed; IndexSettings reads them. Paths, "~" standing for the home
+    /// folder at the start of one.
+    std::vector<std::string> indexFolders = {"~"};
+    std::vector<std::string> indexExcludedFolders;   ///< Folders in them that are left out.
+    std::vector<std::string> ocrLanguages{"en-US"};  ///< Of recognition, BCP 47.
+    std::int64_t indexBudgetMB = 2000;  ///< Decimal megabytes on the disk; 0: no limit.
     bool smartRenameDownloads = true;
     bool quickSearchEnabled = true;
     std::uint32_t quickSearchKeyCode = 49;        ///< The space bar.
