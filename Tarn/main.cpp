@@ -11,6 +11,7 @@
 #include "Tarn/ui/theme/Theme.h"
 #include "Tarn/ui/transfers/DesktopClipboard.h"
 #include "Tarn/ui/transfers/SleepInhibitor.h"
+#include "Tarn/ui/transfers/TransferNotifier.h"
 #include "Tarn/ui/window/BrowserWindow.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
@@ -59,6 +60,7 @@ int main(int argc, char** argv) {
     AppModel app;
     app.setClipboard(std::make_unique<DesktopClipboard>());
     const SleepInhibitor inhibitor(app.transfers());
+    const TransferNotifier notifier(app.transfers());
     const TerminalCalls calls(app.history());
     app.startBackgroundServices();
 

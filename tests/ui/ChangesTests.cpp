@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <thread>
 
 #include <QtGui/QAccessible>
 #include <QtTest/QTest>
@@ -276,6 +277,58 @@ TEST_F(ChangesTest, theLastWindowAsksBeforeItStopsATransfer) {
     EXPECT_TRUE(waitFor([this] { return !window->isVisible(); }));
     EXPECT_EQ(folder.read("sub/a.txt"), "old");
     EXPECT_FALSE(folder.exists("sub/a 2.txt"));
+}
+
+/// Something to do for an archive until it is stopped.
+ActivityTask& workUntilStopped(AppModel& app) {
+    return app.activities().add("Compress", [](ActivityTask::Handle& handle) {
+        while (!handle.token().isCancelled()) std::this_thread::yield();
+    });
+}
+
+TEST_F(ChangesTest, theLastWindowAsksBeforeItStopsWorkOnArchives) {
+    app.activities().show("Reading", "doc.text");
+    window->close();
+    EXPECT_FALSE(window->isVisible()) << "a service goes on by itself another time";
+    show(*window);
+    workUntilStopped(app);
+    window->close();
+    ASSERT_TRUE(sheet<QuestionSheet>());
+    ASSERT_TRUE(window->isVisible());
+    QTest::mouseClick(sheet<QuestionSheet>()->yes(), Qt::LeftButton);
+    EXPECT_TRUE(waitFor([this] { return !window->isVisible(); }));
+    EXPECT_FALSE(app.activities().hasWork());
+}
+
+TEST_F(ChangesTest, quittingAsksBeforeAnyWindowGoes) {
+    auto second = std::make_unique<BrowserWindow>(
+        std::make_unique<WindowModel>(app, Location::folder(folder.url())));
+    second->setAttribute(Qt::WA_DeleteOnClose, false);
+    second->show();
+    ActivityTask& work = workUntilStopped(app);
+    QTest::keyClick(window, Qt::Key_Q, Qt::ControlModifier);
+    ASSERT_TRUE(sheet<QuestionSheet>());
+    EXPECT_TRUE(window->isVisible() && second->isVisible());
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(work.isStopped());
+    // Windows that are closed together leave nobody to ask but the last.
+    QApplication::closeAllWindows();
+    EXPECT_NE(window->isVisible(), second->isVisible());
+    app.activities().stopWork();
+    EXPECT_TRUE(waitFor([this] { return !app.activities().hasWork(); }));
+}
+
+TEST_F(ChangesTest, aMessageIsSeenOverASheet) {
+    model().setShowsHistory(true);
+    HistorySheet* history = sheet<HistorySheet>();
+    ASSERT_TRUE(history);
+    Toast told;
+    told.message = "Undone";
+    model().showToast(told);
+    ASSERT_TRUE(toast()->isVisible());
+    const QPoint middle = toast()->mapTo(window, toast()->rect().center());
+    QWidget* top = window->childAt(middle);
+    EXPECT_TRUE(top == toast() || toast()->isAncestorOf(top));
 }
 
 TEST_F(ChangesTest, theQuestionsOfAClosedWindowGoToAnother) {

@@ -1,3 +1,5 @@
+#include <thread>
+
 #include <QtTest/QTest>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
@@ -12,6 +14,7 @@
 #include "Tarn/ui/pane/PaneView.h"
 #include "Tarn/ui/pane/RenameEditor.h"
 #include "Tarn/ui/rename/RenameSheet.h"
+#include "Tarn/ui/states/StatusPill.h"
 #include "Tarn/ui/tags/TagDotRow.h"
 #include "Tarn/ui/window/BrowserWindow.h"
 #include "TarnCore/archive/ArchiveReader.h"
@@ -232,6 +235,30 @@ TEST_F(EditTest, theMenuOffersWhatCanBeDone) {
     view()->selectAll();
     EXPECT_EQ(titlesOf(*PaneMenu::make(window->model(), window)),
               (Titles{"Open", "Copy", "Extract Here", "Extract Everything"}));
+}
+
+TEST_F(EditTest, escapeStopsAMemberThatIsBeingUnpacked) {
+    const URL zip = ArchiveReader::compress({folder / "beta.txt"});
+    pane().navigate(Location::archive(zip, ""));
+    ASSERT_TRUE(waitFor([this] { return pane().items().count() == 1; }));
+    view()->setFocus();
+    // Something else that takes its time comes first.
+    ActivityTask& other = app.activities().add("Compress", [](ActivityTask::Handle& handle) {
+        while (!handle.token().isCancelled()) std::this_thread::yield();
+    });
+    pane().select({zip.appending("beta.txt")});
+    window->model().openSelection();
+    EXPECT_EQ(window->model().edits().taking(), QStringLiteral("Unpacking “beta.txt”…"));
+    auto* pill = window->findChild<StatusPill*>();
+    EXPECT_TRUE(waitFor([&] { return pill->text().startsWith(QStringLiteral("Unpacking")); }));
+    press(Qt::Key_Escape);
+    EXPECT_EQ(pane().location(), Location::archive(zip, ""));
+    bool isOpened = false;
+    QObject::connect(&window->model(), &WindowModel::openFilesRequested, [&] { isOpened = true; });
+    other.stop();
+    ASSERT_TRUE(waitFor([this] { return app.activities().isEmpty(); }));
+    EXPECT_FALSE(isOpened);
+    EXPECT_TRUE(window->model().edits().taking().isEmpty());
 }
 
 TEST_F(EditTest, aClickOnADotTagsTheSelection) {

@@ -6,6 +6,7 @@
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QStackedLayout>
 
+#include "Tarn/model/DisplayText.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowModel.h"
@@ -19,6 +20,7 @@
 #include "Tarn/ui/states/SkeletonRows.h"
 #include "Tarn/ui/states/StatePage.h"
 #include "Tarn/ui/states/StatusPill.h"
+#include "Tarn/ui/trash/TrashBar.h"
 #include "TarnCore/files/Format.h"
 
 namespace tarn {
@@ -61,6 +63,9 @@ PaneWidget::PaneWidget(WindowModel& window, PaneModel& pane, QWidget* parent)
         showStatus();
     });
     connect(&loading_, &LoadingGate::shownChanged, this, &PaneWidget::showState);
+    connect(&taking_, &LoadingGate::shownChanged, this, &PaneWidget::showStatus);
+    connect(&window.edits(), &WindowEdits::takingChanged, this,
+            [this] { taking_.setLoading(!window_.edits().taking().isEmpty()); });
     connect(state_, &StatePage::actionTriggered, this, &PaneWidget::act);
     connect(&pane, &PaneModel::stateChanged, this, &PaneWidget::showState);
     connect(&pane, &PaneModel::rowsChanged, this, &PaneWidget::showState);
@@ -134,6 +139,20 @@ void PaneWidget::resizeEvent(QResizeEvent* event) {
     showStatus();
 }
 
+bool PaneWidget::stopWaiting() {
+    if (!window_.edits().taking().isEmpty()) {
+        window_.edits().stopTaking();
+        return true;
+    }
+    if (!pane_.location().isArchive() || !pane_.isLoading() || !pane_.items().isEmpty())
+        return false;
+    if (pane_.canGoBack())
+        pane_.goBack();
+    else
+        pane_.goUp();
+    return true;
+}
+
 // --- Drops on a page without rows
 
 void PaneWidget::dragEnterEvent(QDragEnterEvent* event) { dragMoveEvent(event); }
@@ -169,8 +188,8 @@ void PaneWidget::dropEvent(QDropEvent* event) {
 // --- What is shown
 
 void PaneWidget::showState() {
-    showStatus();
     loading_.setLoading(pane_.isLoading() && pane_.items().isEmpty());
+    showStatus();
     if (loading_.isShown())
         show(Page::skeleton);
     else if (!pane_.items().isEmpty() || pane_.isLoading() || pane_.isSearching())
@@ -200,6 +219,9 @@ void PaneWidget::showError() {
     const ListingError& error = *pane_.listingError();
     const QString sentence = QString::fromUtf8(error.what());
     const bool isArchive = pane_.location().isArchive();
+    // Its folder is made when something is deleted for the first time.
+    if (TrashBar::isTrash(pane_.location()) && error.reason() == ListingError::Reason::notFound)
+        return showEmptyFolder();
     switch (error.reason()) {
         case ListingError::Reason::permissionDenied:
             state_->setContent({"lock", tr("No Permission"), sentence, tr("Try Again")});
@@ -251,7 +273,11 @@ void PaneWidget::showNothingFound() {
 }
 
 void PaneWidget::showEmptyFolder() {
-    if (pane_.location().isArchive() && pane_.showsHidden()) {
+    if (TrashBar::isTrash(pane_.location())) {
+        state_->setContent(
+            {"trash", tr("Trash Is Empty"), tr("What is deleted comes here first."), {}});
+        action_ = {};
+    } else if (pane_.location().isArchive() && pane_.showsHidden()) {
         state_->setContent(
             {"archivebox",
              pane_.location().text.empty() ? tr("Archive Is Empty") : tr("Folder Is Empty"),
@@ -281,6 +307,10 @@ void PaneWidget::act() {
 
 QString PaneWidget::statusText() const {
     if (!said_.isEmpty()) return said_;
+    if (const QString taking = window_.edits().taking(); taking_.isShown() && !taking.isEmpty())
+        return tr("%1 Esc stops it").arg(taking);
+    if (loading_.isShown() && pane_.location().isArchive())
+        return tr("Reading “%1”… Esc stops it").arg(displayText(pane_.location().url.name()));
     const auto count = static_cast<std::int64_t>(pane_.items().count());
     if (pane_.hasSelection()) {
         std::int64_t selected = 0;

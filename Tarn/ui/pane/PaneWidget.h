@@ -36,6 +36,10 @@ public:
     /// Shows a sentence in place of the status for a few seconds.
     void say(const QString& sentence);
 
+    /// Gives up what the person waits for: an archive that is being read, or a file in it that is
+    /// being unpacked. False when there is no such thing.
+    bool stopWaiting();
+
 signals:
     /// Up was pressed on the first row.
     void leftAtTop();
@@ -74,6 +78,7 @@ private:
     StatusPill* pill_;
     ThumbnailLoader thumbnails_;
     LoadingGate loading_;
+    LoadingGate taking_;  ///< For members that are being unpacked to be opened.
     QTimer sayTimer_;
     QString said_;
     std::function<void()> action_;  ///< Of the page that is shown.

@@ -1,5 +1,6 @@
 #include "Tarn/ui/sidebar/Sidebar.h"
 
+#include <QtGui/QContextMenuEvent>
 #include <QtGui/QDropEvent>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QKeyEvent>
@@ -79,6 +80,15 @@ void Sidebar::keyPressEvent(QKeyEvent* event) {
         default:
             QListView::keyPressEvent(event);
     }
+}
+
+void Sidebar::contextMenuEvent(QContextMenuEvent* event) {
+    const bool isKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QModelIndex index = isKey ? currentIndex() : indexAt(event->pos());
+    if (!model_ || !index.isValid() || !(index.flags() & Qt::ItemIsEnabled)) return;
+    emit menuRequested(
+        model_->row(index.row()).location,
+        isKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
 }
 
 void Sidebar::paintEvent(QPaintEvent* event) {

@@ -27,12 +27,15 @@ signals:
     void chosen(const tarn::Location& location);
     /// Files were let go over a place.
     void dropped(const tarn::FileDrop& drop);
+    /// The menu of a place is wanted.
+    void menuRequested(const tarn::Location& location, const QPoint& globalPosition);
 
 protected:
     /// Headings are passed over.
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;

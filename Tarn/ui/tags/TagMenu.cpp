@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QtCore/QTimer>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QWidgetAction>
 
@@ -37,24 +38,7 @@ std::vector<FinderTag> offered(WindowModel& window, const std::vector<FileItem>&
     return tags;
 }
 
-}  // namespace
-
-void addDots(QMenu& menu, WindowModel& window) {
-    const std::vector<FileItem> items = window.active().selectedItems();
-    std::vector<TagDotRow::Entry> entries;
-    for (const FinderTag& tag : FinderTag::standard())
-        entries.push_back({tag, share(items, tag.name)});
-    auto* row = new TagDotRow(std::move(entries), &menu);
-    auto* action = new QWidgetAction(&menu);
-    action->setDefaultWidget(row);
-    menu.addAction(action);
-    QObject::connect(row, &TagDotRow::chosen, &menu, [&menu, &window](const FinderTag& tag) {
-        menu.close();
-        window.edits().toggleTag(tag);
-    });
-}
-
-void addNames(QMenu& menu, WindowModel& window) {
+void fillNames(QMenu& menu, WindowModel& window) {
     const std::vector<FileItem> items = window.active().selectedItems();
     bool hasTags = false;
     for (const FileItem& item : items) hasTags |= !item.tags.empty();
@@ -75,6 +59,38 @@ void addNames(QMenu& menu, WindowModel& window) {
     menu.addAction(Icons::symbol("xmark"), QMenu::tr("Remove All Tags"), &menu,
                    [&window] { window.edits().removeAllTags(); })
         ->setEnabled(hasTags);
+}
+
+}  // namespace
+
+void addDots(QMenu& menu, WindowModel& window) {
+    const std::vector<FileItem> items = window.active().selectedItems();
+    std::vector<TagDotRow::Entry> entries;
+    for (const FinderTag& tag : FinderTag::standard())
+        entries.push_back({tag, share(items, tag.name)});
+    auto* row = new TagDotRow(std::move(entries), &menu);
+    auto* action = new QWidgetAction(&menu);
+    action->setDefaultWidget(row);
+    menu.addAction(action);
+    QObject::connect(row, &TagDotRow::chosen, &menu, [&menu, &window](const FinderTag& tag) {
+        menu.close();
+        window.edits().toggleTag(tag);
+    });
+}
+
+void addNames(QMenu& menu, WindowModel& window) {
+    TagColors& colors = window.app().tagColors();
+    fillNames(menu, window);
+    // Tags that other programs gave are found while the menu is open.
+    QObject::connect(&menu, &QMenu::aboutToShow, &colors, [&colors] { colors.refresh(); });
+    auto* refill = new QTimer(&menu);
+    refill->setSingleShot(true);
+    refill->setInterval(0);
+    QObject::connect(&colors, &TagColors::changed, refill, qOverload<>(&QTimer::start));
+    QObject::connect(refill, &QTimer::timeout, &menu, [&menu, &window] {
+        menu.clear();
+        fillNames(menu, window);
+    });
 }
 
 }  // namespace tarn::TagMenu

@@ -37,7 +37,7 @@ ActivityRow::ActivityRow(ActivityTask& task, QWidget* parent)
       bar_(new QProgressBar),
       detail_(new TabularLabel) {
     auto* symbol = new SymbolView(Metrics::iconRow, Icons::Tint::secondary);
-    symbol->setSymbol("archivebox");
+    symbol->setSymbol(task.symbol());
     bar_->setTextVisible(false);
     bar_->setFixedHeight(Metrics::space8);
     bar_->setAccessibleName(task.title());
@@ -93,13 +93,14 @@ void ActivityRow::refresh() {
     bar_->setValue(static_cast<int>(fraction.value_or(0) * barSteps));
     QString detail = task_->isStopped()  ? tr("Stopping…")
                      : task_->isPaused() ? tr("Paused")
-                                         : task_->detail();
+                                         : task_->power().value_or(task_->detail());
     if (detail.isEmpty()) detail = tr("Waiting…");
     detail_->setText(detail);
     pause_->setIcon(Icons::symbol(task_->isPaused() ? "play" : "pause"));
     const QString pause = task_->isPaused() ? tr("Resume") : tr("Pause");
     pause_->setToolTip(pause);
     pause_->setAccessibleName(tr("%1: %2").arg(pause, task_->title()));
+    pause_->setVisible(task_->canPause());
     pause_->setEnabled(!task_->isStopped());
     stop_->setEnabled(!task_->isStopped());
 }

@@ -29,9 +29,10 @@ constexpr int shadowReach = Metrics::space12;
 
 }  // namespace
 
-ToastView::ToastView(WindowModel& window, QWidget* parent)
-    : QWidget(parent),
-      window_(window),
+ToastView::ToastView(WindowModel& model, QWidget& window, QWidget& pane)
+    : QWidget(&window),
+      window_(model),
+      pane_(pane),
       symbol_(new SymbolView(Metrics::iconSmall, Icons::Tint::secondary)),
       warning_(new SymbolView(Metrics::iconSmall, Icons::Tint::danger)),
       message_(new QLabel),
@@ -70,9 +71,9 @@ ToastView::ToastView(WindowModel& window, QWidget* parent)
         dismiss();
         if (toast && toast->undoID) window_.operations().undo(*toast->undoID);
     });
-    connect(&window, &WindowModel::toastChanged, this, &ToastView::showToast);
+    connect(&model, &WindowModel::toastChanged, this, &ToastView::showToast);
     connect(qApp, &QApplication::focusChanged, this, &ToastView::hold);
-    parent->installEventFilter(this);
+    pane.installEventFilter(this);
     showToast();
 }
 
@@ -127,7 +128,7 @@ void ToastView::hold() {
 void ToastView::dismiss() { window_.dismissToast(shown_); }
 
 void ToastView::place() {
-    const QRect room = parentWidget()->rect();
+    const QRect room(pane_.mapTo(parentWidget(), QPoint()), pane_.size());
     const int most = std::min(widest, room.width() - 2 * Metrics::space12) + 2 * shadowReach;
     // One line where it fits.
     const QMargins margins = layout()->contentsMargins();
@@ -139,18 +140,22 @@ void ToastView::place() {
     layout()->activate();
     const int height = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width)
                                                      : layout()->totalSizeHint().height();
-    const int x = (room.width() - width) / 2;
-    QRect place(x, room.height() - height - Metrics::space12 + shadowReach, width, height);
+    const int x = room.x() + (room.width() - width) / 2;
+    QRect place(x, room.bottom() + 1 - height - Metrics::space12 + shadowReach, width, height);
     // Above the status in the corner where there is no room beside it.
-    const auto* status = parentWidget()->findChild<StatusPill*>();
+    const auto* status = pane_.findChild<StatusPill*>();
     const QRect card = place.adjusted(0, shadowReach, 0, -shadowReach);
-    if (status && status->isVisible() && status->geometry().intersects(card))
+    const auto covered = [&] {
+        return QRect(status->mapTo(parentWidget(), QPoint()), status->size()).intersects(card);
+    };
+    if (status && status->isVisible() && covered())
         place.translate(0, -status->height() - Metrics::space8);
     setGeometry(place);
 }
 
 bool ToastView::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == parentWidget() && event->type() == QEvent::Resize && !isHidden()) place();
+    const bool isMoved = event->type() == QEvent::Resize || event->type() == QEvent::Move;
+    if (watched == &pane_ && isMoved && !isHidden()) place();
     return QWidget::eventFilter(watched, event);
 }
 

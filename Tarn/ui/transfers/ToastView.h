@@ -23,8 +23,8 @@ public:
     static constexpr int shortTime = 6000;   ///< Milliseconds.
     static constexpr int longTime = 12'000;  ///< Milliseconds; with something to click, or to read.
 
-    /// A child of `parent`, at whose bottom it floats.
-    ToastView(WindowModel& window, QWidget* parent);
+    /// A child of `window`, so that it is seen over a sheet; it floats at the bottom of `pane`.
+    ToastView(WindowModel& model, QWidget& window, QWidget& pane);
     ~ToastView() override;
 
     /// Milliseconds until it goes by itself; does not pass while it is held.
@@ -44,6 +44,7 @@ private:
     void dismiss();
 
     WindowModel& window_;
+    QWidget& pane_;
     SymbolView* symbol_;
     SymbolView* warning_;
     QLabel* message_;

@@ -9,6 +9,7 @@
 
 #include "Tarn/commands/CommandRegistry.h"
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/DisplayText.h"
 #include "Tarn/model/SidebarModel.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/WindowOperations.h"
@@ -21,13 +22,16 @@
 #include "Tarn/ui/search/BusyLine.h"
 #include "Tarn/ui/search/ChipRow.h"
 #include "Tarn/ui/search/SearchField.h"
+#include "Tarn/ui/settings/SettingsSheet.h"
 #include "Tarn/ui/sidebar/Sidebar.h"
 #include "Tarn/ui/tags/NewTagSheet.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Theme.h"
 #include "Tarn/ui/transfers/TransfersButton.h"
+#include "Tarn/ui/trash/TrashBar.h"
 #include "Tarn/ui/window/WindowChanges.h"
+#include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
 
 namespace tarn {
@@ -55,6 +59,7 @@ BrowserWindow::BrowserWindow(std::unique_ptr<WindowModel> model)
       sidebarModel_(new SidebarModel(this)),
       sidebar_(new Sidebar(this)),
       splitter_(new QSplitter(Qt::Horizontal, this)),
+      trashBar_(new TrashBar(*model_, *this)),
       path_(new PathBar(this)),
       search_(new SearchField(this)),
       chips_(new ChipRow(this)),
@@ -72,6 +77,7 @@ BrowserWindow::BrowserWindow(std::unique_ptr<WindowModel> model)
     column->setSpacing(0);
     column->addWidget(makeToolbar());
     column->addWidget(makeSearchRow());
+    column->addWidget(trashBar_);
     column->addWidget(busy_);
     column->addWidget(pane_, 1);
 
@@ -142,7 +148,12 @@ void BrowserWindow::makeActions() {
     addWindowAction("window.close", tr("Close Window"), {QKeySequence(Qt::CTRL | Qt::Key_W)},
                     [this] { close(); });
     addWindowAction("quit", tr("Quit"), {QKeySequence(Qt::CTRL | Qt::Key_Q)},
-                    [] { QApplication::closeAllWindows(); });
+                    [this] { changes_->quit(); });
+    addWindowAction("settings", tr("Settings…"), {QKeySequence(Qt::CTRL | Qt::Key_Comma)}, [this] {
+        if (settings_ && settings_->isVisible()) return;
+        settings_ = new SettingsSheet(*model_, *this);
+        settings_->open();
+    });
     addWindowAction("sidebar", tr("Show Sidebar"), {QKeySequence(Qt::Key_F9)}, [this] {
         if (width() < Metrics::sidebarFolds)
             isUnfolded_ = !isUnfolded_;
@@ -252,6 +263,7 @@ void BrowserWindow::fillMenu() {
             action->setChecked(Theme::shared().mode() == mode);
         });
     }
+    menu->addAction(actions_["settings"]);
     menu->addSeparator();
     menu->addAction(actions_["window.close"]);
     menu->addAction(actions_["quit"]);
@@ -334,6 +346,7 @@ void BrowserWindow::connectParts() {
     });
     const auto drop = [this](const FileDrop& dropped) { dropped.perform(model_->operations()); };
     connect(sidebar_, &Sidebar::dropped, this, drop);
+    connect(sidebar_, &Sidebar::menuRequested, this, &BrowserWindow::openPlaceMenu);
     connect(path_, &PathBar::dropped, this, drop);
     connect(&model_->app().history(), &HistoryModel::changed, this, &BrowserWindow::updateUndo);
     connect(path_, &PathBar::folderChosen, this, [this, &pane](const URL& folder) {
@@ -471,10 +484,30 @@ void BrowserWindow::keyPressEvent(QKeyEvent* event) {
         pane_->enter();
         return;
     }
+    if (event->key() == Qt::Key_Escape && pane_->stopWaiting()) return;
     QWidget::keyPressEvent(event);
 }
 
 // --- Going places
+
+void BrowserWindow::openPlaceMenu(const Location& place, const QPoint& globalPosition) {
+    QMenu menu(this);
+    menu.addAction(Icons::symbol("arrow.up.forward.app"), tr("Open"), this,
+                   [this, place] { emit sidebar_->chosen(place); });
+    menu.addAction(Icons::symbol("rectangle.on.rectangle"), tr("Open in New Window"), this,
+                   [this, place] { openWindow(place); });
+    if (TrashBar::isTrash(place)) {
+        const TrashService& trash = model_->app().trash();
+        menu.addSeparator();
+        // The size stands where other entries have their keys.
+        QString text = tr("Empty Trash…");
+        if (TrashBar::canEmpty(trash) && trash.bytes())
+            text += u'\t' + displayText(Format::bytes(*trash.bytes()));
+        menu.addAction(Icons::symbol("trash"), text, trashBar_, &TrashBar::ask)
+            ->setEnabled(TrashBar::canEmpty(trash));
+    }
+    menu.exec(globalPosition);
+}
 
 void BrowserWindow::openWindow(const Location& location) {
     auto* window = new BrowserWindow(std::make_unique<WindowModel>(model_->app(), location));

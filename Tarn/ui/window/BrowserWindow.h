@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 
 class QAction;
@@ -18,9 +19,11 @@ class ChipRow;
 class PaneWidget;
 class PathBar;
 class SearchField;
+class SettingsSheet;
 class Sidebar;
 class SidebarModel;
 class TransfersButton;
+class TrashBar;
 class WindowChanges;
 class WindowModel;
 struct Location;
@@ -55,6 +58,7 @@ private:
     void updateSidebar();
     void updateUndo();
     void openWindow(const Location& location);
+    void openPlaceMenu(const Location& place, const QPoint& globalPosition);
 
     std::unique_ptr<WindowModel> model_;
     std::map<std::string, QAction*, std::less<>> actions_;  ///< By command id.
@@ -66,7 +70,9 @@ private:
     QToolButton* upButton_ = nullptr;
     QToolButton* menuButton_ = nullptr;
     TransfersButton* transfersButton_ = nullptr;
+    TrashBar* trashBar_;
     PathBar* path_;
+    QPointer<SettingsSheet> settings_;
     SearchField* search_;
     ChipRow* chips_;
     QToolButton* scope_ = nullptr;

@@ -1,8 +1,10 @@
 #include "Tarn/ui/window/WindowChanges.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QtGui/QGuiApplication>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QPushButton>
 
 #include "Tarn/model/AppModel.h"
@@ -13,6 +15,7 @@
 #include "Tarn/ui/transfers/ToastView.h"
 #include "Tarn/ui/transfers/TransfersButton.h"
 #include "Tarn/ui/transfers/TransfersPanel.h"
+#include "Tarn/ui/window/BrowserWindow.h"
 
 namespace tarn {
 
@@ -24,7 +27,7 @@ WindowChanges::WindowChanges(WindowModel& model, QWidget& window, QWidget& pane,
       transfers_(model.app().transfers()),
       button_(button),
       panel_(new TransfersPanel(transfers_, model.app().activities(), button, window)),
-      toast_(new ToastView(model, &pane)) {
+      toast_(new ToastView(model, window, pane)) {
     connect(&button, &TransfersButton::clicked, this,
             [this] { model_.setShowsTransfers(!model_.showsTransfers()); });
     connect(&model, &WindowModel::showsTransfersChanged, this, [this] {
@@ -36,8 +39,10 @@ WindowChanges::WindowChanges(WindowModel& model, QWidget& window, QWidget& pane,
     });
     connect(panel_, &TransfersPanel::closed, this, [this] { model_.setShowsTransfers(false); });
     connect(&transfers_, &TransferList::transferChanged, this, &WindowChanges::ask);
-    connect(&transfers_, &TransferList::listChanged, this, &WindowChanges::closeWhenIdle);
-    connect(&transfers_, &TransferList::transferChanged, this, &WindowChanges::closeWhenIdle);
+    connect(&transfers_, &TransferList::listChanged, this, &WindowChanges::goOnWhenIdle);
+    connect(&transfers_, &TransferList::transferChanged, this, &WindowChanges::goOnWhenIdle);
+    connect(&model.app().activities(), &ActivityList::listChanged, this,
+            &WindowChanges::goOnWhenIdle);
     connect(&model, &WindowModel::showsHistoryChanged, this, &WindowChanges::showHistory);
     // The terminal may have changed files meanwhile.
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
@@ -83,28 +88,48 @@ void WindowChanges::showHistory() {
     history_->open();
 }
 
+bool WindowChanges::isBusy() const {
+    return transfers_.activeCount() > 0 || model_.app().activities().hasWork();
+}
+
 bool WindowChanges::mayClose() {
-    if (model_.app().windows().size() > 1 || transfers_.activeCount() == 0) return true;
-    if (isClosing_) return false;
-    auto* question =
-        new QuestionSheet({tr("Files Are Still Being Transferred"),
-                           tr("Closing the last window stops it and removes what is unfinished."),
-                           tr("Stop and Close"), tr("Keep Going")},
-                          window_);
-    connect(question, &QuestionSheet::accepted, this, [this] {
-        isClosing_ = true;
-        transfers_.cancelAll();
-        closeWhenIdle();
-    });
-    question->open(question->no());
+    if (!isBusy()) return true;
+    // The models of windows that were closed a moment ago are still there.
+    for (const QWidget* other : QApplication::topLevelWidgets())
+        if (other != &window_ && other->isVisible() && qobject_cast<const BrowserWindow*>(other))
+            return true;
+    askToStop(tr("Closing the last window stops it and removes what is unfinished."),
+              tr("Stop and Close"), [this] { window_.close(); });
     return false;
 }
 
-void WindowChanges::closeWhenIdle() {
-    if (!isClosing_ || transfers_.activeCount() > 0) return;
-    isClosing_ = false;
-    // Not from inside the signal of a transfer.
-    QMetaObject::invokeMethod(&window_, &QWidget::close, Qt::QueuedConnection);
+void WindowChanges::quit() {
+    if (!isBusy()) return QApplication::closeAllWindows();
+    askToStop(tr("Quitting stops it and removes what is unfinished."), tr("Stop and Quit"),
+              [] { QApplication::closeAllWindows(); });
+}
+
+void WindowChanges::askToStop(const QString& sentence, const QString& yes,
+                              std::function<void()> then) {
+    if ((question_ && question_->isVisible()) || whenIdle_) return;
+    const bool isTransfer = transfers_.activeCount() > 0;
+    question_ = new QuestionSheet({isTransfer ? tr("Files Are Still Being Transferred")
+                                              : tr("An Archive Is Still Being Worked On"),
+                                   sentence, yes, tr("Keep Going")},
+                                  window_);
+    connect(question_, &QuestionSheet::accepted, this, [this, then = std::move(then)] {
+        whenIdle_ = then;
+        transfers_.cancelAll();
+        model_.app().activities().stopWork();
+        goOnWhenIdle();
+    });
+    question_->open(question_->no());
+}
+
+void WindowChanges::goOnWhenIdle() {
+    if (!whenIdle_ || isBusy()) return;
+    // Not from inside the signal of what has ended.
+    QMetaObject::invokeMethod(this, std::exchange(whenIdle_, {}), Qt::QueuedConnection);
 }
 
 }  // namespace tarn

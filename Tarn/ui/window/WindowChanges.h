@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
 
@@ -7,6 +9,7 @@ namespace tarn {
 
 class ConflictSheet;
 class HistorySheet;
+class QuestionSheet;
 class ToastView;
 class TransferList;
 class TransferModel;
@@ -22,15 +25,19 @@ public:
     /// The toast floats above `pane`; `button` opens the transfers. All are parts of `window`.
     WindowChanges(WindowModel& model, QWidget& window, QWidget& pane, TransfersButton& button);
 
-    /// Asks before the last window goes while something is being transferred; true when it may go
-    /// at once. Otherwise the window is closed later, if the person wants it.
+    /// Asks before the last window goes while files are being transferred, packed or unpacked; true
+    /// when it may go at once. Otherwise the window is closed later, if the person wants it.
     bool mayClose();
+    /// Closes all windows, after the same question.
+    void quit();
 
 private:
     void ask();
     bool isAskedHere(const TransferModel& transfer) const;
     void showHistory();
-    void closeWhenIdle();
+    bool isBusy() const;
+    void askToStop(const QString& sentence, const QString& yes, std::function<void()> then);
+    void goOnWhenIdle();
 
     WindowModel& model_;
     QWidget& window_;
@@ -40,7 +47,8 @@ private:
     ToastView* toast_;
     QPointer<ConflictSheet> conflict_;
     QPointer<HistorySheet> history_;
-    bool isClosing_ = false;
+    QPointer<QuestionSheet> question_;
+    std::function<void()> whenIdle_;  ///< What waits for the work that is being stopped.
 };
 
 }  // namespace tarn
