@@ -18,6 +18,9 @@ namespace {
 /// Changed paths that are looked at one by one; more are as much work as all folders.
 constexpr std::size_t mostChanges = 5000;
 
+/// Milliseconds; what a long run has done is told now and then.
+constexpr qint64 betweenStatuses = 5000;
+
 int milliseconds(double seconds) { return static_cast<int>(seconds * 1000); }
 
 }  // namespace
@@ -265,6 +268,7 @@ void ContentIndexService::progressed(std::int64_t done, std::int64_t total,
     if (!activity_ && done < total && sinceBegin_.elapsed() >= milliseconds(timing_.shown))
         showActivity();
     if (activity_) followActivity();
+    if (!sinceStatus_.isValid() || sinceStatus_.elapsed() >= betweenStatuses) refreshStatus();
     emit changed();
 }
 
@@ -302,6 +306,7 @@ void ContentIndexService::showActivity() {
 }
 
 void ContentIndexService::followActivity() {
+    if (done_ == total_) return activity_->tell(tr("Writing what was read…"), 1.0);
     activity_->tell(
         tr("%1 of %2 · %3")
             .arg(QLocale().toString(static_cast<qlonglong>(done_)),
@@ -315,6 +320,7 @@ void ContentIndexService::setState(State state) {
 }
 
 void ContentIndexService::refreshStatus() {
+    sinceStatus_.start();
     if (isAskingStatus_) {
         asksStatusAgain_ = true;
         return;

@@ -141,6 +141,7 @@ private:
     QPointer<ActivityTask> activity_;
     QElapsedTimer sinceBegin_;     ///< Of the run.
     QElapsedTimer sinceWholeRun_;  ///< Since the end of one.
+    QElapsedTimer sinceStatus_;    ///< Since the index was asked what it holds.
     QTimer startTimer_;
     QTimer retryTimer_;
     QTimer wholeTimer_;

@@ -6,6 +6,7 @@
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QStackedLayout>
 
+#include "Tarn/model/AppModel.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/model/WindowEdits.h"
@@ -220,7 +221,8 @@ void PaneWidget::showError() {
     const QString sentence = QString::fromUtf8(error.what());
     const bool isArchive = pane_.location().isArchive();
     // Its folder is made when something is deleted for the first time.
-    if (TrashBar::isTrash(pane_.location()) && error.reason() == ListingError::Reason::notFound)
+    if (TrashBar::isTrash(pane_.location()) && error.reason() == ListingError::Reason::notFound &&
+        window_.app().trash().items() == 0)
         return showEmptyFolder();
     switch (error.reason()) {
         case ListingError::Reason::permissionDenied:

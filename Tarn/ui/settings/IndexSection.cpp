@@ -59,7 +59,7 @@ class Well final : public QWidget {
 public:
     explicit Well(QWidget* content) {
         auto* box = new QVBoxLayout(this);
-        box->setContentsMargins(0, Metrics::space4, 0, Metrics::space4);
+        box->setContentsMargins(Metrics::space2, Metrics::space4, Metrics::space2, Metrics::space4);
         box->addWidget(content);
     }
 
@@ -400,7 +400,7 @@ QString IndexSection::contents(const ContentIndexService& index) {
     QStringList parts = {counted(status->withText, "file") + tr(" with text"),
                          displayText(Format::bytes(status->bytesOnDisk))};
     if (status->lastIndexed)
-        parts << tr("last read %1")
+        parts << tr("last read: %1")
                      .arg(displayText(Format::date(
                          Date::fromUnix(static_cast<std::int64_t>(*status->lastIndexed)))));
     return parts.join(QStringLiteral(" · "));
@@ -428,6 +428,8 @@ QString IndexSection::activity(const ContentIndexService& index) {
         case State::running:
             text = index.isPaused() ? tr("Paused")
                    : index.held()   ? ContentIndexService::sentence(*index.held())
+                   : index.total() > 0 && index.done() == index.total()
+                       ? tr("Writing what was read…")
                    : index.total() > 0
                        ? tr("Reading %1 of %2")
                              .arg(QLocale().toString(static_cast<qlonglong>(index.done())),

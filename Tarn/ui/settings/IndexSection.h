@@ -36,7 +36,7 @@ public:
     void addFolder(const URL& folder);
     void leaveOut(const URL& folder);
 
-    /// What the index holds: “12,345 files · 320 MB · last read today at 14:03”.
+    /// What the index holds: “12,345 files with text · 320 MB · last read: Today at 14:03”.
     static QString contents(const ContentIndexService& index);
     /// What is being done about it: “Reading 1,200 of 34,000 files”.
     static QString activity(const ContentIndexService& index);
