@@ -56,7 +56,6 @@ public:
     std::optional<TextIndex::Known> known(const std::string& path);
 
 private:
-    void setPostings();
     std::optional<std::int64_t> rowID(const std::string& path);
     /// The path that `body` has under that id.
     bool bodyIs(std::int64_t rowID, const std::string& path);

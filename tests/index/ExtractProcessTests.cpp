@@ -12,6 +12,7 @@
 
 #include "TarnCore/index/ExtractProcess.h"
 #include "tests/index/HelperProcesses.h"
+#include "tests/support/PDFDocument.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {
@@ -111,6 +112,16 @@ TEST_F(ExtractProcessTest, believesAHelperNothing) {
         EXPECT_TRUE(answer.end == c.end || either) << static_cast<int>(answer.end);
         EXPECT_EQ(answer.text, c.end == End::text ? "ok" : "");
     }
+}
+
+TEST_F(ExtractProcessTest, documentsThatNeverEndAreLate) {
+    PDFDocument document;
+    document.addRepeated("0 0 m 1 1 l S", 60);
+    const auto helper = start();
+    ASSERT_TRUE(helper);
+    const ExtractProtocol::Request request = {false, "a.pdf", {}};
+    EXPECT_EQ(helper->read(request, open("a.pdf", document.bytes()).get(), 0.5, never).end,
+              End::late);
 }
 
 TEST_F(ExtractProcessTest, endsWhatTheHelperStarted) {

@@ -1,12 +1,17 @@
 #include <csignal>
+#include <fstream>
+#include <iterator>
 
 #include <sys/stat.h>
 
 #include <gmock/gmock.h>
+#include <sched.h>
 
 #include "TarnCore/base/TaskPool.h"
 #include "TarnCore/index/TextReader.h"
+#include "TarnCore/platform/Platform.h"
 #include "tests/index/HelperProcesses.h"
+#include "tests/support/PDFDocument.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {
@@ -98,6 +103,92 @@ TEST_F(TextReaderTest, startsAnewWhenAnIdleHelperWasKilled) {
     for (const pid_t helper : helperProcesses()) kill(helper, SIGKILL);
     EXPECT_EQ(read(mail).outcome, Outcome::read);
     EXPECT_EQ(helperProcesses().size(), 1U);
+}
+
+/// What the smallest wordprocessing file of 1997 can be: the magic of its container and nothing
+/// more.
+const std::string brokenDoc = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1" + std::string(4000, '\0');
+
+TEST_F(TextReaderTest, readsForeignFormatsBehindTheWalls) {
+    PDFDocument document;
+    document.addText({"Annual report"});
+    const struct {
+        const char* name;
+        std::string bytes;
+        Outcome outcome;
+        const char* text;
+    } cases[] = {
+        {"a.html", "<title>One</title><p>Two &amp; three", Outcome::read, "Two & three"},
+        {"a.rtf", R"({\rtf1 Caf\'e9})", Outcome::read, "Café"},
+        {"a.pdf", document.bytes(), Outcome::read, "Annual report"},
+        {"a.docx", "no package", Outcome::noText, ""},
+        {"a.pdf", document.bytes().substr(0, 200), Outcome::noText, ""},
+        {"a.doc", brokenDoc, Outcome::noText, ""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const auto result = read(folder.file(c.name, c.bytes));
+        EXPECT_EQ(result.outcome, c.outcome);
+        EXPECT_THAT(result.text, testing::HasSubstr(c.text));
+    }
+}
+
+TEST_F(TextReaderTest, recognisesTextInPicturesAndScannedPages) {
+    std::ifstream file(TARN_TEST_PICTURES "/invoice.png", std::ios::binary);
+    const std::string picture{std::istreambuf_iterator<char>(file), {}};
+    const auto pixels = Platform::current().recognition->load(picture, 2400);
+    ASSERT_TRUE(pixels);
+    PDFDocument document;
+    document.addText({"First page"});
+    document.addPicture(*pixels);
+    const URL scan = folder.file("scan.pdf", document.bytes());
+    EXPECT_EQ(read(scan).text.find("Total due"), std::string::npos);
+    TextReader recognising(
+        {.ocr = true, .languages = {"de", "en"}, .processes = 1, .background = true});
+    const auto pages = recognising.read(scan, 1, token);
+    EXPECT_THAT(pages.text, testing::HasSubstr("First page\nInvoice 2041\nTotal due: 75 euros"));
+    EXPECT_EQ(recognising.read(folder.file("a.PNG", picture), 1, token).text,
+              "Invoice 2041\nTotal due: 75 euros");
+}
+
+/// Waits until a helper, another than that, is at work on a PDF document, and kills it.
+pid_t killAtWork(pid_t other = -1) {
+    for (;;) {
+        for (const pid_t helper : helperProcesses()) {
+            if (helper == other) continue;
+            std::ifstream maps("/proc/" + std::to_string(helper) + "/maps");
+            const std::string all{std::istreambuf_iterator<char>(maps), {}};
+            if (all.find("libpoppler") == all.npos) continue;
+            kill(helper, SIGKILL);
+            return helper;
+        }
+        sched_yield();
+    }
+}
+
+TEST_F(TextReaderTest, remembersTheFileThatKilledItsHelper) {
+    PDFDocument document;
+    document.addRepeated("0 0 m 1 1 l S", 60);  // never ends
+    const URL hostile = folder.file("a.pdf", document.bytes());
+    TaskPool pool(1);
+    pool.run([] { killAtWork(); });
+    EXPECT_EQ(read(hostile).outcome, Outcome::killed);
+    EXPECT_EQ(read(hostile).outcome, Outcome::killed);
+    EXPECT_TRUE(helperProcesses().empty());  // it was not tried again
+    PDFDocument harmless;
+    harmless.addText({"Mended"});
+    folder.file("a.pdf", harmless.bytes());
+    EXPECT_THAT(read(hostile).text, testing::HasSubstr("Mended"));
+}
+
+TEST_F(TextReaderTest, whatKillsAHelperThatHasReadOthersIsTriedOnceMore) {
+    ASSERT_EQ(read(folder.file("a.eml", "Subject: mail\n\nbody\n")).outcome, Outcome::read);
+    PDFDocument endless;
+    endless.addRepeated("0 0 m 1 1 l S", 60);
+    const URL url = folder.file("a.pdf", endless.bytes());
+    TaskPool pool(1);
+    pool.run([] { killAtWork(killAtWork()); });
+    EXPECT_EQ(read(url).outcome, Outcome::killed);
 }
 
 TEST_F(TextReaderTest, stopsWhenAsked) {

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "TarnCore/platform/Platform.h"
-#include "tests/platform/PDFDocument.h"
+#include "tests/support/PDFDocument.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {

@@ -1,6 +1,7 @@
 #include "TarnCore/index/readers/PictureText.h"
 
 #include <algorithm>
+#include <ctime>
 #include <functional>
 #include <vector>
 
@@ -15,6 +16,11 @@ namespace {
 constexpr int smallestSide = 8;
 /// Of 255 shades; text that nobody can tell from its ground is none.
 constexpr int leastContrast = 16;
+/// Seconds of processor time for the pages of one document. A scanned book is read from its
+/// beginning as far as that goes, about 100 pages.
+constexpr double mostRecognition = 120;
+
+double processorSeconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
 
 }  // namespace
 
@@ -40,8 +46,15 @@ std::optional<std::string> document(std::string_view bytes, const Options& optio
     const auto& platform = Platform::current();
     if (!platform.documents) return std::nullopt;
     std::function<std::string(const GrayPicture&)> drawn;
+    double recognitionTime = 0;
     if (options.ocr && platform.recognition)
-        drawn = [&](const GrayPicture& page) { return recognize(page, options); };
+        drawn = [&](const GrayPicture& page) -> std::string {
+            if (recognitionTime > mostRecognition) return {};
+            const double begin = processorSeconds();
+            std::string lines = recognize(page, options);
+            recognitionTime += processorSeconds() - begin;
+            return lines;
+        };
     TextBuilder text;
     const auto onPage = [&](std::string_view page) {
         text.addLines(page);

@@ -31,6 +31,21 @@ public:
         addPage("<< /XObject << /P " + number + " 0 R >> >>", "q " + size + " Q");
     }
     void addEmpty() { addPage("<< >>", ""); }
+    /// A page that does `content` two to the power of `levels` times: a form that draws a form
+    /// twice, which draws a form twice, and so on.
+    void addRepeated(const std::string& content, int levels) {
+        const std::string font =
+            "/Font << /F << /Type /Font /Subtype /Type1 /BaseFont /Helvetica >> >>";
+        std::string drawn = addObject(
+            "/Type /XObject /Subtype /Form /BBox [0 0 612 792] /Resources << " + font + " >>",
+            content);
+        for (int level = 0; level < levels; ++level)
+            drawn = addObject(
+                "/Type /XObject /Subtype /Form /BBox [0 0 612 792] /Resources << /XObject << /X " +
+                    drawn + " 0 R >> >>",
+                "/X Do /X Do");
+        addPage("<< /XObject << /X " + drawn + " 0 R >> >>", "/X Do");
+    }
 
     std::string bytes() const {
         std::string all = "%PDF-1.4\n";
