@@ -50,6 +50,7 @@ struct ContentIndexService::Job {
 
 struct ContentIndexService::Ended {
     bool wasElsewhere = false;
+    bool hasRead = false;  ///< There was something to read.
     bool reachedBudget = false;
     QString problem;
 };
@@ -230,6 +231,7 @@ ContentIndexService::Ended ContentIndexService::work(const Job& job) {
             });
         });
     hasChanged |= outcome.indexed + outcome.withoutText > 0;
+    result.hasRead = true;
     result.reachedBudget = outcome.reachedBudget;
     result.problem = displayText(outcome.problem);
     return finish();
@@ -241,8 +243,11 @@ void ContentIndexService::ended(const Job& job, const Ended& result) {
     held_.reset();
     done_ = 0;
     total_ = 0;
-    reachedBudget_ = result.reachedBudget;
-    problem_ = result.problem;
+    // A run over a few changes that found nothing to do says nothing about either.
+    if (result.hasRead || job.whole || job.rebuilds || !result.problem.isEmpty()) {
+        reachedBudget_ = result.reachedBudget;
+        problem_ = result.problem;
+    }
     refreshStatus();
     if (job.whole) sinceWholeRun_.start();
     const bool isUnfinished = result.wasElsewhere || (job.token.isCancelled() && !wasStopped_);
