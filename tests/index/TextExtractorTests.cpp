@@ -5,6 +5,7 @@
 #include "TarnCore/index/TextExtractor.h"
 #include "TarnCore/index/TextReader.h"
 #include "TarnCore/index/readers/PictureText.h"
+#include "TarnCore/index/readers/WordText.h"
 #include "tests/support/ArchiveBytes.h"
 #include "tests/support/ScopedPlatform.h"
 #include "tests/support/TestFolder.h"
@@ -148,6 +149,22 @@ TEST_F(TextExtractorTest, readsEachFormatByItsName) {
             EXPECT_NE(text->find("text"), text->npos) << *text;
         }
     }
+}
+
+TEST(WordText, linksAreWhatAPersonSeesOfThem) {
+    const struct {
+        const char* printed;
+        const char* text;
+    } cases[] = {
+        {" HYPERLINK \"index.html\" Home and", "  Home and"},
+        {"a HYPERLINK \"x.html\" \\l \"part\" b HYPERLINK \\l \"c\"d", "a  b d"},
+        {"the word HYPERLINK alone", "the word HYPERLINK alone"},
+        {"HYPERLINK \"torn\nline", "HYPERLINK \"torn\nline"},
+        {"HYPERLINK", "HYPERLINK"},
+        {"HYPERLINK \\", "HYPERLINK \\"},
+        {"", ""},
+    };
+    for (const auto& c : cases) EXPECT_EQ(WordText::withoutLinks(c.printed), c.text);
 }
 
 TEST_F(TextExtractorTest, readsOnlyFilesThatItShould) {

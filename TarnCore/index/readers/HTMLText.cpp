@@ -27,6 +27,25 @@ constexpr std::string_view blocks[] = {
     "table",    "tbody",      "textarea", "tfoot",      "thead", "title",   "tr",       "ul"};
 static_assert(std::ranges::is_sorted(blocks));
 
+/// Where the names with each first letter begin in `blocks`: most tags need one comparison or none.
+constexpr std::array<std::uint8_t, 27> firstBlocks = [] {
+    std::array<std::uint8_t, 27> first{};
+    for (std::size_t letter = 0; letter < first.size(); ++letter) {
+        while (first[letter] < std::size(blocks) &&
+               blocks[first[letter]][0] < static_cast<char>('a' + letter)) {
+            ++first[letter];
+        }
+    }
+    return first;
+}();
+
+/// `name` begins with a small letter.
+bool isBlock(std::string_view name) {
+    const auto letter = static_cast<std::size_t>(name[0] - 'a');
+    return std::find(blocks + firstBlocks[letter], blocks + firstBlocks[letter + 1], name) !=
+           blocks + firstBlocks[letter + 1];
+}
+
 bool isLetter(char byte) { return (byte | 0x20) >= 'a' && (byte | 0x20) <= 'z'; }
 bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
 
@@ -138,7 +157,11 @@ private:
 
     void markup() {
         const std::string_view rest = text_.substr(at_);
-        if (rest.starts_with("<!--")) {
+        if (rest.size() > 1 && isLetter(rest[1])) {
+            tag(1);
+        } else if (rest.size() > 2 && rest[1] == '/' && isLetter(rest[2])) {
+            tag(2);
+        } else if (rest.starts_with("<!--")) {
             skipTo(commentEnd_, 4, 3);
         } else if (rest.starts_with("<![CDATA[")) {
             const std::size_t end = cdataEnd_.find(text_, at_);
@@ -150,10 +173,6 @@ private:
             }
         } else if (rest.size() > 1 && (rest[1] == '!' || rest[1] == '?')) {
             skipTo(tagEnd_, 2, 1);
-        } else if (rest.size() > 1 && isLetter(rest[1])) {
-            tag(1);
-        } else if (rest.size() > 2 && rest[1] == '/' && isLetter(rest[2])) {
-            tag(2);
         } else {
             out_.add("<");
             ++at_;
@@ -187,15 +206,16 @@ private:
         if (name == "pre" || name == "textarea") {
             preformatted_ = std::max(0, preformatted_ + (isEnd ? -1 : 1));
         }
-        if (std::ranges::binary_search(blocks, std::string_view(name))) out_.lineBreak();
+        if (isBlock(name)) out_.lineBreak();
     }
 
     /// The '>' that ends a tag; one between quotes does not, unless the quotes never close.
     std::size_t closing(std::size_t from) {
         for (std::size_t at = from; quotesCount_;) {
-            at = text_.find_first_of("\"'>", at);
+            while (at < text_.size() && text_[at] != '>' && text_[at] != '"' && text_[at] != '\'')
+                ++at;
             // With every end in quotes, they are not what they look like; and one look was enough.
-            if (at == text_.npos) break;
+            if (at == text_.size()) break;
             if (text_[at] == '>') return at;
             // Only behind an equals sign is it more than a stray mark.
             const bool opens = text_.substr(from, at - from).ends_with('=') ||
@@ -268,12 +288,12 @@ std::optional<std::string> read(std::string_view bytes, const std::string& chars
     std::string storage;
     const std::string wanted =
         charset.empty() ? namedCharset(bytes) : Text::lowercasedASCII(charset);
-    const bool isWide = wanted.starts_with("utf-16") || wanted.starts_with("utf-32");
+    const bool isUnicode = wanted.starts_with("utf-");
     // UTF-8 cannot be anything else by chance, whatever the page says; encodings of seven bits can.
     const bool isSevenBit = wanted.starts_with("iso-2022") || wanted.starts_with("hz-");
     const bool isMarked = bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
     std::optional<std::string_view> text;
-    if (!wanted.empty() && !isWide && !isMarked && (isSevenBit || !Text::isValidUTF8(bytes)) &&
+    if (!wanted.empty() && !isUnicode && !isMarked && (isSevenBit || !Text::isValidUTF8(bytes)) &&
         bytes.find('\0') == bytes.npos && Charset::append(storage, bytes, wanted)) {
         text = storage;
     } else {
