@@ -6,7 +6,9 @@ namespace tarn {
 namespace {
 
 std::string list(std::string_view resource) {
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+           "<!DOCTYPE plist PUBLIC \"-//A//DTD 1.0//EN\" \"http://a/list.dtd\">\n"
+           "<plist version=\"1.0\"><dict>"
            "<key>WebSubresources</key><array><dict><key>WebResourceData</key><data>eA==</data></"
            "dict></array>"
            "<key>WebMainResource</key><dict>" +
@@ -37,7 +39,7 @@ TEST(WebArchiveText, isReadFromXML) {
          nullptr},
         {"nothing in it", list(""), nullptr},
         {"another list", "<plist><dict><key>a</key><data>YQ==</data></dict></plist>", nullptr},
-        {"torn before its page", list("<key>WebResourceData</key><data>PHA+").substr(0, 300),
+        {"torn before its page", list("<key>WebResourceData</key><data>PHA+").substr(0, 350),
          nullptr},
         {"no list", "WebMainResource", nullptr},
     };

@@ -58,11 +58,28 @@ struct XMLScanner::State {
                 {reinterpret_cast<const char*>(text), static_cast<std::size_t>(length)});
         }
     }
-    static void documentType(void* context, const xmlChar* /*name*/, const xmlChar* /*id*/,
-                             const xmlChar* /*system*/) {
-        State& state = of(context);
-        state.isRefused = true;
-        xmlStopParser(state.parser.get());
+    /// A declaration within the document: nothing that honest documents have.
+    void refuse() {
+        isRefused = true;
+        xmlStopParser(parser.get());
+    }
+    static void entity(void* context, const xmlChar* /*name*/, int /*type*/, const xmlChar* /*id*/,
+                       const xmlChar* /*system*/, xmlChar* /*content*/) {
+        of(context).refuse();
+    }
+    static void attribute(void* context, const xmlChar* /*element*/, const xmlChar* /*name*/,
+                          int /*type*/, int /*kind*/, const xmlChar* /*value*/,
+                          xmlEnumeration* values) {
+        xmlFreeEnumeration(values);
+        of(context).refuse();
+    }
+    static void element(void* context, const xmlChar* /*name*/, int /*type*/,
+                        xmlElementContent* /*content*/) {
+        of(context).refuse();
+    }
+    static void notation(void* context, const xmlChar* /*name*/, const xmlChar* /*id*/,
+                         const xmlChar* /*system*/) {
+        of(context).refuse();
     }
 };
 
@@ -84,7 +101,10 @@ XMLScanner::XMLScanner(Handler& handler) : state_(new State{handler}) {
     functions.characters = State::text;
     functions.ignorableWhitespace = State::text;
     functions.cdataBlock = State::text;
-    functions.internalSubset = State::documentType;
+    functions.entityDecl = State::entity;
+    functions.attributeDecl = State::attribute;
+    functions.elementDecl = State::element;
+    functions.notationDecl = State::notation;
     state_->parser.reset(xmlCreatePushParserCtxt(&functions, state_.get(), nullptr, 0, nullptr));
     if (!state_->parser) throw std::bad_alloc();
     xmlCtxtUseOptions(state_->parser.get(), XML_PARSE_NONET | XML_PARSE_RECOVER |

@@ -7,9 +7,9 @@
 
 namespace tarn {
 
-/// Reads XML as it comes, in constant memory, telling of elements and text. Documents do not get to
-/// define entities, to name other files, or to nest deeper than 256 elements; what declares a
-/// document type is refused, since no document format that we read has one. One thread at a time.
+/// Reads XML as it comes, in constant memory, telling of elements and text. No other file is ever
+/// opened. What declares entities, elements or attributes, or nests deeper than 256 elements, is
+/// refused: no document that we read has use for it. One thread at a time.
 class XMLScanner {
 public:
     /// Values of the attributes of one element; valid only while it is told of.
