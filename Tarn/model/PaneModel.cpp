@@ -57,6 +57,7 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
     connect(&watcher_, &PaneWatcher::changed, this, &PaneModel::refreshSoon);
     connect(&app.tagColors(), &TagColors::changed, this, &PaneModel::tagColorsChanged);
     connect(&search_, &PaneSearch::rowsChanged, this, &PaneModel::resultsChanged);
+    connect(&search_.snippets(), &PaneSnippets::changed, this, &PaneModel::snippetsChanged);
     connect(&search_, &PaneSearch::finished, this, &PaneModel::stateChanged);
     connect(&app.contentIndex(), &ContentIndexService::contentsChanged, this,
             &PaneModel::textsChanged);

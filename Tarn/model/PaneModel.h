@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,6 +26,7 @@
 namespace tarn {
 
 class AppModel;
+class TextReader;
 
 /// What one pane shows: a place, its items, the search in it, and the way here.
 ///
@@ -113,6 +115,10 @@ public:
     SearchScopeSetting searchScope() const { return searchScope_; }
     bool isSearching() const { return search_.isRunning(); }
     const PaneSearch& search() const { return search_; }
+    /// Results were found by what files say, so that each row has a line of that to show.
+    bool showsSnippets() const { return showsResults_ && search_.asksForTexts(); }
+    /// Of a row, when it has such a line and it has been read; asks for it otherwise.
+    const TextMatch* snippet(const FileItem& item);
     /// The rows are results, not the place itself.
     bool showsResults() const { return showsResults_; }
     /// Results come best first; false once a column was picked for them.
@@ -149,6 +155,8 @@ signals:
     void tagColorsChanged();
     /// After the rows were replaced and the selection was put back.
     void rowsChanged();
+    /// snippet() has more to tell.
+    void snippetsChanged();
 
 private:
     void applyPrefs();
@@ -218,6 +226,7 @@ private:
     bool showsResults_ = false;
     bool isRanked_ = true;
     QTimer searchTimer_;
+    std::shared_ptr<TextReader> documents_;  ///< Made for the first search that reads any.
     PaneSearch search_;
 };
 

@@ -5,6 +5,8 @@
 #include "Tarn/model/PaneModel.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/Paths.h"
+#include "TarnCore/index/IndexedTexts.h"
+#include "TarnCore/index/TextReader.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/search/QueryParser.h"
 
@@ -109,6 +111,13 @@ void PaneModel::startSearch() {
         options.includeHidden = showsHidden_;
         options.hidesTrash = !Paths::isInTrash(options.roots.front());
         if (location_.isFolder()) options.currentFolder = location_.url;
+        options.textIndex = IndexedTexts::shared();
+        if (!query_->containing.empty()) {
+            if (!documents_) documents_ = std::make_shared<TextReader>(TextReader::Options());
+            options.readDocument = FileTexts::reading(documents_);
+            // Neither a blank nor a closing quotation mark has ended the phrase.
+            options.lastWordIsPrefix = searchText_.ends_with(query_->containing.back());
+        }
         search_.start(std::move(options), sort_, isRanked_);
     }
     emit searchChanged();
@@ -127,6 +136,10 @@ void PaneModel::resultsChanged() {
     if (isFirst) selection_.clear();
     showRows(search_.rows());
     if (isFirst) emit stateChanged();
+}
+
+const TextMatch* PaneModel::snippet(const FileItem& item) {
+    return showsSnippets() ? search_.snippets().match(item) : nullptr;
 }
 
 void PaneModel::rowsSeen(int count) {

@@ -48,6 +48,7 @@ void PaneSearch::start(SearchOptions options, const SortOrder& sort, bool isRank
     clock_.start();
     found_ = std::make_shared<Found>();
     task_ = std::make_shared<SearchTask>(std::move(options));
+    snippets_.start(task_);
     const QPointer<PaneSearch> self(this);
     task_->start(
         [self, run, found = found_](std::vector<FileItem> batch) {
@@ -86,11 +87,16 @@ void PaneSearch::cancel() {
 
 void PaneSearch::retireTask() {
     if (!task_) return;
+    snippets_.stop();
     task_->cancel();
     // What orders results may hold the task for a moment longer; whoever lets go of it last does
     // so on a queue, never here.
     retired_.run([task = std::move(task_)]() mutable { task.reset(); });
     task_.reset();
+}
+
+bool PaneSearch::asksForTexts() const {
+    return !query_.containing.empty() || query_.textInImages;
 }
 
 std::int64_t PaneSearch::visitedCount() const { return task_ ? task_->visitedCount() : 0; }

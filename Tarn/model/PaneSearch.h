@@ -9,6 +9,7 @@
 #include <QtCore/QTimer>
 
 #include "Tarn/model/PaneRows.h"
+#include "Tarn/model/PaneSnippets.h"
 #include "TarnCore/base/Guarded.h"
 #include "TarnCore/base/SerialQueue.h"
 #include "TarnCore/files/SortOrder.h"
@@ -42,6 +43,10 @@ public:
     /// Seconds from the start to the end, or to now.
     double elapsed() const;
 
+    /// The query of the results asks for text in files, so that each has a line of it to show.
+    bool asksForTexts() const;
+    PaneSnippets& snippets() { return snippets_; }
+
     /// The first `count` rows were on the screen.
     void rowsSeen(int count);
     /// Someone has selected, scrolled or pointed at rows: they stay where they are to the end.
@@ -67,6 +72,7 @@ private:
     void retireTask();
 
     std::shared_ptr<SearchTask> task_;
+    PaneSnippets snippets_;
     std::shared_ptr<Found> found_;
     SearchQuery query_;
     SortOrder sort_;

@@ -72,5 +72,34 @@ TEST(PaneSearch, aNewSearchSilencesTheOldOne) {
     EXPECT_EQ(finished, 1);
 }
 
+TEST(PaneSearch, readsWhyResultsWereFoundForRowsThatAreShown) {
+    TestFolder folder;
+    for (int i = 0; i < 300; ++i)
+        folder.file(std::to_string(i) + ".txt", "number " + std::to_string(i) + " is\ndue");
+    PaneSearch search;
+    SearchOptions options = searching(folder, "");
+    options.query.terms.clear();
+    options.query.containing = {"is due"};
+    search.start(options, {}, true);
+    EXPECT_TRUE(search.asksForTexts());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !search.isRunning(); }, 10'000));
+    // More rows than wait at once, as when someone scrolls through all of them.
+    const auto& items = search.rows()->items();
+    for (const FileItem& item : items) EXPECT_EQ(search.snippets().match(item), nullptr);
+    const FileItem& last = items.back();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return search.snippets().match(last) != nullptr; }, 10'000));
+    const TextMatch& match = *search.snippets().match(last);
+    EXPECT_EQ(match.reason, TextMatch::Reason::text);
+    EXPECT_EQ(match.snippet, "number " + last.name.substr(0, last.name.size() - 4) + " is due");
+    EXPECT_EQ(match.ranges.size(), 1u);
+    // The first ones gave way, and come when they are asked for again.
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return search.snippets().match(items.front()) != nullptr; }, 10'000));
+
+    search.start(searching(folder, "1"), {}, true);
+    EXPECT_FALSE(search.asksForTexts());
+    EXPECT_EQ(search.snippets().match(last), nullptr);  // What was known is of another search.
+}
+
 }  // namespace
 }  // namespace tarn

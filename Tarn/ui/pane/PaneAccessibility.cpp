@@ -7,6 +7,7 @@
 
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/ui/pane/PaneView.h"
+#include "Tarn/ui/pane/SnippetLine.h"
 
 namespace tarn {
 namespace {
@@ -32,7 +33,13 @@ public:
         if (!isValid()) return {};
         if (kind == QAccessible::Name) return index().data(Qt::AccessibleTextRole).toString();
         if (kind == QAccessible::Description) {
-            return PaneView::tr("%1 of %2").arg(row_ + 1).arg(view_->pane().items().count());
+            PaneModel& pane = view_->pane();
+            QString text = PaneView::tr("%1 of %2").arg(row_ + 1).arg(pane.items().count());
+            if (const TextMatch* match = pane.snippet(pane.items().item(row_))) {
+                if (const QString line = SnippetLine::spoken(*match); !line.isEmpty())
+                    text += QStringLiteral(". ") + line;
+            }
+            return text;
         }
         return {};
     }

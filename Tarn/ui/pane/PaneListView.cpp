@@ -6,6 +6,7 @@
 #include <QtWidgets/QScrollBar>
 
 #include "Tarn/model/PaneModel.h"
+#include "Tarn/ui/pane/SnippetLine.h"
 #include "Tarn/ui/tags/TagDots.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
@@ -15,7 +16,6 @@
 namespace tarn {
 namespace {
 
-constexpr int rowHeight = Metrics::rowDefault;
 constexpr int sideMargin = Metrics::space8;
 constexpr int cellPadding = Metrics::space8;
 
@@ -61,6 +61,7 @@ PaneListView::PaneListView(PaneModel& pane, QWidget* parent)
     });
     connect(&pane, &PaneModel::sortChanged, this, &PaneListView::showSort);
     connect(&pane, &PaneModel::rowsChanged, this, &PaneListView::layOutColumns);
+    connect(&pane, &PaneModel::snippetsChanged, viewport(), qOverload<>(&QWidget::update));
     connect(&pane, &PaneModel::stateChanged, this, [this] {
         layOutColumns();
         showSort();
@@ -134,31 +135,40 @@ void PaneListView::changeEvent(QEvent* event) {
 
 // --- Geometry
 
-int PaneListView::stepHeight() const { return rowHeight; }
+int PaneListView::rowHeight() const {
+    return pane().showsSnippets() ? Metrics::rowTwoLines : Metrics::rowDefault;
+}
 
-int PaneListView::contentHeight() const { return rowCount() * rowHeight + 2 * Metrics::space4; }
+QRect PaneListView::columnsRect(const QRect& row) const {
+    if (!pane().showsSnippets()) return row;
+    return row.adjusted(0, Metrics::space4, 0, -(Metrics::rowTwoLines / 2) + Metrics::space4);
+}
+
+int PaneListView::stepHeight() const { return rowHeight(); }
+
+int PaneListView::contentHeight() const { return rowCount() * rowHeight() + 2 * Metrics::space4; }
 
 QRect PaneListView::rowRect(int row) const {
-    return {sideMargin, Metrics::space4 + row * rowHeight, viewport()->width() - 2 * sideMargin,
-            rowHeight};
+    return {sideMargin, Metrics::space4 + row * rowHeight(), viewport()->width() - 2 * sideMargin,
+            rowHeight()};
 }
 
 std::optional<PaneView::Rows> PaneListView::rowsIn(const QRect& content) const {
-    const int first = std::max(0, (content.top() - Metrics::space4) / rowHeight);
-    const int last = std::min(rowCount() - 1, (content.bottom() - Metrics::space4) / rowHeight);
+    const int first = std::max(0, (content.top() - Metrics::space4) / rowHeight());
+    const int last = std::min(rowCount() - 1, (content.bottom() - Metrics::space4) / rowHeight());
     if (first > last || content.bottom() < Metrics::space4) return std::nullopt;
     return Rows{first, last};
 }
 
 int PaneListView::rowNearest(const QPoint& content) const {
     if (rowCount() == 0) return -1;
-    return std::clamp((content.y() - Metrics::space4) / rowHeight, 0, rowCount() - 1);
+    return std::clamp((content.y() - Metrics::space4) / rowHeight(), 0, rowCount() - 1);
 }
 
 int PaneListView::rowAt(const QPoint& content) const {
     if (content.y() < Metrics::space4 || content.x() < 0 || content.x() >= viewport()->width())
         return -1;
-    const int row = (content.y() - Metrics::space4) / rowHeight;
+    const int row = (content.y() - Metrics::space4) / rowHeight();
     return row < rowCount() ? row : -1;
 }
 
@@ -168,7 +178,7 @@ QItemSelection PaneListView::rowsTouching(const QRect& content) const {
 }
 
 int PaneListView::rowAfter(int row, CursorAction action) const {
-    const int page = std::max(1, viewport()->height() / rowHeight - 1);
+    const int page = std::max(1, viewport()->height() / rowHeight() - 1);
     switch (action) {
         case MoveUp:
             return row - 1;
@@ -187,8 +197,9 @@ int PaneListView::rowAfter(int row, CursorAction action) const {
 
 QRect PaneListView::cellRect(const QRect& row, int column) const {
     if (header_->isSectionHidden(column)) return {};
-    return QRect(row.left() + header_->sectionPosition(column), row.top(),
-                 header_->sectionSize(column), row.height())
+    const QRect columns = columnsRect(row);
+    return QRect(columns.left() + header_->sectionPosition(column), columns.top(),
+                 header_->sectionSize(column), columns.height())
         .adjusted(cellPadding, 0, -cellPadding, 0);
 }
 
@@ -251,6 +262,14 @@ void PaneListView::paintRow(QPainter& painter, int row, const QRect& rect) {
                                    which == PaneColumn::folder ? Qt::ElideMiddle : Qt::ElideRight,
                                    cell.width()));
         }
+    }
+    if (const TextMatch* match = pane().snippet(item)) {
+        const QRect name = nameRect(row);
+        const int top = columnsRect(rect).bottom();
+        SnippetLine::paint(painter,
+                           QRect(name.left(), top, rect.right() - cellPadding - name.left(),
+                                 rect.bottom() - Metrics::space4 - top),
+                           *match, palette(), selected);
     }
     painter.setOpacity(1);
 }

@@ -36,6 +36,9 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    int rowHeight() const;
+    /// The part of a row that has the columns: all of it, or what is above the line of text.
+    QRect columnsRect(const QRect& row) const;
     /// Widths for texts of the usual length, in the font of now.
     void measureColumns();
     /// Hides columns that leave the name too little room.

@@ -26,6 +26,8 @@ inline constexpr int radiusCard = 10;
 inline constexpr int rowCompact = 28;
 inline constexpr int rowDefault = 32;
 inline constexpr int rowRoomy = 40;
+/// With a second, smaller line of text.
+inline constexpr int rowTwoLines = 48;
 
 /// Icons: in chips and small buttons, in rows, in toolbars, beside titles, on empty pages.
 inline constexpr int iconSmall = 16;
