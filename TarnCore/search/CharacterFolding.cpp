@@ -11,6 +11,10 @@
 
 #include "TarnCore/base/Text.h"
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace tarn::CharacterFolding {
 namespace {
 
@@ -59,6 +63,18 @@ const Folded& fold(char32_t character) {
 }
 
 std::size_t nextNonASCII(std::string_view text, std::size_t index) {
+#if defined(__SSE2__)
+    // Most texts are ASCII to the end, and this is what they are read at: a line of the cache at
+    // once.
+    const auto load = [&](std::size_t i) {
+        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + i));
+    };
+    for (; index + 64 <= text.size(); index += 64) {
+        const __m128i any = _mm_or_si128(_mm_or_si128(load(index), load(index + 16)),
+                                         _mm_or_si128(load(index + 32), load(index + 48)));
+        if (_mm_movemask_epi8(any) != 0) break;
+    }
+#endif
     for (; index + 8 <= text.size(); index += 8) {
         std::uint64_t word;
         std::memcpy(&word, text.data() + index, 8);

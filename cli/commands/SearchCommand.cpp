@@ -248,16 +248,18 @@ int run(const Arguments& arguments, Session& session) {
     const Form form = arguments.has("json") ? Form::json : paths ? Form::paths : Form::lines;
     const SearchOptions search = searchOptions(arguments, session);
 
+    // The task goes first, and waits for its threads, which use the others.
+    std::condition_variable changed;
+    const Guarded<std::unique_ptr<Printer>> shared;
     SearchTask task(search);
-    auto made = std::make_unique<Printer>(session, form, arguments.has("null") ? '\0' : '\n',
-                                          arguments.has("explain") ? &task : nullptr);
+    *shared.lock() = std::make_unique<Printer>(session, form, arguments.has("null") ? '\0' : '\n',
+                                               arguments.has("explain") ? &task : nullptr);
     // An index answers before threads have begun.
     if (search.indexesOnly) {
-        made->add(task.runAll());
-        return finish(*made, task, search.query);
+        const auto printer = shared.lock();
+        (*printer)->add(task.runAll());
+        return finish(**printer, task, search.query);
     }
-    const Guarded<std::unique_ptr<Printer>> shared(std::move(made));
-    std::condition_variable changed;
     task.start(
         [&](std::vector<FileItem> batch) {
             const auto printer = shared.lock();
