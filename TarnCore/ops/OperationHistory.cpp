@@ -12,6 +12,7 @@
 #include "TarnCore/files/StoreFile.h"
 #include "TarnCore/files/SupportDirectory.h"
 #include "TarnCore/ops/FileOps.h"
+#include "TarnCore/ops/HistoryLine.h"
 #include "TarnCore/platform/Platform.h"
 
 namespace tarn {
@@ -47,30 +48,9 @@ OperationKind kindNamed(std::string_view name) {
 
 using Entries = std::vector<HistoryEntry>;
 
-/// Absent when the text is not a history.
-std::optional<Entries> decoded(std::string_view text) {
-    const auto json = JSONText::parse(text);
-    if (!json || !json->is_array()) return std::nullopt;
-    try {
-        return json->get<Entries>();
-    } catch (const std::exception&) {  // The library's exceptions, and those of the records.
-        return std::nullopt;
-    }
-}
+using Lines = std::vector<HistoryLine>;
 
-/// One entry a line.
-std::string encoded(const Entries& entries) {
-    std::string text = "[";
-    for (const HistoryEntry& entry : entries) {
-        if (text.size() > 1) text += ",";
-        text += "\n" + JSONText::compact(JSON(entry));
-    }
-    return text + "\n]\n";
-}
-
-auto withID(Entries& entries, const UUID& id) {
-    return std::ranges::find(entries, id, &HistoryEntry::id);
-}
+auto withID(Lines& lines, const UUID& id) { return std::ranges::find(lines, id, &HistoryLine::id); }
 
 }  // namespace
 
@@ -96,8 +76,8 @@ struct OperationHistory::State {
     struct Stacks {
         /// Older than the stored ones: beyond what the file holds, or from before it was cleared
         /// of old entries. In this process only.
-        Entries older;
-        Entries undo;  ///< As in the file, and what the disk has refused so far.
+        Lines older;
+        Lines undo;  ///< As in the file, and what the disk has refused so far.
         Entries redo;
         /// What could not be written yet.
         std::vector<UUID> unsaved;
@@ -105,6 +85,25 @@ struct OperationHistory::State {
         bool unsavedClear = false;
         /// The file holds something else than a history, which must not be lost.
         bool isBroken = false;
+
+        /// Takes lines away that turn out to be no entries.
+        void drop(Lines& lines, const std::function<bool(const HistoryLine&)>& asksAbout) {
+            const auto isNone = [&](const HistoryLine& line) {
+                return asksAbout(line) && !line.entry();
+            };
+            if (std::erase_if(lines, isNone) > 0) isBroken = true;
+        }
+        /// The entry that was recorded last; null when there is none.
+        std::shared_ptr<const HistoryEntry> newest() {
+            for (Lines* lines : {&undo, &older}) {
+                while (!lines->empty()) {
+                    if (auto entry = lines->back().entry()) return entry;
+                    lines->pop_back();
+                    isBroken = true;
+                }
+            }
+            return nullptr;
+        }
     };
 
     Guarded<Stacks> stacks;
@@ -114,22 +113,27 @@ struct OperationHistory::State {
 
     /// Takes over what the file holds now, with what could not be written put on top.
     static void takeOver(Stacks& stacks, const StoreFile::Content& content) {
-        Entries fresh;
+        Lines fresh;
         stacks.isBroken = content.state == StoreFile::State::unreadable;
         if (content.state == StoreFile::State::present) {
-            auto found = decoded(content.text);
+            auto found = HistoryLine::linesOf(content.text);
             stacks.isBroken = !found;
             if (found) fresh = *std::move(found);
         }
         const Date oldest = Platform::current().clock->now() - retention;
-        std::erase_if(fresh, [&](const HistoryEntry& entry) {
-            return entry.date <= oldest || stacks.unsavedClear ||
-                   std::ranges::count(stacks.unsavedRemovals, entry.id) > 0;
+        std::erase_if(fresh, [&](const HistoryLine& line) {
+            return line.date() <= oldest || stacks.unsavedClear ||
+                   std::ranges::count(stacks.unsavedRemovals, line.id()) > 0;
         });
-        for (HistoryEntry& entry : stacks.undo)
-            if (std::ranges::count(stacks.unsaved, entry.id) > 0 &&
-                withID(fresh, entry.id) == fresh.end())
-                fresh.push_back(std::move(entry));
+        for (HistoryLine& line : stacks.undo) {
+            const auto same = withID(fresh, line.id());
+            if (same == fresh.end()) {
+                if (std::ranges::count(stacks.unsaved, line.id()) > 0)
+                    fresh.push_back(std::move(line));
+            } else if (same->text() == line.text()) {
+                *same = std::move(line);  // Which may have been taken apart already.
+            }
+        }
         stacks.undo = std::move(fresh);
     }
 
@@ -156,7 +160,7 @@ struct OperationHistory::State {
             edit(*access);
             isEdited = true;
             keepWithinLimit(*access);
-            return StoreFile::Replacement{encoded(access->undo), access->isBroken};
+            return StoreFile::Replacement{HistoryLine::file(access->undo), access->isBroken};
         });
         const auto access = stacks.lock();
         if (!isEdited) edit(*access);  // Not even the lock could be had.
@@ -169,7 +173,7 @@ struct OperationHistory::State {
 
     /// The newest entries are stored.
     static void keepWithinLimit(Stacks& stacks) {
-        Entries all = std::move(stacks.older);
+        Lines all = std::move(stacks.older);
         std::ranges::move(stacks.undo, std::back_inserter(all));
         const std::size_t stored = std::min(all.size(), mostStored);
         const auto first = all.end() - static_cast<std::ptrdiff_t>(stored);
@@ -191,8 +195,11 @@ URL OperationHistory::defaultFile() { return SupportDirectory::file("undo-histor
 
 std::vector<HistoryEntry> OperationHistory::undoStack() const {
     const auto stacks = state_->stacks.lock();
-    Entries all = stacks->older;
-    all.insert(all.end(), stacks->undo.begin(), stacks->undo.end());
+    Entries all;
+    for (Lines* lines : {&stacks->older, &stacks->undo}) {
+        stacks->drop(*lines, [](const HistoryLine&) { return true; });
+        for (const HistoryLine& line : *lines) all.push_back(*line.entry());
+    }
     return all;
 }
 
@@ -208,10 +215,9 @@ bool OperationHistory::canUndo() const {
 bool OperationHistory::canRedo() const { return !state_->stacks.lock()->redo.empty(); }
 
 std::optional<std::string> OperationHistory::nextUndoTitle() const {
-    const auto stacks = state_->stacks.lock();
-    const Entries& newest = stacks->undo.empty() ? stacks->older : stacks->undo;
-    if (newest.empty()) return std::nullopt;
-    return newest.back().title;
+    const auto newest = state_->stacks.lock()->newest();
+    if (!newest) return std::nullopt;
+    return newest->title;
 }
 
 std::optional<std::string> OperationHistory::nextRedoTitle() const {
@@ -223,23 +229,19 @@ std::optional<std::string> OperationHistory::nextRedoTitle() const {
 void OperationHistory::record(HistoryEntry entry) {
     if (entry.steps.empty()) return;
     if (entry.date == Date{}) entry.date = Platform::current().clock->now();
+    const HistoryLine line(std::move(entry));
     state_->change([&](State::Stacks& stacks) {
         stacks.redo.clear();
-        stacks.unsaved.push_back(entry.id);
-        stacks.undo.push_back(entry);
+        stacks.unsaved.push_back(line.id());
+        stacks.undo.push_back(line);
     });
     if (onChange) onChange();
 }
 
 std::optional<HistoryEntry> OperationHistory::undo() {
     state_->refresh();
-    std::optional<UUID> newest;
-    {
-        const auto stacks = state_->stacks.lock();
-        const Entries& entries = stacks->undo.empty() ? stacks->older : stacks->undo;
-        if (!entries.empty()) newest = entries.back().id;
-    }
-    return newest ? undo(*newest) : std::nullopt;
+    const auto newest = state_->stacks.lock()->newest();
+    return newest ? undo(newest->id) : std::nullopt;
 }
 
 std::optional<HistoryEntry> OperationHistory::undo(const UUID& id) {
@@ -248,7 +250,7 @@ std::optional<HistoryEntry> OperationHistory::undo(const UUID& id) {
     if (!entry) return std::nullopt;
     entry->steps = FileOps::revert(entry->steps);
     state_->change([&](State::Stacks& stacks) {
-        const auto hasID = [&](const HistoryEntry& other) { return other.id == id; };
+        const auto hasID = [&](const HistoryLine& line) { return line.id() == id; };
         std::erase_if(stacks.undo, hasID);
         std::erase_if(stacks.older, hasID);
         std::erase(stacks.unsaved, id);
@@ -277,7 +279,7 @@ std::optional<HistoryEntry> OperationHistory::redo() {
                       [&](const HistoryEntry& other) { return other.id == entry->id; });
         std::erase(stacks.unsavedRemovals, entry->id);
         stacks.unsaved.push_back(entry->id);
-        stacks.undo.push_back(*entry);
+        stacks.undo.emplace_back(*entry);
     });
     if (onChange) onChange();
     return entry;
@@ -298,8 +300,10 @@ bool OperationHistory::refresh() { return state_->refresh(); }
 
 std::optional<HistoryEntry> OperationHistory::find(const UUID& id) const {
     const auto stacks = state_->stacks.lock();
-    for (Entries* entries : {&stacks->undo, &stacks->older})
-        if (const auto found = withID(*entries, id); found != entries->end()) return *found;
+    for (Lines* lines : {&stacks->undo, &stacks->older}) {
+        stacks->drop(*lines, [&](const HistoryLine& line) { return line.id() == id; });
+        if (const auto found = withID(*lines, id); found != lines->end()) return *found->entry();
+    }
     return std::nullopt;
 }
 

@@ -150,6 +150,41 @@ TEST_F(OperationHistoryTest, keepsAFileThatItCannotRead) {
     }
 }
 
+TEST_F(OperationHistoryTest, addsToALineThatItDoesNotUnderstandAndLeavesItWhenItIsListed) {
+    OperationHistory(file).record(renamed("a", "b"));
+    OperationHistory(file).record(renamed("c", "d"));
+    OperationHistory(file).record(renamed("e", "f"));
+    // A fault of the disk, in the middle of the steps.
+    std::string text = folder.read("stores/undo-history.json");
+    const std::size_t at = text.find("\"move\"", text.find("\"move\"") + 1);
+    ASSERT_NE(at, text.npos);
+    text[at + 1] = '\0';
+    folder.file("stores/undo-history.json", text);
+
+    OperationHistory history(file);
+    history.record(renamed("g", "h"));
+    std::vector<std::string> titles;
+    for (const HistoryEntry& entry : history.undoStack()) titles.push_back(entry.title);
+    EXPECT_EQ(titles, (std::vector<std::string>{"Rename “a” to “b”", "Rename “e” to “f”",
+                                                "Rename “g” to “h”"}));
+    EXPECT_FALSE(folder.exists("stores/undo-history.json.unreadable")) << "only a change writes";
+    history.record(renamed("i", "j"));
+    EXPECT_NE(folder.read("stores/undo-history.json.unreadable").find(text.substr(at, 20)),
+              text.npos);
+    EXPECT_EQ(OperationHistory(file).undoStack().size(), 4U);
+}
+
+TEST_F(OperationHistoryTest, theLinesOfOthersStayAsTheyAre) {
+    OperationHistory(file).record(renamed("line\nfeed", "br\xffken"));
+    const std::string before = folder.read("stores/undo-history.json");
+    OperationHistory(file).record(renamed("c", "d"));
+    const std::string after = folder.read("stores/undo-history.json");
+    EXPECT_TRUE(after.starts_with(before.substr(0, before.size() - 3))) << after;
+    const auto stack = OperationHistory(file).undoStack();
+    ASSERT_EQ(stack.size(), 2U);
+    EXPECT_EQ(stack[0].steps, renamed("line\nfeed", "br\xffken").steps);
+}
+
 TEST_F(OperationHistoryTest, seesWhatOtherProcessesDo) {
     folder.file("b");
     OperationHistory window(file);
