@@ -1,7 +1,6 @@
 #include "TarnCore/files/StoreFile.h"
 
 #include <cerrno>
-#include <optional>
 #include <utility>
 
 #include <sys/file.h>
@@ -12,6 +11,7 @@
 #include <unistd.h>
 
 #include "TarnCore/base/FileDescriptor.h"
+#include "TarnCore/base/FileIO.h"
 
 namespace tarn {
 namespace {
@@ -20,28 +20,6 @@ constexpr mode_t privateMode = 0600;
 
 URL beside(const URL& url, std::string_view suffix) {
     return url.parent().appending("." + std::string(url.name()) + std::string(suffix));
-}
-
-bool writeAll(int fd, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = write(fd, text.data(), text.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        text.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
-std::optional<std::string> readAll(int fd) {
-    std::string text;
-    char buffer[16384];
-    for (;;) {
-        const ssize_t got = read(fd, buffer, sizeof buffer);
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) return std::nullopt;
-        if (got == 0) return text;
-        text.append(buffer, static_cast<std::size_t>(got));
-    }
 }
 
 /// Gives the file at `from` a second name, or the new name alone where a disk knows no second
@@ -78,7 +56,7 @@ StoreFile::Content StoreFile::read() {
     } else {
         struct stat status;
         if (fstat(fd.get(), &status) == 0) found = identity(status);
-        auto text = readAll(fd.get());
+        auto text = FileIO::readAll(fd.get());
         content.state = text ? State::present : State::unreadable;
         if (text) content.text = std::move(*text);
     }
@@ -118,8 +96,8 @@ bool StoreFile::replace(const std::string& text) {
         open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, privateMode));
     if (!fd) return false;
     struct stat status;
-    if (writeAll(fd.get(), text) && fsync(fd.get()) == 0 && fstat(fd.get(), &status) == 0 &&
-        rename(temporary.c_str(), url_.c_str()) == 0) {
+    if (FileIO::writeAll(fd.get(), text) == 0 && fsync(fd.get()) == 0 &&
+        fstat(fd.get(), &status) == 0 && rename(temporary.c_str(), url_.c_str()) == 0) {
         seen_ = identity(status);
         return true;
     }

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include "TarnCore/base/FileDescriptor.h"
+#include "TarnCore/base/FileIO.h"
 #include "TarnCore/base/JSON.h"
 #include "TarnCore/base/UUID.h"
 #include "TarnCore/files/SupportDirectory.h"
@@ -26,15 +27,6 @@ constexpr mode_t privateMode = 0600;
 
 [[noreturn]] void fail(int errnum, const char* what) {
     throw std::system_error(errnum, std::generic_category(), what);
-}
-
-void writeAll(int fd, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = write(fd, text.data(), text.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) fail(errno, "write");
-        text.remove_prefix(static_cast<std::size_t>(written));
-    }
 }
 
 /// Makes the name of a new file last, where the disk can be told so.
@@ -99,7 +91,7 @@ struct ChangeJournal::State {
         try {
             while (flock(fd.get(), LOCK_EX) != 0)
                 if (errno != EINTR) fail(errno, "flock");
-            writeAll(fd.get(), text);
+            if (const int errnum = FileIO::writeAll(fd.get(), text)) fail(errnum, "write");
             if (fsync(fd.get()) != 0) fail(errno, "fsync");
             if (::rename(temporary.c_str(), url.c_str()) != 0) fail(errno, "rename");
         } catch (const std::system_error&) {
@@ -147,7 +139,7 @@ void ChangeJournal::addFolder(const URL& folder) {
     if (!state_->fd) {
         state_->create(line);
     } else {
-        writeAll(state_->fd.get(), line);
+        if (const int errnum = FileIO::writeAll(state_->fd.get(), line)) fail(errnum, "write");
         if (fdatasync(state_->fd.get()) != 0) fail(errno, "fdatasync");
     }
     state_->folders.insert(folder);

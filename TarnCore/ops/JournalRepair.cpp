@@ -1,8 +1,6 @@
 #include "TarnCore/ops/JournalRepair.h"
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <ctime>
 #include <memory>
 #include <optional>
@@ -19,6 +17,7 @@
 #include <unistd.h>
 
 #include "TarnCore/base/FileDescriptor.h"
+#include "TarnCore/base/FileIO.h"
 #include "TarnCore/base/JSON.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/SupportDirectory.h"
@@ -163,18 +162,6 @@ bool readLine(std::string_view line, std::vector<Item>& items, std::vector<Lefto
     }
 }
 
-std::optional<std::string> readAll(int fd) {
-    std::string text;
-    std::array<char, 16384> buffer;
-    for (;;) {
-        const ssize_t got = read(fd, buffer.data(), buffer.size());
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) return std::nullopt;
-        if (got == 0) return text;
-        text.append(buffer.data(), static_cast<std::size_t>(got));
-    }
-}
-
 /// The work of one note that no program holds any more.
 std::size_t repairFile(const URL& url) {
     const FileDescriptor fd(open(url.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
@@ -190,7 +177,7 @@ std::size_t repairFile(const URL& url) {
         if (age > longestMaking) unlink(url.c_str());
         return 0;
     }
-    const std::optional<std::string> note = readAll(fd.get());
+    const std::optional<std::string> note = FileIO::readAll(fd.get());
     if (!note) return 0;
     const Repaired repaired = repair(*note);
     if (repaired.isFinished || age > longestKept) unlink(url.c_str());

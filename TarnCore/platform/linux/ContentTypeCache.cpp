@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 
+#include "TarnCore/base/FileIO.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
 
@@ -22,15 +23,6 @@ std::string field(std::string_view text) {
     for (char& c : out)
         if (c == '\t' || c == '\n') c = ' ';
     return out;
-}
-
-bool writeAll(int fd, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = ::write(fd, text.data(), text.size());
-        if (written <= 0) return false;
-        text.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
 }
 
 void makeFolders(const URL& folder) {
@@ -103,7 +95,7 @@ void ContentTypeCacheFile::create() {
     std::string temporary = file_.path() + ".XXXXXX";
     fd_ = FileDescriptor(mkostemp(temporary.data(), O_APPEND | O_CLOEXEC));
     if (!fd_) return;
-    if (writeAll(fd_.get(), ContentTypeCache::header(key_)) &&
+    if (FileIO::writeAll(fd_.get(), ContentTypeCache::header(key_)) == 0 &&
         rename(temporary.c_str(), file_.c_str()) == 0)
         return;
     unlink(temporary.c_str());
@@ -113,7 +105,7 @@ void ContentTypeCacheFile::create() {
 void ContentTypeCacheFile::append(std::string_view lines) {
     if (hasFailed_) return;
     if (!fd_) create();
-    hasFailed_ = !fd_ || !writeAll(fd_.get(), lines);
+    hasFailed_ = !fd_ || FileIO::writeAll(fd_.get(), lines) != 0;
 }
 
 }  // namespace tarn

@@ -10,8 +10,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "TarnCore/platform/linux/CopyRemoval.h"
 #include "TarnCore/platform/linux/FolderPath.h"
+#include "TarnCore/platform/linux/TreeRemover.h"
 
 namespace tarn {
 namespace {
@@ -29,7 +29,7 @@ public:
         : context_(context), targetFolder_(targetFolder), name_(std::move(name)) {}
     ~Place() {
         if (temporary_.target && unlinkat(targetFolder_, name_.c_str(), AT_REMOVEDIR) != 0)
-            CopyRemoval::remove(targetFolder_, name_.c_str());
+            TreeRemover::removeOwn(targetFolder_, name_.c_str());
     }
     Place(const Place&) = delete;
     Place& operator=(const Place&) = delete;

@@ -1,24 +1,18 @@
 #include "TarnCore/platform/linux/FolderPath.h"
 
 #include <cerrno>
-#include <string>
 #include <system_error>
 
 #include <sys/stat.h>
 
 #include <fcntl.h>
-#include <limits.h>
 #include <stdio.h>
 #include <unistd.h>
 
+#include "TarnCore/platform/linux/PathAnchor.h"
+
 namespace tarn {
 namespace {
-
-constexpr int placeFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-
-[[noreturn]] void fail(int errnum) {
-    throw std::system_error(errnum, std::generic_category(), "open");
-}
 
 /// For file systems that know no RENAME_NOREPLACE.
 int renameInSteps(int fromFolder, const char* from, int toFolder, const char* to) {
@@ -50,21 +44,10 @@ int renameInSteps(int fromFolder, const char* from, int toFolder, const char* to
 }  // namespace
 
 FileDescriptor openFolderPath(const URL& folder) {
-    const std::string& path = folder.path();
-    FileDescriptor place;
-    std::size_t begin = 0;
-    while (path.size() - begin >= PATH_MAX) {
-        const std::size_t slash = path.rfind('/', begin + PATH_MAX - 2);
-        if (slash == path.npos || slash <= begin) fail(ENAMETOOLONG);
-        FileDescriptor next(openat(place ? place.get() : AT_FDCWD,
-                                   path.substr(begin, slash - begin).c_str(), placeFlags));
-        if (!next) fail(errno);
-        place = std::move(next);
-        begin = slash + 1;
-    }
-    FileDescriptor found(openat(place ? place.get() : AT_FDCWD, path.c_str() + begin, placeFlags));
-    if (!found) fail(errno);
-    return found;
+    const PathAnchor anchor(folder);
+    FileDescriptor place(openat(anchor.fd(), anchor.path(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!place) throw std::system_error(errno, std::generic_category(), "open");
+    return place;
 }
 
 int renameNoReplace(int fromFolder, const char* from, int toFolder, const char* to) {

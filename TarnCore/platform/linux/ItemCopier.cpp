@@ -13,6 +13,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "TarnCore/base/FileIO.h"
+
 namespace tarn {
 namespace {
 
@@ -60,18 +62,6 @@ ssize_t readFully(int file, char* to, std::size_t count, std::size_t enough, std
         done += static_cast<std::size_t>(got);
     }
     return static_cast<ssize_t>(done);
-}
-
-int writeFully(int file, const char* from, std::size_t count, std::int64_t at) {
-    std::size_t done = 0;
-    while (done < count) {
-        const ssize_t put = pwrite(file, from + done, count - done, at + static_cast<off_t>(done));
-        if (put < 0 && errno == EINTR) continue;
-        if (put < 0) return errno;
-        if (put == 0) return ENOSPC;
-        done += static_cast<std::size_t>(put);
-    }
-    return 0;
 }
 
 /// It will fail for the next file of the two disks, too.
@@ -191,7 +181,8 @@ int ItemCopier::copyVersion(const Item& item, int source, const struct statx& fa
     if (isEndless) {
         errnum = readAndWrite(source, target.get(), 0, std::numeric_limits<std::int64_t>::max());
     } else if (isSmall) {
-        errnum = writeFully(target.get(), buffers_->data.data(), static_cast<std::size_t>(size), 0);
+        errnum = FileIO::writeAllAt(target.get(),
+                                    {buffers_->data.data(), static_cast<std::size_t>(size)}, 0);
         if (errnum == 0 && !ticker_.add(size - told_, 0)) errnum = ECANCELED;
         told_ = size;
     } else {
@@ -277,8 +268,8 @@ int ItemCopier::readAndWrite(int source, int target, std::int64_t at, std::int64
         const ssize_t got = readFully(source, buffers_->data.data(), wanted, wanted, at);
         if (got < 0) return errno;
         if (got == 0) return isEndless ? 0 : FileCopy::changedMeanwhile;
-        if (const int errnum =
-                writeFully(target, buffers_->data.data(), static_cast<std::size_t>(got), at))
+        if (const int errnum = FileIO::writeAllAt(
+                target, {buffers_->data.data(), static_cast<std::size_t>(got)}, at))
             return errnum;
         at += got;
         if (!tick(target, at)) return ECANCELED;

@@ -14,11 +14,11 @@
 #include "TarnCore/base/UUID.h"
 #include "TarnCore/platform/linux/CopyContext.h"
 #include "TarnCore/platform/linux/CopyRecord.h"
-#include "TarnCore/platform/linux/CopyRemoval.h"
 #include "TarnCore/platform/linux/FileBatch.h"
 #include "TarnCore/platform/linux/FolderPath.h"
 #include "TarnCore/platform/linux/ItemCopier.h"
 #include "TarnCore/platform/linux/TreeCopy.h"
+#include "TarnCore/platform/linux/TreeRemover.h"
 
 namespace tarn {
 namespace {
@@ -50,7 +50,7 @@ public:
     ~TemporaryCopy() {
         if (isKept_) return;
         record_.forget(*top_);
-        CopyRemoval::remove(top_->folder->get(), top_->name.c_str());
+        TreeRemover::removeOwn(top_->folder->get(), top_->name.c_str());
     }
     TemporaryCopy(const TemporaryCopy&) = delete;
     TemporaryCopy& operator=(const TemporaryCopy&) = delete;
@@ -160,15 +160,20 @@ bool LinuxFileCopy::flush(const URL& folder) {
 void LinuxFileCopy::removeCopied(const URL& from, const Record& record) {
     const auto& copied = static_cast<const CopyRecord&>(record);
     const FileDescriptor folder = openFolderPath(from.parent());
-    const int errnum = CopyRemoval::remove(
-        folder.get(), nameOf(from).c_str(),
-        [&](const struct statx& facts) { return copied.isCopied(facts); }, changedMeanwhile);
-    if (errnum != 0) fail(errnum, "remove");
+    const TreeRemoval how;
+    TreeRemover remover(
+        how, [&](const struct statx& facts) { return copied.isCopied(facts); }, changedMeanwhile);
+    try {
+        const int errnum = remover.remove(folder.get(), nameOf(from).c_str()).errnum;
+        if (errnum != 0) fail(errnum, "remove");
+    } catch (const std::system_error& error) {
+        if (error.code() != std::errc::no_such_file_or_directory) throw;  // Gone by itself.
+    }
 }
 
 void LinuxFileCopy::remove(const URL& url) {
     const FileDescriptor folder = openFolderPath(url.parent());
-    if (const int errnum = CopyRemoval::remove(folder.get(), nameOf(url).c_str()))
+    if (const int errnum = TreeRemover::removeOwn(folder.get(), nameOf(url).c_str()))
         fail(errnum, "remove");
 }
 

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "TarnCore/base/FileDescriptor.h"
+#include "TarnCore/base/FileIO.h"
 #include "TarnCore/base/UUID.h"
 #include "TarnCore/platform/linux/FolderPath.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
@@ -25,15 +26,6 @@ constexpr mode_t fileMode = 0666;
     throw std::system_error(errnum, std::generic_category(), what);
 }
 
-void writeAll(int fd, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = write(fd, text.data(), text.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) fail(errno, "write");
-        text.remove_prefix(static_cast<std::size_t>(written));
-    }
-}
-
 /// A file with the content, without a name yet; none where the disk cannot keep such a file.
 FileDescriptor namelessFile(int folder, const char* path, std::string_view content) {
     FileDescriptor fd(openat(folder, path, O_TMPFILE | O_WRONLY | O_CLOEXEC, fileMode));
@@ -41,7 +33,7 @@ FileDescriptor namelessFile(int folder, const char* path, std::string_view conte
         if (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL || errno == ENOENT) return fd;
         fail(errno, "open");
     }
-    writeAll(fd.get(), content);
+    if (const int errnum = FileIO::writeAll(fd.get(), content)) fail(errnum, "write");
     return fd;
 }
 
@@ -91,7 +83,7 @@ void LinuxFileSystem::createFile(const URL& url, std::string_view content) {
                                    O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, fileMode));
     if (!fd) fail(errno, "open");
     try {
-        writeAll(fd.get(), content);
+        if (const int errnum = FileIO::writeAll(fd.get(), content)) fail(errnum, "write");
         if (const int errnum =
                 renameNoReplace(beside.fd(), beside.path(), anchor.fd(), anchor.path()))
             fail(errnum, "rename");

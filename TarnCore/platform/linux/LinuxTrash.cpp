@@ -14,6 +14,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "TarnCore/base/FileIO.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/base/UUID.h"
 #include "TarnCore/platform/linux/DirectorySizes.h"
@@ -87,16 +88,6 @@ std::vector<std::string> namesIn(const FileDescriptor& folder) {
         if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0)
             names.emplace_back(entry->d_name);
     return names;
-}
-
-bool writeAll(int fd, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = write(fd, text.data(), text.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) return false;
-        text.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
 }
 
 /// Absent when it is no plain file, too long or cannot be read.
@@ -268,7 +259,7 @@ URL LinuxTrash::put(const Can& can, const URL& item) const {
             if (errno == EEXIST) continue;
             fail(errno);
         }
-        int errnum = writeAll(note.get(), text) ? 0 : errno;
+        int errnum = FileIO::writeAll(note.get(), text);
         if (errnum == 0)
             errnum = renameNoReplace(source.fd(), source.path(), can.files.get(), name.c_str());
         if (errnum == 0) return can.url.appending("files").appending(name);
@@ -377,7 +368,7 @@ void LinuxTrash::writeSizes(const Can& can, const std::string& text) {
     const FileDescriptor fd(openat(can.folder.get(), temporary.c_str(),
                                    O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, infoMode));
     if (!fd) return;
-    if (!writeAll(fd.get(), text) ||
+    if (FileIO::writeAll(fd.get(), text) != 0 ||
         renameat(can.folder.get(), temporary.c_str(), can.folder.get(), sizesName) != 0)
         unlinkat(can.folder.get(), temporary.c_str(), 0);
 }

@@ -13,6 +13,8 @@
 #include <limits.h>
 #include <unistd.h>
 
+#include "TarnCore/base/FileIO.h"
+
 namespace tarn {
 namespace {
 
@@ -30,14 +32,8 @@ timespec converted(const std::optional<UnixTime>& time) {
     return {.tv_sec = static_cast<time_t>(time->seconds), .tv_nsec = time->nanoseconds};
 }
 
-void writeAll(int fd, std::string_view bytes, std::int64_t offset) {
-    while (!bytes.empty()) {
-        const ssize_t written = pwrite(fd, bytes.data(), bytes.size(), offset);
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) fail(errno, "write");
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-        offset += written;
-    }
+void writeTo(int fd, std::string_view bytes, std::int64_t at) {
+    if (const int errnum = FileIO::writeAllAt(fd, bytes, at)) fail(errnum, "write");
 }
 
 /// Times that the disk cannot keep are no reason to lose the file.
@@ -58,7 +54,7 @@ public:
         : fd_(std::move(fd)), modified_(modified) {}
 
     void append(std::string_view bytes) override {
-        writeAll(fd_.get(), bytes, size_);
+        writeTo(fd_.get(), bytes, size_);
         size_ += static_cast<std::int64_t>(bytes.size());
     }
     void skip(std::int64_t bytes) override {
@@ -66,7 +62,7 @@ public:
         if (ftruncate(fd_.get(), size_) != 0) fail(errno, "ftruncate");
     }
     void writeAt(std::int64_t offset, std::string_view bytes) override {
-        writeAll(fd_.get(), bytes, offset);
+        writeTo(fd_.get(), bytes, offset);
     }
     std::int64_t size() const override { return size_; }
     void finish() override {
@@ -169,7 +165,7 @@ void LinuxTreeWriter::writeFile(std::string_view path, std::string_view content,
                                    fileMode(facts)));
     if (!fd) fail(errno, "open");
     try {
-        writeAll(fd.get(), content, 0);
+        writeTo(fd.get(), content, 0);
         setTime(fd.get(), facts.modified);
     } catch (const std::system_error&) {
         unlinkat(place.folder, place.name.c_str(), 0);

@@ -50,6 +50,7 @@ TreeRemoved TreeRemover::remove(int folder, const char* path) {
     if (fstatat(folder, path, &status, AT_SYMLINK_NOFOLLOW) != 0)
         throw std::system_error(errno, std::generic_category(), "stat");
     if (!S_ISDIR(status.st_mode)) {
+        if (!mayGo(folder, path)) return result_;
         if (unlinkat(folder, path, 0) != 0) {
             fail(errno);
         } else {
@@ -70,6 +71,30 @@ TreeRemoved TreeRemover::remove(int folder, const char* path) {
         descend(level.fd.get(), name, name);
     }
     return result_;
+}
+
+int TreeRemover::removeOwn(int folder, const char* name) {
+    TreeRemoval how;
+    how.unlocksFolders = true;
+    try {
+        return TreeRemover(how).remove(folder, name).errnum;
+    } catch (const std::system_error& error) {
+        return error.code().value() == ENOENT ? 0 : error.code().value();
+    }
+}
+
+/// Asks about an item that is no folder, or with no name about the open folder itself.
+bool TreeRemover::mayGo(int folder, const char* name) {
+    if (!allows_) return true;
+    struct statx facts;
+    const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | (*name == '\0' ? AT_EMPTY_PATH : 0);
+    if (statx(folder, name, flags, STATX_BASIC_STATS, &facts) != 0) {
+        if (errno != ENOENT) fail(errno);
+        return false;
+    }
+    if (allows_(facts)) return true;
+    fail(refused_);
+    return false;
 }
 
 /// Opens a folder, deletes the files in it and remembers its folders. False when it cannot be
@@ -103,6 +128,7 @@ bool TreeRemover::descend(int parent, const char* path, std::string name) {
         fail(EBUSY);  // Something is mounted here; its files are not part of the tree.
         return false;
     }
+    if (!mayGo(level.fd.get(), "")) return false;
     level.name = std::move(name);
     removeContents(level);
     if (levels_.size() >= mostOpen) levels_[levels_.size() - mostOpen].fd.close();
@@ -143,6 +169,7 @@ void TreeRemover::removeContents(Level& level) {
 }
 
 void TreeRemover::removeChild(Level& level, const char* name) {
+    if (!mayGo(level.fd.get(), name)) return;
     int errnum = unlinkat(level.fd.get(), name, 0) == 0 ? 0 : errno;
     if (errnum == EACCES && unlock(level))
         errnum = unlinkat(level.fd.get(), name, 0) == 0 ? 0 : errno;
