@@ -236,6 +236,7 @@ ContentIndexer::ContentIndexer(std::shared_ptr<TextIndex> index, Options options
 std::vector<ContentIndexer::Candidate> ContentIndexer::candidates(const std::vector<URL>& folders,
                                                                   const CancelToken& token) const {
     const std::vector<URL> roots = wanted(folders, options_);
+    if (options_.ocr) index_->setRecognizes(true);
     return walkFor(roots, options_, index_->known(roots), nullptr, token);
 }
 
@@ -272,6 +273,7 @@ std::int64_t ContentIndexer::forgetGone(const std::vector<std::string>& changed,
 ContentIndexer::Outcome ContentIndexer::run(const std::vector<Candidate>& candidates,
                                             const CancelToken& token, const Pause& pause,
                                             const Progress& progress) {
+    if (!candidates.empty()) index_->setRecognizes(options_.ocr);
     std::size_t readers = std::max(1U, std::thread::hardware_concurrency());
     if (read_)
         return Run(*index_, options_, read_, candidates, token, pause, readers).run(progress);

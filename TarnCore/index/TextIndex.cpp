@@ -294,6 +294,12 @@ bool TextIndex::store(std::span<const Entry> entries, const CancelToken& token) 
     });
 }
 
+void TextIndex::setRecognizes(bool recognizes) {
+    const bool did = state_->read<bool>([](TextTables& tables) { return tables.recognizes(); });
+    if (did == recognizes) return;
+    state_->writeAtOnce([&](TextTables& tables) { tables.setRecognizes(recognizes); });
+}
+
 void TextIndex::settle() {
     auto connection = state_->shared.lock();
     if (!connection->database || !connection->writes) return;

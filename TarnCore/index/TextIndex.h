@@ -85,6 +85,10 @@ public:
     /// Why the latest change could not be written, or the claim not be had, as a finished sentence;
     /// absent when it could.
     std::optional<std::string> problem() const;
+    /// What is stored from now on comes from readers that do, or do not, recognise text in
+    /// pictures. When they do again, documents in which those that do not found no text are
+    /// forgotten, so that their pages are read as pictures.
+    void setRecognizes(bool recognizes);
     void remove(const std::string& path);
     /// Forgets files below the folder that no longer exist; how many.
     std::int64_t pruneMissing(const URL& under, const CancelToken& token = {});

@@ -33,6 +33,9 @@ public:
     /// In a transaction of the caller, as everything that writes.
     void store(const TextIndex::Entry& entry, double now);
     bool remove(const std::string& path);
+    /// See TextIndex::setRecognizes; kept as the user version of the file, 1 or 0.
+    bool recognizes();
+    void setRecognizes(bool recognizes);
     /// Both tables are empty afterwards.
     void clear();
     /// Every row has its partner under the same id. Looks at all of them.
@@ -56,6 +59,7 @@ public:
     std::optional<TextIndex::Known> known(const std::string& path);
 
 private:
+    void setPostings();
     std::optional<std::int64_t> rowID(const std::string& path);
     /// The path that `body` has under that id.
     bool bodyIs(std::int64_t rowID, const std::string& path);

@@ -138,6 +138,22 @@ TEST_F(ContentIndexerTests, whatHasNoTextIsRememberedAndWhatWasNotReadIsNot) {
     EXPECT_THAT(index->search({"half"}, {}), IsEmpty());
 }
 
+TEST_F(ContentIndexerTests, scannedPagesAreReadAgainWhenTextInPicturesIs) {
+    file("scan.pdf");
+    file("empty.txt", 1);
+    answer = [](const URL&, std::int64_t, const CancelToken&) -> TextReader::Result {
+        return {Outcome::read, {}};
+    };
+    runAll();
+    EXPECT_THAT(candidates(), IsEmpty());
+    EXPECT_THAT(candidates({.ocr = true}), ElementsAre("scan.pdf"));
+    runAll({.ocr = true});
+    EXPECT_THAT(candidates({.ocr = true}), IsEmpty()) << "and found empty for good";
+    file("other.txt");
+    runAll();
+    EXPECT_THAT(candidates({.ocr = true}), ElementsAre("scan.pdf"));
+}
+
 TEST_F(ContentIndexerTests, aFileThatChangesWhileItIsReadIsReadAgain) {
     file("a.txt", 10);
     answer = [&](const URL&, std::int64_t, const CancelToken&) -> TextReader::Result {
