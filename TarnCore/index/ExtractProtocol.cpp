@@ -76,12 +76,12 @@ std::string encode(const Request& request) {
     std::string payload(beforeName, '\0');
     put(payload.data(), static_cast<std::uint16_t>(name.size()));
     payload += name;
-    bool isFirst = true;
+    std::string_view separator;
     for (const std::string& language : request.languages) {
-        if (payload.size() + 1 + language.size() > mostRequestBytes) break;
-        if (!isFirst) payload += ',';
+        if (payload.size() + separator.size() + language.size() > mostRequestBytes) break;
+        payload += separator;
         payload += language;
-        isFirst = false;
+        separator = ",";
     }
     const auto header = encode({Kind::request, request.ocr ? wantsRecognition : 0,
                                 static_cast<std::uint32_t>(payload.size())});

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -87,6 +88,18 @@ std::string longDocument() {
     return document.bytes();
 }
 
+/// Seconds that the helpers of this process have worked.
+double processorOfHelpers() {
+    double sum = 0;
+    for (const pid_t helper : helperProcesses()) {
+        clockid_t clock{};
+        timespec time{};
+        if (clock_getcpuclockid(helper, &clock) == 0 && clock_gettime(clock, &time) == 0)
+            sum += static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+    }
+    return sum;
+}
+
 /// The most memory that a helper of this process has held, in MiB.
 long peakOfHelpers() {
     long peak = 0;
@@ -109,13 +122,17 @@ void measure(const std::string& name, const std::vector<URL>& files, int times, 
     pool.forEach(processes,
                  [&](std::size_t) { characters = reader.read(files[0], 1, token).text.size(); });
     const auto count = files.size() * static_cast<std::size_t>(times);
+    const double workedBefore = processorOfHelpers();
     const double seconds = bench::measureOnce([&] {
         pool.forEach(count, [&](std::size_t i) { reader.read(files[i % files.size()], 1, token); });
     });
-    const double each = seconds / static_cast<double>(count);
-    std::printf("%-24s helpers: %zu  %9.0f us a file  %9.1f %s a second  (%zu bytes; %ld MiB)\n",
-                name.c_str(), processes, each * 1e6, unitsAFile / each, unit, characters,
-                peakOfHelpers());
+    const double worked = processorOfHelpers() - workedBefore;
+    const double units = unitsAFile * static_cast<double>(count);
+    std::printf(
+        "%-20s helpers: %zu  %9.1f us, of the processor %9.1f us each  %9.1f %s a second  "
+        "(%zu bytes a file, helpers up to %ld MiB)\n",
+        name.c_str(), processes, seconds / units * 1e6, worked / units * 1e6, units / seconds, unit,
+        characters, peakOfHelpers());
 }
 
 }  // namespace
