@@ -83,7 +83,13 @@ std::vector<ArchiveEntry> completed(std::vector<ArchiveEntry> members) {
     });
     std::unordered_map<std::string_view, std::size_t> last;
     last.reserve(members.size());
-    for (std::size_t i = 0; i < members.size(); ++i) last[members[i].path] = i;
+    std::vector<bool> isReplaced(members.size());  // By a later one of the same path.
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        const auto [found, isNew] = last.try_emplace(members[i].path, i);
+        if (isNew) continue;
+        isReplaced[found->second] = true;
+        found->second = i;
+    }
 
     // What has members is a folder, whatever else the archive says of it.
     std::string_view parent;
@@ -107,7 +113,7 @@ std::vector<ArchiveEntry> completed(std::vector<ArchiveEntry> members) {
     const auto isKnown = [&](std::string_view folder) { return last.contains(folder); };
     parent = {};
     for (std::size_t i = 0; i < members.size(); ++i) {
-        if (last.at(members[i].path) != i) continue;
+        if (isReplaced[i]) continue;
         if (members[i].parent() != parent) {
             parent = members[i].parent();
             addFoldersAbove(members[i].path, isKnown, added, out);
