@@ -1,7 +1,9 @@
 #include <csignal>
+#include <future>
 #include <memory>
 #include <system_error>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 
@@ -10,6 +12,7 @@
 #include <sched.h>
 #include <unistd.h>
 
+#include "TarnCore/base/TaskPool.h"
 #include "TarnCore/index/ExtractProcess.h"
 #include "tests/index/HelperProcesses.h"
 #include "tests/support/PDFDocument.h"
@@ -134,6 +137,35 @@ TEST_F(ExtractProcessTest, endsWhatTheHelperStarted) {
     ASSERT_TRUE(tool);
     helper.reset();
     pollfd end = {tool.get(), POLLIN, 0};
+    EXPECT_EQ(poll(&end, 1, 30'000), 1);
+}
+
+TEST_F(ExtractProcessTest, worksInTheBackgroundWhenAsked) {
+    const auto program = ExtractProcess::program();
+    ASSERT_TRUE(program);
+    for (const bool inBackground : {false, true}) {
+        ExtractProcess helper(*program, inBackground);
+        ASSERT_EQ(helper.read(mail, open().get(), 60, never).end, End::text);
+        EXPECT_EQ(sched_getscheduler(helper.id()) == SCHED_IDLE, inBackground);
+        EXPECT_EQ(getpriority(PRIO_PROCESS, static_cast<id_t>(helper.id())) == 19, inBackground);
+    }
+}
+
+TEST_F(ExtractProcessTest, aHelperDiesWithItsThread) {
+    std::unique_ptr<ExtractProcess> helper;
+    {
+        TaskPool pool(1);
+        std::promise<void> done;
+        pool.run([&] {
+            helper = start();
+            if (helper) helper->read(mail, open().get(), 60, never);
+            done.set_value();
+        });
+        done.get_future().wait();
+    }
+    ASSERT_TRUE(helper);
+    const FileDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, helper->id(), 0)));
+    pollfd end = {process.get(), POLLIN, 0};
     EXPECT_EQ(poll(&end, 1, 30'000), 1);
 }
 
