@@ -31,11 +31,12 @@ namespace tarn::extract {
 namespace {
 
 constexpr int MiB = 1024 * 1024;
-/// A page of 2,400 pixels a side takes 130 MiB to recognise; the libraries for it take 40.
+/// Recognising a page of 2,400 pixels a side takes 100 MiB, libraries included; what is above that
+/// is for large photos in formats that cannot be read in pieces.
 constexpr Sandbox::Limits limits = {
-    .memory = 320 * MiB, .addressSpace = 3072LL * MiB, .descriptors = 64};
+    .memory = 256 * MiB, .addressSpace = 3072LL * MiB, .descriptors = 64};
 /// What a helper may hold between two files; one that holds more makes room for a fresh one.
-constexpr std::size_t mostKept = 160 * MiB;
+constexpr std::size_t mostKept = 96 * MiB;
 /// Seconds of processor time for one file, for the case that the parent does not look.
 constexpr std::int64_t lastResort = 300;
 
