@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <functional>
 #include <mutex>
+#include <unordered_map>
 #include <utility>
 
 #include "TarnCore/base/CancelToken.h"
@@ -11,6 +12,7 @@
 #include "TarnCore/base/Guarded.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/Paths.h"
+#include "TarnCore/files/ResourceReader.h"
 #include "TarnCore/files/TreeWalker.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/search/IndexedContent.h"
@@ -128,6 +130,9 @@ struct SearchTask::State {
     void readDocuments(SearchResults& results, std::vector<SearchWalk::Document> documents);
     bool isInScope(const FileItem& item) const;
     std::optional<FileItem> loadMatching(const URL& url) const;
+    /// The same for less, of a file whose folder and attributes are known.
+    std::optional<FileItem> loadMatching(const URL& url, const FileAttributes& attributes,
+                                         const ResourceReader& folder) const;
     std::vector<FileItem> load(const std::vector<URL>& urls) const;
 };
 
@@ -197,6 +202,7 @@ void SearchTask::State::addFromTextIndex(SearchResults& results, const Candidate
     constexpr std::size_t atOnce = 64;
     const auto add = [&](std::size_t part) {
         std::vector<FileItem> items;
+        std::unordered_map<URL, ResourceReader> folders;  // Neighbours often share one.
         const std::size_t end = std::min(candidates.size(), (part + 1) * atOnce);
         for (std::size_t i = part * atOnce; i < end && !stop.isCancelled(); ++i) {
             const IndexedContent::Candidate& candidate = candidates[i];
@@ -204,7 +210,10 @@ void SearchTask::State::addFromTextIndex(SearchResults& results, const Candidate
                 Platform::current().files->attributes(candidate.url, Links::keep);
             if (!attributes || !matcher.mayMatch(*attributes)) continue;
             if (!textMatches(candidate, *attributes)) continue;
-            if (auto item = loadMatching(candidate.url)) items.push_back(std::move(*item));
+            const auto& folder =
+                folders.try_emplace(candidate.url.parent(), candidate.url.parent());
+            if (auto item = loadMatching(candidate.url, *attributes, folder.first->second))
+                items.push_back(std::move(*item));
         }
         if (!items.empty()) results.add(std::move(items));
     };
@@ -281,6 +290,16 @@ bool SearchTask::State::isInScope(const FileItem& item) const {
 std::optional<FileItem> SearchTask::State::loadMatching(const URL& url) const {
     auto item = FileItem::load(url);
     if (item && isInScope(*item) && matcher.matchesFacts(*item, false)) return item;
+    return std::nullopt;
+}
+
+std::optional<FileItem> SearchTask::State::loadMatching(const URL& url,
+                                                        const FileAttributes& attributes,
+                                                        const ResourceReader& folder) const {
+    if (attributes.type == FileType::symlink) return std::nullopt;  // No index has the text of one.
+    FileItem item = FileItem::make(
+        url, folder.values(url, url.name(), attributes, std::nullopt, {.tags = true}));
+    if (isInScope(item) && matcher.matchesFacts(item, false)) return item;
     return std::nullopt;
 }
 
