@@ -161,6 +161,7 @@ void ContentIndexService::runNext() {
         job.changed.clear();
     }
     isRunning_ = true;
+    isForgetting_ = !job.forgotten.empty() || job.rebuilds;
     sinceBegin_.start();
     setState(State::running);
     queue_.run([job = std::move(job)] {
@@ -207,6 +208,11 @@ ContentIndexService::Ended ContentIndexService::work(const Job& job) {
         hasChanged |= index->clear();
     }
     if (!job.whole && job.changed.empty()) return finish();
+    MainThread::post(job.self, [](ContentIndexService& service) {
+        if (!std::exchange(service.isForgetting_, false)) return;
+        service.refreshStatus();
+        emit service.changed();
+    });
     // Without the claim: others may read while this program waits for the machine.
     job.pause->wait(job.token);
     const auto claim = index->claim();
@@ -239,6 +245,7 @@ ContentIndexService::Ended ContentIndexService::work(const Job& job) {
 
 void ContentIndexService::ended(const Job& job, const Ended& result) {
     isRunning_ = false;
+    isForgetting_ = false;
     if (activity_) activities_.end(activity_->id());
     held_.reset();
     done_ = 0;

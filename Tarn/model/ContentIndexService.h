@@ -76,6 +76,9 @@ public:
     /// Why the index could not be written; empty when it could.
     const QString& problem() const { return problem_; }
 
+    /// What was read is being forgotten, which takes a while where it was much.
+    bool isForgetting() const { return isForgetting_; }
+
     /// Asks again what the index holds.
     void refreshStatus();
     /// Reads what is not in the index as it is now, whether or not it was stopped before.
@@ -122,6 +125,7 @@ private:
     bool isRunning_ = false;
     bool wantsWhole_ = false;
     bool wantsRebuild_ = false;
+    bool isForgetting_ = false;
     std::vector<URL> forgotten_;      ///< To be forgotten before anything else.
     std::vector<std::string> dirty_;  ///< Changed paths that no run has looked at.
     std::vector<URL> watched_;

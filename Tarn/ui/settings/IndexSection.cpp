@@ -426,8 +426,9 @@ QString IndexSection::activity(const ContentIndexService& index) {
             text = tr("Another program is reading files for the index.");
             break;
         case State::running:
-            text = index.isPaused() ? tr("Paused")
-                   : index.held()   ? ContentIndexService::sentence(*index.held())
+            text = index.isForgetting() ? tr("Forgetting what was read…")
+                   : index.isPaused()   ? tr("Paused")
+                   : index.held()       ? ContentIndexService::sentence(*index.held())
                    : index.total() > 0 && index.done() == index.total()
                        ? tr("Writing what was read…")
                    : index.total() > 0
