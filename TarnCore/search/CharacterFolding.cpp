@@ -99,6 +99,14 @@ char32_t next(std::string_view text, std::size_t& index) {
         index += 2;
         return character;
     }
+    // Three bytes, less those in which some sequences mean nothing.
+    if (first > 0xE0 && first < 0xED && left >= 3 && (byte(1) & 0xC0U) == 0x80 &&
+        (byte(2) & 0xC0U) == 0x80) {
+        const char32_t character =
+            (first & 0x0FU) << 12 | (byte(1) & 0x3FU) << 6 | (byte(2) & 0x3FU);
+        index += 3;
+        return character;
+    }
     const std::size_t start = index;
     const char32_t character = Text::nextCharacter(text, index);
     // U+FFFD itself is three bytes long.

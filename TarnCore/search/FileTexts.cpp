@@ -54,6 +54,12 @@ FileTexts::Way FileTexts::way(std::string_view name, const std::optional<std::st
     return KindRules::mayBePlainText(type, kind) ? Way::plain : Way::none;
 }
 
+FileTexts::Way FileTexts::wayOfReadable(std::string_view name) const {
+    const bool isDocument =
+        readDocument_ && TextExtractor::method(name) && !PlainText::isPlain(name);
+    return isDocument ? Way::document : Way::plain;
+}
+
 bool FileTexts::passes(const URL& url, Way way, std::int64_t size, const Test& test,
                        const CancelToken& token) const {
     if (way == Way::none) return false;

@@ -41,6 +41,8 @@ public:
     };
     /// By the name alone.
     Way way(std::string_view name) const;
+    /// Of a name whose way is not `none`; cheaper.
+    Way wayOfReadable(std::string_view name) const;
     Way way(std::string_view name, const std::optional<std::string>& type, FileKind kind) const;
 
     using Test = std::function<bool(std::string_view text)>;

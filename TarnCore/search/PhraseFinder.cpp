@@ -28,6 +28,11 @@ int frequency(char c) {
     return place == commonFirst.npos ? 0 : static_cast<int>(commonFirst.size() - place);
 }
 
+std::size_t pair(char first, char second) {
+    return static_cast<std::size_t>(static_cast<unsigned char>(first)) << 8 |
+           static_cast<unsigned char>(second);
+}
+
 bool isLetter(char c) { return c >= 'a' && c <= 'z'; }
 
 /// Of a byte of the text, for a comparison with a folded letter; other bytes are compared as
@@ -50,6 +55,7 @@ PhraseFinder::PhraseFinder(std::string_view phrase, Gaps gaps) : gaps_(gaps) {
     if (phrase_.ends_with(' ')) phrase_.pop_back();
     isASCII_ = Text::isASCII(phrase_);
     for (const char c : phrase_) bytes_.set(static_cast<unsigned char>(c));
+    for (std::size_t i = 1; i < phrase_.size(); ++i) pairs_.set(pair(phrase_[i - 1], phrase_[i]));
     if (isASCII_ && !phrase_.empty()) chooseBytes();
 }
 
@@ -196,8 +202,30 @@ bool PhraseFinder::mayTakePart(std::string_view text, std::size_t at, std::size_
     if (gaps_ == Gaps::blanks ? folded.isBlank : !folded.isWordCharacter) return isOfPhrase(' ');
     const std::string_view bytes = folded.text();
     // “ﬁ” can be the end of a match by its second letter alone.
-    return folded.isSingle ? std::all_of(bytes.begin(), bytes.end(), isOfPhrase)
-                           : std::any_of(bytes.begin(), bytes.end(), isOfPhrase);
+    if (!folded.isSingle) return std::any_of(bytes.begin(), bytes.end(), isOfPhrase);
+    return std::all_of(bytes.begin(), bytes.end(), isOfPhrase) &&
+           fitsNeighbours(text, at, next, bytes);
+}
+
+/// False when what stands beside a character, where that is ASCII, cannot be beside it in a match.
+/// In texts full of accents this is what spares folding around each of them.
+bool PhraseFinder::fitsNeighbours(std::string_view text, std::size_t at, std::size_t next,
+                                  std::string_view folded) const {
+    const auto asFolded = [this](char c) {
+        return isGap(c) ? ' ' : CharacterFolding::lowerASCII(c);
+    };
+    if (folded.front() != phrase_.front()) {
+        if (at == 0) return false;
+        const char before = text[at - 1];
+        if (!isNonASCII(before) && !pairs_.test(pair(asFolded(before), folded.front())))
+            return false;
+    }
+    if (folded.back() != phrase_.back()) {
+        if (next >= text.size()) return false;
+        const char after = text[next];
+        if (!isNonASCII(after) && !pairs_.test(pair(folded.back(), asFolded(after)))) return false;
+    }
+    return true;
 }
 
 /// As far back from `at` as a match could begin that reaches to it.

@@ -49,6 +49,8 @@ private:
     std::optional<TextRange> verify(std::string_view text, std::size_t from, std::size_t at) const;
     std::optional<TextRange> findFolded(std::string_view text, std::size_t from) const;
     bool mayTakePart(std::string_view text, std::size_t at, std::size_t& next) const;
+    bool fitsNeighbours(std::string_view text, std::size_t at, std::size_t next,
+                        std::string_view folded) const;
     std::size_t segmentStart(std::string_view text, std::size_t from, std::size_t at) const;
     TextRange sourceOf(std::string_view text, std::size_t start, std::size_t offset) const;
     std::size_t fold(std::string_view text, std::size_t at, bool& afterGap, std::string& out) const;
@@ -58,6 +60,7 @@ private:
     bool isASCII_ = false;
     std::array<bool, 256> isGap_{};  ///< Of ASCII.
     std::bitset<256> bytes_;         ///< Those of the phrase.
+    std::bitset<65536> pairs_;       ///< Two of them side by side: the first is the higher byte.
     // Where in the phrase the two bytes are that are looked for; in one word, and the same one
     // where all words have one letter.
     std::size_t first_ = 0;

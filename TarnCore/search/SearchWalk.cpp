@@ -120,7 +120,7 @@ bool SearchWalk::hasText(std::string_view name, const URL& url, const FileAttrib
                          Worker& worker) const {
     if (indexed_.answers(url.path(), attributes)) return false;
     const FileTexts& texts = matcher_.texts();
-    const FileTexts::Way way = texts.way(name);
+    const FileTexts::Way way = texts.wayOfReadable(name);  // mayMatch() has seen to the rest.
     if (way == FileTexts::Way::document) {
         worker.documents.push_back({url, attributes.size, attributes.modified});
         return false;
