@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <bit>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -73,6 +74,10 @@ std::size_t nextNonASCII(std::string_view text, std::size_t index) {
         const __m128i any = _mm_or_si128(_mm_or_si128(load(index), load(index + 16)),
                                          _mm_or_si128(load(index + 32), load(index + 48)));
         if (_mm_movemask_epi8(any) != 0) break;
+    }
+    for (; index + 16 <= text.size(); index += 16) {
+        const auto found = static_cast<unsigned>(_mm_movemask_epi8(load(index)));
+        if (found != 0) return index + static_cast<std::size_t>(std::countr_zero(found));
     }
 #endif
     for (; index + 8 <= text.size(); index += 8) {
