@@ -69,7 +69,7 @@ TEST_F(TextReaderTest, readsInSeveralHelpersAtOnceAndLeavesNone) {
         files.push_back(folder.file(std::to_string(i) + ".eml",
                                     "Subject: mail\n\nbody " + std::to_string(i) + ".\n"));
     {
-        TextReader several({.ocr = false, .languages = {}, .processes = 2, .background = true});
+        TextReader several({.ocr = false, .languages = {}, .processes = 2});
         TaskPool pool(4);
         std::vector<TextReader::Result> results(files.size());
         pool.forEach(files.size(),
@@ -143,8 +143,7 @@ TEST_F(TextReaderTest, recognisesTextInPicturesAndScannedPages) {
     document.addPicture(*pixels);
     const URL scan = folder.file("scan.pdf", document.bytes());
     EXPECT_EQ(read(scan).text.find("Total due"), std::string::npos);
-    TextReader recognising(
-        {.ocr = true, .languages = {"de", "en"}, .processes = 1, .background = true});
+    TextReader recognising({.ocr = true, .languages = {"de", "en"}, .processes = 1});
     const auto pages = recognising.read(scan, 1, token);
     EXPECT_THAT(pages.text, testing::HasSubstr("First page\nInvoice 2041\nTotal due: 75 euros"));
     EXPECT_EQ(recognising.read(folder.file("a.PNG", picture), 1, token).text,
