@@ -73,7 +73,7 @@ TEST(TextRecognition, worksOnSeveralThreadsAtOnce) {
 }
 
 TEST(TextRecognition, picturesOfNothingHaveNoText) {
-    for (const int side : {0, 1, 3, 40, 2400}) {
+    for (const int side : {0, 1, 3, 8, 40, 2400}) {
         SCOPED_TRACE(side);
         const auto pixels = static_cast<std::size_t>(side) * static_cast<std::size_t>(side);
         EXPECT_EQ(service().recognize({side, side, std::vector<std::uint8_t>(pixels, 255)}, {}),

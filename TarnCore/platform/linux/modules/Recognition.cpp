@@ -37,6 +37,10 @@ constexpr int darkBelow = 128;
 /// the text of a window that is dimmed behind a white dialog.
 constexpr const char* thresholding = "2";
 
+/// Pixels of a side; no letter is smaller. Tesseract loses memory when its thresholds do not fit
+/// in.
+constexpr int smallestSide = 8;
+
 /// Dots per inch that pictures of screens are taken to have; without a word Tesseract guesses.
 constexpr int resolution = 96;
 
@@ -163,7 +167,7 @@ public:
     std::string recognize(const GrayPicture& picture,
                           const std::vector<std::string>& languages) const override {
         thread_local Engine engine;
-        if (picture.width <= 0 || picture.height <= 0) return {};
+        if (picture.width < smallestSide || picture.height < smallestSide) return {};
         if (!engine.prepare(folder_, RecognitionLanguages::dataNames(languages, available_)))
             return {};
         return engine.recognize(picture);
