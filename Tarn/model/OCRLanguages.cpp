@@ -1,13 +1,13 @@
 #include "Tarn/model/OCRLanguages.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <optional>
 
 #include <QtCore/QDir>
 #include <QtCore/QLocale>
 
 #include "TarnCore/base/Collation.h"
+#include "TarnCore/platform/RecognitionData.h"
 
 namespace tarn::OCRLanguages {
 namespace {
@@ -37,19 +37,6 @@ std::optional<Language> named(const QString& data) {
     return Language{tag.toStdString(), title(tag.toStdString())};
 }
 
-std::vector<std::string> places() {
-    std::vector<std::string> places;
-    if (const char* given = std::getenv("TESSDATA_PREFIX")) {
-        places.emplace_back(given);
-        places.push_back(std::string(given) + "/tessdata");
-    }
-    for (const char* place :
-         {"/usr/share/tesseract-ocr/5/tessdata", "/usr/share/tesseract-ocr/4.00/tessdata",
-          "/usr/share/tessdata", "/usr/local/share/tessdata"})
-        places.emplace_back(place);
-    return places;
-}
-
 }  // namespace
 
 std::vector<Language> in(const std::string& folder) {
@@ -67,8 +54,8 @@ std::vector<Language> in(const std::string& folder) {
 }
 
 std::vector<Language> available() {
-    for (const std::string& place : places())
-        if (auto languages = in(place); !languages.empty()) return languages;
+    for (const std::string& folder : recognitionDataFolders())
+        if (auto languages = in(folder); !languages.empty()) return languages;
     return {};
 }
 

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <memory>
@@ -18,6 +17,7 @@
 #include <tesseract/baseapi.h>
 #include <vips/vips.h>
 
+#include "TarnCore/platform/RecognitionData.h"
 #include "TarnCore/platform/linux/LinuxTextRecognition.h"
 #include "TarnCore/platform/linux/RecognitionLanguages.h"
 
@@ -63,17 +63,8 @@ Image applied(Image image, Operation operation) {
 
 /// The folder with the data of the languages; empty where there is none.
 std::string dataFolder() {
-    std::vector<std::string> places;
-    if (const char* given = std::getenv("TESSDATA_PREFIX")) {
-        places.emplace_back(given);
-        places.push_back(std::string(given) + "/tessdata");
-    }
-    for (const char* place :
-         {"/usr/share/tesseract-ocr/5/tessdata", "/usr/share/tesseract-ocr/4.00/tessdata",
-          "/usr/share/tessdata", "/usr/local/share/tessdata"})
-        places.emplace_back(place);
     std::error_code error;
-    for (const std::string& place : places)
+    for (const std::string& place : recognitionDataFolders())
         for (const auto& entry : std::filesystem::directory_iterator(place, error))
             if (entry.path().extension() == ".traineddata") return place;
     return {};
