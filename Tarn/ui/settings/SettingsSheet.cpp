@@ -47,27 +47,8 @@ SettingsSheet::SettingsSheet(WindowModel& model, QWidget& window)
     sections_->setSpacing(Metrics::space24);
     addSection(tr("Text in Files"), index_);
     sections_->addStretch();
-    scroll_->setWidgetResizable(true);
-    scroll_->setFrameShape(QFrame::NoFrame);
-    scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll_->setFocusPolicy(Qt::NoFocus);
-    scroll_->setWidget(content);
-    scroll_->setMinimumHeight(Metrics::rowRoomy);
-    for (QWidget* ground : {static_cast<QWidget*>(scroll_), scroll_->viewport(), content})
-        ground->setAutoFillBackground(false);
+    addScrolling(*scroll_, *content, *done_);
     content->installEventFilter(this);
-    // The scroll bar stands in the margin.
-    QMargins margins = column()->contentsMargins();
-    margins.setRight(margins.right() - Metrics::scrollBarWidth);
-    column()->setContentsMargins(margins);
-    column()->addWidget(scroll_, 1);
-    auto* buttons = new QHBoxLayout;
-    buttons->setContentsMargins(0, 0, Metrics::scrollBarWidth, 0);
-    buttons->addStretch();
-    buttons->addWidget(done_);
-    column()->addLayout(buttons);
-    done_->setDefault(true);
-    connect(done_, &QPushButton::clicked, this, &Sheet::finish);
     // What has the keyboard is in sight.
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         if (now && scroll_->widget()->isAncestorOf(now)) scroll_->ensureWidgetVisible(now);

@@ -11,7 +11,6 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/WindowOperations.h"
 #include "Tarn/ui/sheets/HistoryRow.h"
-#include "Tarn/ui/theme/Metrics.h"
 
 namespace tarn {
 namespace {
@@ -47,27 +46,8 @@ HistorySheet::HistorySheet(WindowModel& model, QWidget& window)
     whole->addWidget(nothing_);
     whole->addLayout(list_);
     whole->addStretch();
-    scroll_->setWidgetResizable(true);
-    scroll_->setFrameShape(QFrame::NoFrame);
-    scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll_->setWidget(content);
-    scroll_->setMinimumHeight(Metrics::rowRoomy);
-    scroll_->setFocusPolicy(Qt::NoFocus);
-    for (QWidget* ground : {static_cast<QWidget*>(scroll_), scroll_->viewport(), content})
-        ground->setAutoFillBackground(false);
+    addScrolling(*scroll_, *content, *done_);
     scroll_->setMaximumHeight(listHeight);
-    // The scroll bar stands in the margin.
-    QMargins margins = column()->contentsMargins();
-    margins.setRight(margins.right() - Metrics::scrollBarWidth);
-    column()->setContentsMargins(margins);
-    column()->addWidget(scroll_, 1);
-    auto* buttons = new QHBoxLayout;
-    buttons->setContentsMargins(0, 0, Metrics::scrollBarWidth, 0);
-    buttons->addStretch();
-    buttons->addWidget(done_);
-    column()->addLayout(buttons);
-    done_->setDefault(true);
-    connect(done_, &QPushButton::clicked, this, &Sheet::finish);
     connect(&model.app().history(), &HistoryModel::changed, this, &HistorySheet::load);
     load();
 }

@@ -8,6 +8,8 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollArea>
 
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
@@ -132,6 +134,29 @@ bool Sheet::event(QEvent* event) {
             break;
     }
     return QWidget::event(event);
+}
+
+void Sheet::addScrolling(QScrollArea& area, QWidget& content, QPushButton& done) {
+    area.setWidgetResizable(true);
+    area.setFrameShape(QFrame::NoFrame);
+    area.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area.setFocusPolicy(Qt::NoFocus);
+    area.setWidget(&content);
+    area.setMinimumHeight(Metrics::rowRoomy);
+    for (QWidget* ground : {static_cast<QWidget*>(&area), area.viewport(), &content})
+        ground->setAutoFillBackground(false);
+    // The scroll bar stands in the margin.
+    QMargins margins = column_->contentsMargins();
+    margins.setRight(margins.right() - Metrics::scrollBarWidth);
+    column_->setContentsMargins(margins);
+    column_->addWidget(&area, 1);
+    auto* buttons = new QHBoxLayout;
+    buttons->setContentsMargins(0, 0, Metrics::scrollBarWidth, 0);
+    buttons->addStretch();
+    buttons->addWidget(&done);
+    column_->addLayout(buttons);
+    done.setDefault(true);
+    connect(&done, &QPushButton::clicked, this, &Sheet::finish);
 }
 
 bool Sheet::eventFilter(QObject* watched, QEvent* event) {

@@ -4,6 +4,8 @@
 #include <QtWidgets/QWidget>
 
 class QLabel;
+class QPushButton;
+class QScrollArea;
 class QVBoxLayout;
 
 namespace tarn {
@@ -32,6 +34,9 @@ protected:
     QVBoxLayout* column() const { return column_; }
     void setTitle(const QString& title);
     QString title() const;
+    /// Gives the room below the title to `content`, which scrolls in `area`, above `done`, which
+    /// closes the sheet and is pressed by Return.
+    void addScrolling(QScrollArea& area, QWidget& content, QPushButton& done);
     /// Width that the parts have.
     int contentWidth() const;
     /// Escape was pressed.
