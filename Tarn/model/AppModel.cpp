@@ -7,6 +7,7 @@
 #include "Tarn/model/ContentIndexService.h"
 #include "Tarn/model/FileMime.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/TabGroup.h"
 #include "Tarn/model/WindowModel.h"
 #include "TarnCore/files/Format.h"
 #include "TarnCore/files/JSONStore.h"
@@ -139,9 +140,19 @@ void AppModel::windowClosed(WindowModel* window) {
     transfers_->repeatQuestions();
 }
 
+std::optional<WindowSnapshot> AppModel::takeClosedTab() {
+    if (closedTabs_.empty()) return std::nullopt;
+    WindowSnapshot newest = std::move(closedTabs_.back());
+    closedTabs_.pop_back();
+    return newest;
+}
+
 void AppModel::saveSession() {
     SessionState session;
-    for (const WindowModel* window : windows_) session.windows.push_back({window->snapshot()});
+    for (const TabGroup* group : groups_)
+        if (group->count() > 0) session.windows.push_back(group->snapshots());
+    for (const WindowModel* window : windows_)
+        if (!window->group()) session.windows.push_back({window->snapshot()});
     stores_->session.set(std::move(session));
 }
 
@@ -185,6 +196,7 @@ void AppModel::flush() {
     stores_->iconSize.flush();
     stores_->recentFolders.flush();
     stores_->folderVisits.flush();
+    lists_.flush();
     history_.flush();
     tagColors_.flush();
 }

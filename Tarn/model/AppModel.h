@@ -21,6 +21,7 @@
 #include "Tarn/model/TagColors.h"
 #include "Tarn/model/TransferList.h"
 #include "Tarn/model/TrashService.h"
+#include "Tarn/model/UserLists.h"
 #include "Tarn/model/records/AppSettings.h"
 #include "Tarn/model/records/FolderViewPrefs.h"
 #include "Tarn/model/records/SessionState.h"
@@ -29,6 +30,7 @@
 namespace tarn {
 
 class ContentIndexService;
+class TabGroup;
 class WindowModel;
 
 /// What all windows share: the stores, the volumes, the listings kept in memory, the history of
@@ -69,6 +71,8 @@ public:
     const std::vector<Volume>& volumes() const { return volumes_; }
     void refreshVolumes();
 
+    UserLists& lists() { return lists_; }
+
     HistoryModel& history() { return history_; }
     TransferList& transfers() { return *transfers_; }
     TrashService& trash() { return trash_; }
@@ -86,8 +90,15 @@ public:
     void windowOpened(WindowModel* window);
     /// Remembers what the window showed, for reopening it.
     void windowClosed(WindowModel* window);
+    /// The windows as a person sees them, each with its tabs; oldest first.
+    const std::vector<TabGroup*>& groups() const { return groups_; }
+    void groupOpened(TabGroup* group) { groups_.push_back(group); }
+    void groupClosed(TabGroup* group) { std::erase(groups_, group); }
+
     /// The newest last, at most 20.
     const std::vector<WindowSnapshot>& closedTabs() const { return closedTabs_; }
+    /// The newest, which is forgotten by that; absent when there is none.
+    std::optional<WindowSnapshot> takeClosedTab();
 
     void saveSession();
     SessionState storedSession() const;
@@ -114,8 +125,10 @@ private:
     std::shared_ptr<ListingCache> listings_ = std::make_shared<ListingCache>();
     std::shared_ptr<ArchiveCache> archives_ = std::make_shared<ArchiveCache>();
     AppSettings settings_;
+    UserLists lists_;
     std::vector<Volume> volumes_;
     std::vector<WindowModel*> windows_;
+    std::vector<TabGroup*> groups_;
     std::vector<WindowSnapshot> closedTabs_;
     std::shared_ptr<void> volumeObserver_;
     std::unique_ptr<Clipboard> clipboard_;

@@ -27,6 +27,14 @@ struct Volume {
     bool operator==(const Volume&) const = default;
 };
 
+/// A program that keeps files of a volume open.
+struct BlockingProcess {
+    std::int32_t pid = 0;
+    std::string command;
+    std::vector<std::string> files;  ///< Paths on the volume.
+    bool operator==(const BlockingProcess&) const = default;
+};
+
 /// The disks of the machine, from Platform::current().volumes. Callable from any thread.
 namespace DriveService {
 

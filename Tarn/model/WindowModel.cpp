@@ -18,6 +18,7 @@ WindowModel::WindowModel(AppModel& app, const WindowSnapshot& snapshot, QObject*
       app_(app),
       showHidden_(app.settings().showHiddenByDefault),
       sidebarVisible_(snapshot.showSidebar),
+      showsInspector_(snapshot.showInspector),
       edits_(std::make_unique<WindowEdits>(*this)) {
     Q_ASSERT(MainThread::isCurrent());
     for (const PaneSnapshot& pane : snapshot.panes) addPane(pane.location, pane.viewMode);
@@ -41,6 +42,57 @@ void WindowModel::addPane(const Location& location, std::optional<ViewMode> view
     panes_.push_back(std::move(pane));
 }
 
+void WindowModel::setActiveIndex(int index) {
+    if (index == activeIndex_ || index < 0 || index >= static_cast<int>(panes_.size())) return;
+    activeIndex_ = index;
+    updateTitle();
+    emit activePaneChanged();
+    app_.saveSession();
+}
+
+void WindowModel::setSplit(bool split) {
+    if (split == isSplit()) return;
+    if (split) {
+        addPane(active().location(), active().viewMode());
+        emit panesChanged();
+    } else {
+        const auto going = panes_.begin() + (1 - activeIndex_);
+        emit paneClosing(**going);
+        const bool moves = activeIndex_ == 1;
+        panes_.erase(going);
+        activeIndex_ = 0;
+        emit panesChanged();
+        if (moves) emit activePaneChanged();
+    }
+    app_.saveSession();
+}
+
+PaneModel* WindowModel::otherPane() {
+    return isSplit() ? panes_[static_cast<std::size_t>(1 - activeIndex_)].get() : nullptr;
+}
+
+void WindowModel::set(bool& flag, bool value, void (WindowModel::*changed)()) {
+    if (flag == value) return;
+    flag = value;
+    emit(this->*changed)();
+}
+
+void WindowModel::setShowsInspector(bool shows) {
+    set(showsInspector_, shows, &WindowModel::showsInspectorChanged);
+}
+
+void WindowModel::setShowsPalette(bool shows) {
+    set(showsPalette_, shows, &WindowModel::showsPaletteChanged);
+}
+
+void WindowModel::setShowsActivity(bool shows) {
+    set(showsActivity_, shows, &WindowModel::showsActivityChanged);
+}
+
+void WindowModel::setShowsQuickLook(bool shows) {
+    set(showsQuickLook_, shows, &WindowModel::showsQuickLookChanged);
+}
+
 void WindowModel::setShowHidden(bool show) {
     if (show == showHidden_) return;
     showHidden_ = show;
@@ -49,9 +101,7 @@ void WindowModel::setShowHidden(bool show) {
 }
 
 void WindowModel::setSidebarVisible(bool visible) {
-    if (visible == sidebarVisible_) return;
-    sidebarVisible_ = visible;
-    emit sidebarVisibleChanged();
+    set(sidebarVisible_, visible, &WindowModel::sidebarVisibleChanged);
 }
 
 void WindowModel::showToast(Toast toast) {
@@ -66,15 +116,11 @@ void WindowModel::dismissToast(const UUID& id) {
 }
 
 void WindowModel::setShowsTransfers(bool shows) {
-    if (shows == showsTransfers_) return;
-    showsTransfers_ = shows;
-    emit showsTransfersChanged();
+    set(showsTransfers_, shows, &WindowModel::showsTransfersChanged);
 }
 
 void WindowModel::setShowsHistory(bool shows) {
-    if (shows == showsHistory_) return;
-    showsHistory_ = shows;
-    emit showsHistoryChanged();
+    set(showsHistory_, shows, &WindowModel::showsHistoryChanged);
 }
 
 void WindowModel::showSheet(WindowSheet sheet) {
@@ -118,6 +164,7 @@ WindowSnapshot WindowModel::snapshot() const {
     for (const auto& pane : panes_) snapshot.panes.push_back({pane->location(), pane->viewMode()});
     snapshot.activePane = activeIndex_;
     snapshot.showSidebar = sidebarVisible_;
+    snapshot.showInspector = showsInspector_;
     return snapshot;
 }
 

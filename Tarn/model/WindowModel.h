@@ -14,6 +14,7 @@
 namespace tarn {
 
 class AppModel;
+class TabGroup;
 class WindowOperations;
 class WindowEdits;
 
@@ -32,11 +33,31 @@ public:
     const PaneModel& active() const { return *panes_[static_cast<std::size_t>(activeIndex_)]; }
     const std::vector<std::unique_ptr<PaneModel>>& panes() const { return panes_; }
     int activeIndex() const { return activeIndex_; }
+    void setActiveIndex(int index);
+    /// Two panes beside each other. The second one begins where the active one is; the active one
+    /// stays when there is to be one again.
+    bool isSplit() const { return panes_.size() > 1; }
+    void setSplit(bool split);
+    /// The pane that is not active; null when there is one only.
+    PaneModel* otherPane();
+
+    /// Of which it is a tab; null for one on its own.
+    TabGroup* group() const { return group_; }
+    void setGroup(TabGroup* group) { group_ = group; }
 
     bool showHidden() const { return showHidden_; }
     void setShowHidden(bool show);
     bool sidebarVisible() const { return sidebarVisible_; }
     void setSidebarVisible(bool visible);
+
+    bool showsInspector() const { return showsInspector_; }
+    void setShowsInspector(bool shows);
+    bool showsPalette() const { return showsPalette_; }
+    void setShowsPalette(bool shows);
+    bool showsActivity() const { return showsActivity_; }
+    void setShowsActivity(bool shows);
+    bool showsQuickLook() const { return showsQuickLook_; }
+    void setShowsQuickLook(bool shows);
 
     /// Follows the active pane's location.
     const QString& title() const { return title_; }
@@ -74,6 +95,15 @@ public:
 
 signals:
     void titleChanged();
+    /// Before a pane goes, and after one has come.
+    void paneClosing(tarn::PaneModel& pane);
+    void panesChanged();
+    /// Another pane is active, or the active one is another.
+    void activePaneChanged();
+    void showsInspectorChanged();
+    void showsPaletteChanged();
+    void showsActivityChanged();
+    void showsQuickLookChanged();
     void showHiddenChanged();
     void sidebarVisibleChanged();
     void toastChanged();
@@ -89,8 +119,10 @@ signals:
 private:
     void addPane(const Location& location, std::optional<ViewMode> viewMode);
     void updateTitle();
+    void set(bool& flag, bool value, void (WindowModel::*changed)());
 
     AppModel& app_;
+    TabGroup* group_ = nullptr;
     UUID id_ = UUID::random();
     std::vector<std::unique_ptr<PaneModel>> panes_;
     int activeIndex_ = 0;
@@ -100,6 +132,10 @@ private:
     std::optional<Toast> toast_;
     bool showsTransfers_ = false;
     bool showsHistory_ = false;
+    bool showsInspector_ = false;
+    bool showsPalette_ = false;
+    bool showsActivity_ = false;
+    bool showsQuickLook_ = false;
     std::unique_ptr<WindowOperations> operations_;
     std::optional<WindowSheet> sheet_;
     std::unique_ptr<WindowEdits> edits_;
