@@ -431,6 +431,8 @@ void BrowserWindow::showSheet() {
         case WindowSheet::Which::newTag:
             open(new NewTagSheet(*this, *model_));
             break;
+        default:  // Their sheets come with what asks for them.
+            model_->closeSheet();
     }
 }
 
