@@ -45,7 +45,7 @@ struct Example {
 };
 
 /// The headings under which the help lists commands, in this order.
-enum class Section { looking, changing };
+enum class Section { looking, changing, settings };
 
 /// One command. A file in cli/commands that defines `const Command xCommand` and is called
 /// XCommand.cpp adds it to the program.

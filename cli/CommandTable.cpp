@@ -76,6 +76,8 @@ std::string_view title(Section section) {
             return "Looking";
         case Section::changing:
             return "Changing (all undoable)";
+        case Section::settings:
+            return "Settings, commands, saved lists";
     }
     return {};
 }

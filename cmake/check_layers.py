@@ -96,7 +96,8 @@ def allowed_folders(path):
     if top in ("tests", "bench"):
         everything = set(ARROWS) | {"tests/support", "bench"}
         area = rest.partition("/")[0] if "/" in rest else ""
-        mirrored = {"model": "Tarn/model", "ui": "Tarn/ui", "cli": "cli"}.get(area, f"TarnCore/{area}")
+        mirrored = {"model": "Tarn/model", "commands": "Tarn/commands", "ui": "Tarn/ui",
+                    "cli": "cli"}.get(area, f"TarnCore/{area}")
         if mirrored not in ARROWS:  # tests/support, tests/fuzz, bench itself
             return everything | {f"tests/{area}"}
         # A test may build on everything below what it tests, on real services and on fakes.
@@ -125,7 +126,7 @@ def qt_rule(path):
     top = path.partition("/")[0]
     if top in ("tests", "bench"):
         area = path.split("/")[1]
-        return "any" if area in ("ui", "model", "support") else "none"
+        return "any" if area in ("ui", "model", "commands", "support") else "none"
     return QT_FOLDERS.get(layer(path), "none")
 
 
