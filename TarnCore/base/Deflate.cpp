@@ -113,7 +113,7 @@ std::string deflatePiece(std::string_view before, std::string_view piece, bool i
     stream.next_out = reinterpret_cast<Bytef*>(out.data());
     stream.avail_out = static_cast<uInt>(out.size());
     ::deflate(&stream, isLast ? Z_FINISH : Z_SYNC_FLUSH);
-    out.resize(out.size() - stream.avail_out);
+    out.resize(stream.total_out);
     deflateEnd(&stream);
     return out;
 }

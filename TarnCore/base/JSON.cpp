@@ -2,6 +2,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 
 #include <nlohmann/json.hpp>
 
@@ -13,6 +15,28 @@ namespace {
 
 /// Bytes that a JSON string cannot hold as they are.
 bool needsEscape(char c) { return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\'; }
+
+/// ASCII without such bytes, which stands as it is. Looks at eight bytes at once.
+bool isPlain(std::string_view text) {
+    constexpr std::uint64_t ones = 0x0101010101010101;
+    constexpr std::uint64_t high = 0x8080808080808080;
+    // Sets the high bit of the lowest byte that is 0, and perhaps those of higher ones.
+    const auto zeroes = [](std::uint64_t word) { return (word - ones) & ~word; };
+    const auto isAllPlain = [&](std::uint64_t word) {
+        return ((word | (word - ones * 0x20) | zeroes(word ^ ones * '"') |
+                 zeroes(word ^ ones * '\\')) &
+                high) == 0;
+    };
+    std::uint64_t word = 0;
+    std::size_t i = 0;
+    for (; i + sizeof word <= text.size(); i += sizeof word) {
+        std::memcpy(&word, text.data() + i, sizeof word);
+        if (!isAllPlain(word)) return false;
+    }
+    for (; i < text.size(); ++i)
+        if (needsEscape(text[i]) || static_cast<unsigned char>(text[i]) >= 0x80) return false;
+    return true;
+}
 
 void appendEscaped(std::string& out, std::string_view text) {
     static constexpr std::string_view hex = "0123456789abcdef";
@@ -98,7 +122,9 @@ void JSONWriter::key(std::string_view name) {
 void JSONWriter::string(std::string_view value) {
     separate();
     out_ += '"';
-    if (Text::isValidUTF8(value))
+    if (isPlain(value))
+        out_ += value;
+    else if (Text::isValidUTF8(value))
         appendEscaped(out_, value);
     else
         appendEscaped(out_, Text::sanitized(value));

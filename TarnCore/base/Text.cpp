@@ -11,6 +11,8 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
+#include "TarnCore/base/CharacterTable.h"
+
 namespace tarn::Text {
 namespace {
 
@@ -83,55 +85,20 @@ void foldRun(std::string& out, std::string_view run) {
     bare.toUTF8String(out);
 }
 
-/// What the characters of European languages fold to, so that their names need not go through
-/// UTF-16 twice. Below this bound characters fold each for itself, whatever stands beside them.
-class FoldedCharacters {
-public:
-    static constexpr char32_t bound = 0x370;  // after the combining marks
+void lowerRun(std::string& out, std::string_view run) {
+    icu::UnicodeString::fromUTF8(icu::StringPiece(run.data(), static_cast<int>(run.size())))
+        .toLower(icu::Locale::getRoot())
+        .toUTF8String(out);
+}
 
-    FoldedCharacters() {
-        std::string character;
-        std::string folded;
-        for (char32_t c = 0x80; c < bound; ++c) {
-            character.clear();
-            folded.clear();
-            append(character, c);
-            foldRun(folded, character);
-            Folded& entry = table_[c];
-            entry.length = static_cast<std::uint8_t>(std::min(folded.size(), sizeof entry.bytes));
-            std::memcpy(entry.bytes, folded.data(), entry.length);
-        }
-    }
-
-    /// False when the run holds other characters; `out` is then as it was.
-    bool foldInto(std::string& out, std::string_view run) const {
-        const std::size_t before = out.size();
-        for (std::size_t i = 0; i < run.size();) {
-            const auto byte = static_cast<unsigned char>(run[i]);
-            if (byte < 0x80) {
-                out += lowerASCII(run[i++]);
-                continue;
-            }
-            char32_t c = bound;
-            if (byte < 0xE0)
-                c = ((byte & 0x1FU) << 6) | (static_cast<unsigned char>(run[i + 1]) & 0x3FU);
-            if (c >= bound) {
-                out.resize(before);
-                return false;
-            }
-            out.append(table_[c].bytes, table_[c].length);
-            i += 2;
-        }
-        return true;
-    }
-
-private:
-    struct Folded {
-        char bytes[4];  ///< The longest is "ʼn", three bytes.
-        std::uint8_t length;
-    };
-    std::array<Folded, bound> table_{};
-};
+/// The table of a mapping that appends what a run of valid UTF-8 becomes.
+CharacterTable tableOf(void (*mapRun)(std::string&, std::string_view)) {
+    return CharacterTable([mapRun](std::string_view character) {
+        std::string mapped;
+        mapRun(mapped, character);
+        return mapped;
+    });
+}
 
 }  // namespace
 
@@ -203,12 +170,11 @@ std::string lowercased(std::string_view text) {
     if (isASCII(text)) return lowercasedASCII(text);
     std::string out;
     out.reserve(text.size());
+    static const CharacterTable european = tableOf(lowerRun);
     forEachRun(
         text,
         [&](std::string_view run) {
-            icu::UnicodeString::fromUTF8(icu::StringPiece(run.data(), static_cast<int>(run.size())))
-                .toLower(icu::Locale::getRoot())
-                .toUTF8String(out);
+            if (!european.append(out, run)) lowerRun(out, run);
         },
         [&](char byte) { out += byte; });
     return out;
@@ -221,11 +187,11 @@ void foldInto(std::string& out, std::string_view text) {
         for (std::size_t i = 0; i < text.size(); ++i) out[i] = lowerASCII(text[i]);
         return;
     }
-    static const FoldedCharacters european;
+    static const CharacterTable european = tableOf(foldRun);
     forEachRun(
         text,
         [&](std::string_view run) {
-            if (!european.foldInto(out, run)) foldRun(out, run);
+            if (!european.append(out, run)) foldRun(out, run);
         },
         [&](char byte) { out += byte; });
 }

@@ -30,6 +30,23 @@ TEST(JSONWriter, writesWhatAParserReadsBack) {
     EXPECT_TRUE(JSONText::parse(out));
 }
 
+TEST(JSONWriter, escapesWhereverSomethingNeedsIt) {
+    for (const std::string_view special : {"\"", "\\", "\n", "\x1f", " ", "\x7f", "é", "~", "!"}) {
+        for (std::size_t before = 0; before < 20; ++before) {
+            for (std::size_t behind = 0; behind < 10; ++behind) {
+                const std::string text =
+                    std::string(before, '#').append(special) + std::string(behind, '[');
+                SCOPED_TRACE(text);
+                std::string out;
+                JSONWriter(out).string(text);
+                const auto read = JSONText::parse(out);
+                ASSERT_TRUE(read) << out;
+                EXPECT_EQ(read->get<std::string>(), text);
+            }
+        }
+    }
+}
+
 TEST(JSONText, refusesWhatIsNoDocument) {
     for (const std::string& text :
          {std::string(), std::string("{"), std::string("[1,]"), std::string("nul"),

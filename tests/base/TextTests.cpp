@@ -22,7 +22,7 @@ TEST(Text, foldingForgetsCaseAndDiacritics) {
     }
 }
 
-TEST(Text, charactersFoldAlikeAloneAndAmongOthers) {
+TEST(Text, charactersChangeAlikeAloneAndAmongOthers) {
     // A character of another script sends the whole text the long way.
     const std::string far = "語";
     for (char32_t c = 1; c < 0x250 + 0x120; ++c) {
@@ -31,6 +31,7 @@ TEST(Text, charactersFoldAlikeAloneAndAmongOthers) {
         Text::append(text, c);
         text += "\u0301Z";
         EXPECT_EQ(Text::folded(text) + far, Text::folded(text + far));
+        EXPECT_EQ(Text::lowercased(text) + far, Text::lowercased(text + far));
     }
 }
 
