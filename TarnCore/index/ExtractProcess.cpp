@@ -18,10 +18,10 @@
 #include <sys/wait.h>
 
 #include <fcntl.h>
-#include <spawn.h>
 #include <unistd.h>
 
 #include "TarnCore/base/Text.h"
+#include "TarnCore/platform/ProcessStart.h"
 
 namespace tarn {
 namespace {
@@ -54,63 +54,23 @@ std::pair<FileDescriptor, FileDescriptor> connectedPair() {
     return pair;
 }
 
-/// What a helper is started with: its socket, nothing else that is open here, little of our
-/// environment, and a process group of its own, so that Ctrl-C in a terminal is for us alone.
-class Start {
-public:
-    explicit Start(int socket) {
-        posix_spawn_file_actions_init(&actions_);
-        posix_spawnattr_init(&attributes_);
-        posix_spawn_file_actions_adddup2(&actions_, socket, ExtractProtocol::socketDescriptor);
-        posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDWR, 0);
-        posix_spawn_file_actions_adddup2(&actions_, STDIN_FILENO, STDOUT_FILENO);
-        posix_spawn_file_actions_adddup2(&actions_, STDIN_FILENO, STDERR_FILENO);
-        posix_spawn_file_actions_addclosefrom_np(&actions_, ExtractProtocol::socketDescriptor + 1);
-        sigset_t none;
-        sigset_t all;
-        sigemptyset(&none);
-        sigfillset(&all);
-        posix_spawnattr_setsigmask(&attributes_, &none);
-        posix_spawnattr_setsigdefault(&attributes_, &all);
-        posix_spawnattr_setpgroup(&attributes_, 0);
-        posix_spawnattr_setflags(
-            &attributes_, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-        // Four threads of OpenMP on two processors recognise a page seven times slower than one.
-        environment_ = {"PATH=/usr/bin:/bin", "HOME=/nonexistent", "LC_ALL=C.UTF-8",
-                        "OMP_THREAD_LIMIT=1"};
-        keep("TESSDATA_PREFIX");
-    }
-    ~Start() {
-        posix_spawnattr_destroy(&attributes_);
-        posix_spawn_file_actions_destroy(&actions_);
-    }
-    Start(const Start&) = delete;
-    Start& operator=(const Start&) = delete;
-
-    pid_t operator()(const URL& program, std::vector<std::string> words) {
-        const auto pointers = [](std::vector<std::string>& strings) {
-            std::vector<char*> all;
-            for (std::string& string : strings) all.push_back(string.data());
-            all.push_back(nullptr);
-            return all;
-        };
-        pid_t child = -1;
-        const int errnum = posix_spawn(&child, program.c_str(), &actions_, &attributes_,
-                                       pointers(words).data(), pointers(environment_).data());
-        if (errnum != 0) throw failure(errnum);
-        return child;
-    }
-
-private:
-    void keep(const char* variable) {
-        if (const char* value = std::getenv(variable))
-            environment_.push_back(std::string(variable) + "=" + value);
-    }
-
-    posix_spawn_file_actions_t actions_;
-    posix_spawnattr_t attributes_;
-    std::vector<std::string> environment_;
-};
+/// With its socket, nothing else that is open here, and little of our environment.
+pid_t start(const URL& program, int socket, std::vector<std::string> words) {
+    ProcessStart start;
+    start.give(socket, ExtractProtocol::socketDescriptor);
+    start.giveNull(STDIN_FILENO, O_RDWR);
+    start.give(STDIN_FILENO, STDOUT_FILENO);
+    start.give(STDIN_FILENO, STDERR_FILENO);
+    start.closeFrom(ExtractProtocol::socketDescriptor + 1);
+    // Four threads of OpenMP on two processors recognise a page seven times slower than one.
+    std::vector<std::string> environment = {"PATH=/usr/bin:/bin", "HOME=/nonexistent",
+                                            "LC_ALL=C.UTF-8", "OMP_THREAD_LIMIT=1"};
+    constexpr const char* trainedData = "TESSDATA_PREFIX";
+    if (const char* value = std::getenv(trainedData))
+        environment.push_back(std::string(trainedData).append("=").append(value));
+    start.setEnvironment(std::move(environment));
+    return start.start(program, std::move(words));
+}
 
 /// The tools that a helper is running. They have process groups of their own, so they are not
 /// reached with it; their limit of processor time ends those that a kernel without this list hides.
@@ -172,7 +132,7 @@ ExtractProcess::ExtractProcess(const URL& program, bool inBackground) {
     auto [ours, theirs] = connectedPair();
     std::vector<std::string> words = {programName};
     if (inBackground) words.emplace_back("--background");
-    id_ = Start(theirs.get())(program, std::move(words));
+    id_ = start(program, theirs.get(), std::move(words));
     socket_ = std::move(ours);
 }
 

@@ -5,18 +5,20 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <system_error>
+#include <utility>
 
 #include <sys/syscall.h>
 #include <sys/wait.h>
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <unistd.h>
 
 #include "TarnCore/base/Error.h"
 #include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/Text.h"
+#include "TarnCore/platform/ProcessStart.h"
 
 namespace tarn::Shell {
 namespace {
@@ -38,58 +40,27 @@ struct Pipe {
     }
 };
 
-/// What a child is started with: a process group of its own, which its own children join, and
-/// signals as if a terminal had started it.
-class Start {
-public:
-    Start(const Pipe& out, const Pipe& errors, const std::optional<URL>& folder, int input) {
-        posix_spawn_file_actions_init(&actions_);
-        posix_spawnattr_init(&attributes_);
+/// Throws tarn::Error when the tool cannot be started.
+pid_t start(const URL& tool, const std::vector<std::string>& arguments, const Pipe& out,
+            const Pipe& errors, const std::optional<URL>& folder, int input) {
+    std::vector<std::string> words = {tool.path()};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    try {
+        ProcessStart start;
         if (input >= 0) {
-            posix_spawn_file_actions_adddup2(&actions_, input, STDIN_FILENO);
+            start.give(input, STDIN_FILENO);
         } else {
-            posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+            start.giveNull(STDIN_FILENO, O_RDONLY);
         }
-        posix_spawn_file_actions_adddup2(&actions_, out.writing.get(), STDOUT_FILENO);
-        posix_spawn_file_actions_adddup2(&actions_, errors.writing.get(), STDERR_FILENO);
-        if (folder) posix_spawn_file_actions_addchdir_np(&actions_, folder->c_str());
-        sigset_t none;
-        sigset_t all;
-        sigemptyset(&none);
-        sigfillset(&all);
-        posix_spawnattr_setsigmask(&attributes_, &none);
-        posix_spawnattr_setsigdefault(&attributes_, &all);
-        posix_spawnattr_setpgroup(&attributes_, 0);
-        posix_spawnattr_setflags(
-            &attributes_, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        start.give(out.writing.get(), STDOUT_FILENO);
+        start.give(errors.writing.get(), STDERR_FILENO);
+        if (folder) start.setFolder(*folder);
+        return start.start(tool, std::move(words));
+    } catch (const std::system_error& error) {
+        throw Error("Couldn’t start " + Text::quoted(tool.name()) + ". " +
+                    systemErrorSentence(error.code().value()));
     }
-    ~Start() {
-        posix_spawnattr_destroy(&attributes_);
-        posix_spawn_file_actions_destroy(&actions_);
-    }
-    Start(const Start&) = delete;
-    Start& operator=(const Start&) = delete;
-
-    /// Throws tarn::Error when the tool cannot be started.
-    pid_t operator()(const URL& tool, const std::vector<std::string>& arguments) const {
-        std::vector<std::string> words = {tool.path()};
-        words.insert(words.end(), arguments.begin(), arguments.end());
-        std::vector<char*> argv;
-        for (std::string& word : words) argv.push_back(word.data());
-        argv.push_back(nullptr);
-        pid_t child = -1;
-        const int errnum =
-            posix_spawn(&child, tool.c_str(), &actions_, &attributes_, argv.data(), environ);
-        if (errnum != 0)
-            throw Error("Couldn’t start " + Text::quoted(tool.name()) + ". " +
-                        systemErrorSentence(errnum));
-        return child;
-    }
-
-private:
-    posix_spawn_file_actions_t actions_;
-    posix_spawnattr_t attributes_;
-};
+}
 
 /// Milliseconds until then, for poll: at least 0, rounded up.
 int timeUntil(Clock::time_point then) {
@@ -178,8 +149,7 @@ Output run(const URL& tool, const std::vector<std::string>& arguments,
            const std::optional<URL>& folder, double timeout, int input) {
     Pipe out;
     Pipe errors;
-    const pid_t child = Start(out, errors, folder, input)(tool, arguments);
-    Running running(child, out, errors);
+    Running running(start(tool, arguments, out, errors, folder, input), out, errors);
     const auto until = Clock::now() + std::chrono::duration_cast<Clock::duration>(
                                           std::chrono::duration<double>(timeout));
     if (!running.wait(until)) {
