@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "TarnCore/base/Deflate.h"
+#include "TarnCore/ops/MemoryFile.h"
 #include "TarnCore/ops/ZipWriter.h"
 
 namespace tarn::bench {
@@ -29,21 +30,8 @@ constexpr std::string_view accents[] = {"é", "ö", "å", "ü", "ñ", "ç"};
 constexpr double medianLength = 8000;
 constexpr double lengthSpread = 1.1;
 
-class BytesInMemory final : public NewFile {
-public:
-    void append(std::string_view added) override { bytes += added; }
-    void skip(std::int64_t count) override { bytes.append(static_cast<std::size_t>(count), '\0'); }
-    void writeAt(std::int64_t offset, std::string_view over) override {
-        bytes.replace(static_cast<std::size_t>(offset), over.size(), over);
-    }
-    std::int64_t size() const override { return static_cast<std::int64_t>(bytes.size()); }
-    void finish() override {}
-
-    std::string bytes;
-};
-
 std::string zip(const std::vector<std::pair<std::string, std::string>>& members) {
-    BytesInMemory file;
+    MemoryFile file;
     ZipWriter writer(file);
     Deflater deflater;
     for (const auto& [name, content] : members)

@@ -11,7 +11,7 @@ void record(OperationKind kind, std::string title, std::vector<Step> steps,
     entry.title = std::move(title);
     entry.steps = std::move(steps);
     entry.fileCount = fileCount;
-    OperationHistory(OperationHistory::defaultFile()).record(std::move(entry));
+    OperationHistory::append(OperationHistory::defaultFile(), std::move(entry));
 }
 
 }  // namespace tarn::cli::Changes

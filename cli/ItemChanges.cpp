@@ -45,7 +45,7 @@ void report(const Arguments& arguments, Session& session, const Done& done) {
     entry.title = done.title;
     entry.steps = done.steps;
     entry.fileCount = done.fileCount;
-    if (!done.steps.empty()) OperationHistory(OperationHistory::defaultFile()).record(entry);
+    if (!done.steps.empty()) OperationHistory::append(OperationHistory::defaultFile(), entry);
     if (arguments.has("json"))
         session.out() << JSONText::pretty(JSON(entry)) << '\n';
     else

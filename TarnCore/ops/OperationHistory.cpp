@@ -193,6 +193,12 @@ OperationHistory::~OperationHistory() = default;
 
 URL OperationHistory::defaultFile() { return SupportDirectory::file("undo-history.json"); }
 
+void OperationHistory::append(URL fileURL, HistoryEntry entry) {
+    OperationHistory history(std::nullopt);
+    history.state_->file.emplace(StoreFile(std::move(fileURL)));
+    history.record(std::move(entry));
+}
+
 std::vector<HistoryEntry> OperationHistory::undoStack() const {
     const auto stacks = state_->stacks.lock();
     Entries all;

@@ -64,6 +64,9 @@ public:
     explicit OperationHistory(std::optional<URL> fileURL);
     /// "undo-history.json" in the support folder.
     static URL defaultFile();
+    /// record() for a program that asks nothing of the history before: one that holds the names of
+    /// many files has megabytes, which are then read once instead of twice.
+    static void append(URL fileURL, HistoryEntry entry);
     ~OperationHistory();
     OperationHistory(const OperationHistory&) = delete;
     OperationHistory& operator=(const OperationHistory&) = delete;

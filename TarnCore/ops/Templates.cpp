@@ -6,6 +6,7 @@
 
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/SupportDirectory.h"
+#include "TarnCore/ops/MemoryFile.h"
 #include "TarnCore/ops/OfficePackages.h"
 #include "TarnCore/ops/ZipWriter.h"
 #include "TarnCore/platform/Platform.h"
@@ -37,20 +38,6 @@ constexpr TextTemplate texts[] = {
      R"({\rtf1\ansi\ansicpg1252\cocoartf2822{\fonttbl\f0\fswiss\fcharset0 Helvetica;}\f0\fs24 })"},
     {"html", html},
     {"csv", "Name,Value\n"},
-};
-
-/// A file that is put together in memory.
-class MemoryFile final : public NewFile {
-public:
-    void append(std::string_view added) override { bytes += added; }
-    void skip(std::int64_t count) override { bytes.append(static_cast<std::size_t>(count), '\0'); }
-    void writeAt(std::int64_t offset, std::string_view over) override {
-        bytes.replace(static_cast<std::size_t>(offset), over.size(), over);
-    }
-    std::int64_t size() const override { return static_cast<std::int64_t>(bytes.size()); }
-    void finish() override {}
-
-    std::string bytes;
 };
 
 std::string zipped(const OfficePackages::Parts& parts) {

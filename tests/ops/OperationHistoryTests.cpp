@@ -198,7 +198,10 @@ TEST_F(OperationHistoryTest, seesWhatOtherProcessesDo) {
     EXPECT_EQ(window.undo(), std::nullopt) << "taken back already";
     window.record(renamed("c", "d"));
     terminal.record(renamed("e", "f"));
-    EXPECT_EQ(OperationHistory(file).undoStack().size(), 2U);
+    OperationHistory::append(file, renamed("g", "h"));
+    const auto all = OperationHistory(file).undoStack();
+    ASSERT_EQ(all.size(), 3U);
+    EXPECT_EQ(all[2].title, renamed("g", "h").title);
 }
 
 TEST_F(OperationHistoryTest, keepsInMemoryWhatTheDiskRefuses) {
