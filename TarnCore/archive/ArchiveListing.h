@@ -14,7 +14,7 @@ class ArchiveStream;
 /// The members of an archive as people see them.
 namespace ArchiveListing {
 
-std::vector<ArchiveEntry> entries(const ZipDirectory& directory);
+std::vector<ArchiveEntry> entries(ZipDirectory directory);
 
 /// Reads the stream to its end. Throws ArchiveError.
 std::vector<ArchiveEntry> entries(ArchiveStream& stream, const CancelToken& token);

@@ -112,10 +112,10 @@ URL firstMissing(const URL& url) {
 }  // namespace
 
 std::vector<ArchiveEntry> entries(const URL& url, const CancelToken& token) {
-    const OpenArchive archive(url);
+    OpenArchive archive(url);
     switch (archive.form()) {
         case OpenArchive::Form::zip:
-            return ArchiveListing::entries(archive.directory());
+            return ArchiveListing::entries(std::move(archive).takeDirectory());
         case OpenArchive::Form::singleFile:
             return ArchiveListing::singleFile(*archive.stream(), archive.singleName(), token);
         case OpenArchive::Form::archive:

@@ -1,18 +1,18 @@
 #include "TarnCore/archive/MemberPath.h"
 
-namespace tarn::MemberPath {
-namespace {
+#include <algorithm>
 
+namespace tarn::MemberPath {
 bool isClean(std::string_view path) {
     if (path.empty()) return true;
-    if (path.front() == '/' || path.back() == '/' || path == "." || path.starts_with("./") ||
-        path.ends_with("/.") || path.find('\0') != path.npos) {
-        return false;
+    if (path.find('\0') != path.npos) return false;
+    for (std::size_t begin = 0;;) {
+        const std::size_t end = std::min(path.find('/', begin), path.size());
+        if (end == begin || (end == begin + 1 && path[begin] == '.')) return false;
+        if (end == path.size()) return true;
+        begin = end + 1;
     }
-    return path.find("//") == path.npos && path.find("/./") == path.npos;
 }
-
-}  // namespace
 
 std::string cleaned(std::string_view path) {
     if (isClean(path)) return std::string(path);

@@ -11,6 +11,9 @@ namespace tarn::MemberPath {
 /// one; cut at a NUL, which no name can hold. "" for the top itself.
 std::string cleaned(std::string_view path);
 
+/// It is so already.
+bool isClean(std::string_view path);
+
 /// A name on the way is "..".
 bool leadsOut(std::string_view cleaned);
 

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "TarnCore/base/URL.h"
 #include "TarnCore/files/ZipDirectory.h"
@@ -27,6 +28,7 @@ public:
     const FileBytes& bytes() const { return *bytes_; }
     /// Only of a zip file.
     const ZipDirectory& directory() const { return *directory_; }
+    ZipDirectory takeDirectory() && { return *std::move(directory_); }
     /// From the beginning. Never null.
     std::unique_ptr<ArchiveStream> stream() const;
     /// What the single file is called.

@@ -36,22 +36,26 @@ class Fields {
 public:
     explicit Fields(std::string_view bytes) : bytes_(bytes) {}
     std::size_t size() const { return bytes_.size(); }
-    std::uint16_t u16(std::size_t at) const { return static_cast<std::uint16_t>(number(at, 2)); }
-    std::uint32_t u32(std::size_t at) const { return static_cast<std::uint32_t>(number(at, 4)); }
-    std::uint64_t u64(std::size_t at) const { return number(at, 8); }
-    std::uint8_t u8(std::size_t at) const { return static_cast<std::uint8_t>(number(at, 1)); }
+    std::uint16_t u16(std::size_t at) const { return number<std::uint16_t>(at); }
+    std::uint32_t u32(std::size_t at) const { return number<std::uint32_t>(at); }
+    std::uint64_t u64(std::size_t at) const { return number<std::uint64_t>(at); }
+    std::uint8_t u8(std::size_t at) const { return number<std::uint8_t>(at); }
     bool startsWith(std::string_view text) const { return bytes_.starts_with(text); }
     std::string_view part(std::size_t at, std::size_t size) const {
         return at > bytes_.size() ? std::string_view() : bytes_.substr(at, size);
     }
 
 private:
-    std::uint64_t number(std::size_t at, std::size_t width) const {
-        if (at + width > bytes_.size()) return 0;
-        std::uint64_t value = 0;
-        for (std::size_t i = width; i-- > 0;)
-            value = value << 8 | static_cast<unsigned char>(bytes_[at + i]);
-        return value;
+    template <class Number>
+    Number number(std::size_t at) const {
+        if (at + sizeof(Number) > bytes_.size()) return 0;
+        return bytesOf<Number>(&bytes_[at], std::make_index_sequence<sizeof(Number)>());
+    }
+    /// Written so that the compiler makes one load of it, whatever the processor's order.
+    template <class Number, std::size_t... i>
+    static Number bytesOf(const char* first, std::index_sequence<i...>) {
+        return static_cast<Number>(
+            ((std::uint64_t{static_cast<unsigned char>(first[i])} << (8 * i)) | ...));
     }
     std::string_view bytes_;
 };
@@ -85,9 +89,13 @@ std::optional<std::size_t> findEnd(std::string_view tail) {
     return loose;
 }
 
+using End64 = std::array<char, end64Size>;
+
+std::string_view view(const End64& record) { return {record.data(), record.size()}; }
+
 /// The 64-bit end record that the locator in front of the ordinary one names. Absent when there is
 /// none; `at` becomes where it was found.
-std::optional<std::string> findEnd64(const FileBytes& bytes, std::uint64_t end, std::uint64_t& at) {
+std::optional<End64> findEnd64(const FileBytes& bytes, std::uint64_t end, std::uint64_t& at) {
     if (end < locator64Size) return std::nullopt;
     const std::string locator = readAt(bytes, end - locator64Size, locator64Size);
     if (!locator.starts_with(locator64Signature)) return std::nullopt;
@@ -97,8 +105,9 @@ std::optional<std::string> findEnd64(const FileBytes& bytes, std::uint64_t end, 
         end - locator64Size - std::min<std::uint64_t>(end - locator64Size, end64Size);
     for (const std::uint64_t place : {named, before}) {
         if (place > end) continue;
-        std::string record = readAt(bytes, place, end64Size);
-        if (record.size() == end64Size && record.starts_with(end64Signature)) {
+        End64 record{};
+        if (bytes.read(static_cast<std::int64_t>(place), record) == record.size() &&
+            view(record).starts_with(end64Signature)) {
             at = place;
             return record;
         }
@@ -119,7 +128,7 @@ Place findDirectory(const FileBytes& bytes, std::uint64_t most) {
     std::uint32_t disk = end.u16(4);
     if (end.u16(10) == full16 || end.u32(12) == full32 || end.u32(16) == full32) {
         if (const auto record = findEnd64(bytes, directoryEnd, directoryEnd)) {
-            const Fields wide(*record);
+            const Fields wide(view(*record));
             place = {.offset = wide.u64(48),
                      .size = wide.u64(40),
                      .count = wide.u64(32),

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "TarnCore/platform/ArchiveStream.h"
@@ -46,6 +47,7 @@ public:
 
     /// In the order of the directory.
     const std::vector<ZipMember>& members() const { return members_; }
+    std::vector<ZipMember> takeMembers() && { return std::move(members_); }
 
     /// Two members share bytes of the file: nothing that an honest program writes.
     bool hasOverlaps() const { return hasOverlaps_; }
