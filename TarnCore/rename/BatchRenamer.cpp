@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <exception>
 #include <iterator>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <unordered_map>
 #include <unordered_set>
@@ -42,24 +44,60 @@ constexpr std::size_t worthTwoThreads = 1000;
 /// The most bytes a file name may have on the disks of this system.
 constexpr std::size_t longestFileName = 255;
 
-std::optional<Date> dateFor(const PreparedRule& rule, const URL& url, const Dates* dates) {
-    const auto source = rule.dateSource();
-    if (!source) return std::nullopt;
-    if (dates) {
-        const auto found = dates->find(url);
-        if (found != dates->end()) return found->second;
-    }
-    return date(url, *source);
+/// Not for `photoTaken`.
+std::optional<Date> dateOf(const FileAttributes& attributes, DateSource source) {
+    return source == DateSource::created ? attributes.created : attributes.modified;
 }
+
+/// The dates that rules want. The disk is asked from within the folder of the file before, most
+/// often the same, which spares it the way there. One thread at a time.
+class FileDates {
+public:
+    explicit FileDates(const Dates* given) : given_(given) {}
+
+    std::optional<Date> dateFor(const PreparedRule& rule, const URL& url) {
+        const auto source = rule.dateSource();
+        if (!source) return std::nullopt;
+        if (given_) {
+            const auto found = given_->find(url);
+            if (found != given_->end()) return found->second;
+        }
+        if (*source == DateSource::photoTaken) return photoDate(url);
+        if (const auto attributes = lookAt(url)) return dateOf(*attributes, *source);
+        return date(url, *source);
+    }
+
+private:
+    /// Absent when the folder cannot be opened, too.
+    std::optional<FileAttributes> lookAt(const URL& url) {
+        const std::string_view parent =
+            std::string_view(url.path()).substr(0, url.path().size() - url.name().size());
+        if (parent != folder_) {
+            folder_ = parent;
+            reader_ = nullptr;
+            try {
+                reader_ = Platform::current().files->openFolder(url.parent());
+            } catch (const std::system_error&) {
+                // It may be entered but not read.
+            }
+        }
+        // The name is the end of the path, and so ends with a NUL.
+        return reader_ ? reader_->attributes(url.name().data(), Links::keep) : std::nullopt;
+    }
+
+    const Dates* given_;
+    std::string folder_;
+    std::unique_ptr<FolderReader> reader_;
+};
 
 /// The new name, and the first thing that a rule could not do.
 RenamePreview renamed(const URL& url, std::size_t index, std::vector<PreparedRule>& rules,
-                      bool includeExtension, const Dates* dates) {
+                      bool includeExtension, FileDates& dates) {
     RenamePreview preview{url, std::string(url.name()), {}, {}};
     NameParts parts{preview.oldName, {}};
     if (!includeExtension) parts = FileOps::split(preview.oldName);
     for (PreparedRule& rule : rules) {
-        auto outcome = rule.apply(parts.base, index, dateFor(rule, url, dates));
+        auto outcome = rule.apply(parts.base, index, dates.dateFor(rule, url));
         parts.base = std::move(outcome.name);
         if (!preview.problem) preview.problem = std::move(outcome.problem);
     }
@@ -76,8 +114,9 @@ struct Renamed {
 
 Renamed renamedPart(const std::vector<URL>& urls, std::size_t begin, std::size_t end,
                     const std::vector<RenameRule>& rules, bool includeExtension,
-                    const Dates* dates) {
+                    const Dates* given) {
     std::vector<PreparedRule> prepared(rules.begin(), rules.end());
+    FileDates dates(given);
     Renamed part;
     part.previews.reserve(end - begin);
     part.targets.reserve(end - begin);
@@ -171,7 +210,10 @@ std::vector<RenamePreview> preview(const std::vector<URL>& urls,
                                    const Dates* dates) {
     const std::size_t parts = urls.size() < worthTwoThreads ? 1 : 2;
     std::vector<Renamed> named(parts);
-    TaskPool::shared().forEach(parts, [&](std::size_t part) {
+    TargetFolders folders(urls);
+    const bool readsAhead = parts > 1;
+    TaskPool::shared().forEach(parts + (readsAhead ? 1 : 0), [&](std::size_t part) {
+        if (part == parts) return folders.readAhead();
         named[part] = renamedPart(urls, urls.size() * part / parts,
                                   urls.size() * (part + 1) / parts, rules, includeExtension, dates);
     });
@@ -191,7 +233,6 @@ std::vector<RenamePreview> preview(const std::vector<URL>& urls,
         }
     }
 
-    TargetFolders folders(urls);
     for (std::size_t i = 0; i < previews.size(); ++i) {
         RenamePreview& preview = previews[i];
         const auto problem = [&]() -> std::optional<std::string> {
@@ -214,14 +255,13 @@ std::vector<RenamePreview> preview(const std::vector<URL>& urls,
 std::string apply(const RenameRule& rule, std::string_view name, std::size_t index, const URL& url,
                   const Dates* dates) {
     PreparedRule prepared(rule);
-    return prepared.apply(name, index, dateFor(prepared, url, dates)).name;
+    return prepared.apply(name, index, FileDates(dates).dateFor(prepared, url)).name;
 }
 
 std::optional<Date> date(const URL& url, DateSource source) {
     if (source == DateSource::photoTaken) return photoDate(url);
     const auto attributes = Platform::current().files->attributes(url, Links::keep);
-    if (!attributes) return std::nullopt;
-    return source == DateSource::created ? attributes->created : attributes->modified;
+    return attributes ? dateOf(*attributes, source) : std::nullopt;
 }
 
 std::optional<Date> photoDate(const URL& url) {

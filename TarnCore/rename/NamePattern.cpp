@@ -3,6 +3,7 @@
 #include <unicode/regex.h>
 
 #include "TarnCore/base/ICU.h"
+#include "TarnCore/base/Text.h"
 #include "TarnCore/rename/NameText.h"
 #include "TarnCore/rename/PreparedRule.h"
 
@@ -40,10 +41,50 @@ icu::UnicodeString leniently(const icu::UnicodeString& text) {
     return out;
 }
 
+/// Text that is looked for as it stands. UTF-8 is found in any bytes by its bytes; without regard
+/// to case only ASCII in ASCII is, since there are letters elsewhere that fold to those of ASCII.
+class Literal {
+public:
+    explicit Literal(const RenameRule::Replace& rule)
+        : find_(rule.caseSensitive ? rule.find : Text::lowercasedASCII(rule.find)),
+          with_(rule.with),
+          ignoresCase_(!rule.caseSensitive),
+          isUsable_(!rule.regex && Text::isValidUTF8(rule.with) &&
+                    (ignoresCase_ ? Text::isASCII(rule.find) : Text::isValidUTF8(rule.find))) {}
+
+    bool canLookThrough(std::string_view name) const {
+        return isUsable_ && (!ignoresCase_ || Text::isASCII(name));
+    }
+
+    /// Absent when the outcome is longer than names may be.
+    std::optional<std::string> replaceAll(std::string_view name) const {
+        const std::string lowered = ignoresCase_ ? Text::lowercasedASCII(name) : std::string();
+        const std::string_view searched = ignoresCase_ ? std::string_view(lowered) : name;
+        std::string out;
+        std::size_t begin = 0;
+        for (std::size_t at = searched.find(find_); at != searched.npos;
+             at = searched.find(find_, begin)) {
+            out.append(name, begin, at - begin).append(with_);
+            if (out.size() > PreparedRule::longestName) return std::nullopt;
+            begin = at + find_.size();
+        }
+        return out.append(name, begin);
+    }
+
+private:
+    std::string find_;
+    std::string with_;
+    bool ignoresCase_;
+    bool isUsable_;
+};
+
 }  // namespace
 
 struct NamePattern::State {
+    explicit State(const RenameRule::Replace& rule) : find(rule.find), literal(rule) {}
+
     std::string find;
+    Literal literal;
     std::unique_ptr<icu::RegexMatcher> matcher;
     icu::UnicodeString replacement;
     std::size_t stepsForName = 0;
@@ -58,8 +99,7 @@ struct NamePattern::State {
     }
 };
 
-NamePattern::NamePattern(const RenameRule::Replace& rule) : state_(std::make_unique<State>()) {
-    state_->find = rule.find;
+NamePattern::NamePattern(const RenameRule::Replace& rule) : state_(std::make_unique<State>(rule)) {
     if (rule.find.empty()) return;
     std::uint32_t flags = rule.caseSensitive ? 0 : UREGEX_CASE_INSENSITIVE;
     if (!rule.regex) flags |= UREGEX_LITERAL;
@@ -75,6 +115,11 @@ NamePattern::~NamePattern() = default;
 
 std::optional<std::string> NamePattern::replaceAll(std::string_view name, std::string& problem) {
     if (state_->find.empty()) return std::string(name);
+    if (state_->literal.canLookThrough(name)) {
+        auto replaced = state_->literal.replaceAll(name);
+        if (!replaced) problem = PreparedRule::tooLong;
+        return replaced;
+    }
     if (!state_->matcher) {
         problem = "“" + state_->find + "” isn’t a valid regular expression";
         return std::nullopt;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bitset>
+#include <map>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -19,6 +20,7 @@
 #include "TarnCore/base/Text.h"
 #include "TarnCore/rename/NamePattern.h"
 #include "TarnCore/rename/NameText.h"
+#include "TarnCore/rename/SimpleNames.h"
 
 namespace tarn {
 
@@ -59,7 +61,6 @@ public:
     std::int32_t begin(const icu::UnicodeString& text, std::int64_t number) {
         if (number <= 0) return 0;
         if (number >= text.length()) return text.length();
-        if (isSimple(text)) return static_cast<std::int32_t>(number);
         if (!breaks_) return text.moveIndex32(0, static_cast<std::int32_t>(number));
         breaks_->setText(text);
         const std::int32_t at = breaks_->next(static_cast<std::int32_t>(number));
@@ -70,7 +71,6 @@ public:
     std::int32_t beginOfLast(const icu::UnicodeString& text, std::int64_t count) {
         if (count <= 0) return text.length();
         if (count >= text.length()) return 0;
-        if (isSimple(text)) return text.length() - static_cast<std::int32_t>(count);
         if (!breaks_) return text.moveIndex32(text.length(), -static_cast<std::int32_t>(count));
         breaks_->setText(text);
         breaks_->last();
@@ -80,22 +80,13 @@ public:
 
     template <class Each>
     void forEach(const icu::UnicodeString& text, const Each& each) {
-        const bool asksICU = breaks_ && !isSimple(text);
-        if (asksICU) breaks_->setText(text);
+        if (breaks_) breaks_->setText(text);
         for (std::int32_t at = 0; at < text.length();) {
-            std::int32_t end = asksICU ? breaks_->next() : text.moveIndex32(at, 1);
+            std::int32_t end = breaks_ ? breaks_->next() : text.moveIndex32(at, 1);
             if (end <= at) end = text.length();
             each(text.tempSubStringBetween(at, end));
             at = end;
         }
-    }
-
-    /// Below the combining marks every unit is a character, except in a line end of two.
-    static constexpr char16_t simpleUnits = 0x300;
-    static bool isSimple(const icu::UnicodeString& text) {
-        const std::u16string_view units(text.getBuffer(), static_cast<std::size_t>(text.length()));
-        return std::ranges::all_of(
-            units, [](char16_t unit) { return unit < simpleUnits && unit != u'\r'; });
     }
 
 private:
@@ -161,25 +152,67 @@ public:
             // Formatting a plain time would copy the calendar for every name.
             calendar_.reset(format_->getCalendar()->clone());
         }
+        if (isSameAllDay(pattern)) days_.emplace(Calendar::current(Locale("en_US_POSIX")));
     }
 
     std::optional<DateSource> dateSource() const override { return rule_.source; }
 
     Outcome apply(std::string_view name, std::size_t, std::optional<Date> date) override {
         if (!date) return {std::string(name), std::string(missingDate())};
-        icu::UnicodeString text;
-        UErrorCode status = U_ZERO_ERROR;
-        if (format_) {
-            calendar_->setTime((date->seconds + double{Date::unixOffset}) * 1000, status);
-            if (U_SUCCESS(status)) format_->format(*calendar_, text, nullptr, status);
-        }
-        if (!format_ || U_FAILURE(status)) {
+        const std::optional<std::string> text = days_ ? days_->text(*date, *this) : format(*date);
+        if (!text)
             return {std::string(name), Text::quoted(rule_.format) + " isn’t a valid date format"};
-        }
-        return {placed(name, ICU::utf8(text), rule_.separator, rule_.position), {}};
+        return {placed(name, *text, rule_.separator, rule_.position), {}};
     }
 
 private:
+    /// Names are made from the days of few years, and asking ICU costs more than all the rest.
+    class Days {
+    public:
+        explicit Days(Calendar calendar) : calendar_(std::move(calendar)) {}
+        std::optional<std::string> text(Date date, InsertDateWork& work) {
+            auto known = texts_.upper_bound(date.seconds);
+            if (known != texts_.begin() && date.seconds < (--known)->second.end)
+                return known->second.text;
+            auto text = work.format(date);
+            const DateInterval day = calendar_.interval(CalendarUnit::day, date);
+            if (text && day.start <= date && date < day.end)
+                texts_.insert_or_assign(day.start.seconds, Text{day.end.seconds, *text});
+            return text;
+        }
+
+    private:
+        struct Text {
+            double end;
+            std::string text;
+        };
+        Calendar calendar_;
+        std::map<double, Text> texts_;  ///< By the first instant of the day.
+    };
+
+    /// None of its fields is finer than a day.
+    static bool isSameAllDay(std::string_view pattern) {
+        bool isQuoted = false;
+        for (const char letter : pattern) {
+            if (letter == '\'') isQuoted = !isQuoted;
+            const bool isField =
+                !isQuoted && ((letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z'));
+            if (isField && std::string_view("GyYuUrQqMLwWdDFgEec").find(letter) == pattern.npos)
+                return false;
+        }
+        return true;
+    }
+
+    std::optional<std::string> format(Date date) {
+        if (!format_) return std::nullopt;
+        icu::UnicodeString text;
+        UErrorCode status = U_ZERO_ERROR;
+        calendar_->setTime((date.seconds + double{Date::unixOffset}) * 1000, status);
+        if (U_SUCCESS(status)) format_->format(*calendar_, text, nullptr, status);
+        if (U_FAILURE(status)) return std::nullopt;
+        return ICU::utf8(text);
+    }
+
     std::string_view missingDate() const {
         switch (rule_.source) {
             case DateSource::created:
@@ -195,6 +228,7 @@ private:
     RenameRule::InsertDate rule_;
     std::unique_ptr<icu::SimpleDateFormat> format_;
     std::unique_ptr<icu::Calendar> calendar_;
+    std::optional<Days> days_;  ///< Where the format says no more than the day.
 };
 
 /// Letters, digits and marks belong to words, and so does an apostrophe between them.
@@ -234,6 +268,7 @@ class ChangeCaseWork final : public PreparedRule::Work {
 public:
     explicit ChangeCaseWork(const RenameRule::ChangeCase& rule) : style_(rule.style) {}
     Outcome apply(std::string_view name, std::size_t, std::optional<Date>) override {
+        if (SimpleNames::isOne(name)) return {SimpleNames::changed(name, style_), {}};
         icu::UnicodeString text = NameText::fromBytes(name);
         const icu::Locale& root = icu::Locale::getRoot();
         switch (style_) {
@@ -268,18 +303,21 @@ public:
         characters_.forEach(ICU::text(rule.characters), [&](const icu::UnicodeString& character) {
             const icu::UnicodeString one = composed(character);
             unwanted_.insert(one);
-            if (one.length() == 1 && Characters::isSimple(one)) isUnwanted_[one[0]] = true;
+            if (one.length() == 1 && one[0] < SimpleNames::bound) isUnwanted_[one[0]] = true;
         });
     }
     Outcome apply(std::string_view name, std::size_t, std::optional<Date>) override {
+        if (SimpleNames::isOne(name)) {
+            std::string kept;
+            for (std::size_t at = 0; at < name.size();) {
+                const auto [character, size] = SimpleNames::characterAt(name, at);
+                if (!isUnwanted_[character]) kept.append(name, at, size);
+                at += size;
+            }
+            return {std::move(kept), {}};
+        }
         const icu::UnicodeString text = NameText::fromBytes(name);
         icu::UnicodeString kept;
-        if (Characters::isSimple(text)) {
-            for (std::int32_t i = 0; i < text.length(); ++i) {
-                if (!isUnwanted_[text[i]]) kept.append(text[i]);
-            }
-            return {NameText::toBytes(kept), {}};
-        }
         characters_.forEach(text, [&](const icu::UnicodeString& character) {
             if (!unwanted_.contains(composed(character))) kept.append(character);
         });
@@ -289,7 +327,7 @@ public:
 private:
     /// One form of characters that may be written in several ("é" in one piece or two).
     static icu::UnicodeString composed(const icu::UnicodeString& character) {
-        if (character.length() == 1 && character[0] < Characters::simpleUnits) return character;
+        if (character.length() == 1 && character[0] < SimpleNames::bound) return character;
         UErrorCode status = U_ZERO_ERROR;
         const icu::Normalizer2* form = icu::Normalizer2::getNFCInstance(status);
         icu::UnicodeString out = U_SUCCESS(status) ? form->normalize(character, status) : character;
@@ -298,13 +336,15 @@ private:
 
     Characters characters_;
     std::set<icu::UnicodeString> unwanted_;
-    std::bitset<Characters::simpleUnits> isUnwanted_;  ///< Those of them that are one unit.
+    std::bitset<SimpleNames::bound> isUnwanted_;  ///< Those of them that are one unit.
 };
 
 class RemoveFirstWork final : public PreparedRule::Work {
 public:
     explicit RemoveFirstWork(const RenameRule::RemoveFirst& rule) : count_(rule.count) {}
     Outcome apply(std::string_view name, std::size_t, std::optional<Date>) override {
+        if (SimpleNames::isOne(name))
+            return {std::string(name.substr(SimpleNames::begin(name, count_))), {}};
         const icu::UnicodeString text = NameText::fromBytes(name);
         return {NameText::toBytes(text.tempSubString(characters_.begin(text, count_))), {}};
     }
@@ -318,6 +358,8 @@ class RemoveLastWork final : public PreparedRule::Work {
 public:
     explicit RemoveLastWork(const RenameRule::RemoveLast& rule) : count_(rule.count) {}
     Outcome apply(std::string_view name, std::size_t, std::optional<Date>) override {
+        if (SimpleNames::isOne(name))
+            return {std::string(name.substr(0, SimpleNames::beginOfLast(name, count_))), {}};
         const icu::UnicodeString text = NameText::fromBytes(name);
         const std::int32_t end = characters_.beginOfLast(text, count_);
         return {NameText::toBytes(text.tempSubString(0, end)), {}};

@@ -1,8 +1,10 @@
 #include "TarnCore/rename/TargetFolders.h"
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 #include "TarnCore/base/Text.h"
 #include "TarnCore/platform/Platform.h"
@@ -22,6 +24,11 @@ bool isItem(const URL& url, const FileAttributes& item) {
 /// Up to the last '/', with it.
 std::string folderPath(const URL& file) {
     return file.path().substr(0, file.path().size() - file.name().size());
+}
+
+/// Of a name, whatever its case. Two names with one hash only cost a question.
+std::size_t hashOf(std::string_view name) {
+    return std::hash<std::string>()(Text::lowercased(name));
 }
 
 }  // namespace
@@ -48,21 +55,25 @@ bool TargetFolders::mayExist(const URL& file, std::string_view newName) {
     }
     Folder& folder = *last_;
     if (folder.files < worthReading) return true;
-    if (!folder.wasRead) {
-        folder.wasRead = true;
-        try {
-            const auto reader = Platform::current().files->openFolder(file.parent());
-            for (auto names = reader->read(); !names.empty(); names = reader->read()) {
-                for (const FolderEntry& entry : names) {
-                    folder.names.insert(Text::lowercased(entry.view()));
-                }
-            }
-        } catch (const std::system_error&) {
-            folder.files = 0;  // It may be entered but not read: each name is asked for.
-            return true;
-        }
+    read(lastPath_, folder);
+    return folder.files == 0 || std::ranges::binary_search(folder.names, hashOf(newName));
+}
+
+void TargetFolders::readAhead() {
+    for (auto& [path, folder] : folders_)
+        if (folder.files >= worthReading) read(path, folder);
+}
+
+void TargetFolders::read(const std::string& path, Folder& folder) {
+    if (std::exchange(folder.wasRead, true)) return;
+    try {
+        const auto reader = Platform::current().files->openFolder(URL::fromPath(path));
+        for (auto names = reader->read(); !names.empty(); names = reader->read())
+            for (const FolderEntry& entry : names) folder.names.push_back(hashOf(entry.view()));
+        std::ranges::sort(folder.names);
+    } catch (const std::system_error&) {
+        folder.files = 0;  // It may be entered but not read: each name is asked for.
     }
-    return folder.names.contains(Text::lowercased(newName));
 }
 
 bool TargetFolders::isOtherOfBatch(const URL& target, const FileAttributes& there) {

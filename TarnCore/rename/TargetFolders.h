@@ -20,6 +20,9 @@ public:
     /// `batch` must outlive this.
     explicit TargetFolders(const std::vector<URL>& batch);
 
+    /// Reads the folders that will be read anyhow, for a thread that has nothing else to do.
+    void readAhead();
+
     /// True when something else than the file itself has that name in its folder, and it is not
     /// another file of the batch, which will have moved away. On a disk that tells letter case
     /// apart, "a" and "A" are two; on another, one.
@@ -27,10 +30,11 @@ public:
 
 private:
     struct Folder {
-        std::size_t files = 0;                  ///< Of the batch.
-        std::unordered_set<std::string> names;  ///< In lower case.
+        std::size_t files = 0;           ///< Of the batch.
+        std::vector<std::size_t> names;  ///< Hashes of what it holds, in lower case; in order.
         bool wasRead = false;
     };
+    static void read(const std::string& path, Folder& folder);
     bool mayExist(const URL& file, std::string_view newName);
     bool isOtherOfBatch(const URL& target, const FileAttributes& there);
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "TarnCore/base/JSON.h"
+#include "TarnCore/base/Text.h"
 #include "TarnCore/ops/FileOps.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 #include "TarnCore/platform/memory/MemoryMediaMetadata.h"
@@ -126,6 +127,30 @@ TEST(RenameRules, changeCase) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         EXPECT_EQ(applied({Rule::ChangeCase{c.style}}, c.name), c.expected);
+    }
+}
+
+TEST(RenameRules, namesWithoutICUAreTreatedLikeAllOthers) {
+    // A character of another script sends the whole name the long way.
+    const std::string behind = "-語", before = "語-";
+    const Rule rules[] = {
+        {Rule::ChangeCase{CaseStyle::lower}},     {Rule::ChangeCase{CaseStyle::upper}},
+        {Rule::ChangeCase{CaseStyle::title}},     {Rule::ChangeCase{CaseStyle::sentence}},
+        {Rule::RemoveCharacters{"e\u0301ßx' "}},  {Rule::RemoveFirst{2}},
+        {Rule::Replace{"ß", "é$1", false, true}}, {Rule::Replace{"aX", "", false, false}},
+    };
+    for (char32_t c = 1; c < 0x300; ++c) {
+        SCOPED_TRACE(static_cast<std::uint32_t>(c));
+        std::string character;
+        Text::append(character, c);
+        for (const std::string& name : {character + "ax" + character + "É", "ax'" + character,
+                                        "aX ß" + character + "'" + character, "x'y" + character}) {
+            SCOPED_TRACE(name);
+            for (const Rule& rule : rules)
+                EXPECT_EQ(applied(rule, name) + behind, applied(rule, name + behind));
+            const Rule last{Rule::RemoveLast{2}};
+            EXPECT_EQ(before + applied(last, name), applied(last, before + name));
+        }
     }
 }
 
@@ -395,6 +420,27 @@ TEST_F(BatchRenamerTest, insertsDates) {
         found.photoTaken = c.text;
         metadata->set(file, found);
         EXPECT_EQ(name(taken), c.name);
+    }
+}
+
+TEST_F(BatchRenamerTest, filesOfOneDayGetItsDateAndOthersTheirOwn) {
+    const char* const times[] = {"2024-03-31T00:00:00Z", "2024-03-30T23:59:59Z",
+                                 "2024-03-31T23:59:59Z", "2024-04-01T00:00:00Z",
+                                 "2024-03-31T12:00:00Z", "1969-12-31T23:59:59Z",
+                                 "2024-03-31T22:30:00Z", "1582-10-04T12:00:00Z"};
+    std::vector<URL> urls;
+    BatchRenamer::Dates dates;
+    for (const char* time : times) {
+        urls.push_back(folder.file(time, "x"));
+        dates[urls.back()] = *Date::fromISO8601(time);
+    }
+    for (const char* format : {"", "EEE d MMM yy", "'H' D", "dd HH"}) {
+        SCOPED_TRACE(format);
+        const Rule rule{Rule::InsertDate{DateSource::modified, format, before, " "}};
+        const auto together = BatchRenamer::preview(urls, {rule}, true, &dates);
+        for (std::size_t i = 0; i < urls.size(); ++i)
+            EXPECT_EQ(together[i].newName,
+                      BatchRenamer::preview({urls[i]}, {rule}, true, &dates)[0].newName);
     }
 }
 
