@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "TarnCore/base/Error.h"
 #include "TarnCore/base/Guarded.h"
 #include "TarnCore/base/JSON.h"
 #include "TarnCore/base/Text.h"
@@ -224,7 +225,7 @@ int run(TransferKind kind, const Arguments& arguments, Session& session) {
     const URL destination = std::move(sources.back());
     sources.pop_back();
     const auto facts = Platform::current().files->attributes(destination, Links::follow);
-    if (!facts) throw ListingError::notFound(std::string(destination.name()));
+    if (!facts) throw Error("There is no folder " + Text::quoted(arguments.rest().back()) + ".");
     if (facts->type != FileType::directory) {
         throw ListingError::notAFolder(std::string(destination.name()));
     }
