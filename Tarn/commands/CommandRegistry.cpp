@@ -1,244 +1,250 @@
 #include "Tarn/commands/CommandRegistry.h"
 
 #include <algorithm>
-#include <memory>
+#include <iterator>
+#include <set>
+#include <unordered_map>
 
-#include <QtCore/QMimeData>
+#include <QtCore/QCoreApplication>
 
+#include "Tarn/commands/CommandActions.h"
 #include "Tarn/model/AppModel.h"
-#include "Tarn/model/WindowEdits.h"
+#include "Tarn/model/TabGroup.h"
 #include "Tarn/model/WindowModel.h"
-#include "Tarn/model/WindowOperations.h"
 #include "Tarn/model/records/AppSettings.h"
+#include "Tarn/model/records/CommandList.h"
+#include "Tarn/model/records/Shortcuts.h"
 #include "TarnCore/base/Text.h"
-#include "TarnCore/files/Paths.h"
-#include "TarnCore/ops/Templates.h"
+#include "TarnCore/files/FileItem.h"
 
-namespace tarn {
+namespace tarn::CommandRegistry {
 namespace {
 
-std::function<void(WindowModel&)> going(URL (*folder)()) {
-    return [folder](WindowModel& window) { window.active().navigate(Location::folder(folder())); };
+QString translated(std::string_view text) {
+    return QCoreApplication::translate("tarn::CommandRegistry", std::string(text).c_str());
 }
 
-using Action = std::function<void(WindowModel&)>;
-
-Action operating(void (WindowOperations::*operation)()) {
-    return [operation](WindowModel& window) { (window.operations().*operation)(); };
-}
-
-Action editing(void (WindowEdits::*edit)()) {
-    return [edit](WindowModel& window) { (window.edits().*edit)(); };
-}
-
-Action copyingPaths(CopyPathFormat format) {
-    return [format](WindowModel& window) {
-        const PaneModel& pane = window.active();
-        std::vector<std::string> paths;
-        for (const FileItem& item : pane.selectedItems())
-            paths.push_back(Paths::format(item.url, format));
-        if (paths.empty() && (pane.location().isFolder() || pane.location().isArchive()))
-            paths.push_back(Paths::format(pane.location().url, format));
-        if (paths.empty()) return;
-        auto data = std::make_unique<QMimeData>();
-        data->setText(QString::fromStdString(Text::join(paths, "\n")));
-        window.app().clipboard().set(std::move(data));
+/// What no window can do yet, and why.
+std::string_view unavailable(std::string_view id) {
+    static const std::unordered_map<std::string_view, const char*> reasons = {
+        {"cleanup", QT_TRANSLATE_NOOP("tarn::CommandRegistry",
+                                      "Finding what can be cleaned up is not built in yet.")},
+        {"duplicates",
+         QT_TRANSLATE_NOOP("tarn::CommandRegistry", "Finding duplicates is not built in yet.")},
+        {"connect",
+         QT_TRANSLATE_NOOP("tarn::CommandRegistry", "Connecting to servers is not built in yet.")},
+        {"smartRename", QT_TRANSLATE_NOOP("tarn::CommandRegistry",
+                                          "Suggesting names for files is not built in yet.")},
+        {"keepDownloaded",
+         QT_TRANSLATE_NOOP("tarn::CommandRegistry",
+                           "No cloud service on this computer tells which files are downloaded.")},
+        {"removeDownload",
+         QT_TRANSLATE_NOOP("tarn::CommandRegistry",
+                           "No cloud service on this computer tells which files are downloaded.")},
+        {"music.toggle",
+         QT_TRANSLATE_NOOP("tarn::CommandRegistry", "Playing music is not built in yet.")},
+        {"music.next", QT_TRANSLATE_NOOP("tarn::CommandRegistry", "No music is playing.")},
+        {"music.previous", QT_TRANSLATE_NOOP("tarn::CommandRegistry", "No music is playing.")},
     };
+    const auto found = reasons.find(id);
+    return found == reasons.end() ? std::string_view() : std::string_view(found->second);
 }
 
-void selectAll(WindowModel& window) {
-    PaneModel& pane = window.active();
-    if (pane.items().isEmpty()) return;
-    pane.selection().select(
-        QItemSelection(pane.items().index(0, 0),
-                       pane.items().index(pane.items().count() - 1, paneColumnCount - 1)),
-        QItemSelectionModel::ClearAndSelect);
+std::vector<TarnCommand> makeCommands() {
+    std::vector<TarnCommand> commands;
+    for (const CommandRecord& record : CommandList::all()) {
+        commands.push_back({record.id, record.title, record.symbol, record.group,
+                            record.needsSelection, record.needsFolder,
+                            CommandActions::action(record.id), unavailable(record.id)});
+    }
+    return commands;
 }
 
-void copy(WindowModel& window) {
-    if (window.active().showsMembers())
-        window.edits().copyMembers();
-    else
-        window.operations().copySelection();
-}
-
-bool hasArchive(const PaneModel& pane) {
+template <class Fits>
+bool selectionHas(const PaneModel& pane, const Fits& fits) {
     for (const QItemSelectionRange& range : pane.selection().selection()) {
-        for (int row = range.top(); row <= range.bottom(); ++row) {
-            const FileItem& item = pane.items().item(row);
-            if (!item.isDirectory && item.isBrowsable()) return true;
-        }
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            if (fits(pane.items().item(row))) return true;
     }
     return false;
 }
 
-std::vector<TarnCommand> makeCommands() {
-    return {
-        {"home", "Go to Home", "house", "Go", false, false, going(Paths::home)},
-        {"go.back", "Back", "chevron.left", "Go", false, false,
-         [](WindowModel& window) { window.active().goBack(); }},
-        {"go.forward", "Forward", "chevron.right", "Go", false, false,
-         [](WindowModel& window) { window.active().goForward(); }},
-        {"go.up", "Enclosing Folder", "arrow.up", "Go", false, false,
-         [](WindowModel& window) { window.active().goUp(); }},
-        {"editPath", "Edit Path", "character.cursor.ibeam", "Go", false, false,
-         [](WindowModel& window) { window.editPath(); }},
-        {"desktop", "Go to Desktop", "menubar.dock.rectangle", "Go", false, false,
-         going(Paths::desktop)},
-        {"documents", "Go to Documents", "doc", "Go", false, false, going(Paths::documents)},
-        {"downloads", "Go to Downloads", "arrow.down.circle", "Go", false, false,
-         going(Paths::downloads)},
-        {"view.grid", "View as Grid", "square.grid.2x2", "View", false, false,
-         [](WindowModel& window) { window.active().setViewMode(ViewMode::grid); }},
-        {"view.list", "View as List", "list.bullet", "View", false, false,
-         [](WindowModel& window) { window.active().setViewMode(ViewMode::list); }},
-        {"hidden", "Show or Hide Hidden Files", "eye", "View", false, false,
-         [](WindowModel& window) { window.setShowHidden(!window.showHidden()); }},
-        {"refresh", "Refresh", "arrow.clockwise", "View", false, false,
-         [](WindowModel& window) { window.active().reload(); }},
-        {"transfers", "Show Transfers", "arrow.up.arrow.down.circle", "View", false, false,
-         [](WindowModel& window) { window.setShowsTransfers(!window.showsTransfers()); }},
-        {"history", "Undo History", "clock.arrow.circlepath", "View", false, false,
-         [](WindowModel& window) { window.setShowsHistory(!window.showsHistory()); }},
-        {"search", "Search", "magnifyingglass", "View", false, false,
-         [](WindowModel& window) { window.focusSearch(); }},
-        {"open", "Open", "arrow.up.forward.app", "File", true, false,
-         [](WindowModel& window) { window.openSelection(); }},
-        {"newFolder", "New Folder", "folder.badge.plus", "File", false, true,
-         editing(&WindowEdits::newFolder)},
-        {"newFolderSelection", "New Folder with Selection", "folder.badge.plus", "File", true, true,
-         editing(&WindowEdits::newFolderWithSelection)},
-        {"newFile", "New Text File", "doc.badge.plus", "File", false, true,
-         [](WindowModel& window) { window.edits().newFile(Templates::builtIn().front()); }},
-        {"rename", "Rename", "pencil", "File", true, false, editing(&WindowEdits::renameSelection)},
-        {"duplicate", "Duplicate", "plus.square.on.square", "File", true, false,
-         operating(&WindowOperations::duplicateSelection)},
-        {"copy", "Copy", "doc.on.doc", "File", true, false, copy},
-        {"cut", "Cut", "scissors", "File", true, false, operating(&WindowOperations::cutSelection)},
-        {"paste", "Paste", "doc.on.clipboard", "File", false, true,
-         operating(&WindowOperations::paste)},
-        {"moveHere", "Move Item Here", "arrow.right.doc.on.clipboard", "File", false, true,
-         operating(&WindowOperations::pasteMoving)},
-        {"copyPath", "Copy Path", "link", "File", false, false, copyingPaths(CopyPathFormat::full)},
-        {"copyPath.tilde", "Copy Path with ~", "link", "File", false, false,
-         copyingPaths(CopyPathFormat::tilde)},
-        {"copyPath.quoted", "Copy Path for Terminal", "terminal", "File", false, false,
-         copyingPaths(CopyPathFormat::quoted)},
-        {"copyPath.url", "Copy File URL", "link", "File", false, false,
-         copyingPaths(CopyPathFormat::fileURL)},
-        {"compress", "Compress", "archivebox", "File", true, false,
-         editing(&WindowEdits::compressSelection)},
-        {"extract", "Extract Archive", "shippingbox.and.arrow.backward", "File", true, false,
-         editing(&WindowEdits::extractSelection)},
-        {"trash", "Move to Trash", "trash", "File", true, false,
-         operating(&WindowOperations::trashSelection)},
-        {"selectAll", "Select All", "checkmark.circle", "File", false, false, selectAll},
-    };
-}
+bool isArchive(const FileItem& item) { return !item.isDirectory && item.isBrowsable(); }
 
-Shortcut keys(std::string key, bool shift = false, bool option = false) {
-    return {std::move(key), true, shift, option, false};
+bool isPicture(const FileItem& item) { return item.kind == FileKind::image; }
+
+/// Beside what commands say of themselves; null for nothing.
+const char* particularObstacle(std::string_view id, const WindowModel& window) {
+    const PaneModel& pane = window.active();
+    const bool isPlaceOnDisk = pane.location().isFolder() || pane.location().isArchive();
+    constexpr std::string_view forFiles[] = {"rename", "duplicate",   "cut",   "compress",
+                                             "trash",  "smartRename", "editor"};
+    if (pane.showsMembers() &&
+        std::find(std::begin(forFiles), std::end(forFiles), id) != std::end(forFiles))
+        return QT_TRANSLATE_NOOP("tarn::CommandRegistry",
+                                 "What lies in an archive can only be looked at and taken out.");
+    if (id == "extract" && !pane.showsMembers() && !selectionHas(pane, isArchive))
+        return QT_TRANSLATE_NOOP("tarn::CommandRegistry", "No archive is selected.");
+    if (id == "copyText" && (pane.showsMembers() || !selectionHas(pane, isPicture)))
+        return QT_TRANSLATE_NOOP("tarn::CommandRegistry", "No picture is selected.");
+    if (id == "go.back" && !pane.canGoBack())
+        return QT_TRANSLATE_NOOP("tarn::CommandRegistry", "There is nothing to go back to.");
+    if (id == "go.forward" && !pane.canGoForward())
+        return QT_TRANSLATE_NOOP("tarn::CommandRegistry", "There is nothing to go forward to.");
+    if (id == "go.up" && !pane.canGoUp())
+        return QT_TRANSLATE_NOOP("tarn::CommandRegistry", "Nothing encloses this place.");
+    if ((id == "reveal" || id == "terminal" || id == "editor" || id.starts_with("copyPath")) &&
+        !isPlaceOnDisk && !pane.hasSelection())
+        return QT_TRANSLATE_NOOP("tarn::CommandRegistry", "This place is not a folder.");
+    if (id == "saveSearch" && !pane.query())
+        return QT_TRANSLATE_NOOP("tarn::CommandRegistry", "Nothing is being searched for.");
+    if (id.starts_with("otherPane.")) {
+        if (!window.isSplit())
+            return QT_TRANSLATE_NOOP("tarn::CommandRegistry",
+                                     "There is one pane only; Split View adds the other.");
+        if (!CommandActions::targetPane(window))
+            return QT_TRANSLATE_NOOP("tarn::CommandRegistry", "The other pane shows no folder.");
+        if (id == "otherPane.move" && pane.showsMembers())
+            return QT_TRANSLATE_NOOP(
+                "tarn::CommandRegistry",
+                "What lies in an archive can only be looked at and taken out.");
+    }
+    if (id == "tab.reopen" && window.app().closedTabs().empty())
+        return QT_TRANSLATE_NOOP("tarn::CommandRegistry", "No tab was closed.");
+    if ((id == "tab.next" || id == "tab.previous") &&
+        (!window.group() || window.group()->count() < 2))
+        return QT_TRANSLATE_NOOP("tarn::CommandRegistry", "There is no other tab.");
+    return nullptr;
 }
 
 }  // namespace
 
-const std::vector<TarnCommand>& CommandRegistry::all() {
+const std::vector<TarnCommand>& all() {
     static const std::vector<TarnCommand> commands = makeCommands();
     return commands;
 }
 
-const TarnCommand* CommandRegistry::command(std::string_view id) {
-    const auto found = std::find_if(all().begin(), all().end(),
-                                    [id](const TarnCommand& command) { return command.id == id; });
-    return found == all().end() ? nullptr : &*found;
+const TarnCommand* command(std::string_view id) {
+    static const auto byID = [] {
+        std::unordered_map<std::string_view, const TarnCommand*> found;
+        for (const TarnCommand& each : all()) found.emplace(each.id, &each);
+        return found;
+    }();
+    const auto found = byID.find(id);
+    return found == byID.end() ? nullptr : found->second;
 }
 
-bool CommandRegistry::isEnabled(const TarnCommand& command, const WindowModel* window) {
-    if (!window) return false;
-    const PaneModel& pane = window->active();
-    if (command.needsSelection && !pane.hasSelection()) return false;
-    // Results lie in many folders.
-    const bool showsFolder = pane.location().isFolder() && !pane.showsResults();
-    if (command.needsFolder && !showsFolder) return false;
-    // What lies in an archive can be looked at and taken out, and nothing else.
-    constexpr std::string_view forFiles[] = {"rename", "duplicate", "cut", "compress", "trash"};
-    if (pane.showsMembers() &&
-        std::find(std::begin(forFiles), std::end(forFiles), command.id) != std::end(forFiles))
-        return false;
-    if (command.id == "extract") return pane.showsMembers() || hasArchive(pane);
-    if (command.id == "go.back") return pane.canGoBack();
-    if (command.id == "go.forward") return pane.canGoForward();
-    if (command.id == "go.up") return pane.canGoUp();
-    return true;
-}
+QString title(const TarnCommand& command) { return translated(command.title); }
 
-const std::map<std::string, Shortcut, std::less<>>& CommandRegistry::defaults() {
-    static const std::map<std::string, Shortcut, std::less<>> shortcuts = {
-        {"home", keys("h", true)},
-        {"go.back", keys("[")},
-        {"go.forward", keys("]")},
-        {"go.up", keys("up")},
-        {"editPath", keys("l")},
-        {"desktop", keys("e", true)},
-        {"documents", keys("o", true)},
-        {"downloads", keys("l", false, true)},
-        {"view.grid", keys("1")},
-        {"view.list", keys("2")},
-        {"hidden", keys(".", true)},
-        {"refresh", keys("r")},
-        {"search", keys("f")},
-        {"open", keys("down")},
-        {"transfers", keys("t", false, true)},
-        {"history", keys("z", false, true)},
-        {"newFolder", keys("n", true)},
-        {"newFile", keys("n", false, true)},
-        {"duplicate", keys("d")},
-        {"moveHere", keys("v", false, true)},
-        {"copyPath", keys("c", false, true)},
-        {"trash", keys("delete")},
-    };
-    return shortcuts;
-}
-
-std::vector<std::string_view> CommandRegistry::desktopKeys(std::string_view id) {
-    if (id == "home") return {"Alt+Home"};
-    if (id == "go.back") return {"Alt+Left", "Back"};
-    if (id == "go.forward") return {"Alt+Right", "Forward"};
-    if (id == "go.up") return {"Alt+Up"};
-    if (id == "hidden") return {"Ctrl+H"};
-    if (id == "refresh") return {"F5"};
-    if (id == "open") return {"Alt+Down"};
-    if (id == "rename") return {"F2"};
-    if (id == "copy") return {"Ctrl+C"};
-    if (id == "cut") return {"Ctrl+X"};
-    if (id == "paste") return {"Ctrl+V"};
-    if (id == "trash") return {"Delete"};
-    if (id == "selectAll") return {"Ctrl+A"};
+QString groupTitle(std::string_view group) {
+    // In the order of the enumeration of menus, for the translators.
+    static constexpr const char* groups[] = {QT_TRANSLATE_NOOP("tarn::CommandRegistry", "Go"),
+                                             QT_TRANSLATE_NOOP("tarn::CommandRegistry", "View"),
+                                             QT_TRANSLATE_NOOP("tarn::CommandRegistry", "File"),
+                                             QT_TRANSLATE_NOOP("tarn::CommandRegistry", "Window")};
+    for (const char* each : groups)
+        if (group == each) return translated(each);
     return {};
 }
 
-std::optional<Shortcut> CommandRegistry::shortcut(std::string_view id,
-                                                  const AppSettings& settings) {
-    if (const auto found = settings.shortcutOverrides.find(std::string(id));
-        found != settings.shortcutOverrides.end()) {
-        if (found->second.key.empty()) return std::nullopt;
-        return found->second;
+QString obstacle(const TarnCommand& command, const WindowModel* window) {
+    if (!window)
+        return translated(QT_TRANSLATE_NOOP("tarn::CommandRegistry", "No window is open."));
+    if (!command.unavailable.empty()) return translated(command.unavailable);
+    const PaneModel& pane = window->active();
+    if (command.needsSelection && !pane.hasSelection())
+        return translated(QT_TRANSLATE_NOOP("tarn::CommandRegistry", "Nothing is selected."));
+    // Results lie in many folders.
+    const bool showsFolder = pane.location().isFolder() && !pane.showsResults();
+    if (command.needsFolder && !showsFolder)
+        return translated(
+            QT_TRANSLATE_NOOP("tarn::CommandRegistry", "This works where a folder is shown."));
+    if (const char* reason = particularObstacle(command.id, *window)) return translated(reason);
+    return {};
+}
+
+bool isEnabled(const TarnCommand& command, const WindowModel* window) {
+    return obstacle(command, window).isEmpty();
+}
+
+bool run(const TarnCommand& command, WindowModel& window) {
+    if (!isEnabled(command, &window) || !command.run) return false;
+    command.run(window);
+    return true;
+}
+
+const std::map<std::string, Shortcut, std::less<>>& defaults() {
+    static const auto shortcuts = Shortcuts::effective({});
+    return shortcuts;
+}
+
+const std::map<std::string, Shortcut, std::less<>>& finderPreset() {
+    return CommandList::finderPreset();
+}
+
+std::vector<std::string_view> desktopKeys(std::string_view id) {
+    static const std::unordered_map<std::string_view, std::vector<std::string_view>> table = {
+        {"home", {"Alt+Home"}},
+        {"go.back", {"Alt+Left", "Back"}},
+        {"go.forward", {"Alt+Right", "Forward"}},
+        {"go.up", {"Alt+Up"}},
+        {"hidden", {"Ctrl+H"}},
+        {"inspector", {"Alt+Return"}},
+        {"split", {"F3"}},
+        {"refresh", {"F5"}},
+        {"palette", {"Ctrl+Shift+P"}},
+        {"open", {"Alt+Down"}},
+        {"quicklook", {"Space"}},
+        {"rename", {"F2"}},
+        {"copy", {"Ctrl+C"}},
+        {"cut", {"Ctrl+X"}},
+        {"paste", {"Ctrl+V"}},
+        {"terminal", {"Shift+F4"}},
+        {"trash", {"Del"}},
+        {"selectAll", {"Ctrl+A"}},
+        {"tab.new", {"Ctrl+T"}},
+        {"tab.next", {"Ctrl+PgDown", "Ctrl+Tab"}},
+        {"tab.previous", {"Ctrl+PgUp", "Ctrl+Shift+Tab"}},
+    };
+    const auto found = table.find(id);
+    return found == table.end() ? std::vector<std::string_view>() : found->second;
+}
+
+std::optional<Shortcut> shortcut(std::string_view id, const AppSettings& settings) {
+    return Shortcuts::effective(settings.shortcutOverrides, id);
+}
+
+std::map<std::string, std::vector<std::string>, std::less<>> keys(const AppSettings& settings) {
+    std::map<std::string, std::vector<std::string>, std::less<>> all;
+    std::set<std::string, std::less<>> taken;
+    for (const auto& [id, shortcut] : Shortcuts::effective(settings.shortcutOverrides)) {
+        all[id] = portableTexts(shortcut);
+        taken.insert(all[id].begin(), all[id].end());
     }
-    const auto found = defaults().find(id);
-    if (found == defaults().end()) return std::nullopt;
-    return found->second;
+    for (const TarnCommand& command : CommandRegistry::all()) {
+        for (const std::string_view key : desktopKeys(command.id))
+            if (!taken.contains(key)) all[std::string(command.id)].emplace_back(key);
+    }
+    return all;
 }
 
-std::string CommandRegistry::portableText(const Shortcut& shortcut) {
+std::string portableText(const Shortcut& shortcut) {
+    const auto texts = portableTexts(shortcut);
+    return texts.empty() ? std::string() : texts.front();
+}
+
+std::vector<std::string> portableTexts(const Shortcut& shortcut) {
     if (shortcut.key.empty()) return {};
-    std::string text;
-    if (shortcut.command) text += "Ctrl+";
-    if (shortcut.control) text += "Meta+";
-    if (shortcut.option) text += "Alt+";
-    if (shortcut.shift) text += "Shift+";
-    std::string key = shortcut.key;
-    key.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(key.front())));
-    return text + key;
+    std::string held;
+    if (shortcut.command) held += "Ctrl+";
+    if (shortcut.control) held += "Meta+";
+    if (shortcut.option) held += "Alt+";
+    if (shortcut.shift) held += "Shift+";
+    if (shortcut.key == "delete") return {held + "Del", held + "Backspace"};
+    if (Shortcuts::isNamedKey(shortcut.key)) return {held + Text::withFirstRaised(shortcut.key)};
+    const QString raised = QString::fromStdString(shortcut.key).toUpper();
+    // "ß" has no capital of one letter.
+    return {held + (raised.size() == 1 ? raised.toStdString() : shortcut.key)};
 }
 
-}  // namespace tarn
+}  // namespace tarn::CommandRegistry

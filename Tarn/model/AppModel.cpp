@@ -9,6 +9,7 @@
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/TabGroup.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/model/records/Shortcuts.h"
 #include "TarnCore/files/Format.h"
 #include "TarnCore/files/JSONStore.h"
 #include "TarnCore/ops/ChangeJournal.h"
@@ -36,6 +37,8 @@ struct AppModel::Stores {
                                                       [] { return std::vector<std::string>(); }};
     JSONStore<std::map<std::string, std::int64_t>> folderVisits{
         "folder-visits.json", [] { return std::map<std::string, std::int64_t>(); }};
+    JSONStore<std::map<std::string, std::int64_t>> usage{
+        "palette-usage.json", [] { return std::map<std::string, std::int64_t>(); }};
 };
 
 AppModel::AppModel(TaskPool& pool, QObject* parent)
@@ -119,6 +122,20 @@ std::int64_t AppModel::visitCount(const URL& folder) const {
     return found == visits.end() ? 0 : found->second;
 }
 
+std::int64_t AppModel::usageCount(std::string_view commandID) const {
+    const auto counts = stores_->usage.value();
+    const auto found = counts.find(std::string(commandID));
+    return found == counts.end() ? 0 : found->second;
+}
+
+void AppModel::noteUsed(std::string_view commandID) {
+    stores_->usage.update([id = std::string(commandID)](auto& counts) { ++counts[id]; });
+}
+
+std::optional<Shortcut> AppModel::shortcut(std::string_view commandID) const {
+    return Shortcuts::effective(settings_.shortcutOverrides, commandID);
+}
+
 void AppModel::refreshVolumes() {
     pool_.run([self = QPointer<AppModel>(this)] {
         MainThread::post(self, [volumes = DriveService::volumes()](AppModel& app) {
@@ -196,6 +213,7 @@ void AppModel::flush() {
     stores_->iconSize.flush();
     stores_->recentFolders.flush();
     stores_->folderVisits.flush();
+    stores_->usage.flush();
     lists_.flush();
     history_.flush();
     tagColors_.flush();

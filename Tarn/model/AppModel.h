@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
@@ -67,6 +68,12 @@ public:
     void noteVisited(const URL& folder);
     std::vector<URL> recentFolders() const;
     std::int64_t visitCount(const URL& folder) const;
+
+    /// How often a command was run from the palette.
+    std::int64_t usageCount(std::string_view commandID) const;
+    void noteUsed(std::string_view commandID);
+    /// The keys of a command, the user's changes applied; absent for none.
+    std::optional<Shortcut> shortcut(std::string_view commandID) const;
 
     const std::vector<Volume>& volumes() const { return volumes_; }
     void refreshVolumes();

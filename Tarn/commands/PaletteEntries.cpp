@@ -1,0 +1,175 @@
+#include "Tarn/commands/PaletteEntries.h"
+
+#include <algorithm>
+#include <tuple>
+
+#include <QtCore/QCoreApplication>
+
+#include "Tarn/commands/CommandRegistry.h"
+#include "Tarn/model/AppModel.h"
+#include "Tarn/model/DisplayText.h"
+#include "Tarn/model/TabGroup.h"
+#include "Tarn/model/UserLists.h"
+#include "Tarn/model/WindowModel.h"
+#include "TarnCore/base/Text.h"
+#include "TarnCore/files/Paths.h"
+
+namespace tarn {
+namespace {
+
+struct Found {
+    const PaletteEntry* entry;
+    TitleMatch match;
+    std::size_t order;
+
+    auto key() const {
+        const bool isScattered = match.rank == TitleMatch::Rank::subsequence;
+        return std::tuple(match.rank, isScattered ? match.runs : 0, !entry->isEnabled, -entry->uses,
+                          order);
+    }
+};
+
+/// Letters that lie apart say little in the name of a folder, of which there are many.
+bool isGoodForPlaces(const TitleMatch& match) {
+    return match.rank != TitleMatch::Rank::subsequence || match.runs == 1;
+}
+
+PaletteRow heading(const QString& title) { return {nullptr, title, {}}; }
+
+PaletteRow row(const PaletteEntry& entry, const TitleMatch& match) {
+    PaletteRow made{&entry, {}, {}};
+    const std::string title = entry.title.toStdString();
+    const auto units = [&title](std::size_t bytes) {
+        return static_cast<int>(
+            QString::fromUtf8(title.data(), static_cast<qsizetype>(bytes)).size());
+    };
+    for (const auto& [begin, end] : match.ranges)
+        made.ranges.emplace_back(units(begin), units(end));
+    return made;
+}
+
+template <class Offers>
+std::vector<Found> fitting(const Offers& offers, std::string_view typed) {
+    std::vector<Found> found;
+    for (std::size_t i = 0; i < offers.size(); ++i)
+        if (auto match = offers[i].title.match(typed))
+            found.push_back({&offers[i].entry, std::move(*match), i});
+    std::ranges::sort(found, {}, &Found::key);
+    return found;
+}
+
+template <class Offers>
+void appendPlaces(std::vector<PaletteRow>& rows, const Offers& offers, std::string_view typed,
+                  const char* title) {
+    std::vector<Found> found = fitting(offers, typed);
+    std::erase_if(found, [](const Found& one) { return !isGoodForPlaces(one.match); });
+    if (found.empty()) return;
+    if (found.size() > PaletteEntries::mostPlaces)
+        found.erase(found.begin() + PaletteEntries::mostPlaces, found.end());
+    rows.push_back(heading(QCoreApplication::translate("tarn::PaletteEntries", title)));
+    for (const Found& one : found) rows.push_back(row(*one.entry, one.match));
+}
+
+/// In their order, behind the tab that is shown; the first of them is shown then.
+void openTabs(TabGroup& group, const std::vector<WindowSnapshot>& tabs) {
+    if (tabs.empty()) return;
+    const int first = group.currentIndex() + 1;
+    for (const WindowSnapshot& tab : tabs) group.open(tab);
+    group.setCurrent(first);
+}
+
+}  // namespace
+
+PaletteEntries::PaletteEntries(WindowModel& window) {
+    addCommands(window);
+    addFolders(window);
+    addWorkspaces(window);
+}
+
+void PaletteEntries::addCommands(WindowModel& window) {
+    const auto keys = CommandRegistry::keys(window.app().settings());
+    for (const TarnCommand& command : CommandRegistry::all()) {
+        PaletteEntry entry;
+        entry.command = &command;
+        entry.title = CommandRegistry::title(command);
+        entry.symbol = command.symbol;
+        entry.detail = CommandRegistry::obstacle(command, &window);
+        entry.isEnabled = entry.detail.isEmpty();
+        entry.uses = window.app().usageCount(command.id);
+        if (const auto found = keys.find(command.id); found != keys.end())
+            entry.keys = found->second.front();
+        const std::string title = entry.title.toStdString();
+        commands_.push_back({std::move(entry), MatchedTitle(title)});
+    }
+}
+
+void PaletteEntries::addFolders(WindowModel& window) {
+    const Location& shown = window.active().location();
+    for (const URL& folder : window.app().recentFolders()) {
+        if (shown.isFolder() && shown.url == folder) continue;
+        PaletteEntry entry;
+        entry.kind = PaletteEntry::Kind::folder;
+        entry.folder = folder;
+        entry.title = displayText(Paths::displayName(folder));
+        entry.symbol = Location::folder(folder).symbol();
+        entry.detail = displayText(Paths::abbreviate(folder.parent()));
+        const std::string title = entry.title.toStdString();
+        folders_.push_back({std::move(entry), MatchedTitle(title)});
+    }
+}
+
+void PaletteEntries::addWorkspaces(WindowModel& window) {
+    for (const Workspace& workspace : window.app().lists().workspaces()) {
+        PaletteEntry entry;
+        entry.kind = PaletteEntry::Kind::workspace;
+        entry.workspace = workspace.id;
+        entry.title = displayText(workspace.name);
+        entry.symbol = "rectangle.on.rectangle";
+        entry.detail = QCoreApplication::translate("tarn::PaletteEntries", "%n tabs", nullptr,
+                                                   static_cast<int>(workspace.tabs.size()));
+        const std::string title = entry.title.toStdString();
+        workspaces_.push_back({std::move(entry), MatchedTitle(title)});
+    }
+}
+
+std::vector<PaletteRow> PaletteEntries::matching(std::string_view typed) const {
+    std::vector<PaletteRow> rows;
+    if (Text::trimmed(typed).empty()) {
+        std::string_view group;
+        for (const Offer& offer : commands_) {
+            if (offer.entry.command->group != group) {
+                group = offer.entry.command->group;
+                rows.push_back(heading(CommandRegistry::groupTitle(group)));
+            }
+            rows.push_back({&offer.entry, {}, {}});
+        }
+        return rows;
+    }
+    for (const Found& one : fitting(commands_, typed)) rows.push_back(row(*one.entry, one.match));
+    appendPlaces(rows, folders_, typed,
+                 QT_TRANSLATE_NOOP("tarn::PaletteEntries", "Recent Folders"));
+    appendPlaces(rows, workspaces_, typed, QT_TRANSLATE_NOOP("tarn::PaletteEntries", "Workspaces"));
+    return rows;
+}
+
+bool PaletteEntries::run(const PaletteEntry& entry, WindowModel& window) {
+    switch (entry.kind) {
+        case PaletteEntry::Kind::command:
+            if (!CommandRegistry::isEnabled(*entry.command, &window)) return false;
+            window.app().noteUsed(entry.command->id);
+            return CommandRegistry::run(*entry.command, window);
+        case PaletteEntry::Kind::folder:
+            window.active().navigate(Location::folder(entry.folder));
+            return true;
+        case PaletteEntry::Kind::workspace:
+            for (const Workspace& workspace : window.app().lists().workspaces()) {
+                if (workspace.id != entry.workspace || !window.group()) continue;
+                openTabs(*window.group(), workspace.tabs);
+                return true;
+            }
+            return false;
+    }
+    return false;
+}
+
+}  // namespace tarn

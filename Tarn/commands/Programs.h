@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "TarnCore/base/URL.h"
+
+/// The person's terminal and text editor: which programs these are, and how to start them.
+///
+/// The setting names a desktop entry ("org.kde.konsole", with or without ".desktop") or a program
+/// ("kitty", "/opt/bin/kitty"). Where it is empty, or names nothing that is installed, the
+/// desktop's own choice stands in. Reads the disk; any thread.
+namespace tarn::Programs {
+
+struct Call {
+    std::vector<std::string> words;  ///< The first is an absolute path, or is found in $PATH.
+    std::optional<URL> folder;       ///< Where it starts; where we are when absent.
+    bool operator==(const Call&) const = default;
+};
+
+/// Absent when no terminal is installed. The chosen one, else `xdg-terminal-exec`,
+/// `x-terminal-emulator`, or any desktop entry of a terminal.
+std::optional<Call> terminal(const std::string& setting, const URL& folder);
+/// Absent when there is no editor, or it needs a terminal and there is none. The chosen one, else
+/// the default of the type text/plain.
+std::optional<Call> editor(const std::string& setting, const std::string& terminalSetting,
+                           const std::vector<URL>& files, const URL& folder);
+
+/// Starts it on its own: it outlives this program. False when it could not be started.
+bool start(const Call& call);
+
+}  // namespace tarn::Programs

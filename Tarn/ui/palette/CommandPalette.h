@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QWidget>
+
+class QLabel;
+class QLineEdit;
+class QListView;
+class QModelIndex;
+
+namespace tarn {
+
+class PaletteModel;
+class WindowModel;
+
+/// A field over the window in which one types what shall be done, and below it what fits.
+///
+/// The keyboard stays in the field: the arrows move in the list, Return runs what is marked, Escape
+/// and a click beside it close it. Deletes itself once it is closed.
+class CommandPalette final : public QWidget {
+    Q_OBJECT
+public:
+    CommandPalette(WindowModel& model, QWidget& window);
+
+    void open();
+    /// Closes it and gives the keyboard back.
+    void finish();
+
+signals:
+    void finished();
+
+protected:
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    void place();
+    void filter(const QString& text);
+    bool handleKey(int key, Qt::KeyboardModifiers modifiers);
+    /// Marks the next row that is no heading, or the one before; goes round at the ends.
+    void step(int by);
+    void mark(int row);
+    void run(const QModelIndex& index);
+
+    WindowModel& model_;
+    PaletteModel* rows_;
+    QWidget* card_;
+    QLineEdit* field_;
+    QListView* list_;
+    QLabel* nothing_;
+    QPointer<QWidget> before_;  ///< Had the keyboard.
+};
+
+}  // namespace tarn

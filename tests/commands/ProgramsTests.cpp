@@ -1,0 +1,172 @@
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+#include "Tarn/commands/DesktopEntry.h"
+#include "Tarn/commands/Programs.h"
+#include "TarnCore/files/Paths.h"
+#include "tests/support/TestFolder.h"
+
+namespace tarn {
+namespace {
+
+namespace fs = std::filesystem;
+using Words = std::vector<std::string>;
+
+/// A machine with what a test installs on it, and nothing else.
+class ProgramsTest : public testing::Test {
+protected:
+    ProgramsTest() {
+        set("PATH", file("bin"));
+        set("XDG_DATA_HOME", file("data"));
+        set("XDG_DATA_DIRS", file("share"));
+        set("XDG_CONFIG_HOME", file("config"));
+        set("XDG_CONFIG_DIRS", file("etc"));
+        set("XDG_CURRENT_DESKTOP", "");
+        Paths::reload();
+    }
+    ~ProgramsTest() override {
+        for (const auto& [name, value] : before_) {
+            if (value)
+                setenv(name.c_str(), value->c_str(), 1);
+            else
+                unsetenv(name.c_str());
+        }
+        Paths::reload();
+    }
+
+    void set(const std::string& name, const std::string& value) {
+        const char* old = std::getenv(name.c_str());
+        before_.emplace_back(name, old ? std::optional<std::string>(old) : std::nullopt);
+        setenv(name.c_str(), value.c_str(), 1);
+    }
+    std::string file(const std::string& name) const { return (root_ / name).string(); }
+    void write(const std::string& name, const std::string& text) {
+        fs::create_directories((root_ / name).parent_path());
+        std::ofstream(root_ / name, std::ios::binary) << text;
+    }
+    void program(const std::string& name, const std::string& script = "#!/bin/sh\n") {
+        write("bin/" + name, script);
+        fs::permissions(root_ / "bin" / name, fs::perms::owner_all);
+    }
+    void entry(const std::string& name, const std::string& rest) {
+        write("share/applications/" + name,
+              "# comment\n[Desktop Entry]\nType=Application\nName=A Program\n" + rest +
+                  "\n[Desktop Action new]\nExec=wrong\n");
+    }
+
+    const URL folder_ = URL::fromPath("/somewhere/a b");
+    const std::vector<URL> files_ = {URL::fromPath("/x/a b.txt"), URL::fromPath("/x/\xff\n")};
+
+private:
+    TestFolder test_;
+    fs::path root_ = test_.url().path();
+    std::vector<std::pair<std::string, std::optional<std::string>>> before_;
+};
+
+TEST_F(ProgramsTest, theFirstTerminalThatIsThereIsTaken) {
+    EXPECT_FALSE(Programs::terminal("com.apple.Terminal", folder_));
+    program("zterm");
+    entry("zterm.desktop", "Exec=zterm --new\nCategories=System;TerminalEmulator;");
+    entry("aaa.desktop", "Exec=gone\nCategories=TerminalEmulator;");
+    EXPECT_EQ(Programs::terminal("", folder_), (Programs::Call{{"zterm", "--new"}, folder_}));
+    program("x-terminal-emulator");
+    EXPECT_EQ(Programs::terminal("", folder_)->words, Words{file("bin/x-terminal-emulator")});
+    program("xdg-terminal-exec");
+    EXPECT_EQ(Programs::terminal("", folder_)->words, Words{file("bin/xdg-terminal-exec")});
+    EXPECT_EQ(Programs::terminal("zterm", folder_)->words, (Words{"zterm", "--new"}));
+    EXPECT_EQ(Programs::terminal("zterm.desktop", folder_)->words, (Words{"zterm", "--new"}));
+    program("kitty");
+    EXPECT_EQ(Programs::terminal("kitty", folder_)->words, Words{file("bin/kitty")});
+    EXPECT_EQ(Programs::terminal(file("bin/kitty"), folder_)->words, Words{file("bin/kitty")});
+    EXPECT_EQ(Programs::terminal("../bin/kitty", folder_)->words,
+              Words{file("bin/xdg-terminal-exec")});
+}
+
+TEST_F(ProgramsTest, theEditorIsTheDefaultForPlainText) {
+    EXPECT_FALSE(Programs::editor("com.microsoft.VSCode", "", files_, folder_));
+    program("gedit");
+    program("vim");
+    entry("org.gnome.gedit.desktop", "Exec=gedit %U");
+    entry("kde/vim.desktop", "Exec=vim %F\nTerminal=true");
+    write("share/applications/mimeinfo.cache",
+          "[MIME Cache]\ntext/plain=gone.desktop;org.gnome.gedit.desktop;\n");
+    EXPECT_EQ(Programs::editor("", "", files_, folder_)->words,
+              (Words{"gedit", "file:///x/a%20b.txt", "file:///x/%FF%0A"}));
+    write("config/mimeapps.list",
+          "[Added Associations]\ntext/plain=org.gnome.gedit.desktop\n"
+          "[Default Applications]\ntext/plain=kde-vim.desktop;\n");
+    EXPECT_FALSE(Programs::editor("", "", files_, folder_)) << "there is no terminal for it";
+    program("x-terminal-emulator");
+    EXPECT_EQ(Programs::editor("", "", files_, folder_)->words,
+              (Words{file("bin/x-terminal-emulator"), "-e", "vim", "/x/a b.txt", "/x/\xff\n"}));
+    program("xdg-terminal-exec");
+    EXPECT_EQ(Programs::editor("", "", {}, folder_)->words,
+              (Words{file("bin/xdg-terminal-exec"), "vim"}));
+    EXPECT_EQ(Programs::editor("gedit", "", files_, folder_)->words,
+              (Words{file("bin/gedit"), "/x/a b.txt", "/x/\xff\n"}));
+}
+
+TEST_F(ProgramsTest, theUsersEntryHidesTheOneForEveryone) {
+    program("gedit");
+    entry("gedit.desktop", "Exec=gedit");
+    EXPECT_TRUE(DesktopEntries::find("gedit"));
+    write("data/applications/gedit.desktop",
+          "[Desktop Entry]\nType=Application\nExec=gedit\nHidden=true\n");
+    EXPECT_FALSE(DesktopEntries::find("gedit"));
+}
+
+TEST_F(ProgramsTest, wordsOfExecAreReadAsTheSpecificationSays) {
+    program("run");
+    const struct {
+        const char* exec;
+        Words none;
+        Words two;
+    } cases[] = {
+        {"run", {"run"}, {"run"}},
+        {"run %f", {"run"}, {"run", "/x/a b.txt"}},
+        {"run --file=%f", {"run", "--file="}, {"run", "--file=/x/a b.txt"}},
+        {"run \"a b\" %i -t %c",
+         {"run", "a b", "-t", "A Program"},
+         {"run", "a b", "-t", "A Program"}},
+        {R"(run "\\$HOME" 100%%)", {"run", "$HOME", "100%"}, {"run", "$HOME", "100%"}},
+        {R"(run \s"" %u)", {"run", ""}, {"run", "", "file:///x/a%20b.txt"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.exec);
+        const auto entry = DesktopEntry::parse(
+            std::string("[Desktop Entry]\nType=Application\nName=A Program\nExec=") + c.exec, "x");
+        ASSERT_TRUE(entry);
+        EXPECT_EQ(entry->command({}), c.none);
+        EXPECT_EQ(entry->command(files_), c.two);
+    }
+    for (const char* none :
+         {"", "[Desktop Entry]\nType=Link\nExec=run", "[Desktop Entry]\nExec=run",
+          "[Desktop Entry]\nType=Application\nExec=",
+          "[Desktop Entry]\nType=Application\nExec=run\nTryExec=gone"}) {
+        SCOPED_TRACE(none);
+        EXPECT_FALSE(DesktopEntry::parse(none, "x"));
+    }
+}
+
+TEST_F(ProgramsTest, startsAProgramWithTheBytesOfTheNameInTheFolder) {
+    set("PATH", file("bin") + ":/usr/bin:/bin");
+    write("folder/keep", "");
+    // Opening the pipe for reading waits until the program, which is let go of, has opened it.
+    const std::string pipe = file("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    program("tell", "#!/bin/sh\nprintf '%s|%s' \"$1\" \"$(basename \"$PWD\")\" > \"$2\"\n");
+    ASSERT_TRUE(
+        Programs::start({{file("bin/tell"), "a\xff\n", pipe}, URL::fromPath(file("folder"))}));
+    std::ifstream told(pipe, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(told), std::istreambuf_iterator<char>()};
+    EXPECT_EQ(text, "a\xff\n|folder");
+    EXPECT_FALSE(Programs::start({{"/bin/true"}, URL::fromPath(file("no such folder"))}));
+}
+
+}  // namespace
+}  // namespace tarn
