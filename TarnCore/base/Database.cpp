@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <sqlite3.h>
 
+#include "TarnCore/base/DatabaseMemory.h"
 #include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/Text.h"
 
@@ -129,6 +130,7 @@ bool Statement::isNull(int column) const {
 }
 
 Database::Database(const URL& file, Access access, double busySeconds) : file_(file) {
+    DatabaseMemory::install();
     if (access == Access::create) makeFile(file);
     const int flags = access == Access::read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
     const int code = sqlite3_open_v2(file.c_str(), &handle_, flags | SQLITE_OPEN_NOMUTEX, nullptr);
