@@ -11,6 +11,10 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include "TarnCore/base/CharacterTable.h"
 
 namespace tarn::Text {
@@ -42,6 +46,44 @@ std::size_t decode(std::string_view text, std::size_t index, char32_t& out) {
     if (length == 4 && (value < 0x10000 || value > 0x10FFFF)) return 0;
     out = value;
     return length;
+}
+
+/// The first byte from `index` on that is not ASCII, or the end. Looks at eight together, since
+/// most of what even texts full of accents hold is ASCII.
+std::size_t nextNonASCII(std::string_view text, std::size_t index) {
+    for (; index + 8 <= text.size(); index += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, text.data() + index, 8);
+        if ((word & 0x8080808080808080ULL) != 0) break;
+    }
+    while (index < text.size() && (static_cast<unsigned char>(text[index]) & 0x80) == 0) ++index;
+    return index;
+}
+
+/// Moves from a place where a character begins past blocks of bytes that hold nothing but ASCII and
+/// whole characters of two bytes, which is nearly all of European texts.
+std::size_t skipShortCharacters(std::string_view text, std::size_t index) {
+#if defined(__SSE2__)
+    for (; index + 16 <= text.size();) {
+        const __m128i block =
+            _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + index));
+        const auto bits = [](__m128i mask) {
+            return static_cast<unsigned>(_mm_movemask_epi8(mask));
+        };
+        const unsigned high = bits(block);
+        if (high == 0) {
+            index += 16;
+            continue;
+        }
+        // As signed numbers, 0x80 to 0xBF and 0xC2 to 0xDF.
+        const unsigned follows = bits(_mm_cmplt_epi8(block, _mm_set1_epi8(-64)));
+        const unsigned leads = bits(_mm_and_si128(_mm_cmpgt_epi8(block, _mm_set1_epi8(-63)),
+                                                  _mm_cmplt_epi8(block, _mm_set1_epi8(-32))));
+        if ((follows | leads) != high || follows != (leads << 1 & 0xFFFF)) break;
+        index += 16 - (leads >> 15);  // The last one may go on behind the block.
+    }
+#endif
+    return index;
 }
 
 /// Calls `each` with every well-formed run and every broken byte of the text, in order.
@@ -102,25 +144,17 @@ CharacterTable tableOf(void (*mapRun)(std::string&, std::string_view)) {
 
 }  // namespace
 
-bool isASCII(std::string_view text) {
-    std::size_t i = 0;
-    for (; i + 8 <= text.size(); i += 8) {
-        std::uint64_t word;
-        std::memcpy(&word, text.data() + i, 8);
-        if ((word & 0x8080808080808080ULL) != 0) return false;
-    }
-    for (; i < text.size(); ++i)
-        if ((static_cast<unsigned char>(text[i]) & 0x80) != 0) return false;
-    return true;
-}
+bool isASCII(std::string_view text) { return nextNonASCII(text, 0) == text.size(); }
 
 bool isValidUTF8(std::string_view text) {
-    if (isASCII(text)) return true;
-    for (std::size_t i = 0; i < text.size();) {
-        char32_t c = 0;
-        const std::size_t length = decode(text, i, c);
-        if (length == 0) return false;
-        i += length;
+    for (std::size_t i = 0; (i = skipShortCharacters(text, i)) < text.size();) {
+        // Some more of them, since others seldom come alone.
+        for (const std::size_t end = std::min(i + 16, text.size()); i < end;) {
+            char32_t c = 0;
+            const std::size_t length = decode(text, i, c);
+            if (length == 0) return false;
+            i += length;
+        }
     }
     return true;
 }
@@ -135,9 +169,15 @@ std::string sanitized(std::string_view text) {
 }
 
 std::size_t length(std::string_view text) {
-    if (isASCII(text)) return text.size();
     std::size_t count = 0;
-    for (std::size_t i = 0; i < text.size(); ++count) nextCharacter(text, i);
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t next = nextNonASCII(text, i);
+        count += next - i;
+        i = next;
+        if (i == text.size()) break;
+        nextCharacter(text, i);
+        ++count;
+    }
     return count;
 }
 

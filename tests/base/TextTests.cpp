@@ -1,3 +1,6 @@
+#include <string>
+#include <string_view>
+
 #include <gtest/gtest.h>
 
 #include "TarnCore/base/Collation.h"
@@ -57,6 +60,31 @@ TEST(Text, brokenBytesAreReplacedOneByOne) {
         EXPECT_EQ(Text::length(c.text), c.length);
         EXPECT_EQ(Text::isValidUTF8(c.text), c.text == c.clean);
     }
+}
+
+TEST(Text, whatIsLookedAtInBlocksIsTheSameAtEveryPlaceOfOne) {
+    const struct {
+        std::string_view bytes;
+        std::size_t length;
+        bool isValid;
+    } cases[] = {
+        {"a", 1, true},      {"é", 1, true},         {"éß", 2, true},        {"€", 1, true},
+        {"é€é😀é", 5, true},  {"\xC3", 1, false},     {"\xA9", 1, false},     {"é\xA9", 2, false},
+        {"\xC3é", 2, false}, {"\xC1\x81", 2, false}, {"\xE2\x82", 2, false}, {"\xFF", 1, false},
+    };
+    for (const auto& c : cases)
+        for (const char* filling : {"x", "ñ"})
+            for (std::size_t before = 0; before < 36; ++before)
+                for (const std::size_t after : {0, 1, 15, 16, 40}) {
+                    SCOPED_TRACE(testing::PrintToString(c.bytes) + " behind " +
+                                 std::to_string(before) + " " + filling);
+                    std::string text;
+                    for (std::size_t i = 0; i < before; ++i) text += filling;
+                    text += c.bytes;
+                    for (std::size_t i = 0; i < after; ++i) text += filling;
+                    ASSERT_EQ(Text::isValidUTF8(text), c.isValid);
+                    ASSERT_EQ(Text::length(text), before + c.length + after);
+                }
 }
 
 TEST(Text, trimsEveryKindOfSpace) {
