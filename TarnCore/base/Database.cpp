@@ -183,6 +183,20 @@ void Database::setToken(const CancelToken* token) {
     sqlite3_progress_handler(handle_, token ? steps : 0, token ? isCancelled : nullptr, argument);
 }
 
+void Database::onCommit(std::function<void(int pages)> hook) {
+    commitHook_ = std::move(hook);
+    int (*const call)(void*, sqlite3*, const char*, int) = [](void* argument, sqlite3*, const char*,
+                                                              int pages) {
+        static_cast<Database*>(argument)->commitHook_(pages);
+        return SQLITE_OK;
+    };
+    sqlite3_wal_hook(handle_, call, this);
+}
+
+void Database::checkpoint() {
+    sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+}
+
 Transaction::Transaction(Database& database) : database_(database) {
     database_.execute("BEGIN IMMEDIATE");
 }

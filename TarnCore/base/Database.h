@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -112,6 +113,12 @@ public:
     /// Until the next call, statements throw `cancelled` soon after the token was set.
     void setToken(const CancelToken* token);
 
+    /// Called after each commit with the number of pages in the log, within the statement; instead
+    /// of SQLite's own checkpoints.
+    void onCommit(std::function<void(int pages)> hook);
+    /// Brings into the database what the log has, as far as nobody is in the way.
+    void checkpoint();
+
     /// For what only SQLite's own interface can do.
     sqlite3* handle() const { return handle_; }
 
@@ -119,6 +126,7 @@ private:
     URL file_;
     sqlite3* handle_ = nullptr;
     std::unordered_map<std::string, std::unique_ptr<Statement>> statements_;
+    std::function<void(int pages)> commitHook_;
 };
 
 /// Takes the right to write at once, and gives back what was changed unless it is committed.

@@ -129,7 +129,12 @@ private:
         while (!isStopped()) {
             if (entries.empty()) entries = queue_.take(longestOnTheWay);
             if (entries.empty()) return;
-            const auto fitting = std::span(entries).first(fittingCount(entries));
+            auto fitting = std::span(entries).first(fittingCount(entries));
+            if (fitting.empty()) {
+                // What is in the log may be in the database as well.
+                index_.settle();
+                fitting = std::span(entries).first(fittingCount(entries));
+            }
             if (fitting.empty()) {
                 outcome_.reachedBudget = true;
                 stop_.cancel();

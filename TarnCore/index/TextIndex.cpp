@@ -17,6 +17,7 @@
 #include "TarnCore/base/Guarded.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/SupportDirectory.h"
+#include "TarnCore/index/LogKeeper.h"
 #include "TarnCore/index/MatchExpression.h"
 #include "TarnCore/index/TextTables.h"
 #include "TarnCore/platform/Platform.h"
@@ -124,7 +125,10 @@ struct TextIndex::State {
         }
     };
 
-    URL file;
+    explicit State(URL given) : file(std::move(given)), log(file) {}
+
+    const URL file;
+    LogKeeper log;
     Guarded<Connection> shared;
     Guarded<std::weak_ptr<const Claim>> ownClaim;
 
@@ -173,6 +177,7 @@ struct TextIndex::State {
             if (!tables->areOurs())
                 throw DatabaseError(Reason::damaged, "Another program made the index of texts.");
         }
+        if (forWriting) log.watch(*database);
         connection.tables = std::move(tables);
         connection.database = std::move(database);
         connection.writes = forWriting;
@@ -222,9 +227,7 @@ struct TextIndex::State {
     }
 };
 
-TextIndex::TextIndex(URL file) : state_(std::make_unique<State>()) {
-    state_->file = std::move(file);
-}
+TextIndex::TextIndex(URL file) : state_(std::make_unique<State>(std::move(file))) {}
 
 TextIndex::~TextIndex() = default;
 
@@ -303,6 +306,7 @@ void TextIndex::setRecognizes(bool recognizes) {
 void TextIndex::settle() {
     auto connection = state_->shared.lock();
     if (!connection->database || !connection->writes) return;
+    state_->log.wait();
     try {
         connection->database->setPatience(readerPatience);
         connection->database->execute("PRAGMA wal_checkpoint(TRUNCATE)");

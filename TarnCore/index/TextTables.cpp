@@ -7,10 +7,10 @@
 namespace tarn {
 namespace {
 
-// In KiB, pages and bytes.
+// In KiB and bytes.
 constexpr const char* settings =
     "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA cache_size=-32768;"
-    "PRAGMA wal_autocheckpoint=4000; PRAGMA journal_size_limit=16777216;";
+    "PRAGMA journal_size_limit=100663296;";
 
 constexpr const char* schema =
     "CREATE TABLE IF NOT EXISTS files (path TEXT PRIMARY KEY, mtime REAL, size INTEGER, "
