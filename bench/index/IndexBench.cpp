@@ -1,7 +1,7 @@
 // tarn-bench-Index TARN DOCUMENTS PLACE [--runs N]: what Tarn promises about the index of texts,
-// side by side with Recoll and with SQLite's own program, on the documents that tarn-bench-texts
-// made. The indexes go into PLACE, which must not exist and is taken away again. Exit status 1 when
-// a promise is not kept.
+// side by side with Recoll, ripgrep and SQLite's own program, on the documents that
+// tarn-bench-texts made. The indexes go into PLACE, which must not exist and is taken away again.
+// Exit status 1 when a promise is not kept.
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -65,6 +65,7 @@ public:
         buildPlain(table, runs);
         if (isThere("recollindex")) buildAll(table);
         clearOurs();
+        if (isThere("rg")) scan(table, 5 * runs);
         must(index(documents_));
         search(table, 20 * runs);
         memory(table);
@@ -120,6 +121,24 @@ private:
         fs::remove_all(settings);
     }
 
+    /// Without an index: every file is read.
+    void scan(Table& table, int runs) const {
+        const std::string plain = documents_ + "/plain";
+        const std::string phrase(TextMaker::rarePhrase);
+        const Command our = ours(
+            {"search", "--no-index", "--paths", "--in", plain, "containing \"" + phrase + "\""});
+        const Command their{"rg", "-l", "-i", "-F", "--no-ignore", phrase, plain};
+        table.ratio("plain files read for a phrase", "ripgrep", compare(our, their, runs), 1.2);
+        sayFound(our, their);
+    }
+
+    static void sayFound(const Command& our, const Command& their) {
+        const std::size_t found = runProcess(our, Output::read).lines;
+        const std::size_t expected = runProcess(their, Output::read).lines;
+        std::printf("%42s %16zu hits %15zu hits%s\n", "", found, expected,
+                    found == expected ? "" : "  (not the same)");
+    }
+
     void search(Table& table, int runs) const {
         const auto both = [&](const std::string& name, std::string_view words, double goal) {
             const std::string quoted = "\"" + std::string(words) + "\"";
@@ -130,10 +149,7 @@ private:
                                 "WHERE body MATCH '" +
                                     quoted + "'"};
             table.ratio(name, "sqlite3", compare(our, their, runs), goal);
-            const std::size_t found = runProcess(our, Output::read).lines;
-            const std::size_t expected = runProcess(their, Output::read).lines;
-            std::printf("%42s %16zu hits %15zu hits%s\n", "", found, expected,
-                        found == expected ? "" : "  (not the same)");
+            sayFound(our, their);
         };
         both("search for a rare phrase", TextMaker::rarePhrase, 1.2);
         both("search for a word in a fifth of them", TextMaker::commonWord, 0.5);
