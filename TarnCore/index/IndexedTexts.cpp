@@ -12,16 +12,20 @@ std::shared_ptr<const IndexedTexts> IndexedTexts::shared() {
     return std::make_shared<const IndexedTexts>(TextIndex::shared());
 }
 
-std::vector<TextLookup::Hit> IndexedTexts::filesContaining(const Request& request,
-                                                           const CancelToken& token) const {
+void IndexedTexts::filesContaining(const Request& request, const OnHits& onHits,
+                                   const CancelToken& token) const {
     TextIndex::Scope scope;
     scope.under = request.roots;
     scope.imagesOnly = request.imagesOnly;
     scope.lastWordIsPrefix = request.lastWordIsPrefix;
-    std::vector<Hit> hits;
-    for (TextIndex::Hit& hit : index_->hits(request.phrases, scope, token))
-        hits.push_back({URL::fromPath(std::move(hit.path)), hit.known});
-    return hits;
+    const auto handOn = [&](std::vector<TextIndex::Hit> found) {
+        std::vector<Hit> hits;
+        hits.reserve(found.size());
+        for (TextIndex::Hit& hit : found)
+            hits.push_back({URL::fromPath(std::move(hit.path)), hit.known});
+        onHits(std::move(hits));
+    };
+    index_->hits(request.phrases, scope, handOn, token);
 }
 
 std::unordered_map<std::string, TextIndex::Known> IndexedTexts::known(

@@ -13,8 +13,8 @@ public:
     /// Of the index of the user. Makes no file: without one, it knows nothing.
     static std::shared_ptr<const IndexedTexts> shared();
 
-    std::vector<Hit> filesContaining(const Request& request,
-                                     const CancelToken& token) const override;
+    void filesContaining(const Request& request, const OnHits& onHits,
+                         const CancelToken& token) const override;
     std::unordered_map<std::string, TextIndex::Known> known(
         const std::vector<URL>& roots) const override;
     std::optional<std::string> text(const URL& url) const override;

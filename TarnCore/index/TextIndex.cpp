@@ -6,6 +6,7 @@
 #include <cmath>
 #include <functional>
 #include <system_error>
+#include <utility>
 
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -31,6 +32,9 @@ using Reason = DatabaseError::Reason;
 /// crash has left is read.
 constexpr double writerPatience = 30;  // seconds
 constexpr double readerPatience = 2;
+
+/// Hits that are handed on together.
+constexpr std::size_t hitsAtOnce = 64;
 
 /// Rows forgotten in one transaction.
 constexpr std::size_t rowsAtOnce = 1000;
@@ -378,26 +382,33 @@ bool TextIndex::clear() {
     });
 }
 
-std::vector<TextIndex::Hit> TextIndex::hits(const std::vector<std::string>& phrases,
-                                            const Scope& scope, const CancelToken& token) const {
-    using Hits = std::vector<Hit>;
-    if (scope.limit == 0 || (phrases.empty() && !scope.imagesOnly)) return {};
-    return state_->read<Hits>(
+void TextIndex::hits(const std::vector<std::string>& phrases, const Scope& scope,
+                     const OnHits& onHits, const CancelToken& token) const {
+    if (scope.limit == 0 || (phrases.empty() && !scope.imagesOnly)) return;
+    const auto isWanted = [&](std::string_view path) {
+        return scope.under.empty() || std::ranges::any_of(scope.under, [&](const URL& folder) {
+                   return isBelow(path, folder);
+               });
+    };
+    state_->read<bool>(
         [&](TextTables& tables) {
-            Hits found;
+            std::vector<Hit> found;
+            std::int64_t count = 0;
             const auto onHit = [&](std::string_view path, const Known& known) {
-                if (scope.under.empty() || std::ranges::any_of(scope.under, [&](const URL& folder) {
-                        return isBelow(path, folder);
-                    }))
+                if (isWanted(path)) {
                     found.push_back({std::string(path), known});
-                return scope.limit < 0 || std::cmp_less(found.size(), scope.limit);
+                    ++count;
+                }
+                if (found.size() == hitsAtOnce) onHits(std::exchange(found, {}));
+                return scope.limit < 0 || count < scope.limit;
             };
             if (phrases.empty())
                 tables.imagesWithText(onHit);
             else
                 tables.match(MatchExpression::of(phrases, scope.lastWordIsPrefix), scope.imagesOnly,
                              onHit);
-            return found;
+            if (!found.empty()) onHits(std::move(found));
+            return true;
         },
         &token);
 }
@@ -405,7 +416,11 @@ std::vector<TextIndex::Hit> TextIndex::hits(const std::vector<std::string>& phra
 std::vector<std::string> TextIndex::search(const std::vector<std::string>& phrases,
                                            const Scope& scope, const CancelToken& token) const {
     std::vector<std::string> paths;
-    for (Hit& hit : hits(phrases, scope, token)) paths.push_back(std::move(hit.path));
+    const auto keep = [&](std::vector<Hit> found) {
+        for (Hit& hit : found) paths.push_back(std::move(hit.path));
+    };
+    hits(phrases, scope, keep, token);
+    if (token.isCancelled()) paths.clear();
     return paths;
 }
 

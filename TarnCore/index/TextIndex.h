@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -116,9 +117,11 @@ public:
         std::string path;
         Known known;
     };
-    /// `search` with what the index knows of each file.
-    std::vector<Hit> hits(const std::vector<std::string>& phrases, const Scope& scope,
-                          const CancelToken& token = {}) const;
+    /// `search` with what the index knows of each file, handed on some hits at a time while others
+    /// are looked for. `onHits` must not ask the index, which is held meanwhile.
+    using OnHits = std::function<void(std::vector<Hit>)>;
+    void hits(const std::vector<std::string>& phrases, const Scope& scope, const OnHits& onHits,
+              const CancelToken& token = {}) const;
     /// Paths of the files whose text has every phrase. A phrase is words that stand side by side;
     /// case and diacritics do not matter. No phrases give nothing, but with `imagesOnly` every
     /// picture with text. A file may have changed or gone since it was read: see `known`. Empty

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -27,9 +28,12 @@ public:
         URL url;
         TextIndex::Known state;
     };
-    /// The files whose text holds every one of the phrases, as words that stand side by side.
-    virtual std::vector<Hit> filesContaining(const Request& request,
-                                             const CancelToken& token) const = 0;
+    /// The files whose text holds every one of the phrases, as words that stand side by side: some
+    /// at a time, while others are looked for. `onHits` is called on this thread, and asks nothing
+    /// of the lookup.
+    using OnHits = std::function<void(std::vector<Hit>)>;
+    virtual void filesContaining(const Request& request, const OnHits& onHits,
+                                 const CancelToken& token) const = 0;
 
     /// Every file below the roots that was read, by its path.
     virtual std::unordered_map<std::string, TextIndex::Known> known(

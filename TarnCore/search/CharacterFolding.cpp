@@ -19,15 +19,7 @@
 namespace tarn::CharacterFolding {
 namespace {
 
-constexpr char32_t codePoints = 0x110000;
 constexpr char32_t softHyphen = 0xAD;
-constexpr unsigned blockBits = 6;  ///< Characters that share all but the last byte of UTF-8.
-constexpr std::size_t blockSize = 1U << blockBits;
-
-using Block = std::array<Folded, blockSize>;
-
-/// Filled in when first needed and kept to the end: whichever thread comes first wins.
-std::array<std::atomic<const Block*>, (codePoints >> blockBits)> blocks;
 
 Folded foldAlone(char32_t character) {
     std::string text;
@@ -42,9 +34,15 @@ Folded foldAlone(char32_t character) {
     return entry;
 }
 
+}  // namespace
+
+namespace tables {
+
+std::array<std::atomic<const Block*>, (codePoints >> blockBits)> blocks;
+
 const Block& fill(std::size_t index) {
     auto made = std::make_unique<Block>();
-    for (std::size_t i = 0; i < blockSize; ++i)
+    for (std::size_t i = 0; i < made->size(); ++i)
         (*made)[i] = foldAlone(static_cast<char32_t>(index << blockBits | i));
     const Block* expected = nullptr;
     if (blocks[index].compare_exchange_strong(expected, made.get(), std::memory_order_acq_rel))
@@ -52,16 +50,7 @@ const Block& fill(std::size_t index) {
     return *expected;
 }
 
-}  // namespace
-
-const Folded& fold(char32_t character) {
-    static constexpr Folded beyond{};
-    if (character >= codePoints) return beyond;
-    const std::size_t index = character >> blockBits;
-    const Block* block = blocks[index].load(std::memory_order_acquire);
-    if (block == nullptr) block = &fill(index);
-    return (*block)[character & (blockSize - 1)];
-}
+}  // namespace tables
 
 std::size_t nextNonASCII(std::string_view text, std::size_t index) {
 #if defined(__SSE2__)
@@ -89,23 +78,13 @@ std::size_t nextNonASCII(std::string_view text, std::size_t index) {
     return index;
 }
 
-char32_t next(std::string_view text, std::size_t& index) {
+char32_t nextLonger(std::string_view text, std::size_t& index) {
     const auto byte = [&](std::size_t i) -> char32_t {
         return static_cast<unsigned char>(text[index + i]);
     };
     const char32_t first = byte(0);
-    if (first < 0x80) {
-        ++index;
-        return first;
-    }
-    const std::size_t left = text.size() - index;
-    if (first >= 0xC2 && first < 0xE0 && left >= 2 && (byte(1) & 0xC0U) == 0x80) {
-        const char32_t character = (first & 0x1FU) << 6 | (byte(1) & 0x3FU);
-        index += 2;
-        return character;
-    }
     // Three bytes, less those in which some sequences mean nothing.
-    if (first > 0xE0 && first < 0xED && left >= 3 && (byte(1) & 0xC0U) == 0x80 &&
+    if (first > 0xE0 && first < 0xED && text.size() - index >= 3 && (byte(1) & 0xC0U) == 0x80 &&
         (byte(2) & 0xC0U) == 0x80) {
         const char32_t character =
             (first & 0x0FU) << 12 | (byte(1) & 0x3FU) << 6 | (byte(2) & 0x3FU);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -23,14 +25,33 @@ struct Folded {
     std::string_view text() const { return {bytes, length}; }
 };
 
+namespace tables {
+inline constexpr char32_t codePoints = 0x110000;
+inline constexpr unsigned blockBits = 6;  ///< Characters that share all but the last byte of UTF-8.
+using Block = std::array<Folded, 1U << blockBits>;
+/// Filled in when first needed and kept to the end: whichever thread comes first wins.
+extern std::array<std::atomic<const Block*>, (codePoints >> blockBits)> blocks;
+const Block& fill(std::size_t index);
+inline constexpr Folded beyond{};
+}  // namespace tables
+
 /// `character` is a code point; beyond the last one, the reference is to something that folds to
 /// itself. The reference stays valid to the end of the program.
-const Folded& fold(char32_t character);
+inline const Folded& fold(char32_t character) {
+    using namespace tables;
+    if (character >= codePoints) return beyond;
+    const std::size_t index = character >> blockBits;
+    const Block* block = blocks[index].load(std::memory_order_acquire);
+    if (block == nullptr) block = &fill(index);
+    return (*block)[character & ((1U << blockBits) - 1)];
+}
 
 /// Reads the character at `index` and moves past it; a broken byte moves by one and gives
 /// `brokenByte`.
-char32_t next(std::string_view text, std::size_t& index);
+inline char32_t next(std::string_view text, std::size_t& index);
 inline constexpr char32_t brokenByte = 0xFFFFFFFF;
+/// `next` for what it does not read by itself.
+char32_t nextLonger(std::string_view text, std::size_t& index);
 
 inline bool isNonASCII(char c) { return (static_cast<unsigned char>(c) & 0x80) != 0; }
 /// The first byte from `index` on that is not ASCII, or the end.
@@ -42,5 +63,21 @@ inline bool isASCIIWordCharacter(char c) {
     return (lower >= 'a' && lower <= 'z') || (c >= '0' && c <= '9');
 }
 inline char lowerASCII(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+
+inline char32_t next(std::string_view text, std::size_t& index) {
+    const char32_t first = static_cast<unsigned char>(text[index]);
+    if (first < 0x80) {
+        ++index;
+        return first;
+    }
+    if (first >= 0xC2 && first < 0xE0 && text.size() - index >= 2) {
+        const char32_t second = static_cast<unsigned char>(text[index + 1]);
+        if ((second & 0xC0U) == 0x80) {
+            index += 2;
+            return (first & 0x1FU) << 6 | (second & 0x3FU);
+        }
+    }
+    return nextLonger(text, index);
+}
 
 }  // namespace tarn::CharacterFolding

@@ -3,12 +3,12 @@
 #include <system_error>
 #include <utility>
 
+#include "TarnCore/base/Text.h"
 #include "TarnCore/index/PlainText.h"
 #include "TarnCore/index/TextExtractor.h"
 #include "TarnCore/index/TextLookup.h"
 #include "TarnCore/index/TextReader.h"
 #include "TarnCore/platform/Platform.h"
-#include "TarnCore/search/CharacterFolding.h"
 #include "TarnCore/search/KindRules.h"
 
 namespace tarn {
@@ -19,12 +19,6 @@ constexpr std::size_t inspected = 8192;
 
 bool hasZeros(std::string_view bytes) {
     return bytes.substr(0, inspected).find('\0') != bytes.npos;
-}
-
-bool isUTF8(std::string_view bytes) {
-    for (std::size_t i = 0; (i = CharacterFolding::nextNonASCII(bytes, i)) < bytes.size();)
-        if (CharacterFolding::next(bytes, i) == CharacterFolding::brokenByte) return false;
-    return true;
 }
 
 }  // namespace
@@ -60,27 +54,28 @@ FileTexts::Way FileTexts::wayOfReadable(std::string_view name) const {
     return isDocument ? Way::document : Way::plain;
 }
 
-bool FileTexts::passes(const URL& url, Way way, std::int64_t size, const Test& test,
+bool FileTexts::passes(const URL& url, Way way, std::optional<std::int64_t> size, const Test& test,
                        const CancelToken& token) const {
     if (way == Way::none) return false;
     if (way == Way::document) {
-        const auto text = readDocument_(url, size, token);
+        const auto text = readDocument_(url, size.value_or(0), token);
         return text && test(*text);
     }
     const std::int64_t limit = TextExtractor::sizeLimit(TextExtractor::Method::plain);
-    if (size > limit) return false;
+    if (size && *size > limit) return false;
     std::string bytes;
     try {
-        bytes = Platform::current().files->readFile(url, static_cast<std::size_t>(limit));
+        bytes = Platform::current().files->readFile(url, static_cast<std::size_t>(limit) + 1);
     } catch (const std::system_error&) {
         return false;
     }
+    if (std::cmp_greater(bytes.size(), limit)) return false;
     std::string storage;
     if (hasZeros(bytes)) {
         if (!PlainText::decode(std::string_view(bytes).substr(0, inspected), storage)) return false;
     } else {
         if (test(bytes)) return true;
-        if (isUTF8(bytes)) return false;
+        if (Text::isValidUTF8(bytes)) return false;
     }
     const auto decoded = PlainText::decode(bytes, storage);
     return decoded && test(*decoded);

@@ -49,7 +49,8 @@ public:
     /// Whether the text of the file passes the test, which is called with UTF-8 that may have
     /// broken parts, and again with the same text decoded when it had them. False when nothing can
     /// be read, and for files larger than `TextExtractor::sizeLimit`. The index is not asked.
-    bool passes(const URL& url, Way way, std::int64_t size, const Test& test,
+    /// `size` is the file's, as far as the caller knows it.
+    bool passes(const URL& url, Way way, std::optional<std::int64_t> size, const Test& test,
                 const CancelToken& token) const;
 
     std::optional<std::string> indexed(const URL& url) const;

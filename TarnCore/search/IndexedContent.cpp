@@ -13,6 +13,8 @@ namespace {
 
 /// Terms that are looked for in texts: as many as there are bits, which is more than anyone types.
 constexpr std::size_t mostTerms = 64;
+/// Candidates that are handed on together.
+constexpr std::size_t atOnce = 64;
 
 }  // namespace
 
@@ -32,15 +34,19 @@ bool IndexedContent::isAskedForTerms() const {
            terms_.size() <= mostTerms;
 }
 
-std::vector<IndexedContent::Candidate> IndexedContent::candidates(const CancelToken& token) const {
-    std::vector<Candidate> candidates;
+void IndexedContent::candidates(const OnCandidates& onCandidates, const CancelToken& token) const {
     if (knowsWords_) {
-        auto hits = index_->filesContaining(
-            {phrases_, scope_.roots, imagesOnly_, scope_.lastWordIsPrefix}, token);
-        candidates.reserve(hits.size());
-        for (TextLookup::Hit& hit : hits) candidates.push_back({std::move(hit.url), hit.state});
-        return candidates;
+        const auto handOn = [&](std::vector<TextLookup::Hit> hits) {
+            std::vector<Candidate> candidates;
+            candidates.reserve(hits.size());
+            for (TextLookup::Hit& hit : hits) candidates.push_back({std::move(hit.url), hit.state});
+            onCandidates(std::move(candidates));
+        };
+        index_->filesContaining({phrases_, scope_.roots, imagesOnly_, scope_.lastWordIsPrefix},
+                                handOn, token);
+        return;
     }
+    std::vector<Candidate> candidates;
     const FileTexts texts;
     for (const auto& [path, state] : known()) {
         if (token.isCancelled()) break;
@@ -48,12 +54,13 @@ std::vector<IndexedContent::Candidate> IndexedContent::candidates(const CancelTo
         const auto method = TextExtractor::method(url);
         const bool isPicture = method == TextExtractor::Method::image;
         if (isPicture || scope_.indexesOnly) candidates.push_back({std::move(url), state, false});
+        if (candidates.size() == atOnce) onCandidates(std::exchange(candidates, {}));
     }
-    return candidates;
+    if (!candidates.empty()) onCandidates(std::move(candidates));
 }
 
-std::vector<IndexedContent::Candidate> IndexedContent::candidatesByTerms(
-    const CancelToken& token) const {
+void IndexedContent::candidatesByTerms(const OnCandidates& onCandidates,
+                                       const CancelToken& token) const {
     struct InText {
         TextIndex::Known state;
         std::uint64_t terms = 0;
@@ -63,12 +70,14 @@ std::vector<IndexedContent::Candidate> IndexedContent::candidatesByTerms(
     for (std::size_t i = 0; i < terms_.size() && !token.isCancelled(); ++i) {
         const std::string& stem = names.stems()[i];
         if (!TextLookup::knowsWordsOf(stem)) continue;
-        for (const TextLookup::Hit& hit :
-             index_->filesContaining({{stem}, scope_.roots, false, true}, token)) {
-            InText& text = texts[hit.url.path()];
-            text.state = hit.state;
-            text.terms |= std::uint64_t{1} << i;
-        }
+        const auto note = [&](const std::vector<TextLookup::Hit>& hits) {
+            for (const TextLookup::Hit& hit : hits) {
+                InText& text = texts[hit.url.path()];
+                text.state = hit.state;
+                text.terms |= std::uint64_t{1} << i;
+            }
+        };
+        index_->filesContaining({{stem}, scope_.roots, false, true}, note, token);
     }
     std::vector<Candidate> candidates;
     for (const auto& [path, text] : texts) {
@@ -79,14 +88,19 @@ std::vector<IndexedContent::Candidate> IndexedContent::candidatesByTerms(
         const bool isComplete =
             std::ranges::all_of(missing, [&](std::size_t i) { return (text.terms >> i & 1) != 0; });
         if (isComplete) candidates.push_back({std::move(url), text.state});
+        if (candidates.size() == atOnce) onCandidates(std::exchange(candidates, {}));
     }
-    return candidates;
+    if (!candidates.empty()) onCandidates(std::move(candidates));
 }
 
 bool IndexedContent::answers(const std::string& path, const FileAttributes& attributes) const {
     if (!index_ || !knowsWords_) return false;
     const auto found = known().find(path);
     return found != known().end() && found->second == TextIndex::Known::of(attributes);
+}
+
+bool IndexedContent::mayAnswer(const std::string& path) const {
+    return index_ && knowsWords_ && known().contains(path);
 }
 
 const std::unordered_map<std::string, TextIndex::Known>& IndexedContent::known() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -38,14 +39,18 @@ public:
         bool isCertain = true;  ///< The text matches, if the file is still in that state.
     };
     /// What is to be looked at: the hits of the index; where it cannot look for such phrases, the
-    /// files of which no other than the index knows the text.
-    std::vector<Candidate> candidates(const CancelToken& token) const;
+    /// files of which no other than the index knows the text. Some at a time, while the index goes
+    /// on; `onCandidates` asks nothing of it.
+    using OnCandidates = std::function<void(std::vector<Candidate>)>;
+    void candidates(const OnCandidates& onCandidates, const CancelToken& token) const;
     /// Files that have some of the terms in their names, and all others in their texts.
-    std::vector<Candidate> candidatesByTerms(const CancelToken& token) const;
+    void candidatesByTerms(const OnCandidates& onCandidates, const CancelToken& token) const;
 
     /// The index knows the file as it is now, so that it is among `candidates` or does not match.
     /// Reads what the index knows of all files when first asked.
     bool answers(const std::string& path, const FileAttributes& attributes) const;
+    /// False when it will not for any attributes.
+    bool mayAnswer(const std::string& path) const;
 
 private:
     const std::unordered_map<std::string, TextIndex::Known>& known() const;

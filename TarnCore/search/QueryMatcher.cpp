@@ -84,6 +84,12 @@ bool QueryMatcher::readsFacts() const {
            (query_.date && query_.date->field == DateField::opened);
 }
 
+ResourceKeys QueryMatcher::keys(bool withTags) const {
+    // The date of arrival lies beside the tags.
+    const bool asksWhenAdded = query_.date && query_.date->field == DateField::added;
+    return {.tags = withTags || asksWhenAdded};
+}
+
 bool QueryMatcher::matchesFacts(const FileItem& item, bool checkName) const {
     // From the cheapest to those that read the file.
     if (query_.filesOnly && item.isDirectory) return false;

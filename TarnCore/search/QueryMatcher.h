@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "TarnCore/files/FileItem.h"
+#include "TarnCore/files/ResourceReader.h"
 #include "TarnCore/platform/FileSystem.h"
 #include "TarnCore/search/FileTexts.h"
 #include "TarnCore/search/NameTerms.h"
@@ -43,8 +44,13 @@ public:
     bool matchesFilters(const FileItem& item, bool checkName) const;
     /// Every filter but those that ask for text in the file.
     bool matchesFacts(const FileItem& item, bool checkName) const;
+    /// mayMatch(attributes) is not always true.
+    bool asksAttributes() const { return query_.size || query_.date; }
     /// Something must be read to know, besides the text, whether an item matches.
     bool readsFacts() const;
+
+    /// What must be read of an item for `matchesFacts`, and its tags where those are wanted.
+    ResourceKeys keys(bool withTags) const;
 
     /// A cheap question before anything is read about a child of a folder: false when no item of
     /// this name and type can pass matchesFilters(item, checkName). Most of a walk ends here.

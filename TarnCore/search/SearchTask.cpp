@@ -15,6 +15,7 @@
 #include "TarnCore/files/ResourceReader.h"
 #include "TarnCore/files/TreeWalker.h"
 #include "TarnCore/platform/Platform.h"
+#include "TarnCore/search/CandidateQueue.h"
 #include "TarnCore/search/IndexedContent.h"
 #include "TarnCore/search/NameTerms.h"
 #include "TarnCore/search/QueryMatcher.h"
@@ -122,8 +123,9 @@ struct SearchTask::State {
     bool walks() const;
     void findImages(SearchResults& results);
     void askMetadataIndex(SearchResults& results);
-    using Candidates = std::vector<IndexedContent::Candidate>;
-    void addFromTextIndex(SearchResults& results, const Candidates& candidates);
+    using FindCandidates = std::function<void(const IndexedContent::OnCandidates&)>;
+    void addFromTextIndex(SearchResults& results, const FindCandidates& find);
+    void addMatching(SearchResults& results, const CandidateQueue::Candidates& candidates);
     bool textMatches(const IndexedContent::Candidate& candidate,
                      const FileAttributes& attributes) const;
     void walk(SearchResults& results);
@@ -162,9 +164,14 @@ void SearchTask::State::run(const SearchResults::OnBatch& onBatch) {
     if (imageDescription(options.query)) jobs.push_back([&] { findImages(results); });
     if (usesMetadataIndex()) jobs.push_back([&] { askMetadataIndex(results); });
     if (indexed.isAsked())
-        jobs.push_back([&] { addFromTextIndex(results, indexed.candidates(stop)); });
+        jobs.push_back([&] {
+            addFromTextIndex(results, [&](const auto& each) { indexed.candidates(each, stop); });
+        });
     if (indexed.isAskedForTerms())
-        jobs.push_back([&] { addFromTextIndex(results, indexed.candidatesByTerms(stop)); });
+        jobs.push_back([&] {
+            addFromTextIndex(results,
+                             [&](const auto& each) { indexed.candidatesByTerms(each, stop); });
+        });
     if (walks()) jobs.push_back([&] { walk(results); });
     const auto runJob = [&](std::size_t i) {
         if (!stop.isCancelled()) jobs[i]();
@@ -198,30 +205,28 @@ void SearchTask::State::askMetadataIndex(SearchResults& results) {
     }
 }
 
-void SearchTask::State::addFromTextIndex(SearchResults& results, const Candidates& candidates) {
-    constexpr std::size_t atOnce = 64;
-    const auto add = [&](std::size_t part) {
-        std::vector<FileItem> items;
-        std::unordered_map<URL, ResourceReader> folders;  // Neighbours often share one.
-        const std::size_t end = std::min(candidates.size(), (part + 1) * atOnce);
-        for (std::size_t i = part * atOnce; i < end && !stop.isCancelled(); ++i) {
-            const IndexedContent::Candidate& candidate = candidates[i];
-            const auto attributes =
-                Platform::current().files->attributes(candidate.url, Links::keep);
-            if (!attributes || !matcher.mayMatch(*attributes)) continue;
-            if (!textMatches(candidate, *attributes)) continue;
-            const auto& folder =
-                folders.try_emplace(candidate.url.parent(), candidate.url.parent());
-            if (auto item = loadMatching(candidate.url, *attributes, folder.first->second))
-                items.push_back(std::move(*item));
-        }
-        if (!items.empty()) results.add(std::move(items));
-    };
-    const std::size_t parts = (candidates.size() + atOnce - 1) / atOnce;
-    if (parts == 1)
-        add(0);
-    else
-        TaskPool::shared().forEach(parts, add);
+void SearchTask::State::addFromTextIndex(SearchResults& results, const FindCandidates& find) {
+    CandidateQueue queue(TaskPool::shared(), [&](const CandidateQueue::Candidates& candidates) {
+        addMatching(results, candidates);
+    });
+    find([&](CandidateQueue::Candidates candidates) { queue.add(std::move(candidates)); });
+    queue.finish();
+}
+
+void SearchTask::State::addMatching(SearchResults& results,
+                                    const CandidateQueue::Candidates& candidates) {
+    std::vector<FileItem> items;
+    std::unordered_map<URL, ResourceReader> folders;  // Neighbours often share one.
+    for (const IndexedContent::Candidate& candidate : candidates) {
+        if (stop.isCancelled()) break;
+        const auto attributes = Platform::current().files->attributes(candidate.url, Links::keep);
+        if (!attributes || !matcher.mayMatch(*attributes)) continue;
+        if (!textMatches(candidate, *attributes)) continue;
+        const auto& folder = folders.try_emplace(candidate.url.parent(), candidate.url.parent());
+        if (auto item = loadMatching(candidate.url, *attributes, folder.first->second))
+            items.push_back(std::move(*item));
+    }
+    if (!items.empty()) results.add(std::move(items));
 }
 
 /// What the index said holds while the file is as it was then; otherwise the file itself is asked.
@@ -246,8 +251,9 @@ bool SearchTask::State::textMatches(const IndexedContent::Candidate& candidate,
 
 void SearchTask::State::walk(SearchResults& results) {
     TreeWalker walker(options.roots);
-    SearchWalk visitor(matcher, indexed, results, options.includeHidden, walker.threadCount(), stop,
-                       visited);
+    SearchWalk visitor(matcher, indexed, results,
+                       {options.includeHidden, matcher.keys(options.tags)}, walker.threadCount(),
+                       stop, visited);
     walker.walk(visitor, stop);
     readDocuments(results, visitor.takeDocuments());
 }
@@ -298,7 +304,7 @@ std::optional<FileItem> SearchTask::State::loadMatching(const URL& url,
                                                         const ResourceReader& folder) const {
     if (attributes.type == FileType::symlink) return std::nullopt;  // No index has the text of one.
     FileItem item = FileItem::make(
-        url, folder.values(url, url.name(), attributes, std::nullopt, {.tags = true}));
+        url, folder.values(url, url.name(), attributes, std::nullopt, matcher.keys(options.tags)));
     if (isInScope(item) && matcher.matchesFacts(item, false)) return item;
     return std::nullopt;
 }

@@ -33,6 +33,7 @@ struct SearchOptions {
     FileTexts::ReadDocument readDocument;
     bool lastWordIsPrefix = false;  ///< The query is being typed: its last phrase may go on.
     bool indexesOnly = false;       ///< No folder is looked at and no file read.
+    bool tags = true;  ///< Results tell their tags, which takes a system call for each.
     /// What `currentFolder` in the query's place means; the first root when absent.
     std::optional<URL> currentFolder;
 };

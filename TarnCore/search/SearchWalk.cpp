@@ -10,20 +10,23 @@ namespace {
 /// memory nor hold its first results back until its end.
 constexpr std::size_t mostCandidates = 256;
 
-void append(std::vector<std::string>& names, std::size_t& count, std::string_view name) {
-    if (count == names.size()) names.emplace_back();
-    names[count++].assign(name);  // Strings keep their room from folder to folder.
+/// One more of those in use; strings keep their room from folder to folder.
+template <class Item>
+Item& another(std::vector<Item>& items, std::size_t& count) {
+    if (count == items.size()) items.emplace_back();
+    return items[count++];
 }
 
 }  // namespace
 
 SearchWalk::SearchWalk(const QueryMatcher& matcher, const IndexedContent& indexed,
-                       SearchResults& results, bool includeHidden, std::size_t threads,
+                       SearchResults& results, const Rules& rules, std::size_t threads,
                        CancelToken token, std::atomic<std::int64_t>& visited)
     : matcher_(matcher),
       indexed_(indexed),
       results_(results),
-      includeHidden_(includeHidden),
+      includeHidden_(rules.includeHidden),
+      keys_(rules.keys),
       readsTexts_(!matcher.phrases().empty()),
       checksNames_(!readsTexts_ || !matcher.mayFindTermsInText()),
       token_(std::move(token)),
@@ -39,9 +42,11 @@ void SearchWalk::visit(TreeWalker::Folder& folder, std::span<const FolderEntry> 
             if (!includeHidden_) continue;
         }
         if (entry.type == FileType::directory && isToBeEntered(folder, name))
-            append(worker.subfolders, worker.subfolderCount, name);
+            another(worker.subfolders, worker.subfolderCount).assign(name);
         if (!matcher_.mayMatch(name, entry.type, checksNames_) || !mayHaveTerms(name)) continue;
-        append(worker.candidates, worker.candidateCount, name);
+        Candidate& candidate = another(worker.candidates, worker.candidateCount);
+        candidate.name.assign(name);
+        candidate.type = entry.type;
         if (worker.candidateCount >= mostCandidates) test(folder, worker);
     }
     visited_.fetch_add(static_cast<std::int64_t>(entries.size()), std::memory_order_relaxed);
@@ -85,14 +90,30 @@ void SearchWalk::test(const TreeWalker::Folder& folder, Worker& worker) {
     if (!found.empty()) results_.add(std::move(found));
 }
 
-std::optional<FileItem> SearchWalk::match(const TreeWalker::Folder& folder, const std::string& name,
-                                          Worker& worker) const {
+/// Nothing else is to be known before the text of a file is read where it lies.
+bool SearchWalk::needsOnlyText(const Candidate& candidate, const URL& url) const {
+    return readsTexts_ && candidate.type == FileType::file && !matcher_.readsFacts() &&
+           !matcher_.asksAttributes() &&
+           matcher_.texts().wayOfReadable(candidate.name) == FileTexts::Way::plain &&
+           !indexed_.mayAnswer(url.path());
+}
+
+std::optional<FileItem> SearchWalk::match(const TreeWalker::Folder& folder,
+                                          const Candidate& candidate, Worker& worker) const {
+    const std::string& name = candidate.name;
+    const URL url = URL::fromPath(folder.pathOf(name));
+    // Most files have none of the phrases, and an item takes as long to make as a page to read.
+    const bool readsTextAtOnce = needsOnlyText(candidate, url);
+    const auto test = [&](std::string_view text) { return matcher_.textMatches(name, text); };
+    if (readsTextAtOnce &&
+        !matcher_.texts().passes(url, FileTexts::Way::plain, std::nullopt, test, token_))
+        return std::nullopt;
     const auto attributes = folder.reader().attributes(name.c_str(), Links::keep);
     if (!attributes || !matcher_.mayMatch(*attributes)) return std::nullopt;
-    const URL url = URL::fromPath(folder.pathOf(name));
     const bool isPlainFile = attributes->type == FileType::file;
-    const bool readsTextFirst = readsTexts_ && isPlainFile && !matcher_.readsFacts();
-    // Most files have none of the phrases, and an item takes as long to make as a page to read.
+    if (readsTextAtOnce && !isPlainFile) return std::nullopt;
+    const bool readsTextFirst =
+        !readsTextAtOnce && readsTexts_ && isPlainFile && !matcher_.readsFacts();
     if (readsTextFirst && !hasText(name, url, *attributes, worker)) return std::nullopt;
     const ResourceReader& reader = resources(folder, worker);
     if (!includeHidden_ && reader.isHidden(name)) return std::nullopt;
@@ -102,9 +123,9 @@ std::optional<FileItem> SearchWalk::match(const TreeWalker::Folder& folder, cons
         if (const auto target = folder.reader().attributes(name.c_str(), Links::follow))
             leadsToFolder = target->type == FileType::directory;
     FileItem item =
-        FileItem::make(url, reader.values(url, name, *attributes, leadsToFolder, {.tags = true}));
+        FileItem::make(url, reader.values(url, name, *attributes, leadsToFolder, keys_));
     if (!matcher_.matchesFacts(item, checksNames_)) return std::nullopt;
-    if (!readsTexts_ || readsTextFirst) return item;
+    if (!readsTexts_ || readsTextAtOnce || readsTextFirst) return item;
     const bool matches = isPlainFile
                              ? hasText(name, url, *attributes, worker)
                              : matcher_.contentMatches(url, item.kind) && matcher_.termsMatch(item);

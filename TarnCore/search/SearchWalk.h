@@ -29,8 +29,12 @@ namespace tarn {
 /// they are now are left to it.
 class SearchWalk final : public TreeWalker::Visitor {
 public:
+    struct Rules {
+        bool includeHidden = false;
+        ResourceKeys keys;  ///< Of the results.
+    };
     SearchWalk(const QueryMatcher& matcher, const IndexedContent& indexed, SearchResults& results,
-               bool includeHidden, std::size_t threads, CancelToken token,
+               const Rules& rules, std::size_t threads, CancelToken token,
                std::atomic<std::int64_t>& visited);
 
     /// A file whose text must be read by others; everything else about it matches as far as its
@@ -48,11 +52,15 @@ public:
     void idle() override { results_.deliver(); }
 
 private:
+    struct Candidate {
+        std::string name;
+        FileType type = FileType::unknown;
+    };
     /// What a thread keeps of the folder that it reads.
     struct Worker {
-        std::vector<std::string> candidates;  ///< Names; the first `candidateCount` are in use.
+        std::vector<Candidate> candidates;  ///< The first `candidateCount` are in use.
         std::size_t candidateCount = 0;
-        std::vector<std::string> subfolders;  ///< Likewise.
+        std::vector<std::string> subfolders;  ///< Names, likewise.
         std::size_t subfolderCount = 0;
         bool hasHiddenList = false;     ///< A ".hidden" was among the names so far.
         bool mayHaveHiddenList = true;  ///< Or may still come.
@@ -63,8 +71,9 @@ private:
     bool isToBeEntered(const TreeWalker::Folder& folder, std::string_view name) const;
     static const ResourceReader& resources(const TreeWalker::Folder& folder, Worker& worker);
     void test(const TreeWalker::Folder& folder, Worker& worker);
-    std::optional<FileItem> match(const TreeWalker::Folder& folder, const std::string& name,
+    std::optional<FileItem> match(const TreeWalker::Folder& folder, const Candidate& candidate,
                                   Worker& worker) const;
+    bool needsOnlyText(const Candidate& candidate, const URL& url) const;
     bool mayHaveTerms(std::string_view name) const;
     bool hasText(std::string_view name, const URL& url, const FileAttributes& attributes,
                  Worker& worker) const;
@@ -73,6 +82,7 @@ private:
     const IndexedContent& indexed_;
     SearchResults& results_;
     const bool includeHidden_;
+    const ResourceKeys keys_;
     const bool readsTexts_;
     const bool checksNames_;  ///< False when the text of a file may make up for its name.
     const CancelToken token_;

@@ -112,6 +112,7 @@ SearchOptions searchOptions(const Arguments& arguments, Session& session) {
     if (!search.query.containing.empty() && !search.indexesOnly)
         search.readDocument =
             FileTexts::reading(std::make_shared<TextReader>(TextReader::Options()));
+    search.tags = arguments.has("json");
     search.limit = arguments.number("limit", 1).value_or(std::numeric_limits<std::int64_t>::max());
     search.currentFolder = session.currentFolder();
 

@@ -360,9 +360,7 @@ TEST(QueryMatcher, readsPlainTextForPhrases) {
 class FixedTexts final : public TextLookup {
 public:
     std::map<URL, std::string> texts;
-    std::vector<Hit> filesContaining(const Request&, const CancelToken&) const override {
-        return {};
-    }
+    void filesContaining(const Request&, const OnHits&, const CancelToken&) const override {}
     std::unordered_map<std::string, TextIndex::Known> known(
         const std::vector<URL>&) const override {
         return {};

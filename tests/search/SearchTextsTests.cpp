@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "TarnCore/base/Guarded.h"
+#include "TarnCore/files/FileTags.h"
 #include "TarnCore/index/IndexedTexts.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/search/SearchTask.h"
@@ -28,9 +29,9 @@ using testing::UnorderedElementsAre;
 class WatchedTexts final : public TextLookup {
 public:
     explicit WatchedTexts(std::shared_ptr<const TextIndex> index) : texts_(std::move(index)) {}
-    std::vector<Hit> filesContaining(const Request& request,
-                                     const CancelToken& token) const override {
-        return texts_.filesContaining(request, token);
+    void filesContaining(const Request& request, const OnHits& onHits,
+                         const CancelToken& token) const override {
+        texts_.filesContaining(request, onHits, token);
     }
     std::unordered_map<std::string, TextIndex::Known> known(
         const std::vector<URL>& roots) const override {
@@ -107,6 +108,30 @@ TEST_F(SearchTexts, takesTheWordOfAnIndexThatKnowsTheFileAsItIs) {
     index(root.file("plain.txt", "the total due"), "something else");
     EXPECT_THAT(find(options({"total due"})), ElementsAre("scan.pdf"));
     EXPECT_EQ(lookup->asked, 0);
+}
+
+TEST_F(SearchTexts, findsEachOfManyHitsOnce) {
+    for (int i = 0; i < 700; ++i)
+        index(root.file(std::to_string(i % 7) + "/" + std::to_string(i) + ".txt", "the total due"),
+              "the total due");
+    auto search = options({"total due"});
+    EXPECT_EQ(find(search).size(), 700U);
+    search.limit = 300;
+    EXPECT_EQ(find(search).size(), 300U);
+}
+
+TEST_F(SearchTexts, readsNoTagsThatNobodyWantsOrAsksFor) {
+    const URL known = root.file("known.txt", "the total due");
+    index(known, "the total due");
+    const URL unknown = root.file("unknown.txt", "the total due");
+    for (const URL& url : {known, unknown}) FileTags::write({"Work\n4"}, url);
+    for (const bool tags : {true, false}) {
+        auto search = options({"total due"});
+        search.tags = tags;
+        const auto items = SearchTask(std::move(search)).runAll();
+        EXPECT_EQ(items.size(), 2U);
+        for (const FileItem& item : items) EXPECT_EQ(item.tags.empty(), !tags) << item.name;
+    }
 }
 
 TEST_F(SearchTexts, readsWhatHasChangedSinceItWasIndexed) {

@@ -232,6 +232,8 @@ std::string LinuxFileSystem::readFile(const URL& url, std::size_t limit) const {
         if (got < 0) fail(errno, "read");
         if (got == 0) break;
         length += static_cast<std::size_t>(got);
+        // As long as was said, and nothing behind it.
+        if (length == promised && length < content.size()) break;
     }
     content.resize(length);
     return content;
