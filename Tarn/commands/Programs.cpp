@@ -1,6 +1,7 @@
 #include "Tarn/commands/Programs.h"
 
 #include <cerrno>
+#include <system_error>
 
 #include <sys/wait.h>
 
@@ -10,6 +11,7 @@
 #include <unistd.h>
 
 #include "Tarn/commands/DesktopEntry.h"
+#include "TarnCore/platform/ProcessStart.h"
 
 namespace tarn::Programs {
 namespace {
@@ -77,36 +79,24 @@ std::optional<Call> editor(const std::string& setting, const std::string& termin
 
 bool start(const Call& call) {
     // `setsid --fork` lets go of the program at once, so that it outlives us and leaves no zombie.
-    // Names are bytes, which QProcess would not pass on.
+    const auto setsid = DesktopEntries::executable("setsid");
+    if (!setsid) return false;
     Words words = {"setsid", "--fork"};
     words.insert(words.end(), call.words.begin(), call.words.end());
-    std::vector<char*> arguments;
-    for (std::string& word : words) arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-
-    posix_spawn_file_actions_t files;
-    posix_spawn_file_actions_init(&files);
-    posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    const std::string folder = call.folder ? call.folder->path() : std::string();
-    if (!folder.empty()) posix_spawn_file_actions_addchdir_np(&files, folder.c_str());
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t none;
-    sigemptyset(&none);
-    posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
-    pid_t child = 0;
-    const int failure =
-        posix_spawnp(&child, "setsid", &files, &attributes, arguments.data(), environ);
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&files);
-    if (failure != 0) return false;
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0)
-        if (errno != EINTR) return false;
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    ProcessStart process;
+    process.giveNull(STDIN_FILENO, O_RDONLY);
+    process.giveNull(STDOUT_FILENO, O_WRONLY);
+    process.giveNull(STDERR_FILENO, O_WRONLY);
+    if (call.folder) process.setFolder(*call.folder);
+    try {
+        const pid_t child = process.start(URL::fromPath(*setsid), words);
+        int status = 0;
+        while (waitpid(child, &status, 0) < 0)
+            if (errno != EINTR) return false;
+        return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    } catch (const std::system_error&) {
+        return false;
+    }
 }
 
 }  // namespace tarn::Programs

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <set>
 
 #include <QtTest/QSignalSpy>
@@ -168,6 +169,43 @@ TEST_F(CommandsTest, revealTellsOfTheSelectionOrThePlace) {
     select("a.txt");
     ASSERT_TRUE(run("reveal"));
     EXPECT_EQ(asked, (std::vector<std::vector<URL>>{{folder_.url()}, {folder_ / "a.txt"}}));
+}
+
+TEST_F(CommandsTest, copiesTheTextsOfPicturesInTheirOrder) {
+    std::filesystem::copy_file(TARN_TEST_PICTURES "/invoice.png", (folder_ / "scan.png").path());
+    folder_.file("broken.png", "no picture");
+    pane().reload();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return pane().items().count() == 5; }));
+    pane().select({folder_ / "a.txt"});
+    EXPECT_FALSE(isEnabled("copyText"));
+    pane().select({folder_ / "a.txt", folder_ / "broken.png"});
+    ASSERT_TRUE(run("copyText"));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window->toast().has_value(); }, 30'000));
+    EXPECT_TRUE(window->toast()->isError) << "nothing can be read";
+    EXPECT_FALSE(app.clipboard().data());
+    window->dismissToast(window->toast()->id);
+    pane().select({folder_ / "broken.png", folder_ / "scan.png"});
+    ASSERT_TRUE(run("copyText"));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window->toast().has_value(); }, 30'000));
+    EXPECT_FALSE(window->toast()->isError) << window->toast()->message.toStdString();
+    ASSERT_TRUE(app.clipboard().data());
+    const QString text = app.clipboard().data()->text();
+    EXPECT_TRUE(text.contains(QStringLiteral("Invoice 2041"))) << text.toStdString();
+}
+
+TEST_F(CommandsTest, copiesPathsInTheFormatOfTheSettings) {
+    const AppSettings before = app.settings();
+    AppSettings settings = before;
+    settings.copyPathFormat = CopyPathFormat::fileURL;
+    app.setSettings(settings);
+    select("a.txt");
+    ASSERT_TRUE(run("copyPath"));
+    EXPECT_EQ(app.clipboard().data()->text().toStdString(), (folder_ / "a.txt").string());
+    pane().selection().clear();
+    ASSERT_TRUE(run("copyPath.quoted"));
+    EXPECT_EQ(app.clipboard().data()->text().toStdString(),
+              Paths::format(folder_.url(), CopyPathFormat::quoted));
+    app.setSettings(before);
 }
 
 // ---- The palette

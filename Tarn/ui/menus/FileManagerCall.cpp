@@ -9,8 +9,8 @@
 
 namespace tarn {
 
-void FileManagerCall::showItems(const std::vector<URL>& urls, QObject& context,
-                                std::function<void()> refused) {
+void FileManagerCall::showItems(const QDBusConnection& session, const std::vector<URL>& urls,
+                                QObject& context, std::function<void()> refused) {
     QStringList uris;
     for (const URL& url : urls) uris.append(QString::fromStdString(url.string()));
     QDBusMessage call = QDBusMessage::createMethodCall(
@@ -18,8 +18,7 @@ void FileManagerCall::showItems(const std::vector<URL>& urls, QObject& context,
         QStringLiteral("/org/freedesktop/FileManager1"),
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
     call.setArguments({uris, QString()});
-    auto* watcher =
-        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), &context);
+    auto* watcher = new QDBusPendingCallWatcher(session.asyncCall(call), &context);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &context,
                      [watcher, refused = std::move(refused)] {
                          watcher->deleteLater();

@@ -1,8 +1,11 @@
 #include "Tarn/ui/menus/WindowActions.h"
 
+#include <algorithm>
+#include <iterator>
 #include <set>
 #include <utility>
 
+#include <QtDBus/QDBusConnection>
 #include <QtGui/QAction>
 #include <QtGui/QActionGroup>
 #include <QtGui/QKeyEvent>
@@ -43,6 +46,12 @@ const struct {
      CopyPathFormat::quoted},
     {"copyPath.url", QT_TRANSLATE_NOOP("tarn::WindowActions", "File URL"), CopyPathFormat::fileURL},
 };
+
+/// What a line stands above in the menus: the beginnings of what belongs together.
+constexpr std::string_view beginnings[] = {
+    "desktop",  "cleanup",   "connect",    "inspector", "refresh",     "transfers", "search",
+    "reveal",   "rename",    "copy",       "copyPath",  "compress",    "terminal",  "trash",
+    "copyText", "selectAll", "saveSearch", "tab.new",   "music.toggle"};
 
 bool isText(const QWidget* widget) {
     return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QTextEdit*>(widget) ||
@@ -172,14 +181,16 @@ void WindowActions::setWindow(WindowModel* model) {
         connect(model, changed, connections_, [this] { updateSoon(); });
     connect(model, &WindowModel::panesChanged, connections_, [this] { followPanes(); });
     connect(model, &WindowModel::showsPaletteChanged, connections_, [this] { showPalette(); });
-    connect(
-        model, &WindowModel::revealRequested, connections_, [this](const std::vector<URL>& urls) {
-            FileManagerCall::showItems(urls, *connections_, [this, urls] {
-                // There is no other file manager: then it is shown here.
-                if (model_ && !urls.empty())
-                    model_->active().navigate(Location::folder(urls.front().parent()), true, urls);
+    connect(model, &WindowModel::revealRequested, connections_,
+            [this](const std::vector<URL>& urls) {
+                FileManagerCall::showItems(
+                    QDBusConnection::sessionBus(), urls, *connections_, [this, urls] {
+                        // There is no other file manager: then it is shown here.
+                        if (model_ && !urls.empty())
+                            model_->active().navigate(Location::folder(urls.front().parent()), true,
+                                                      urls);
+                    });
             });
-        });
     if (TabGroup* group = model->group()) {
         for (const auto changed : {&TabGroup::tabOpened})
             connect(group, changed, connections_, [this] { updateSoon(); });
@@ -230,6 +241,7 @@ void WindowActions::fillGroup(QMenu& menu, std::string_view group) {
     connect(&menu, &QMenu::aboutToShow, this, &WindowActions::update);
     for (const TarnCommand& command : CommandRegistry::all()) {
         if (command.group != group) continue;
+        if (std::ranges::find(beginnings, command.id) != std::end(beginnings)) menu.addSeparator();
         if (!command.id.starts_with("copyPath")) {
             menu.addAction(action(command.id));
             continue;
