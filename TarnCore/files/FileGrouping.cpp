@@ -1,8 +1,8 @@
 #include "TarnCore/files/FileGrouping.h"
 
 #include <algorithm>
+#include <numeric>
 #include <tuple>
-#include <unordered_map>
 
 #include <nlohmann/json.hpp>
 
@@ -84,20 +84,19 @@ std::pair<std::string, std::int64_t> dateKey(std::optional<Date> date, Date now,
     return {locale.monthName(day.month), 100 - day.month};
 }
 
-std::vector<FileGroup> groups(std::vector<FileItem> items, GroupField field, Date now,
-                              const Calendar& calendar, const Locale& locale) {
-    const auto keyOf = [&](const FileItem& item) -> Key {
-        switch (field) {
+std::size_t Dealer::group(const FileItem& item) {
+    const auto keyOf = [&]() -> Key {
+        switch (field_) {
             case GroupField::none:
                 return {"", 0};
             case GroupField::kind:
                 return kindKey(item);
             case GroupField::modified:
-                return dateKey(item.modified, now, calendar, locale);
+                return dateKey(item.modified, now_, calendar_, locale_);
             case GroupField::created:
-                return dateKey(item.created, now, calendar, locale);
+                return dateKey(item.created, now_, calendar_, locale_);
             case GroupField::added:
-                return dateKey(item.added, now, calendar, locale);
+                return dateKey(item.added, now_, calendar_, locale_);
             case GroupField::size:
                 return sizeKey(item);
             case GroupField::tags:
@@ -105,25 +104,35 @@ std::vector<FileGroup> groups(std::vector<FileItem> items, GroupField field, Dat
         }
         return {"", 0};
     };
+    auto [title, order] = keyOf();
+    const auto [place, isNew] = byTitle_.try_emplace(title, groups_.size());
+    if (isNew) groups_.push_back({std::move(title), order});
+    return place->second;
+}
 
-    struct Ordered {
-        std::int64_t order;
-        FileGroup group;
-    };
-    std::vector<Ordered> found;
-    std::unordered_map<std::string, std::size_t> positions;  // by title
-    for (FileItem& item : items) {
-        auto [title, order] = keyOf(item);
-        const auto [place, isNew] = positions.try_emplace(title, found.size());
-        if (isNew) found.push_back({order, {std::move(title), {}}});
-        found[place->second].group.items.push_back(std::move(item));
-    }
-    std::sort(found.begin(), found.end(), [](const Ordered& a, const Ordered& b) {
-        return std::tie(a.order, a.group.title) < std::tie(b.order, b.group.title);
+std::vector<std::size_t> Dealer::order() const {
+    std::vector<std::size_t> all(groups_.size());
+    std::iota(all.begin(), all.end(), std::size_t{0});
+    std::sort(all.begin(), all.end(), [this](std::size_t a, std::size_t b) {
+        return std::tie(groups_[a].order, groups_[a].title) <
+               std::tie(groups_[b].order, groups_[b].title);
     });
+    return all;
+}
+
+std::vector<FileGroup> groups(std::vector<FileItem> items, GroupField field, Date now,
+                              const Calendar& calendar, const Locale& locale) {
+    Dealer dealer(field, now, calendar, locale);
+    std::vector<std::vector<FileItem>> dealt;
+    for (FileItem& item : items) {
+        const std::size_t group = dealer.group(item);
+        if (group == dealt.size()) dealt.emplace_back();
+        dealt[group].push_back(std::move(item));
+    }
     std::vector<FileGroup> result;
-    result.reserve(found.size());
-    for (Ordered& ordered : found) result.push_back(std::move(ordered.group));
+    result.reserve(dealt.size());
+    for (const std::size_t group : dealer.order())
+        result.push_back({dealer.title(group), std::move(dealt[group])});
     return result;
 }
 

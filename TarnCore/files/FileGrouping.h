@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -38,6 +39,30 @@ std::string_view title(GroupField field);
 /// without a title.
 std::vector<FileGroup> groups(std::vector<FileItem> items, GroupField field, Date now,
                               const Calendar& calendar, const Locale& locale);
+
+/// Deals items out to groups one by one, for who keeps the items elsewhere.
+class Dealer {
+public:
+    Dealer(GroupField field, Date now, const Calendar& calendar, const Locale& locale)
+        : field_(field), now_(now), calendar_(calendar), locale_(locale) {}
+    /// The number of the item's group; they count from 0 in the order in which they turn up.
+    std::size_t group(const FileItem& item);
+    const std::string& title(std::size_t group) const { return groups_[group].title; }
+    /// The groups that there are, in the order in which they are shown.
+    std::vector<std::size_t> order() const;
+
+private:
+    struct Group {
+        std::string title;
+        std::int64_t order;
+    };
+    const GroupField field_;
+    const Date now_;
+    const Calendar calendar_;
+    const Locale locale_;
+    std::vector<Group> groups_;
+    std::unordered_map<std::string, std::size_t> byTitle_;
+};
 
 /// The header and its place for a date: "Today", "Yesterday", "Previous 7 Days", "Previous 30
 /// Days", a month of this year, an earlier year, and last "No Date".
