@@ -23,6 +23,12 @@ struct Tagged {
 std::vector<Tagged> find(const std::function<bool(const std::string& stored)>& matches,
                          const CancelToken& token);
 
+/// The same below other folders, told folder by folder as they are found: `onFound` is called on
+/// several threads at once.
+void walk(const std::function<bool(const std::string& stored)>& matches,
+          const std::vector<URL>& roots, const std::function<void(std::vector<Tagged>)>& onFound,
+          const CancelToken& token);
+
 }  // namespace TagWalk
 
 }  // namespace tarn
