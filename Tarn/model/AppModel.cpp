@@ -217,6 +217,7 @@ void AppModel::flush() {
     lists_.flush();
     history_.flush();
     tagColors_.flush();
+    listColumns_.flush();
 }
 
 }  // namespace tarn

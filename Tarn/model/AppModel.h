@@ -18,6 +18,7 @@
 #include "Tarn/model/Clipboard.h"
 #include "Tarn/model/DriveService.h"
 #include "Tarn/model/HistoryModel.h"
+#include "Tarn/model/ListColumns.h"
 #include "Tarn/model/ListingCache.h"
 #include "Tarn/model/TagColors.h"
 #include "Tarn/model/TransferList.h"
@@ -53,6 +54,7 @@ public:
     ActivityList& activities() { return activities_; }
     ArchiveMembers& archiveMembers() { return archiveMembers_; }
     TagColors& tagColors() { return tagColors_; }
+    ListColumns& listColumns() { return listColumns_; }
 
     const AppSettings& settings() const { return settings_; }
     void setSettings(AppSettings settings);
@@ -145,6 +147,7 @@ private:
     std::unique_ptr<TransferList> transfers_;  ///< Ends before the history does.
     bool servicesStarted_ = false;
     TagColors tagColors_{pool_};
+    ListColumns listColumns_;
     ArchiveMembers archiveMembers_;
     QPointer<ActivityTask> emptying_;
     ActivityList activities_;  ///< Ends before what its jobs use.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Tarn/model/SourceNames.h"
 #include "TarnCore/base/Collation.h"
 #include "TarnCore/files/DirectoryLister.h"
 
@@ -37,7 +38,7 @@ SharedRows FolderListing::allRows(const URL& folder, bool includeHidden, const S
                                   const CancelToken& token) {
     auto items = DirectoryLister::list(folder, includeHidden, token);
     if (token.isCancelled()) return std::make_shared<const PaneRows>(std::move(items));
-    return std::make_shared<const PaneRows>(sort.sort(std::move(items)));
+    return std::make_shared<const PaneRows>(SourceNames::shared().sorted(std::move(items), sort));
 }
 
 SharedRows FolderListing::withTags(const SharedRows& rows, const SortOrder& sort) {
@@ -46,7 +47,7 @@ SharedRows FolderListing::withTags(const SharedRows& rows, const SortOrder& sort
     for (const FileItem& item : rows->items()) urls.push_back(item.url);
     auto tags = DirectoryLister::loadTags(urls);
     if (tags.empty()) return nullptr;
-    std::vector<FileItem> items = rows->items();
+    std::vector<FileItem> items(rows->items().begin(), rows->items().end());
     for (FileItem& item : items) {
         if (const auto found = tags.find(item.url); found != tags.end())
             item.tags = std::move(found->second);

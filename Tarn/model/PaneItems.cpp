@@ -1,7 +1,10 @@
 #include "Tarn/model/PaneItems.h"
 
+#include <utility>
+
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/SourceNames.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
@@ -19,7 +22,11 @@ const char* const absent = "—";
 PaneItems::PaneItems(TaskPool& pool, QObject* parent)
     : QAbstractTableModel(parent),
       pool_(pool),
-      rows_(std::make_shared<const PaneRows>(std::vector<FileItem>())) {}
+      rows_(std::make_shared<const PaneRows>(std::vector<FileItem>())) {
+    readTimer_.setSingleShot(true);
+    readTimer_.setInterval(0);
+    connect(&readTimer_, &QTimer::timeout, this, &PaneItems::readSources);
+}
 
 void PaneItems::show(SharedRows rows) {
     Q_ASSERT(MainThread::isCurrent());
@@ -60,6 +67,14 @@ std::optional<SortField> PaneItems::sortField(PaneColumn column) {
             return SortField::size;
         case PaneColumn::kind:
             return SortField::kind;
+        case PaneColumn::created:
+            return SortField::created;
+        case PaneColumn::added:
+            return SortField::added;
+        case PaneColumn::tags:
+            return SortField::tags;
+        case PaneColumn::source:
+            return SortField::source;
         case PaneColumn::folder:
             return std::nullopt;
     }
@@ -85,8 +100,34 @@ QString PaneItems::text(const FileItem& item, PaneColumn column) const {
             return displayText(item.kindDescription);
         case PaneColumn::folder:
             return displayText(Paths::abbreviate(item.url.parent()));
+        case PaneColumn::created:
+            return QString::fromStdString(Format::date(item.created));
+        case PaneColumn::added:
+            return QString::fromStdString(Format::date(item.added));
+        case PaneColumn::source:
+            return source(item);
+        case PaneColumn::tags:
+            return displayText(Text::join(item.tags, ", "));
     }
     return {};
+}
+
+QString PaneItems::source(const FileItem& item) const {
+    if (const auto known = SourceNames::shared().known(item)) return displayText(*known);
+    unread_.push_back(item);
+    if (!readTimer_.isActive()) readTimer_.start();
+    return {};
+}
+
+void PaneItems::readSources() {
+    pool_.run([items = std::exchange(unread_, {}), self = QPointer<PaneItems>(this)] {
+        SourceNames::shared().read(items);
+        MainThread::post(self, [](PaneItems& rows) {
+            const int column = static_cast<int>(PaneColumn::source);
+            if (!rows.isEmpty())
+                emit rows.dataChanged(rows.index(0, column), rows.index(rows.count() - 1, column));
+        });
+    });
 }
 
 QVariant PaneItems::data(const QModelIndex& index, int role) const {

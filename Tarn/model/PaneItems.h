@@ -5,15 +5,14 @@
 
 #include <QtCore/QAbstractTableModel>
 #include <QtCore/QString>
+#include <QtCore/QTimer>
 
+#include "Tarn/model/ListColumns.h"
 #include "Tarn/model/PaneRows.h"
 #include "TarnCore/base/TaskPool.h"
 #include "TarnCore/files/SortOrder.h"
 
 namespace tarn {
-
-enum class PaneColumn { name, modified, size, kind, folder };
-inline constexpr int paneColumnCount = 5;
 
 /// The rows of one pane as views read them.
 ///
@@ -30,7 +29,11 @@ public:
     int count() const { return static_cast<int>(rows_->size()); }
     bool isEmpty() const { return rows_->size() == 0; }
     /// `row` is in range.
-    const FileItem& item(int row) const { return rows_->items()[static_cast<std::size_t>(row)]; }
+    const FileItem& item(int row) const { return rows_->item(static_cast<std::size_t>(row)); }
+    /// How many unfolded folders the row lies in.
+    int depth(int row) const {
+        return static_cast<int>(rows_->depth(static_cast<std::size_t>(row)));
+    }
     std::optional<int> row(const URL& url) const;
 
     /// The first row at or after `from`, going round, whose name begins with `prefix`, case and
@@ -51,8 +54,13 @@ public:
 
 private:
     QString text(const FileItem& item, PaneColumn column) const;
+    /// Empty until it was read, which is asked for.
+    QString source(const FileItem& item) const;
+    void readSources();
 
     TaskPool& pool_;
+    mutable std::vector<FileItem> unread_;  ///< Rows whose source someone wants to see.
+    mutable QTimer readTimer_;
     SharedRows rows_;
 };
 

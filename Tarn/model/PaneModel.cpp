@@ -8,6 +8,7 @@
 #include "Tarn/model/ContentIndexService.h"
 #include "Tarn/model/FolderListing.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/SourceNames.h"
 #include "TarnCore/files/DirectoryLister.h"
 #include "TarnCore/files/Paths.h"
 
@@ -30,11 +31,13 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
       items_(app.pool()),
       showsHidden_(showsHidden),
       listing_(items_.rows()),
+      tree_(app.pool()),
+      overview_(app.pool(), app.tagColors()),
       searchScope_(app.settings().defaultSearchScope) {
     Q_ASSERT(MainThread::isCurrent());
     refreshTimer_.setSingleShot(true);
     refreshTimer_.setInterval(0);
-    connect(&refreshTimer_, &QTimer::timeout, this, &PaneModel::reload);
+    connect(&refreshTimer_, &QTimer::timeout, this, &PaneModel::relist);
     searchTimer_.setSingleShot(true);
     searchTimer_.setInterval(static_cast<int>(searchDelay * 1000));
     connect(&searchTimer_, &QTimer::timeout, this, &PaneModel::runSearch);
@@ -55,6 +58,11 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
     });
     connect(&app, &AppModel::cutURLsChanged, this, &PaneModel::cutChanged);
     connect(&watcher_, &PaneWatcher::changed, this, &PaneModel::refreshSoon);
+    connect(&tree_, &PaneTree::changed, this, &PaneModel::arrange);
+    connect(&tree_, &PaneTree::failed, this, &PaneModel::unfoldingFailed);
+    connect(&app.lists(), &UserLists::smartFoldersChanged, this, &PaneModel::smartFoldersChanged);
+    connect(&live_, &LiveList::rowsChanged, this, &PaneModel::liveRowsChanged);
+    connect(&live_, &LiveList::finished, this, &PaneModel::liveEnded);
     connect(&app.tagColors(), &TagColors::changed, this, &PaneModel::tagColorsChanged);
     connect(&search_, &PaneSearch::rowsChanged, this, &PaneModel::resultsChanged);
     connect(&search_.snippets(), &PaneSnippets::changed, this, &PaneModel::snippetsChanged);
@@ -66,12 +74,15 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
 PaneModel::~PaneModel() { moveOn(); }
 
 void PaneModel::moveOn() {
+    missedChanges_ = false;  // They belong to what is left.
     endRename();
     nameWhenListed_.reset();
     ++generation_;
     listToken_.cancel();
     isListing_ = false;
-    missedChanges_ = false;
+    ++arranging_;
+    isArranging_ = false;
+    live_.stop();
     refreshTimer_.stop();
     lateWatchTimer_.stop();
     listUnlessBegun_ = {};
@@ -98,6 +109,7 @@ void PaneModel::navigate(const Location& to, bool addToHistory, std::vector<URL>
     ++navigationID_;
     selectWhenListed_ = std::move(select);
     listing_ = std::make_shared<const PaneRows>(std::vector<FileItem>());
+    tree_.clear();
     selection_.clear();
     items_.show(listing_);
     applyPrefs();
@@ -154,9 +166,14 @@ void PaneModel::applyPrefs() {
                           {SortField::name, true, settings.foldersFirst},
                           app_.iconSize(),
                           std::nullopt};
+    // What was opened last is most likely what is looked for.
+    if (location_ == Location::library(LibraryItem::recents))
+        prefs.sort = {SortField::modified, false, settings.foldersFirst};
     if (location_.isFolder()) prefs = app_.viewPrefs(location_.url).value_or(prefs);
     setViewMode(prefs.viewMode);
     setIconSize(prefs.iconSize);
+    setGroupBy(prefs.groupBy.value_or(GroupField::none));
+    setCloudFilter(CloudFilter::all);
     if (sort_ != prefs.sort) {
         sort_ = prefs.sort;
         emit sortChanged();
@@ -166,7 +183,9 @@ void PaneModel::applyPrefs() {
 
 void PaneModel::savePrefs() {
     if (applyingPrefs_ || !location_.isFolder()) return;
-    app_.setViewPrefs(location_.url, {viewMode_, sort_, iconSize_, std::nullopt});
+    std::optional<GroupField> groupBy;
+    if (this->groupBy() != GroupField::none) groupBy = this->groupBy();
+    app_.setViewPrefs(location_.url, {viewMode_, sort_, iconSize_, groupBy});
 }
 
 void PaneModel::setViewMode(ViewMode mode) {
@@ -174,6 +193,7 @@ void PaneModel::setViewMode(ViewMode mode) {
     viewMode_ = mode;
     savePrefs();
     emit viewModeChanged();
+    if (!tree_.isEmpty() && !applyingPrefs_) arrange();
 }
 
 void PaneModel::setIconSize(double size) {
@@ -193,13 +213,17 @@ void PaneModel::sortBy(SortField field) {
     savePrefs();
     isRanked_ = false;
     emit sortChanged();
-    resortListing();
+    if (location_.isQuery())
+        live_.setSort(sort_);
+    else
+        resortListing();
     if (query_) search_.setOrder(sort_, isRanked_);
 }
 
 void PaneModel::setShowsHidden(bool shows) {
     if (shows == showsHidden_) return;
     showsHidden_ = shows;
+    tree_.setShowsHidden(shows);
     if (!hasLocation_) return;
     if (query_) startSearch();
     moveOn();
@@ -214,6 +238,12 @@ void PaneModel::load() {
     isPartial_ = false;
     shownEntries_.reset();
     isLoading_ = hasListing();
+    overview_.show(location_.which);
+    if (location_.isQuery()) {
+        watcher_.stop();
+        loadLive();
+        return;
+    }
     if (!hasListing()) {
         watcher_.stop();
         emit stateChanged();
@@ -263,6 +293,19 @@ void PaneModel::watchAndList() {
 }
 
 void PaneModel::reload() {
+    tree_.reload();
+    overview_.refresh();
+    relist();
+}
+
+void PaneModel::relist() {
+    if (location_.isQuery()) {
+        if (listingError_)
+            load();
+        else
+            live_.repeat();
+        return;
+    }
     if (!hasListing()) return;
     // A folder that changes all the time must not keep its listing from ever ending.
     if (isListing_) {
@@ -298,7 +341,8 @@ std::function<void()> PaneModel::listing() {
 }
 
 std::function<void()> PaneModel::folderListing() {
-    const bool wantsFirst = isLoading_;
+    // The first names are not the first rows where these are grouped.
+    const bool wantsFirst = isLoading_ && groupBy() == GroupField::none;
     return [folder = location_.url, hidden = showsHidden_, sort = sort_, token = listToken_,
             wantsFirst, generation = generation_, cache = app_.sharedListings(),
             self = QPointer<PaneModel>(this)] {
@@ -331,15 +375,10 @@ std::function<void()> PaneModel::folderListing() {
 void PaneModel::showListing(SharedRows rows, const SortOrder& sort, bool isPartial) {
     listing_ = std::move(rows);
     isPartial_ = isPartial;
+    isSettled_ = !isPartial && !missedChanges_;
     listingError_.reset();
-    if (!showsResults_) showRows(listing_);
-    if (!selectWhenListed_.empty()) {
-        select(selectWhenListed_);
-        // Another listing follows, and this one may have begun before the items were there.
-        if (!isPartial && !missedChanges_) selectWhenListed_.clear();
-    }
-    if (nameWhenListed_ && items_.row(*nameWhenListed_)) beginRename(*nameWhenListed_);
-    if (sort != sort_ && !isPartial) resortListing();
+    arrange();
+    if (sort != sort_ && !isPartial && !location_.isQuery()) resortListing();
 }
 
 void PaneModel::listingEnded() {
@@ -360,7 +399,7 @@ void PaneModel::listingFailed(const ListingError& error) {
     deadlineTimer_.stop();
     listingError_ = error;
     listing_ = std::make_shared<const PaneRows>(std::vector<FileItem>());
-    if (!showsResults_) showRows(listing_);
+    arrange();
     emit stateChanged();
 }
 
@@ -382,77 +421,14 @@ void PaneModel::resortListing() {
     if (listing_->items().empty()) return;
     app_.pool().run([rows = listing_, sort = sort_, generation = generation_,
                      self = QPointer<PaneModel>(this)] {
-        auto sorted = std::make_shared<const PaneRows>(sort.sort(rows->items()));
+        auto sorted = std::make_shared<const PaneRows>(
+            SourceNames::shared().sorted({rows->items().begin(), rows->items().end()}, sort));
         MainThread::post(self, [generation, old = rows, sorted, sort](PaneModel& pane) {
             if (generation != pane.generation_ || pane.listing_ != old || sort != pane.sort_)
                 return;
             pane.showListing(sorted, sort, pane.isPartial_);
         });
     });
-}
-
-// --- Rows and selection
-
-void PaneModel::showRows(const SharedRows& rows) {
-    if (rows == items_.rows()) return;
-    std::vector<URL> selected;
-    std::optional<URL> current;
-    const int currentRow = selection_.currentIndex().row();
-    for (const QItemSelectionRange& range : selection_.selection()) {
-        for (int row = range.top(); row <= range.bottom(); ++row)
-            selected.push_back(items_.item(row).url);
-    }
-    if (selection_.currentIndex().isValid())
-        current = items_.item(selection_.currentIndex().row()).url;
-    items_.show(rows);
-    if (!selected.empty()) select(selected);
-    if (current) {
-        // The keyboard goes on from where an item was that has gone.
-        const int row = items_.row(*current).value_or(std::min(currentRow, items_.count() - 1));
-        if (row >= 0)
-            selection_.setCurrentIndex(items_.index(row, 0), QItemSelectionModel::NoUpdate);
-    }
-    emit rowsChanged();
-}
-
-void PaneModel::select(const std::vector<URL>& urls) {
-    std::vector<int> rows;
-    rows.reserve(urls.size());
-    for (const URL& url : urls) {
-        if (const auto row = items_.row(url)) rows.push_back(*row);
-    }
-    std::sort(rows.begin(), rows.end());
-    QItemSelection ranges;
-    const int lastColumn = paneColumnCount - 1;
-    for (std::size_t i = 0; i < rows.size();) {
-        std::size_t end = i + 1;
-        while (end < rows.size() && rows[end] == rows[end - 1] + 1) ++end;
-        ranges.append(
-            QItemSelectionRange(items_.index(rows[i], 0), items_.index(rows[end - 1], lastColumn)));
-        i = end;
-    }
-    selection_.select(ranges, QItemSelectionModel::ClearAndSelect);
-    if (!rows.empty())
-        selection_.setCurrentIndex(items_.index(rows.front(), 0), QItemSelectionModel::NoUpdate);
-}
-
-void PaneModel::selectWhenListed(std::vector<URL> urls) {
-    selectWhenListed_ = std::move(urls);
-    reload();
-}
-
-bool PaneModel::isCut(const URL& url) const { return app_.isCut(url); }
-
-std::vector<FileItem> PaneModel::selectedItems() const {
-    std::vector<int> rows;
-    for (const QItemSelectionRange& range : selection_.selection()) {
-        for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(row);
-    }
-    std::sort(rows.begin(), rows.end());
-    std::vector<FileItem> items;
-    items.reserve(rows.size());
-    for (const int row : rows) items.push_back(items_.item(row));
-    return items;
 }
 
 }  // namespace tarn

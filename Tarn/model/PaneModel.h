@@ -12,12 +12,17 @@
 #include <QtCore/QTimer>
 
 #include "Tarn/model/ArchiveCache.h"
+#include "Tarn/model/LiveList.h"
 #include "Tarn/model/PaneHistory.h"
 #include "Tarn/model/PaneItems.h"
 #include "Tarn/model/PaneSearch.h"
+#include "Tarn/model/PaneTree.h"
 #include "Tarn/model/PaneWatcher.h"
+#include "Tarn/model/PlaceOverview.h"
+#include "Tarn/model/RowArrangement.h"
 #include "Tarn/model/records/FolderViewPrefs.h"
 #include "Tarn/model/records/Location.h"
+#include "Tarn/model/records/SmartFolder.h"
 #include "TarnCore/base/CancelToken.h"
 #include "TarnCore/files/ListingError.h"
 #include "TarnCore/search/SearchQuery.h"
@@ -41,6 +46,8 @@ public:
 
     UUID id() const { return id_; }
     const Location& location() const { return location_; }
+    /// What the place is called.
+    std::string title() const;
     PaneItems& items() { return items_; }
     const PaneItems& items() const { return items_; }
 
@@ -63,6 +70,8 @@ public:
     void reload();
     /// The same, once for a burst of calls.
     void refreshSoon();
+    /// Something has become of these files, as far as they are shown here.
+    void lookAgain(const std::vector<URL>& urls);
 
     /// What is selected, shared by all views of the pane and kept by URL when rows are replaced.
     QItemSelectionModel& selection() { return selection_; }
@@ -97,13 +106,35 @@ public:
     void setViewMode(ViewMode mode);
     double iconSize() const { return iconSize_; }
     void setIconSize(double size);
+    /// The columns of lists, which all panes share.
+    ListColumns& columns();
     const SortOrder& sort() const { return sort_; }
     /// Picks a field, or turns the direction of the one that is picked.
     void sortBy(SortField field);
+    GroupField groupBy() const { return arrangement_.groupBy; }
+    void setGroupBy(GroupField field);
+    /// The headings that the rows have; none when they are not grouped, and for results.
+    const std::vector<RowGroup>& groups() const { return items_.rows()->groups(); }
+    /// Shows the items below a heading, or the heading alone.
+    void setGroupFolded(const std::string& title, bool isFolded);
+    CloudFilter cloudFilter() const { return arrangement_.cloudFilter; }
+    void setCloudFilter(CloudFilter filter);
     bool showsHidden() const { return showsHidden_; }
     void setShowsHidden(bool shows);
 
-    bool isLoading() const { return isLoading_; }
+    /// Folders open in the list, with what is in them below them.
+    bool showsTree() const;
+    bool isUnfolded(const URL& folder) const { return tree_.isUnfolded(folder); }
+    void loadChildren(const URL& folder);
+    void foldChildren(const URL& folder) { tree_.fold(folder); }
+    /// Null for a folder that is not unfolded, or not read yet.
+    SharedRows children(const URL& folder) const { return tree_.children(folder); }
+    std::map<URL, SharedRows> treeChildren() const { return tree_.treeChildren(); }
+
+    /// Of the tags and of the sources, where the pane shows these.
+    PlaceOverview& overview() { return overview_; }
+
+    bool isLoading() const { return isLoading_ || isArranging_; }
     /// The rows so far are only the first of many.
     bool isPartial() const { return isPartial_; }
     const std::optional<ListingError>& listingError() const { return listingError_; }
@@ -113,7 +144,10 @@ public:
     /// shows its place and no search.
     const std::optional<SearchQuery>& query() const { return query_; }
     SearchScopeSetting searchScope() const { return searchScope_; }
-    bool isSearching() const { return search_.isRunning(); }
+    /// The query of the search, or of the place when no search is shown, is still running.
+    bool isSearching() const { return query_ ? search_.isRunning() : live_.isRunning(); }
+    /// The place holds more than is shown.
+    bool isCut() const { return !showsResults_ && live_.isCut(); }
     const PaneSearch& search() const { return search_; }
     /// Results were found by what files say, so that each row has a line of that to show.
     bool showsSnippets() const { return showsResults_ && search_.asksForTexts(); }
@@ -148,6 +182,11 @@ signals:
     void searchChanged();  ///< Text, query or scope.
     void viewModeChanged();
     void sortChanged();
+    /// The grouping was changed; the rows follow with rowsChanged().
+    void groupsChanged();
+    void cloudFilterChanged();
+    /// A folder cannot be unfolded, for this reason.
+    void unfoldingFailed(const QString& sentence);
     void iconSizeChanged();
     /// What isCut() answers has changed.
     void cutChanged();
@@ -159,6 +198,8 @@ signals:
     void snippetsChanged();
 
 private:
+    /// reload() of the place alone.
+    void relist();
     void applyPrefs();
     void savePrefs();
     void load();
@@ -168,6 +209,19 @@ private:
     std::function<void()> archiveListing();
     /// The place is a folder, on the disk or in an archive; others have a screen of their own.
     bool hasListing() const { return location_.isFolder() || location_.isArchive(); }
+    /// Of a place that is a query; absent for a saved search that does not exist.
+    std::optional<LiveQuery> liveQuery();
+    LiveQuery searchOf(SearchQuery query, SearchScopeSetting scope);
+    /// A search in such a place finds only what belongs to it; a tag does not narrow it.
+    SearchQuery narrowed(SearchQuery query);
+    void loadLive();
+    void smartFoldersChanged();
+    void liveRowsChanged();
+    void liveEnded();
+    /// Shows the listing as it is arranged now.
+    void arrange();
+    void showArranged(const SharedRows& rows);
+    void settleSelection();
     void startListing();
     void watchAndList();
     void showListing(SharedRows rows, const SortOrder& sort, bool isPartial);
@@ -182,6 +236,8 @@ private:
     /// The index of file contents answers differently than before.
     void textsChanged();
     std::vector<URL> searchRoots() const;
+    /// Lets a search read the documents that no index knows.
+    FileTexts::ReadDocument documentReading();
     SearchQuery parsed(const std::string& text) const;
     /// Drops every answer that is under way.
     void moveOn();
@@ -198,6 +254,7 @@ private:
     ViewMode viewMode_ = ViewMode::grid;
     SortOrder sort_;
     double iconSize_ = 96;
+    RowArrangement arrangement_;  ///< Its order and its tree are filled in when it is used.
     bool showsHidden_ = false;
     bool applyingPrefs_ = false;
 
@@ -207,6 +264,10 @@ private:
     std::optional<URL> renaming_;
     std::uint64_t generation_ = 0;  ///< Counts loads; the answer of an older one is dropped.
     CancelToken listToken_;
+    /// No other listing follows, and this one did not begin before the items to select were there.
+    bool isSettled_ = false;
+    std::uint64_t arranging_ = 0;  ///< Counts arrangements; an older one is dropped.
+    bool isArranging_ = false;     ///< The rows lag behind the listing.
     bool isLoading_ = false;
     bool isListing_ = false;
     bool isPartial_ = false;
@@ -218,6 +279,10 @@ private:
     QTimer lateWatchTimer_;
     std::function<void()> listUnlessBegun_;
     PaneWatcher watcher_;
+    PaneTree tree_;
+    LiveList live_;
+    std::optional<SmartFolder> shownSmartFolder_;  ///< As its query was run.
+    PlaceOverview overview_;
 
     std::string searchText_;
     std::optional<SearchQuery> query_;

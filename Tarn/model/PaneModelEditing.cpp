@@ -68,14 +68,20 @@ void PaneModel::beginRename(URL item) {
     if (showsMembers() || !items_.row(item) || renaming_ == item) return;
     select({item});
     renaming_ = std::move(item);
+    tree_.setHolds(true);
     emit renamingChanged();
 }
 
 void PaneModel::endRename() {
     if (!renaming_) return;
     renaming_.reset();
+    tree_.setHolds(false);
     emit renamingChanged();
-    if (std::exchange(missedChanges_, false)) refreshSoon();
+    if (!std::exchange(missedChanges_, false)) return;
+    if (location_.isQuery())
+        liveRowsChanged();
+    else
+        refreshSoon();
 }
 
 void PaneModel::renameWhenListed(const URL& item) {

@@ -36,7 +36,7 @@ void PaneModel::clearSearch(bool reload) {
     search_.cancel();
     if (showsResults_) {
         showsResults_ = false;
-        showRows(listing_);
+        arrange();
     }
     if (hadText) {
         emit searchChanged();
@@ -102,19 +102,18 @@ void PaneModel::startSearch() {
         search_.cancel();
         if (showsResults_) {
             showsResults_ = false;
-            showRows(listing_);
+            arrange();
         }
     } else {
         SearchOptions options;
-        options.query = *query_;
+        options.query = narrowed(*query_);
         options.roots = searchRoots();
         options.includeHidden = showsHidden_;
         options.hidesTrash = !Paths::isInTrash(options.roots.front());
         if (location_.isFolder()) options.currentFolder = location_.url;
         options.textIndex = IndexedTexts::shared();
+        if (!options.query.containing.empty()) options.readDocument = documentReading();
         if (!query_->containing.empty()) {
-            if (!documents_) documents_ = std::make_shared<TextReader>(TextReader::Options());
-            options.readDocument = FileTexts::reading(documents_);
             // Neither a blank nor a closing quotation mark has ended the phrase.
             options.lastWordIsPrefix = searchText_.ends_with(query_->containing.back());
         }
@@ -122,6 +121,11 @@ void PaneModel::startSearch() {
     }
     emit searchChanged();
     emit stateChanged();
+}
+
+FileTexts::ReadDocument PaneModel::documentReading() {
+    if (!documents_) documents_ = std::make_shared<TextReader>(TextReader::Options());
+    return FileTexts::reading(documents_);
 }
 
 void PaneModel::textsChanged() {
@@ -133,6 +137,8 @@ void PaneModel::textsChanged() {
 void PaneModel::resultsChanged() {
     const bool isFirst = !showsResults_;
     showsResults_ = true;
+    ++arranging_;
+    isArranging_ = false;
     if (isFirst) selection_.clear();
     showRows(search_.rows());
     if (isFirst) emit stateChanged();
@@ -144,10 +150,14 @@ const TextMatch* PaneModel::snippet(const FileItem& item) {
 
 void PaneModel::rowsSeen(int count) {
     if (showsResults_ && items_.rows() == search_.rows()) search_.rowsSeen(count);
+    if (!showsResults_ && items_.rows() == live_.rows()) live_.rowsSeen(count);
 }
 
 void PaneModel::holdRows() {
-    if (showsResults_) search_.holdRows();
+    if (showsResults_)
+        search_.holdRows();
+    else
+        live_.holdRows();
 }
 
 }  // namespace tarn

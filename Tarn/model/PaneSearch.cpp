@@ -3,6 +3,7 @@
 #include <unordered_set>
 
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/SourceNames.h"
 #include "TarnCore/search/SearchRanking.h"
 
 namespace tarn {
@@ -17,7 +18,7 @@ SharedRows noRows() { return std::make_shared<const PaneRows>(std::vector<FileIt
 
 SharedRows orderedRows(std::vector<FileItem> items, const SearchQuery& query, const SortOrder& sort,
                        bool isRanked, const SearchTask& task) {
-    items = sort.sort(std::move(items));
+    items = SourceNames::shared().sorted(std::move(items), sort);
     if (isRanked) {
         items = SearchRanking::rank(std::move(items), query, [&task](const FileItem& item) {
             return task.imageScore(item.url);
@@ -95,9 +96,7 @@ void PaneSearch::retireTask() {
     task_.reset();
 }
 
-bool PaneSearch::asksForTexts() const {
-    return !query_.containing.empty() || query_.textInImages;
-}
+bool PaneSearch::asksForTexts() const { return !query_.containing.empty() || query_.textInImages; }
 
 std::int64_t PaneSearch::visitedCount() const { return task_ ? task_->visitedCount() : 0; }
 
@@ -150,7 +149,9 @@ void PaneSearch::ordered(std::uint64_t run, std::uint64_t order, SharedRows rows
         return;
     }
     const bool isDone = isLast && !isDirty_;
-    rows_ = isDone && !isHeld_ ? std::move(rows) : keepingSeenRows(rows);
+    rows_ = isDone && !isHeld_
+                ? std::move(rows)
+                : PaneRows::keepingFirst(*rows_, rows, static_cast<std::size_t>(seen_));
     const bool wasRunning = isRunning_;
     if (isDone) isRunning_ = false;
     emit rowsChanged();
@@ -161,19 +162,6 @@ void PaneSearch::ordered(std::uint64_t run, std::uint64_t order, SharedRows rows
     } else if (isDirty_) {
         publishTimer_.start(laterPublish);
     }
-}
-
-SharedRows PaneSearch::keepingSeenRows(const SharedRows& rows) const {
-    const auto seen = std::min(static_cast<std::size_t>(seen_), rows_->size());
-    if (seen == 0) return rows;
-    std::vector<FileItem> items(rows_->items().begin(),
-                                rows_->items().begin() + static_cast<std::ptrdiff_t>(seen));
-    items.reserve(rows->size());
-    for (const FileItem& item : rows->items()) {
-        const auto old = rows_->row(item.url);
-        if (!old || *old >= seen) items.push_back(item);
-    }
-    return std::make_shared<const PaneRows>(std::move(items));
 }
 
 }  // namespace tarn

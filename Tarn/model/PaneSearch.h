@@ -68,7 +68,6 @@ private:
     void taskEnded(std::uint64_t run);
     void publish();
     void ordered(std::uint64_t run, std::uint64_t order, SharedRows rows, bool isLast);
-    SharedRows keepingSeenRows(const SharedRows& rows) const;
     void retireTask();
 
     std::shared_ptr<SearchTask> task_;

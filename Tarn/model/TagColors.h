@@ -29,6 +29,7 @@ public:
 
     /// What is known; a look into `carrier`, which has the tag, follows otherwise.
     TagColor color(const std::string& name, const URL& carrier);
+    bool isKnown(const std::string& name) const { return colors_.contains(name); }
     void remember(const FinderTag& tag);
     /// The standard tags, then all others that were met, by name.
     std::vector<FinderTag> known() const;

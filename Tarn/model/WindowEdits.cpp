@@ -190,9 +190,9 @@ void WindowEdits::changeTags(const std::string& title, const std::string& messag
             tagged.failure = failure;
             return tagged;
         },
-        [window = QPointer<WindowModel>(&window_)](bool) {
+        [urls, window = QPointer<WindowModel>(&window_)](bool) {
             if (!window) return;
-            for (const auto& pane : window->panes()) pane->refreshSoon();
+            for (const auto& pane : window->panes()) pane->lookAgain(urls);
         });
 }
 

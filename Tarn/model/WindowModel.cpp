@@ -153,7 +153,7 @@ void WindowModel::openSelection() {
 
 void WindowModel::updateTitle() {
     if (panes_.empty()) return;
-    QString title = QString::fromStdString(active().location().title());
+    QString title = QString::fromStdString(active().title());
     if (title == title_) return;
     title_ = std::move(title);
     emit titleChanged();

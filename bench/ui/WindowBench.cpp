@@ -33,8 +33,18 @@ void waitUntil(const Condition& condition) {
     while (!condition()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
+struct Look {
+    const char* title;
+    ViewMode mode;
+    GroupField groupBy;
+};
+constexpr Look looks[] = {{"List", ViewMode::list, GroupField::none},
+                          {"Grid", ViewMode::grid, GroupField::none},
+                          {"List, grouped by date", ViewMode::list, GroupField::modified},
+                          {"Grid, grouped by kind", ViewMode::grid, GroupField::kind}};
+
 /// Goes to the folder from an empty one, and measures until rows are on the screen.
-void open(bench::TimedApplication& qt, BrowserWindow& window, const URL& folder, ViewMode mode,
+void open(bench::TimedApplication& qt, BrowserWindow& window, const URL& folder, const Look& look,
           Timings& timings) {
     PaneModel& pane = window.model().active();
     double first = 0;
@@ -48,7 +58,8 @@ void open(bench::TimedApplication& qt, BrowserWindow& window, const URL& folder,
     qt.reset();
     timer.start();
     pane.navigate(Location::folder(folder));
-    pane.setViewMode(mode);
+    pane.setViewMode(look.mode);
+    pane.setGroupBy(look.groupBy);
     const double navigating = static_cast<double>(timer.nsecsElapsed()) * 1e-9;
     waitUntil([&pane] { return !pane.isLoading(); });
     window.repaint();
@@ -102,22 +113,21 @@ int main(int argc, char** argv) {
     window->resize(1280, 800);
     window->show();
     PaneModel& pane = window->model().active();
-    for (const ViewMode mode : {ViewMode::list, ViewMode::grid}) {
+    for (const Look& look : looks) {
         Timings timings;
         for (int run = 0; run <= runs; ++run) {
             pane.navigate(Location::folder(URL::fromPath(empty)));
             waitUntil([&pane] { return !pane.isLoading(); });
             Timings warmUp;
             Timings& target = run == 0 ? warmUp : timings;
-            open(qt, *window, URL::fromPath(folder), mode, target);
+            open(qt, *window, URL::fromPath(folder), look, target);
             sort(qt, pane, target);
-            scroll(
-                window->findChild<PaneView*>(mode == ViewMode::list ? QStringLiteral("paneList")
-                                                                    : QStringLiteral("paneGrid")),
-                target);
+            scroll(window->findChild<PaneView*>(look.mode == ViewMode::list
+                                                    ? QStringLiteral("paneList")
+                                                    : QStringLiteral("paneGrid")),
+                   target);
         }
-        std::printf("%s, %d items\n", mode == ViewMode::list ? "List" : "Grid",
-                    pane.items().count());
+        std::printf("%s, %d items\n", look.title, pane.items().count());
         bench::print("  first rows", bench::summarise(timings.firstRows), "ms", 1000);
         bench::print("  all rows", bench::summarise(timings.allRows), "ms", 1000);
         bench::print("  longest block of the main thread", bench::summarise(timings.block), "ms",

@@ -5,6 +5,7 @@
 #include <QtGui/QAccessible>
 #include <QtWidgets/QAccessibleWidget>
 
+#include "Tarn/model/DisplayText.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/ui/pane/PaneView.h"
 #include "Tarn/ui/pane/SnippetLine.h"
@@ -35,6 +36,8 @@ public:
         if (kind == QAccessible::Description) {
             PaneModel& pane = view_->pane();
             QString text = PaneView::tr("%1 of %2").arg(row_ + 1).arg(pane.items().count());
+            if (const RowGroup* group = pane.items().rows()->group(static_cast<std::size_t>(row_)))
+                text = PaneView::tr("%1, %2").arg(displayText(group->title), text);
             if (const TextMatch* match = pane.snippet(pane.items().item(row_))) {
                 if (const QString line = SnippetLine::spoken(*match); !line.isEmpty())
                     text += QStringLiteral(". ") + line;
@@ -59,6 +62,11 @@ public:
         state.selectable = state.multiSelectable = state.focusable = true;
         state.selected = view_->selectionModel()->isRowSelected(row_);
         state.focused = view_->hasFocus() && view_->currentIndex().row() == row_;
+        PaneModel& pane = view_->pane();
+        const FileItem& item = pane.items().item(row_);
+        state.expandable = pane.showsTree() && item.isDirectory;
+        state.expanded = state.expandable && pane.isUnfolded(item.url);
+        state.collapsed = state.expandable && !state.expanded;
         state.invisible = !view_->viewport()->rect().intersects(view_->visualRect(index()));
         return state;
     }

@@ -84,35 +84,22 @@ PaneGridView::Cells PaneGridView::cells() const {
 
 int PaneGridView::stepHeight() const { return cells().vertical / 3; }
 
-int PaneGridView::contentHeight() const {
+RowPlaces::Measures PaneGridView::measures() const {
     const Cells cells = this->cells();
-    const int lines = (rowCount() + cells.columns - 1) / cells.columns;
-    return lines * cells.vertical - gap + 2 * margin;
+    return {cells.columns, cells.vertical, Metrics::rowRoomy, margin};
 }
+
+int PaneGridView::headingMargin() const { return margin - Metrics::space8; }
 
 QRect PaneGridView::rowRect(int row) const {
     const Cells cells = this->cells();
-    return {QPoint(cells.left + row % cells.columns * cells.pitch,
-                   margin + row / cells.columns * cells.vertical),
-            cells.size};
-}
-
-std::optional<PaneView::Rows> PaneGridView::rowsIn(const QRect& content) const {
-    const Cells cells = this->cells();
-    const int firstLine = std::max(0, (content.top() - margin) / cells.vertical);
-    const int lastLine = (content.bottom() - margin) / cells.vertical;
-    const int first = firstLine * cells.columns;
-    const int last = std::min(rowCount() - 1, (lastLine + 1) * cells.columns - 1);
-    if (content.bottom() < margin || first > last) return std::nullopt;
-    return Rows{first, last};
+    return {QPoint(cells.left + places().column(row) * cells.pitch, places().top(row)), cells.size};
 }
 
 int PaneGridView::rowNearest(const QPoint& content) const {
-    if (rowCount() == 0) return -1;
     const Cells cells = this->cells();
-    const int line = std::max(0, content.y() - margin) / cells.vertical;
     const int column = std::clamp((content.x() - cells.left) / cells.pitch, 0, cells.columns - 1);
-    return std::min(line * cells.columns + column, rowCount() - 1);
+    return places().nearest(content.y(), column);
 }
 
 int PaneGridView::rowAt(const QPoint& content) const {
@@ -136,11 +123,9 @@ int PaneGridView::rowAfter(int row, CursorAction action) const {
     const bool mirrored = isRightToLeft();
     switch (action) {
         case MoveUp:
-            return row >= cells.columns ? row - cells.columns : row;
+            return places().above(row);
         case MoveDown:
-            return row + cells.columns < rowCount()                         ? row + cells.columns
-                   : row / cells.columns < (rowCount() - 1) / cells.columns ? rowCount() - 1
-                                                                            : row;
+            return places().below(row);
         case MoveLeft:
             return mirrored ? row + 1 : row - 1;
         case MoveRight:

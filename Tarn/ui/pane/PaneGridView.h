@@ -29,8 +29,8 @@ public:
 
 protected:
     QRect rowRect(int row) const override;
-    int contentHeight() const override;
-    std::optional<Rows> rowsIn(const QRect& content) const override;
+    RowPlaces::Measures measures() const override;
+    int headingMargin() const override;
     int rowNearest(const QPoint& content) const override;
     int rowAt(const QPoint& content) const override;
     QItemSelection rowsTouching(const QRect& content) const override;

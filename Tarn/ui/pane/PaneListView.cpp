@@ -2,10 +2,14 @@
 
 #include <algorithm>
 
+#include <QtGui/QKeyEvent>
+#include <QtGui/QMouseEvent>
 #include <QtWidgets/QHeaderView>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QScrollBar>
 
 #include "Tarn/model/PaneModel.h"
+#include "Tarn/ui/pane/ColumnMenu.h"
 #include "Tarn/ui/pane/SnippetLine.h"
 #include "Tarn/ui/tags/TagDots.h"
 #include "Tarn/ui/theme/Fonts.h"
@@ -18,18 +22,30 @@ namespace {
 
 constexpr int sideMargin = Metrics::space8;
 constexpr int cellPadding = Metrics::space8;
+/// In front of the icon: the arrow that unfolds a folder, and what each level is moved on by.
+constexpr int arrowRoom = Metrics::space16;
+constexpr int indentStep = Metrics::space16;
 
 /// Hidden files, and those that were cut, are shown but step back.
 constexpr double hiddenOpacity = 0.55;
 
 /// What each column needs, as texts of the usual length; the name takes the rest.
-constexpr const char* widestTexts[paneColumnCount] = {"", "Wed 00, 0000 at 00:00 PM", "0,000.0 MB ",
+constexpr const char* widestTexts[paneColumnCount] = {"",
+                                                      "Wed 00, 0000 at 00:00 PM",
+                                                      "0,000.0 MB ",
                                                       "PowerPoint 2007 presentation",
-                                                      "~/Documents/Projects/2024"};
+                                                      "~/Documents/Projects/2024",
+                                                      "Wed 00, 0000 at 00:00 PM",
+                                                      "Wed 00, 0000 at 00:00 PM",
+                                                      "Important, Work, Home",
+                                                      "downloads.example.org"};
+/// Milliseconds after which a width that was dragged is kept.
+constexpr int dragPause = 400;
 /// Columns go, last first, before the name gets narrower than this.
 constexpr int narrowestName = 200;
-constexpr PaneColumn droppedFirst[] = {PaneColumn::kind, PaneColumn::folder, PaneColumn::modified,
-                                       PaneColumn::size};
+constexpr PaneColumn droppedFirst[] = {PaneColumn::source,   PaneColumn::kind, PaneColumn::added,
+                                       PaneColumn::created,  PaneColumn::tags, PaneColumn::folder,
+                                       PaneColumn::modified, PaneColumn::size};
 
 int section(PaneColumn column) { return static_cast<int>(column); }
 
@@ -42,7 +58,24 @@ PaneListView::PaneListView(PaneModel& pane, QWidget* parent)
     header_->setModel(&pane.items());
     header_->setSectionsClickable(true);
     header_->setHighlightSections(false);
-    header_->setSectionsMovable(false);
+    header_->setSectionsMovable(true);
+    header_->setFirstSectionMovable(false);
+    header_->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(header_, &QHeaderView::customContextMenuRequested, this, [this](const QPoint& point) {
+        QMenu menu(header_);
+        ColumnMenu::fill(menu, this->pane().columns());
+        menu.exec(header_->mapToGlobal(point));
+    });
+    connect(header_, &QHeaderView::sectionMoved, this, [this](int column, int, int to) {
+        viewport()->update();
+        if (!isLayingOut_) this->pane().columns().move(static_cast<PaneColumn>(column), to - 1);
+    });
+    connect(&pane.columns(), &ListColumns::changed, this, [this] {
+        measureColumns();
+        layOutColumns();
+        showSort();
+        viewport()->update();
+    });
     header_->setStretchLastSection(false);
     header_->setSortIndicatorShown(true);
     header_->setMinimumSectionSize(Metrics::smallestTarget);
@@ -56,8 +89,10 @@ PaneListView::PaneListView(PaneModel& pane, QWidget* parent)
     });
     connect(header_, &QHeaderView::sectionResized, this, [this](int column, int, int width) {
         viewport()->update();
-        if (!isLayingOut_ && column > 0 && width > 0)
-            widths_[static_cast<std::size_t>(column)] = width;
+        if (isLayingOut_ || column == 0 || width <= 0) return;
+        widths_[static_cast<std::size_t>(column)] = width;
+        dragged_.insert(static_cast<PaneColumn>(column));
+        keepWidths_.start();
     });
     connect(&pane, &PaneModel::sortChanged, this, &PaneListView::showSort);
     connect(&pane, &PaneModel::rowsChanged, this, &PaneListView::layOutColumns);
@@ -65,6 +100,13 @@ PaneListView::PaneListView(PaneModel& pane, QWidget* parent)
     connect(&pane, &PaneModel::stateChanged, this, [this] {
         layOutColumns();
         showSort();
+    });
+    keepWidths_.setSingleShot(true);
+    keepWidths_.setInterval(dragPause);
+    connect(&keepWidths_, &QTimer::timeout, this, [this] {
+        for (const PaneColumn column : std::exchange(dragged_, {}))
+            this->pane().columns().setWidth(column,
+                                            widths_[static_cast<std::size_t>(section(column))]);
     });
     measureColumns();
     showSort();
@@ -98,14 +140,22 @@ void PaneListView::updateGeometries() {
 
 void PaneListView::measureColumns() {
     const QFontMetrics metrics(Fonts::body());
-    for (int column = 1; column < paneColumnCount; ++column)
-        widths_[static_cast<std::size_t>(column)] =
+    for (int column = 1; column < paneColumnCount; ++column) {
+        const int kept = pane().columns().column(static_cast<PaneColumn>(column)).width;
+        const int usual =
             metrics.horizontalAdvance(QString::fromUtf8(widestTexts[column])) + 2 * cellPadding;
+        widths_[static_cast<std::size_t>(column)] = kept > 0 ? kept : usual;
+    }
 }
 
 void PaneListView::layOutColumns() {
     const int room = header_->width() - narrowestName;
-    bool shown[paneColumnCount] = {true, true, true, true, pane().showsResults()};
+    bool shown[paneColumnCount] = {true};
+    for (const ListColumns::Column& column : pane().columns().columns())
+        shown[section(column.which)] = column.isShown;
+    // Of the rows of a folder, everyone knows where they are.
+    if (!pane().showsResults() && !pane().location().isQuery())
+        shown[section(PaneColumn::folder)] = false;
     int wanted = 0;
     for (int column = 1; column < paneColumnCount; ++column)
         wanted += shown[column] ? widths_[static_cast<std::size_t>(column)] : 0;
@@ -116,6 +166,12 @@ void PaneListView::layOutColumns() {
         wanted -= widths_[static_cast<std::size_t>(column)];
     }
     isLayingOut_ = true;
+    int place = 1;
+    for (const ListColumns::Column& column : pane().columns().columns()) {
+        const int from = header_->visualIndex(section(column.which));
+        if (from != place) header_->moveSection(from, place);
+        ++place;
+    }
     for (int column = 1; column < paneColumnCount; ++column) {
         const int width = widths_[static_cast<std::size_t>(column)];
         header_->setSectionHidden(column, !shown[column]);
@@ -146,30 +202,23 @@ QRect PaneListView::columnsRect(const QRect& row) const {
 
 int PaneListView::stepHeight() const { return rowHeight(); }
 
-int PaneListView::contentHeight() const { return rowCount() * rowHeight() + 2 * Metrics::space4; }
+RowPlaces::Measures PaneListView::measures() const {
+    return {1, rowHeight(), Metrics::rowRoomy, Metrics::space4};
+}
 
 QRect PaneListView::rowRect(int row) const {
-    return {sideMargin, Metrics::space4 + row * rowHeight(), viewport()->width() - 2 * sideMargin,
-            rowHeight()};
+    return {sideMargin, places().top(row), viewport()->width() - 2 * sideMargin, rowHeight()};
 }
 
-std::optional<PaneView::Rows> PaneListView::rowsIn(const QRect& content) const {
-    const int first = std::max(0, (content.top() - Metrics::space4) / rowHeight());
-    const int last = std::min(rowCount() - 1, (content.bottom() - Metrics::space4) / rowHeight());
-    if (first > last || content.bottom() < Metrics::space4) return std::nullopt;
-    return Rows{first, last};
-}
+int PaneListView::headingMargin() const { return sideMargin; }
 
 int PaneListView::rowNearest(const QPoint& content) const {
-    if (rowCount() == 0) return -1;
-    return std::clamp((content.y() - Metrics::space4) / rowHeight(), 0, rowCount() - 1);
+    return places().nearest(content.y(), 0);
 }
 
 int PaneListView::rowAt(const QPoint& content) const {
-    if (content.y() < Metrics::space4 || content.x() < 0 || content.x() >= viewport()->width())
-        return -1;
-    const int row = (content.y() - Metrics::space4) / rowHeight();
-    return row < rowCount() ? row : -1;
+    if (content.x() < 0 || content.x() >= viewport()->width()) return -1;
+    return places().rowAt(content.y(), 0);
 }
 
 QItemSelection PaneListView::rowsTouching(const QRect& content) const {
@@ -203,15 +252,42 @@ QRect PaneListView::cellRect(const QRect& row, int column) const {
         .adjusted(cellPadding, 0, -cellPadding, 0);
 }
 
-QRect PaneListView::nameRect(const QRect& row, const FileItem& item) const {
-    const int dots = TagDots::width(item.tags.size());
-    return cellRect(row, section(PaneColumn::name))
-        .adjusted(Metrics::iconRow + Metrics::space8, 0, dots > 0 ? -dots - Metrics::space8 : 0, 0);
+int PaneListView::indent(int row) const {
+    return pane().showsTree() ? arrowRoom + pane().items().depth(row) * indentStep : 0;
+}
+
+QRect PaneListView::nameCell(int row, const QRect& rect) const {
+    const QRect cell = cellRect(rect, section(PaneColumn::name));
+    // Deep folders leave the name some room.
+    return cell.adjusted(std::min(indent(row), std::max(0, cell.width() - narrowestName / 2)), 0, 0,
+                         0);
+}
+
+QRect PaneListView::arrowRect(int row, const QRect& rect) const {
+    if (!pane().showsTree() || !pane().items().item(row).isDirectory) return {};
+    return {nameCell(row, rect).left() - arrowRoom, rect.top(), arrowRoom, rect.height()};
+}
+
+QRect PaneListView::nameRect(int row, const QRect& rect) const {
+    const int dots = TagDots::width(pane().items().item(row).tags.size());
+    return nameCell(row, rect).adjusted(Metrics::iconRow + Metrics::space8, 0,
+                                        dots > 0 ? -dots - Metrics::space8 : 0, 0);
 }
 
 QRect PaneListView::nameRect(int row) const {
-    return cellRect(rowRect(row), section(PaneColumn::name))
-        .adjusted(Metrics::iconRow + Metrics::space8, 0, 0, 0);
+    return nameCell(row, rowRect(row)).adjusted(Metrics::iconRow + Metrics::space8, 0, 0, 0);
+}
+
+void PaneListView::paintArrow(QPainter& painter, int row, const QRect& rect) const {
+    const QRect place = arrowRect(row, rect);
+    if (place.isEmpty()) return;
+    QRect arrow(0, 0, Metrics::space12, Metrics::space12);
+    arrow.moveCenter(place.center() - QPoint(Metrics::space4 / 2, -1));
+    Icons::symbol(pane().isUnfolded(pane().items().item(row).url) ? "chevron.down"
+                  : isRightToLeft()                               ? "chevron.left"
+                                                                  : "chevron.right",
+                  Icons::Tint::secondary)
+        .paint(&painter, arrow);
 }
 
 void PaneListView::paintRow(QPainter& painter, int row, const QRect& rect) {
@@ -224,8 +300,9 @@ void PaneListView::paintRow(QPainter& painter, int row, const QRect& rect) {
 
     const double opacity = item.isHidden || pane().isCut(item.url) ? hiddenOpacity : 1.0;
     painter.setOpacity(opacity);
-    const QRect nameCell = cellRect(rect, section(PaneColumn::name));
-    const QRect iconRect(nameCell.left(), rect.center().y() - Metrics::iconRow / 2 + 1,
+    const QRect cell = nameCell(row, rect);
+    paintArrow(painter, row, rect);
+    const QRect iconRect(cell.left(), rect.center().y() - Metrics::iconRow / 2 + 1,
                          Metrics::iconRow, Metrics::iconRow);
     Icons::forItem(item).paint(&painter, iconRect);
 
@@ -233,7 +310,7 @@ void PaneListView::paintRow(QPainter& painter, int row, const QRect& rect) {
     painter.setPen(palette().color(QPalette::Text));
     const QFontMetrics metrics(painter.font());
     if (!isNamed(row)) {
-        const QRect text = nameRect(rect, item);
+        const QRect text = nameRect(row, rect);
         const QString name = PaneItems::displayName(item);
         const QString shown = metrics.elidedText(name, Qt::ElideMiddle, text.width());
         painter.drawText(text, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, shown);
@@ -247,20 +324,21 @@ void PaneListView::paintRow(QPainter& painter, int row, const QRect& rect) {
 
     painter.setPen(palette().color(selected ? QPalette::Text : QPalette::PlaceholderText));
     for (int column = 1; column < paneColumnCount; ++column) {
-        const QRect cell = cellRect(rect, column);
-        if (cell.width() <= 0) continue;
+        const QRect place = cellRect(rect, column);
+        if (place.width() <= 0) continue;
         const QString value = model()->index(row, column).data().toString();
         const auto which = static_cast<PaneColumn>(column);
-        if (which == PaneColumn::size || which == PaneColumn::modified) {
-            const QString shown = metrics.elidedText(value, Qt::ElideRight, cell.width());
-            Fonts::drawTabular(painter, cell,
+        if (which == PaneColumn::size || which == PaneColumn::modified ||
+            which == PaneColumn::created || which == PaneColumn::added) {
+            const QString shown = metrics.elidedText(value, Qt::ElideRight, place.width());
+            Fonts::drawTabular(painter, place,
                                which == PaneColumn::size ? Qt::AlignRight : Qt::AlignLeft, shown);
         } else {
             painter.drawText(
-                cell, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+                place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
                 metrics.elidedText(value,
                                    which == PaneColumn::folder ? Qt::ElideMiddle : Qt::ElideRight,
-                                   cell.width()));
+                                   place.width()));
         }
     }
     if (const TextMatch* match = pane().snippet(item)) {
@@ -279,8 +357,71 @@ QString PaneListView::elidedName(int row, const QPoint& content) const {
     if (content.x() > cellRect(rect, section(PaneColumn::name)).right()) return {};
     const QString name = PaneItems::displayName(pane().items().item(row));
     const QFontMetrics metrics(Fonts::body());
+    return metrics.horizontalAdvance(name) > nameRect(row, rect).width() ? name : QString();
+}
+
+// --- Folders that are unfolded in place
+
+void PaneListView::mousePressEvent(QMouseEvent* event) {
+    const int row = rowAt(event->pos() + QPoint(0, verticalOffset()));
+    if (row >= 0 && event->button() == Qt::LeftButton) {
+        const QRect rect = rowRect(row).translated(0, -verticalOffset());
+        if (arrowRect(row, rect).contains(event->pos())) {
+            toggle(row);
+            takePress();
+            return;
+        }
+    }
+    PaneView::mousePressEvent(event);
+}
+
+void PaneListView::mouseDoubleClickEvent(QMouseEvent* event) {
+    const int row = rowAt(event->pos() + QPoint(0, verticalOffset()));
+    // Two quick clicks on an arrow unfold and fold; they open nothing.
+    if (row >= 0 &&
+        arrowRect(row, rowRect(row).translated(0, -verticalOffset())).contains(event->pos())) {
+        toggle(row);
+        takePress();
+        return;
+    }
+    PaneView::mouseDoubleClickEvent(event);
+}
+
+void PaneListView::toggle(int row) {
+    const URL folder = pane().items().item(row).url;
+    if (pane().isUnfolded(folder))
+        pane().foldChildren(folder);
+    else
+        pane().loadChildren(folder);
+    viewport()->update();
+}
+
+void PaneListView::keyPressEvent(QKeyEvent* event) {
+    const int row = currentIndex().row();
+    const bool isPlain =
+        event->modifiers() == Qt::NoModifier || event->modifiers() == Qt::KeypadModifier;
+    const bool isSideways = event->key() == Qt::Key_Left || event->key() == Qt::Key_Right;
+    if (!isPlain || !isSideways || row < 0 || row >= rowCount() || !pane().showsTree()) {
+        PaneView::keyPressEvent(event);
+        return;
+    }
+    const bool inwards = (event->key() == Qt::Key_Right) != isRightToLeft();
     const FileItem& item = pane().items().item(row);
-    return metrics.horizontalAdvance(name) > nameRect(rect, item).width() ? name : QString();
+    const bool isUnfolded = item.isDirectory && pane().isUnfolded(item.url);
+    int target = -1;
+    if (inwards && isUnfolded) {
+        const bool hasChildren =
+            row + 1 < rowCount() && pane().items().depth(row + 1) > pane().items().depth(row);
+        if (hasChildren) target = row + 1;
+    } else if (item.isDirectory && inwards != isUnfolded) {
+        toggle(row);
+    } else if (!inwards) {
+        target = parentRow(row);
+    }
+    if (target < 0) return;
+    selectionModel()->setCurrentIndex(
+        model()->index(target, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    scrollTo(currentIndex());
 }
 
 }  // namespace tarn

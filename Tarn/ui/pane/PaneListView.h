@@ -1,6 +1,9 @@
 #pragma once
 
 #include <array>
+#include <set>
+
+#include <QtCore/QTimer>
 
 #include "Tarn/model/PaneItems.h"
 #include "Tarn/ui/pane/PaneView.h"
@@ -11,7 +14,8 @@ namespace tarn {
 
 struct FileItem;
 
-/// A pane as rows with columns: name, dates, size, kind, and in search results the folder.
+/// A pane as rows with columns, which the user chooses, moves and widens. Folders
+/// can be unfolded in place, with the arrow before them or the right and left keys.
 class PaneListView final : public PaneView {
     Q_OBJECT
 public:
@@ -21,8 +25,8 @@ public:
 
 protected:
     QRect rowRect(int row) const override;
-    int contentHeight() const override;
-    std::optional<Rows> rowsIn(const QRect& content) const override;
+    RowPlaces::Measures measures() const override;
+    int headingMargin() const override;
     int rowNearest(const QPoint& content) const override;
     int rowAt(const QPoint& content) const override;
     QItemSelection rowsTouching(const QRect& content) const override;
@@ -34,6 +38,9 @@ protected:
     QString elidedName(int row, const QPoint& content) const override;
     void updateGeometries() override;
     void changeEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     int rowHeight() const;
@@ -46,11 +53,21 @@ private:
     void showSort();
     /// A column's part of a row, without the padding; empty when the column is hidden.
     QRect cellRect(const QRect& row, int column) const;
-    QRect nameRect(const QRect& row, const FileItem& item) const;
+    /// How far a row is moved on by the folders that it lies in.
+    int indent(int row) const;
+    /// The name's cell behind the arrow; of a row that is drawn in `rect`.
+    QRect nameCell(int row, const QRect& rect) const;
+    QRect nameRect(int row, const QRect& rect) const;
+    /// Empty for what cannot be unfolded.
+    QRect arrowRect(int row, const QRect& rect) const;
+    void paintArrow(QPainter& painter, int row, const QRect& rect) const;
+    void toggle(int row);
 
     QHeaderView* header_;
     std::array<int, paneColumnCount> widths_{};  ///< As measured, or as the user dragged them.
     bool isLayingOut_ = false;
+    std::set<PaneColumn> dragged_;  ///< Whose widths are still to be kept.
+    QTimer keepWidths_;
 };
 
 }  // namespace tarn

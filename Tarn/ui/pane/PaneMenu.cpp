@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include <QtCore/QCoreApplication>
+#include <QtGui/QActionGroup>
 #include <QtGui/QKeySequence>
 #include <QtWidgets/QMenu>
 
@@ -11,9 +12,11 @@
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/pane/ColumnMenu.h"
 #include "Tarn/ui/pane/NewFileMenu.h"
 #include "Tarn/ui/tags/TagMenu.h"
 #include "Tarn/ui/theme/Icons.h"
+#include "TarnCore/files/FileGrouping.h"
 #include "TarnCore/files/Format.h"
 
 namespace tarn::PaneMenu {
@@ -73,7 +76,8 @@ void addTags(QMenu& menu, WindowModel& window) {
 void fillForFiles(QMenu& menu, WindowModel& window, const std::vector<FileItem>& items) {
     Builder builder(menu, window);
     builder.add("open");
-    if (window.active().showsResults() && items.size() == 1) {
+    const bool isGathered = window.active().showsResults() || window.active().location().isQuery();
+    if (isGathered && items.size() == 1) {
         menu.addAction(Icons::symbol("folder"), text("Show in Folder"), &menu,
                        [&window, url = items.front().url] {
                            window.active().navigate(Location::folder(url.parent()), true, {url});
@@ -107,9 +111,77 @@ void fillForMembers(QMenu& menu, WindowModel& window) {
                    [&window] { window.edits().extractMembers(false); });
 }
 
+/// A submenu of things of which one is chosen.
+class Choices {
+public:
+    Choices(QMenu& menu, const char* symbol, const QString& title)
+        : menu_(menu.addMenu(Icons::symbol(symbol), title)), group_(new QActionGroup(menu_)) {}
+    template <class Pick>
+    void add(std::string_view title, bool isChosen, Pick pick) {
+        QAction* action = menu_->addAction(text(std::string(title).c_str()), menu_,
+                                           [pick = std::move(pick)] { pick(); });
+        action->setCheckable(true);
+        action->setChecked(isChosen);
+        group_->addAction(action);
+    }
+    QMenu& menu() { return *menu_; }
+
+private:
+    QMenu* menu_;
+    QActionGroup* group_;
+};
+
+void addGroupFolding(QMenu& menu, PaneModel& pane) {
+    const auto foldAll = [&pane](bool isFolded) {
+        const std::vector<RowGroup> groups = pane.groups();
+        for (const RowGroup& group : groups) pane.setGroupFolded(group.title, isFolded);
+    };
+    menu.addSeparator();
+    menu.addAction(text("Fold All Groups"), &menu, [foldAll] { foldAll(true); });
+    menu.addAction(text("Unfold All Groups"), &menu, [foldAll] { foldAll(false); });
+}
+
+/// How the rows of the place are ordered, grouped and filtered.
+void addArrangement(QMenu& menu, PaneModel& pane) {
+    Choices order(menu, "arrow.up.arrow.down", text("Sort By"));
+    for (const SortField field : allSortFields) {
+        order.add(SortFields::title(field), pane.sort().field == field, [&pane, field] {
+            if (pane.sort().field != field) pane.sortBy(field);
+        });
+    }
+    order.menu().addSeparator();
+    for (const bool ascending : {true, false}) {
+        QAction* action = order.menu().addAction(
+            text(std::string(SortFields::directionTitle(pane.sort().field, ascending)).c_str()),
+            &order.menu(), [&pane, ascending] {
+                if (pane.sort().ascending != ascending) pane.sortBy(pane.sort().field);
+            });
+        action->setCheckable(true);
+        action->setChecked(pane.sort().ascending == ascending);
+    }
+    if (pane.viewMode() == ViewMode::list)
+        ColumnMenu::fill(*menu.addMenu(Icons::symbol("tablecells"), text("Columns")),
+                         pane.columns());
+    if (pane.showsResults()) return;
+    Choices groups(menu, "square.grid.2x2", text("Group By"));
+    for (const GroupField field : allGroupFields)
+        groups.add(FileGrouping::title(field), pane.groupBy() == field,
+                   [&pane, field] { pane.setGroupBy(field); });
+    if (!pane.groups().empty()) addGroupFolding(groups.menu(), pane);
+    if (!pane.location().isFolder() || !FileItem::isCloudPath(pane.location().url)) return;
+    Choices cloud(menu, "icloud", text("Show"));
+    const std::pair<CloudFilter, const char*> filters[] = {
+        {CloudFilter::all, "Everything"},
+        {CloudFilter::cloudOnly, "Only in the Cloud"},
+        {CloudFilter::onThisMac, "On This Computer"}};
+    for (const auto& [filter, title] : filters)
+        cloud.add(title, pane.cloudFilter() == filter,
+                  [&pane, filter = filter] { pane.setCloudFilter(filter); });
+}
+
 void fillForPlace(QMenu& menu, WindowModel& window) {
     Builder builder(menu, window);
-    const PaneModel& pane = window.active();
+    PaneModel& pane = window.active();
     if (pane.showsMembers()) {
         menu.addAction(Icons::symbol("shippingbox.and.arrow.backward"), text("Extract Everything"),
                        &menu, [&window] { window.edits().extractMembers(false); });
@@ -121,6 +193,8 @@ void fillForPlace(QMenu& menu, WindowModel& window) {
         builder.add("paste");
         builder.separate();
     }
+    addArrangement(menu, window.active());
+    builder.separate();
     builder.add({"selectAll", "refresh", "copyPath"});
 }
 

@@ -7,12 +7,15 @@
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QToolTip>
 
+#include "Tarn/model/DisplayText.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/ui/drag/DropLabel.h"
 #include "Tarn/ui/drag/FileDrag.h"
 #include "Tarn/ui/drag/FileDrop.h"
 #include "Tarn/ui/pane/PaneAccessibility.h"
 #include "Tarn/ui/theme/Colors.h"
+#include "Tarn/ui/theme/Fonts.h"
+#include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
 
@@ -80,6 +83,23 @@ void PaneView::begin() {
 
 int PaneView::rowCount() const { return pane_.items().count(); }
 
+const RowPlaces& PaneView::places() const {
+    places_.update(pane_.items().rows(), measures());
+    return places_;
+}
+
+std::optional<PaneView::Rows> PaneView::rowsIn(const QRect& content) const {
+    return places().rowsIn(content.top(), content.bottom());
+}
+
+int PaneView::parentRow(int row) const {
+    const int depth = pane_.items().depth(row);
+    if (depth == 0) return -1;
+    int parent = row - 1;
+    while (parent > 0 && pane_.items().depth(parent) >= depth) --parent;
+    return parent;
+}
+
 int PaneView::verticalOffset() const { return verticalScrollBar()->value(); }
 
 QPoint PaneView::toContent(const QPoint& viewportPoint) const {
@@ -99,7 +119,10 @@ QModelIndex PaneView::indexAt(const QPoint& point) const {
 void PaneView::scrollTo(const QModelIndex& index, ScrollHint hint) {
     if (!index.isValid()) return;
     const QRect rect = rowRect(index.row());
-    const int top = rect.top() - Metrics::space4;
+    int top = rect.top() - Metrics::space4;
+    // With the heading that it stands below.
+    if (const auto heading = places().headingAt(rect.top() - 1))
+        top = places().headingTop(*heading);
     const int bottom = rect.bottom() + Metrics::space4;
     const int height = viewport()->height();
     int value = verticalOffset();
@@ -129,8 +152,9 @@ std::optional<PaneView::Rows> PaneView::visibleRows() const {
 
 void PaneView::updateGeometries() {
     // The last row can be scrolled clear of the status that floats above it.
-    const int hidden = contentHeight() + statusRoom - viewport()->height();
-    verticalScrollBar()->setRange(0, contentHeight() > viewport()->height() ? hidden : 0);
+    const int height = places().height();
+    const int hidden = height + statusRoom - viewport()->height();
+    verticalScrollBar()->setRange(0, height > viewport()->height() ? hidden : 0);
     verticalScrollBar()->setPageStep(viewport()->height());
     verticalScrollBar()->setSingleStep(stepHeight());
     QAbstractItemView::updateGeometries();
@@ -140,6 +164,7 @@ void PaneView::updateGeometries() {
 void PaneView::scrollContentsBy(int dx, int dy) {
     viewport()->scroll(dx, dy);
     placeEditor();
+    hoverHeading(std::nullopt);
     hover(rowAt(toContent(viewport()->mapFromGlobal(QCursor::pos()))));
 }
 
@@ -171,6 +196,11 @@ void PaneView::paintEvent(QPaintEvent* event) {
         for (int row = rows->first; row <= rows->last; ++row)
             paintRow(painter, row, rowRect(row).translated(-offset));
     }
+    const int top = event->rect().top() + offset.y();
+    if (const auto headings = places().headingsIn(top, event->rect().bottom() + offset.y())) {
+        for (int group = headings->first; group <= headings->last; ++group)
+            paintHeading(painter, group, headingRect(group).translated(-offset));
+    }
     paintBand(painter);
     if (dropRow_) {
         const QRect target = *dropRow_ >= 0 && *dropRow_ < rowCount()
@@ -180,6 +210,44 @@ void PaneView::paintEvent(QPaintEvent* event) {
     }
     // While results stream in, what has been on the screen keeps its place.
     if (const auto rows = visibleRows()) pane_.rowsSeen(rows->last + 1);
+}
+
+QRect PaneView::headingRect(int group) const {
+    return {headingMargin(), places().headingTop(group), viewport()->width() - 2 * headingMargin(),
+            measures().headingHeight};
+}
+
+void PaneView::paintHeading(QPainter& painter, int group, const QRect& rect) const {
+    const RowGroup& heading = pane_.groups()[static_cast<std::size_t>(group)];
+    // Nearer to its rows than to those of the group above.
+    const QRect line = rect.adjusted(0, Metrics::space6, 0, -Metrics::space2);
+    Paint::row(painter, line, false, hoveredHeading_ == group);
+    const bool mirrored = isRightToLeft();
+    const auto place = [&](int from, int width) {
+        const QRect spot(line.left() + from, line.top(), width, line.height());
+        return QStyle::visualRect(layoutDirection(), line, spot);
+    };
+    const std::string_view folded = mirrored ? "chevron.left" : "chevron.right";
+    QRect arrow = place(Metrics::space8, Metrics::space12);
+    arrow.setTop(arrow.center().y() - Metrics::space6 + 1);
+    arrow.setHeight(Metrics::space12);
+    Icons::symbol(heading.isFolded ? folded : "chevron.down", Icons::Tint::secondary)
+        .paint(&painter, arrow);
+    int left = Metrics::space8 + Metrics::space12 + Metrics::space6;
+    const QFont bold = Fonts::semibold(Fonts::body());
+    const QString count = QLocale().toString(heading.itemCount);
+    const int countWidth = Fonts::textWidth(Fonts::small(), count) + Metrics::space8;
+    const int room = line.width() - left - countWidth - Metrics::space8;
+    const QString title =
+        QFontMetrics(bold).elidedText(displayText(heading.title), Qt::ElideRight, room);
+    const int width = Fonts::textWidth(bold, title);
+    painter.setFont(bold);
+    painter.setPen(palette().color(QPalette::Text));
+    painter.drawText(place(left, width), Qt::AlignVCenter | Qt::TextSingleLine, title);
+    left += width + Metrics::space8;
+    painter.setFont(Fonts::small());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(place(left, countWidth), Qt::AlignVCenter | Qt::TextSingleLine, count);
 }
 
 void PaneView::paintBand(QPainter& painter) const {
@@ -203,10 +271,19 @@ void PaneView::hover(int row) {
     if (row >= 0) viewport()->update(rowRect(row).translated(-offset));
 }
 
+void PaneView::hoverHeading(std::optional<int> heading) {
+    if (heading == hoveredHeading_) return;
+    for (const auto& changed : {hoveredHeading_, heading})
+        if (changed && *changed < static_cast<int>(pane_.groups().size()))
+            viewport()->update(headingRect(*changed).translated(0, -verticalOffset()));
+    hoveredHeading_ = heading;
+}
+
 bool PaneView::viewportEvent(QEvent* event) {
     switch (event->type()) {
         case QEvent::Leave:
             hover(-1);
+            hoverHeading(std::nullopt);
             break;
         case QEvent::ToolTip: {
             const auto* help = static_cast<QHelpEvent*>(event);
@@ -229,6 +306,13 @@ bool PaneView::viewportEvent(QEvent* event) {
 void PaneView::mousePressEvent(QMouseEvent* event) {
     showsCursor_ = false;
     pane_.holdRows();
+    const auto heading = places().headingAt(toContent(event->pos()).y());
+    if (heading && event->button() == Qt::LeftButton) {
+        const RowGroup group = pane_.groups()[static_cast<std::size_t>(*heading)];
+        pane_.setGroupFolded(group.title, !group.isFolded);
+        takePress();
+        return;
+    }
     QAbstractItemView::mousePressEvent(event);
     if (event->button() == Qt::LeftButton && !indexAt(event->pos()).isValid()) {
         bandStart_ = bandEnd_ = toContent(event->pos());
@@ -238,6 +322,7 @@ void PaneView::mousePressEvent(QMouseEvent* event) {
 void PaneView::mouseMoveEvent(QMouseEvent* event) {
     const int row = rowAt(toContent(event->pos()));
     hover(row);
+    hoverHeading(places().headingAt(toContent(event->pos()).y()));
     if (row >= 0) pane_.holdRows();
     if (bandStart_) {
         bandEnd_ = toContent(event->pos());
@@ -247,6 +332,7 @@ void PaneView::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void PaneView::mouseReleaseEvent(QMouseEvent* event) {
+    if (std::exchange(pressIsTaken_, false)) return;
     QAbstractItemView::mouseReleaseEvent(event);
     if (!bandStart_) return;
     bandStart_.reset();
@@ -274,6 +360,9 @@ std::optional<std::pair<URL, int>> PaneView::dropTarget(const QPoint& point) con
     if (const int row = rowAt(toContent(point)); row >= 0 && !pane_.showsMembers()) {
         const FileItem& item = pane_.items().item(row);
         if (item.isDirectory) return std::pair(item.url, row);
+        // Beside what is in an unfolded folder, that folder is meant.
+        if (const int parent = parentRow(row); parent >= 0)
+            return std::pair(pane_.items().item(parent).url, parent);
     }
     if (pane_.location().isFolder() && !pane_.showsResults())
         return std::pair(pane_.location().url, -1);

@@ -8,6 +8,7 @@
 #include <QtGui/QPixmap>
 #include <QtWidgets/QAbstractItemView>
 
+#include "Tarn/ui/pane/RowPlaces.h"
 #include "TarnCore/base/URL.h"
 
 namespace tarn {
@@ -17,8 +18,9 @@ struct FileDrop;
 struct FileItem;
 class RenameEditor;
 
-/// What the list and the grid of a pane share: rows of one size, so that every question about
-/// geometry is answered by arithmetic and 100,000 rows cost as much as ten.
+/// What the list and the grid of a pane share: rows of one size, with headings between them where
+/// they are grouped, so that every question about geometry is answered by arithmetic and 100,000
+/// rows cost as much as ten. A click on a heading folds its group.
 ///
 /// Content coordinates begin at the first row; viewport coordinates are those of the screen.
 class PaneView : public QAbstractItemView {
@@ -35,10 +37,7 @@ public:
     void keyboardSearch(const QString& text) override;
 
     /// The rows that are on the screen, the last one included; absent when there are none.
-    struct Rows {
-        int first = 0;
-        int last = 0;
-    };
+    using Rows = RowPlaces::Rows;
     std::optional<Rows> visibleRows() const;
 
     /// The name that is being edited was refused, for this reason.
@@ -71,12 +70,13 @@ protected:
     /// since from here on its geometry is asked for.
     void begin();
 
+    virtual RowPlaces::Measures measures() const = 0;
+    /// Where the rows lie now.
+    const RowPlaces& places() const;
     /// Of a row, in content coordinates.
     virtual QRect rowRect(int row) const = 0;
-    /// Height of everything, margins included.
-    virtual int contentHeight() const = 0;
     /// Those that touch a rectangle of the content; absent when none does.
-    virtual std::optional<Rows> rowsIn(const QRect& content) const = 0;
+    std::optional<Rows> rowsIn(const QRect& content) const;
     /// The row whose place is nearest to a point of the content; -1 without rows.
     virtual int rowNearest(const QPoint& content) const = 0;
     /// The row under a point of the content, or -1.
@@ -84,6 +84,8 @@ protected:
     /// The rows inside a rubber band.
     virtual QItemSelection rowsTouching(const QRect& content) const = 0;
     virtual void paintRow(QPainter& painter, int row, const QRect& rect) = 0;
+    /// Left and right end of headings, in pixels from the edges.
+    virtual int headingMargin() const = 0;
     /// The row that a cursor or page key leads to from `row`; any number, it is kept in bounds.
     virtual int rowAfter(int row, CursorAction action) const = 0;
     virtual int stepHeight() const = 0;
@@ -97,10 +99,14 @@ protected:
     /// The name of the row is being edited: the field draws it.
     bool isNamed(int row) const;
     bool isHovered(int row) const { return row == hovered_; }
+    /// The folder that a row lies in, when that is a row itself: -1 where it is not.
+    int parentRow(int row) const;
     /// The colour that lies below what a row draws.
     QColor rowGround(int row) const;
     /// The row has the keyboard, and the person uses it.
     bool hasCursor(int row) const;
+    /// The press was for something that is no row: its release is nothing to the rows.
+    void takePress() { pressIsTaken_ = true; }
     QItemSelection rowRange(int first, int last) const;
     int rowCount() const;
     QPoint toContent(const QPoint& viewportPoint) const;
@@ -136,6 +142,9 @@ private:
     /// With the place of what is dragged; absent when it has left.
     void scrollWhileDragging(std::optional<QPoint> point);
     void hover(int row);
+    void hoverHeading(std::optional<int> heading);
+    QRect headingRect(int group) const;
+    void paintHeading(QPainter& painter, int group, const QRect& rect) const;
     void renamingChanged();
     void placeEditor();
     void closeEditor();
@@ -143,7 +152,10 @@ private:
     bool isTyping() const;
 
     PaneModel& pane_;
+    mutable RowPlaces places_;
     int hovered_ = -1;
+    std::optional<int> hoveredHeading_;
+    bool pressIsTaken_ = false;
     std::uint64_t shownNavigation_ = 0;
     QString typed_;
     QElapsedTimer sinceTyped_;

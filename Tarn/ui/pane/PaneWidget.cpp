@@ -18,11 +18,13 @@
 #include "Tarn/ui/pane/PaneGridView.h"
 #include "Tarn/ui/pane/PaneListView.h"
 #include "Tarn/ui/pane/PaneMenu.h"
+#include "Tarn/ui/places/OverviewPage.h"
 #include "Tarn/ui/states/SkeletonRows.h"
 #include "Tarn/ui/states/StatePage.h"
 #include "Tarn/ui/states/StatusPill.h"
 #include "Tarn/ui/trash/TrashBar.h"
 #include "TarnCore/files/Format.h"
+#include "TarnCore/files/Paths.h"
 
 namespace tarn {
 namespace {
@@ -48,11 +50,13 @@ PaneWidget::PaneWidget(WindowModel& window, PaneModel& pane, QWidget* parent)
       grid_(new PaneGridView(pane, this)),
       skeleton_(new SkeletonRows(this)),
       state_(new StatePage(this)),
+      overview_(new OverviewPage(pane.overview(), this)),
       pill_(new StatusPill(this)) {
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
     for (QWidget* page : {static_cast<QWidget*>(list_), static_cast<QWidget*>(grid_),
-                          static_cast<QWidget*>(skeleton_), static_cast<QWidget*>(state_)})
+                          static_cast<QWidget*>(skeleton_), static_cast<QWidget*>(state_),
+                          static_cast<QWidget*>(overview_)})
         pages_->addWidget(page);
     setAcceptDrops(true);
     watch(list_);
@@ -67,6 +71,9 @@ PaneWidget::PaneWidget(WindowModel& window, PaneModel& pane, QWidget* parent)
     connect(&taking_, &LoadingGate::shownChanged, this, &PaneWidget::showStatus);
     connect(&window.edits(), &WindowEdits::takingChanged, this,
             [this] { taking_.setLoading(!window_.edits().taking().isEmpty()); });
+    connect(&pane.overview(), &PlaceOverview::changed, this, &PaneWidget::showState);
+    connect(overview_, &OverviewPage::chosen, this,
+            [this](const Location& place) { pane_.navigate(place); });
     connect(state_, &StatePage::actionTriggered, this, &PaneWidget::act);
     connect(&pane, &PaneModel::stateChanged, this, &PaneWidget::showState);
     connect(&pane, &PaneModel::rowsChanged, this, &PaneWidget::showState);
@@ -77,6 +84,7 @@ PaneWidget::PaneWidget(WindowModel& window, PaneModel& pane, QWidget* parent)
         view()->scrollTo(view()->currentIndex());
     });
     connect(&pane, &PaneModel::locationChanged, this, &PaneWidget::showState);
+    connect(&pane, &PaneModel::unfoldingFailed, this, &PaneWidget::say);
     connect(&pane.selection(), &QItemSelectionModel::selectionChanged, this,
             &PaneWidget::showStatus);
     showState();
@@ -127,7 +135,12 @@ PaneView* PaneWidget::view() const {
     return grid_;
 }
 
-void PaneWidget::enter() { view()->enter(); }
+void PaneWidget::enter() {
+    if (pages_->currentWidget() == overview_)
+        overview_->enter();
+    else
+        view()->enter();
+}
 
 void PaneWidget::say(const QString& sentence) {
     said_ = sentence;
@@ -189,30 +202,42 @@ void PaneWidget::dropEvent(QDropEvent* event) {
 // --- What is shown
 
 void PaneWidget::showState() {
-    loading_.setLoading(pane_.isLoading() && pane_.items().isEmpty());
-    showStatus();
+    const bool showsOverview =
+        !pane_.showsResults() && (pane_.location().which == Location::Case::tags ||
+                                  pane_.location().which == Location::Case::sources);
+    loading_.setLoading(showsOverview ? overview_->isWaiting()
+                                      : pane_.isLoading() && pane_.items().isEmpty());
     if (loading_.isShown())
         show(Page::skeleton);
-    else if (!pane_.items().isEmpty() || pane_.isLoading() || pane_.isSearching())
+    else if (showsOverview)
+        showOverview();
+    else if (!pane_.items().isEmpty() || pane_.isLoading() || pane_.isSearching() ||
+             !pane_.groups().empty())
         show(Page::rows);
     else if (pane_.showsResults())
         showNothingFound();
     else if (pane_.listingError())
         showError();
+    else if (pane_.cloudFilter() != CloudFilter::all)
+        showNothingFiltered();
     else if (pane_.location().isFolder() || pane_.location().isArchive())
         showEmptyFolder();
+    else if (pane_.location().isQuery())
+        showEmptyQuery();
     else
         show(Page::rows);
+    showStatus();
 }
 
 void PaneWidget::show(Page page) {
     QWidget* wanted = view();
     if (page == Page::skeleton) wanted = skeleton_;
     if (page == Page::state) wanted = state_;
+    if (page == Page::overview) wanted = overview_;
     if (pages_->currentWidget() == wanted) return;
     const bool hadFocus = isAncestorOf(focusWidget()) && focusWidget() && focusWidget()->hasFocus();
     pages_->setCurrentWidget(wanted);
-    if (hadFocus && page == Page::rows) wanted->setFocus();
+    if (hadFocus && (page == Page::rows || page == Page::overview)) wanted->setFocus();
     pill_->raise();
 }
 
@@ -224,6 +249,12 @@ void PaneWidget::showError() {
     if (TrashBar::isTrash(pane_.location()) && error.reason() == ListingError::Reason::notFound &&
         window_.app().trash().items() == 0)
         return showEmptyFolder();
+    if (pane_.location().isQuery()) {
+        state_->setContent({"folder.badge.gearshape", tr("Smart Folder Not Found"), sentence,
+                            tr("Go to Home Folder")});
+        action_ = [this] { pane_.navigate(Location::folder(Paths::home())); };
+        return show(Page::state);
+    }
     switch (error.reason()) {
         case ListingError::Reason::permissionDenied:
             state_->setContent({"lock", tr("No Permission"), sentence, tr("Try Again")});
@@ -299,6 +330,77 @@ void PaneWidget::showEmptyFolder() {
     show(Page::state);
 }
 
+void PaneWidget::showOverview() {
+    if (pane_.overview().rowCount() > 0 || pane_.overview().isLoading()) {
+        show(Page::overview);
+        return;
+    }
+    state_->setContent({std::string(pane_.location().symbol()),
+                        tr("No Sources"),
+                        tr("Files that remember where they were downloaded from show up here, "
+                           "each under its website or app."),
+                        {}});
+    action_ = {};
+    show(Page::state);
+}
+
+void PaneWidget::showNothingFiltered() {
+    const bool isCloudOnly = pane_.cloudFilter() == CloudFilter::cloudOnly;
+    state_->setContent({"icloud",
+                        isCloudOnly ? tr("Nothing Only in the Cloud") : tr("Nothing Here"),
+                        isCloudOnly ? tr("Everything here is on this computer.")
+                                    : tr("Everything here is only in the cloud."),
+                        tr("Show Everything")});
+    action_ = [this] { pane_.setCloudFilter(CloudFilter::all); };
+    show(Page::state);
+}
+
+void PaneWidget::showEmptyQuery() {
+    const Location& place = pane_.location();
+    const std::string symbol(place.symbol());
+    const QString title = QString::fromStdString(pane_.title());
+    const auto [heading, sentence] = [&]() -> std::pair<QString, QString> {
+        switch (place.which) {
+            case Location::Case::library:
+                return emptyLibrary(place.libraryItem);
+            case Location::Case::tag:
+                return {tr("Nothing Tagged “%1”").arg(title),
+                        tr("Files and folders that get this tag show up here.")};
+            case Location::Case::source:
+                return {tr("Nothing from %1").arg(title),
+                        tr("What you download from there shows up here.")};
+            default:
+                return {tr("Nothing Found"),
+                        tr("Nothing matches “%1” now. What will, shows up here.").arg(title)};
+        }
+    }();
+    state_->setContent({symbol, heading, sentence, {}});
+    action_ = {};
+    show(Page::state);
+}
+
+std::pair<QString, QString> PaneWidget::emptyLibrary(LibraryItem item) {
+    switch (item) {
+        case LibraryItem::recents:
+            return {tr("No Recent Files"), tr("Files you open show up here for 30 days.")};
+        case LibraryItem::images:
+            return {tr("No Images"), tr("Pictures in your home folder show up here.")};
+        case LibraryItem::videos:
+            return {tr("No Videos"), tr("Films and clips in your home folder show up here.")};
+        case LibraryItem::music:
+            return {tr("No Music"), tr("Songs and recordings in your home folder show up here.")};
+        case LibraryItem::documents:
+            return {tr("No Documents"),
+                    tr("Texts, spreadsheets and presentations in your home folder show up here.")};
+        case LibraryItem::archives:
+            return {tr("No Archives"),
+                    tr("Archives and installers in your home folder show up here.")};
+        case LibraryItem::apps:
+            return {tr("No Apps"), tr("Programs kept in your home folder show up here.")};
+    }
+    return {};
+}
+
 void PaneWidget::act() {
     // The action may replace itself while it runs.
     const auto action = action_;
@@ -313,6 +415,10 @@ QString PaneWidget::statusText() const {
         return tr("%1 Esc stops it").arg(taking);
     if (loading_.isShown() && pane_.location().isArchive())
         return tr("Reading “%1”… Esc stops it").arg(displayText(pane_.location().url.name()));
+    if (pages_->currentWidget() == overview_) {
+        const auto rows = static_cast<std::int64_t>(pane_.overview().rowCount());
+        return countOf(rows, pane_.location().which == Location::Case::tags ? "tag" : "source");
+    }
     const auto count = static_cast<std::int64_t>(pane_.items().count());
     if (pane_.hasSelection()) {
         std::int64_t selected = 0;
@@ -344,9 +450,20 @@ QString PaneWidget::statusText() const {
         return tr("%1 · searched %2 in %3 s")
             .arg(found, visited, QLocale().toString(pane_.search().elapsed(), 'f', 1));
     }
+    if (pane_.location().isQuery() && pane_.isSearching())
+        return count == 0 ? tr("Searching…") : tr("%1 so far").arg(countOf(count, "item"));
     if (pane_.isPartial()) return tr("Loading…");
-    if (pane_.items().isEmpty()) return {};
-    return countOf(count, "item");
+    if (pane_.items().isEmpty() && pane_.groups().empty()) return {};
+    if (pane_.isCut()) return tr("The first %1").arg(countOf(count, "item"));
+    return countOf(itemCount(), "item");
+}
+
+std::int64_t PaneWidget::itemCount() const {
+    // What is folded away is here all the same.
+    if (pane_.groups().empty()) return pane_.items().count();
+    std::int64_t count = 0;
+    for (const RowGroup& group : pane_.groups()) count += group.itemCount;
+    return count;
 }
 
 void PaneWidget::showStatus() {

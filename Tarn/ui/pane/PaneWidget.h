@@ -5,6 +5,7 @@
 #include <QtCore/QTimer>
 #include <QtWidgets/QWidget>
 
+#include "Tarn/model/records/LibraryItem.h"
 #include "Tarn/ui/states/LoadingGate.h"
 #include "Tarn/ui/thumbnails/ThumbnailLoader.h"
 
@@ -12,6 +13,7 @@ class QStackedLayout;
 
 namespace tarn {
 
+class OverviewPage;
 class PaneGridView;
 class PaneListView;
 class PaneModel;
@@ -52,7 +54,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
-    enum class Page { rows, skeleton, state };
+    enum class Page { rows, skeleton, state, overview };
 
     void watch(PaneView* view);
     void connectThumbnails();
@@ -61,8 +63,13 @@ private:
     void showError();
     void showNothingFound();
     void showEmptyFolder();
+    void showNothingFiltered();
+    void showEmptyQuery();
+    void showOverview();
+    static std::pair<QString, QString> emptyLibrary(LibraryItem item);
     void showStatus();
     QString statusText() const;
+    std::int64_t itemCount() const;
     void act();
     void dragMembers(const QPixmap& image);
     void giveName(const URL& item, const QString& name);
@@ -75,6 +82,7 @@ private:
     PaneGridView* grid_;
     SkeletonRows* skeleton_;
     StatePage* state_;
+    OverviewPage* overview_;
     StatusPill* pill_;
     ThumbnailLoader thumbnails_;
     LoadingGate loading_;

@@ -1,0 +1,201 @@
+// Groups, unfolded folders and filters of a pane's rows.
+#include <filesystem>
+#include <functional>
+
+#include <QtTest/QTest>
+#include <gtest/gtest.h>
+
+#include "Tarn/model/AppModel.h"
+#include "Tarn/model/PaneModel.h"
+#include "tests/support/TestFolder.h"
+
+namespace tarn {
+namespace {
+
+class PaneArrangementTest : public testing::Test {
+protected:
+    void open(const URL& to) {
+        pane.navigate(Location::folder(to));
+        waitFor([this] { return !pane.isLoading(); });
+    }
+    static void waitFor(const std::function<bool()>& condition) {
+        ASSERT_TRUE(QTest::qWaitFor(condition, 10'000));
+    }
+    /// Names, each moved on by a blank for every folder it lies in; headings in brackets.
+    std::vector<std::string> shown() const {
+        std::vector<std::string> lines;
+        const PaneRows& rows = *pane.items().rows();
+        std::size_t group = 0;
+        const auto addHeadings = [&](std::size_t row) {
+            for (; group < rows.groups().size() && rows.groups()[group].first <= row; ++group)
+                lines.push_back("[" + rows.groups()[group].title + " " +
+                                std::to_string(rows.groups()[group].itemCount) + "]");
+        };
+        for (std::size_t row = 0; row < rows.size(); ++row) {
+            addHeadings(row);
+            lines.push_back(std::string(rows.depth(row), ' ') + rows.item(row).name);
+        }
+        addHeadings(rows.size());
+        return lines;
+    }
+    void waitForRows(const std::vector<std::string>& lines) {
+        (void)QTest::qWaitFor([&] { return shown() == lines; }, 10'000);
+        EXPECT_EQ(shown(), lines);
+    }
+
+    TestFolder folder;
+    AppModel app;
+    PaneModel pane{app, false};
+};
+
+TEST_F(PaneArrangementTest, groupsKeepTheOrderInsideAndAreRemembered) {
+    folder.file("b.txt");
+    folder.file("a.jpg");
+    folder.file("c.jpg");
+    const URL inner = folder.folder("inner");
+    open(folder.url());
+    pane.select({folder / "c.jpg"});
+    pane.setGroupBy(GroupField::kind);
+    waitForRows({"[Folders 1]", "inner", "[Images 2]", "a.jpg", "c.jpg", "[Documents 1]", "b.txt"});
+    EXPECT_EQ(pane.selectedItems().front().name, "c.jpg");
+    open(inner);
+    EXPECT_EQ(pane.groupBy(), GroupField::none);
+    pane.goBack();
+    waitForRows({"[Folders 1]", "inner", "[Images 2]", "a.jpg", "c.jpg", "[Documents 1]", "b.txt"});
+    EXPECT_FALSE(pane.isLoading());
+    // What changes on the disk, and the order, go through the groups.
+    folder.file("d.jpg");
+    pane.sortBy(SortField::name);
+    waitForRows({"[Folders 1]", "inner", "[Images 3]", "d.jpg", "c.jpg", "a.jpg", "[Documents 1]",
+                 "b.txt"});
+    EXPECT_EQ(app.viewPrefs(folder.url())->groupBy, GroupField::kind);
+    pane.setGroupBy(GroupField::none);
+    waitForRows({"inner", "d.jpg", "c.jpg", "b.txt", "a.jpg"});
+    EXPECT_EQ(app.viewPrefs(folder.url())->groupBy, std::nullopt);
+}
+
+TEST_F(PaneArrangementTest, aFoldedGroupShowsItsHeadingOnly) {
+    folder.file("a.jpg");
+    folder.file("b.txt");
+    folder.file("c.txt");
+    open(folder.url());
+    pane.setGroupBy(GroupField::kind);
+    pane.setGroupFolded("Documents", true);
+    waitForRows({"[Images 1]", "a.jpg", "[Documents 2]"});
+    folder.file("d.txt");
+    waitForRows({"[Images 1]", "a.jpg", "[Documents 3]"});
+    pane.setGroupFolded("Images", true);
+    waitForRows({"[Images 1]", "[Documents 3]"});
+    EXPECT_FALSE(pane.groups().empty());
+    pane.setGroupFolded("Documents", false);
+    waitForRows({"[Images 1]", "[Documents 3]", "b.txt", "c.txt", "d.txt"});
+}
+
+TEST_F(PaneArrangementTest, resultsAreNotGroupedAndTheirEndBringsTheGroupsBack) {
+    folder.file("pear.jpg");
+    folder.file("pear.txt");
+    open(folder.url());
+    pane.setGroupBy(GroupField::kind);
+    waitForRows({"[Images 1]", "pear.jpg", "[Documents 1]", "pear.txt"});
+    pane.setSearchText("pear");
+    waitFor([this] { return pane.showsResults() && !pane.isSearching(); });
+    EXPECT_EQ(shown(), (std::vector<std::string>{"pear.jpg", "pear.txt"}));
+    pane.clearSearch(false);
+    waitForRows({"[Images 1]", "pear.jpg", "[Documents 1]", "pear.txt"});
+}
+
+TEST_F(PaneArrangementTest, unfoldedFoldersShowWhatIsInThemInTheOrderOfThePane) {
+    folder.file("in/b");
+    folder.file("in/a");
+    folder.file("in/deep/z");
+    folder.file("in/.hidden");
+    folder.file("top");
+    open(folder.url());
+    pane.setViewMode(ViewMode::list);
+    pane.loadChildren(folder / "in");
+    waitForRows({"in", " deep", " a", " b", "top"});
+    pane.loadChildren(folder / "in/deep");
+    waitForRows({"in", " deep", "  z", " a", " b", "top"});
+    EXPECT_EQ(pane.children(folder / "in")->size(), 3u);
+    EXPECT_EQ(pane.treeChildren().size(), 2u);
+    pane.sortBy(SortField::name);
+    waitForRows({"in", " deep", "  z", " b", " a", "top"});
+    pane.setShowsHidden(true);
+    waitForRows({"in", " deep", "  z", " b", " a", " .hidden", "top"});
+    // Folding the outer folder keeps the inner one unfolded for when it is back.
+    pane.foldChildren(folder / "in");
+    waitForRows({"in", "top"});
+    EXPECT_EQ(pane.children(folder / "in"), nullptr);
+    pane.loadChildren(folder / "in");
+    waitForRows({"in", " deep", "  z", " b", " a", " .hidden", "top"});
+    // A grid has no place for what is in folders.
+    pane.setViewMode(ViewMode::grid);
+    waitForRows({"in", "top"});
+    pane.setViewMode(ViewMode::list);
+    waitForRows({"in", " deep", "  z", " b", " a", " .hidden", "top"});
+}
+
+TEST_F(PaneArrangementTest, unfoldedFoldersFollowTheDiskAndAReload) {
+    folder.file("in/a");
+    folder.file("in/deep/z");
+    open(folder.url());
+    pane.setViewMode(ViewMode::list);
+    pane.loadChildren(folder / "in");
+    pane.loadChildren(folder / "in/deep");
+    waitForRows({"in", " deep", "  z", " a"});
+    pane.select({folder / "in/a"});
+    folder.file("in/deep/y");
+    waitForRows({"in", " deep", "  y", "  z", " a"});
+    EXPECT_EQ(pane.selectedItems().front().name, "a");
+    pane.reload();
+    waitForRows({"in", " deep", "  y", "  z", " a"});
+    std::filesystem::remove_all((folder / "in/deep").path());
+    waitForRows({"in", " a"});
+    EXPECT_FALSE(pane.isUnfolded(folder / "in/deep"));
+    // Another place begins with everything folded.
+    open(folder / "in");
+    open(folder.url());
+    waitForRows({"in"});
+}
+
+TEST_F(PaneArrangementTest, changesInAnUnfoldedFolderWaitForTheNameThatIsEdited) {
+    folder.file("in/a");
+    open(folder.url());
+    pane.setViewMode(ViewMode::list);
+    pane.loadChildren(folder / "in");
+    waitForRows({"in", " a"});
+    pane.beginRename(folder / "in/a");
+    folder.file("in/0");
+    QTest::qWait(600);  // The watch has told by now; nothing may come of it.
+    EXPECT_EQ(shown(), (std::vector<std::string>{"in", " a"}));
+    pane.endRename();
+    waitForRows({"in", " 0", " a"});
+}
+
+TEST_F(PaneArrangementTest, aFolderThatLiesInItselfEndsSomewhere) {
+    folder.link("loop", ".");
+    open(folder.url());
+    pane.setViewMode(ViewMode::list);
+    URL inner = folder / "loop";
+    for (int depth = 1; depth < 4; ++depth, inner = inner.appending("loop")) {
+        pane.loadChildren(inner);
+        waitFor([&] { return pane.items().count() == depth + 1; });
+    }
+}
+
+TEST_F(PaneArrangementTest, theCloudFilterAndThePlaceItBelongsTo) {
+    folder.file("a");
+    folder.folder("in");
+    open(folder.url());
+    pane.setCloudFilter(CloudFilter::cloudOnly);
+    waitForRows({});
+    pane.setCloudFilter(CloudFilter::onThisMac);
+    waitForRows({"in", "a"});
+    pane.setCloudFilter(CloudFilter::cloudOnly);
+    waitForRows({});
+    open(folder / "in");
+    EXPECT_EQ(pane.cloudFilter(), CloudFilter::all);
+}
+
+}  // namespace
+}  // namespace tarn
