@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <mutex>
 
 #include <nlohmann/json.hpp>
@@ -109,7 +110,7 @@ struct OperationHistory::State {
     Guarded<Stacks> stacks;
     /// Held while the file is read or written, and never while files are moved. Taken before
     /// `stacks`.
-    std::optional<Guarded<StoreFile>> file;
+    std::unique_ptr<Guarded<StoreFile>> file;
 
     /// Takes over what the file holds now, with what could not be written put on top.
     static void takeOver(Stacks& stacks, const StoreFile::Content& content) {
@@ -185,7 +186,7 @@ struct OperationHistory::State {
 
 OperationHistory::OperationHistory(std::optional<URL> fileURL) : state_(std::make_unique<State>()) {
     if (!fileURL) return;
-    state_->file.emplace(StoreFile(*std::move(fileURL)));
+    state_->file = std::make_unique<Guarded<StoreFile>>(StoreFile(*std::move(fileURL)));
     refresh();
 }
 
@@ -195,7 +196,7 @@ URL OperationHistory::defaultFile() { return SupportDirectory::file("undo-histor
 
 void OperationHistory::append(URL fileURL, HistoryEntry entry) {
     OperationHistory history(std::nullopt);
-    history.state_->file.emplace(StoreFile(std::move(fileURL)));
+    history.state_->file = std::make_unique<Guarded<StoreFile>>(StoreFile(std::move(fileURL)));
     history.record(std::move(entry));
 }
 
