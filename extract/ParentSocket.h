@@ -23,7 +23,7 @@ public:
 
     bool sayReady();
     /// False when the parent is gone.
-    bool answer(const std::optional<std::string>& text, bool isLast);
+    bool answer(const TextExtractor::Reading& reading, bool isLast);
 
 private:
     bool send(const ExtractProtocol::Header& header, std::string_view payload);

@@ -62,13 +62,13 @@ std::size_t heldMemory() {
     return info.arena + info.hblkhd;
 }
 
-std::optional<std::string> read(const ParentSocket::Job& job) {
+TextExtractor::Reading read(const ParentSocket::Job& job) {
     try {
         const auto& request = job.request;
-        return TextExtractor::extract(job.file.get(), request.fileName, request.ocr,
-                                      request.languages);
+        return TextExtractor::read(job.file.get(), request.fileName, request.ocr,
+                                   request.languages);
     } catch (const std::exception&) {
-        return std::nullopt;  // too little memory, or the disk fails: no text either way
+        return {};  // too little memory, or the disk fails: no text either way
     }
 }
 
@@ -77,10 +77,10 @@ int serve() {
     if (!parent.sayReady()) return EXIT_SUCCESS;
     while (auto job = parent.next()) {
         Sandbox::limitProcessorTime(lastResort);
-        const auto text = read(*job);
+        const auto reading = read(*job);
         job.reset();
         const bool isLast = heldMemory() > mostKept;
-        if (!parent.answer(text, isLast) || isLast) break;
+        if (!parent.answer(reading, isLast) || isLast) break;
     }
     return EXIT_SUCCESS;
 }

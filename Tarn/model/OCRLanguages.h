@@ -21,7 +21,7 @@ struct Language {
 std::vector<Language> available();
 /// Of a folder with such data.
 std::vector<Language> in(const std::string& folder);
-/// A stored tag names the language: "en-US" is English as well.
+/// Both tags ask for the same data: "en-US" is English as well.
 bool isSame(std::string_view storedTag, std::string_view tag);
 /// For a tag without data here.
 QString title(const std::string& tag);

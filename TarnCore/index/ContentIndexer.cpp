@@ -5,6 +5,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <iterator>
+#include <optional>
 #include <span>
 #include <thread>
 #include <tuple>
@@ -18,9 +19,9 @@
 #include "TarnCore/files/TreeWalker.h"
 #include "TarnCore/index/CandidateWalk.h"
 #include "TarnCore/index/IndexingQueue.h"
-#include "TarnCore/index/PlainText.h"
 #include "TarnCore/index/TextIndex.h"
 #include "TarnCore/platform/Platform.h"
+#include "TarnCore/platform/RecognitionLanguages.h"
 
 namespace tarn {
 namespace {
@@ -48,10 +49,12 @@ bool mayBeRead(const URL& url) { return access(url.c_str(), R_OK) == 0; }
 class Run {
 public:
     Run(TextIndex& index, const ContentIndexer::Options& options, const ContentIndexer::Read& read,
+        const std::vector<std::string>& recognizedBy,
         std::span<const ContentIndexer::Candidate> candidates, const CancelToken& token,
         const ContentIndexer::Pause& pause, std::size_t readers)
         : index_(index),
           options_(options),
+          recognizedBy_(recognizedBy),
           read_(read),
           candidates_(candidates),
           token_(token),
@@ -77,6 +80,7 @@ public:
             changed_.notify_all();
         });
         report(progress);
+        outcome_.wasPaused = wasPaused_ && std::cmp_less(done_.load(), candidates_.size());
         return outcome_;
     }
 
@@ -96,6 +100,7 @@ private:
     void readAll() {
         while (!isStopped()) {
             waitWhilePaused();
+            if (wasPaused_) return;
             const std::size_t next = next_.fetch_add(1);
             if (next >= candidates_.size() || isStopped()) return;
             readOne(candidates_[next]);
@@ -104,7 +109,11 @@ private:
     }
 
     void waitWhilePaused() {
-        while (!isStopped() && pause_ && pause_()) {
+        while (!isStopped() && !wasPaused_ && pause_ && pause_()) {
+            if (options_.endsWhenPaused) {
+                wasPaused_ = true;
+                return;
+            }
             auto state = state_.lock();
             changed_.wait_for(state.mutex(), betweenPauseQuestions);
         }
@@ -118,10 +127,16 @@ private:
         state_.lock()->name = candidate.url.name();
         const TextIndex::Known known = TextIndex::Known::of(*attributes);
         TextReader::Result result = read_(candidate.url, known.size, stop_);
-        if (result.outcome == ReadOutcome::cancelled) return;
+        if (result.outcome == ReadOutcome::cancelled || result.outcome == ReadOutcome::unable)
+            return;
         if (result.outcome == ReadOutcome::noText && !mayBeRead(candidate.url)) return;
         if (result.outcome != ReadOutcome::read) result.text.clear();
-        queue_.push({path, known.mtime, known.size, candidate.method, std::move(result.text)});
+        TextIndex::Entry entry{path, known.mtime, known.size, candidate.method,
+                               std::move(result.text)};
+        if (result.hasPictures)
+            entry.recognizedBy =
+                result.lacksRecognition ? std::vector<std::string>() : recognizedBy_;
+        queue_.push(std::move(entry));
     }
 
     void storeAll() {
@@ -189,6 +204,7 @@ private:
 
     TextIndex& index_;
     const ContentIndexer::Options& options_;
+    const std::vector<std::string>& recognizedBy_;
     const ContentIndexer::Read& read_;
     const std::span<const ContentIndexer::Candidate> candidates_;
     const CancelToken token_;
@@ -198,6 +214,7 @@ private:
     IndexingQueue queue_;
     std::atomic<std::size_t> next_ = 0;
     std::atomic<std::int64_t> done_ = 0;
+    std::atomic<bool> wasPaused_ = false;
     const CancelToken stop_;  ///< Ours: `token` was set, or nothing more can be stored.
     Guarded<State> state_;
     std::condition_variable changed_;
@@ -218,7 +235,11 @@ std::vector<ContentIndexer::Candidate> walkFor(const std::vector<URL>& roots,
                                                const ContentIndexer::Options& options,
                                                const CandidateWalk::Files& known,
                                                const ChangedPaths* only, const CancelToken& token) {
-    TreeWalker walker(roots);
+    // The threads of a pool have the priority of who used it first, for good; all others need the
+    // shared one.
+    std::optional<TaskPool> own;
+    if (options.background) own.emplace();
+    TreeWalker walker(roots, own ? *own : TaskPool::shared());
     CandidateWalk walk(roots, options, known, only, walker.threadCount());
     walker.walk(walk, token);
     if (token.isCancelled()) return {};
@@ -230,19 +251,37 @@ std::vector<ContentIndexer::Candidate> walkFor(const std::vector<URL>& roots,
     return found;
 }
 
+/// By which data text is recognised here that is wanted in these languages.
+std::vector<std::string> dataOf(std::vector<std::string> languages) {
+    if (languages.empty()) {
+        languages.assign(std::begin(TextExtractor::defaultOCRLanguages),
+                         std::end(TextExtractor::defaultOCRLanguages));
+    }
+    return RecognitionLanguages::dataNames(
+        languages, RecognitionLanguages::dataIn(RecognitionLanguages::dataFolder()));
+}
+
 }  // namespace
 
 ContentIndexer::ContentIndexer(std::shared_ptr<TextIndex> index, Options options)
-    : index_(std::move(index)), options_(std::move(options)) {}
+    : ContentIndexer(std::move(index), std::move(options), {}) {}
 
 ContentIndexer::ContentIndexer(std::shared_ptr<TextIndex> index, Options options, Read read)
-    : index_(std::move(index)), options_(std::move(options)), read_(std::move(read)) {}
+    : index_(std::move(index)), options_(std::move(options)), read_(std::move(read)) {
+    if (options_.ocr) recognizedBy_ = dataOf(options_.languages);
+}
+
+void ContentIndexer::leaveOutUnrecognized(CandidateWalk::Files& known) const {
+    if (recognizedBy_.empty()) return;
+    for (const std::string& path : index_->notRecognizedBy(recognizedBy_)) known.erase(path);
+}
 
 std::vector<ContentIndexer::Candidate> ContentIndexer::candidates(const std::vector<URL>& folders,
                                                                   const CancelToken& token) const {
     const std::vector<URL> roots = wanted(folders, options_);
-    if (options_.ocr) index_->setRecognizes(true);
-    return walkFor(roots, options_, index_->known(roots), nullptr, token);
+    CandidateWalk::Files known = index_->known(roots);
+    leaveOutUnrecognized(known);
+    return walkFor(roots, options_, known, nullptr, token);
 }
 
 std::vector<ContentIndexer::Candidate> ContentIndexer::candidates(
@@ -255,8 +294,15 @@ std::vector<ContentIndexer::Candidate> ContentIndexer::candidates(
         below.push_back(URL::fromPath(path));
     }
     known.merge(index_->known(below));
+    leaveOutUnrecognized(known);
     const ChangedPaths only(changed);
     return walkFor(wanted(folders, options_), options_, known, &only, token);
+}
+
+std::int64_t ContentIndexer::forgetExcluded() const {
+    std::int64_t forgotten = 0;
+    for (const URL& folder : options_.excluded) forgotten += index_->forget(folder);
+    return forgotten;
 }
 
 std::int64_t ContentIndexer::forgetGone(const std::vector<std::string>& changed,
@@ -278,22 +324,18 @@ std::int64_t ContentIndexer::forgetGone(const std::vector<std::string>& changed,
 ContentIndexer::Outcome ContentIndexer::run(const std::vector<Candidate>& candidates,
                                             const CancelToken& token, const Pause& pause,
                                             const Progress& progress) {
-    if (!candidates.empty()) index_->setRecognizes(options_.ocr);
     std::size_t readers = std::max(1U, std::thread::hardware_concurrency());
     if (read_)
-        return Run(*index_, options_, read_, candidates, token, pause, readers).run(progress);
+        return Run(*index_, options_, read_, recognizedBy_, candidates, token, pause, readers)
+            .run(progress);
     TextReader reader(
         {.ocr = options_.ocr, .languages = options_.languages, .background = options_.background});
     const Read read = [&](const URL& url, std::int64_t size, const CancelToken& stop) {
-        TextReader::Result result = reader.read(url, size, stop);
-        // Without the program that reads it, nothing is known of the file.
-        if (result.outcome == TextReader::Outcome::noText && !PlainText::isPlain(url.name()) &&
-            !reader.problem().empty())
-            result.outcome = TextReader::Outcome::cancelled;
-        return result;
+        return reader.read(url, size, stop);
     };
     readers = reader.processCount();
-    Outcome outcome = Run(*index_, options_, read, candidates, token, pause, readers).run(progress);
+    Outcome outcome = Run(*index_, options_, read, recognizedBy_, candidates, token, pause, readers)
+                          .run(progress);
     outcome.problem = reader.problem();
     return outcome;
 }

@@ -4,16 +4,16 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/URL.h"
 #include "TarnCore/index/TextExtractor.h"
+#include "TarnCore/index/TextIndex.h"
 #include "TarnCore/index/TextReader.h"
 
 namespace tarn {
-
-class TextIndex;
 
 /// Fills a TextIndex with the text of the files below some folders.
 ///
@@ -28,6 +28,9 @@ public:
         std::vector<URL> excluded{};           ///< Folders of which nothing is read.
         std::int64_t mostBytesOnDisk = 0;      ///< Of the index; 0: no limit.
         bool background = false;               ///< Idle priority for processor and disk.
+        /// A pause ends the run once the files that were begun are stored, so that others may have
+        /// the claim meanwhile.
+        bool endsWhenPaused = false;
     };
     /// Gets the text of a file; called from several threads at once.
     using Read = std::function<TextReader::Result(const URL& url, std::int64_t size,
@@ -42,7 +45,8 @@ public:
         std::int64_t size = 0;
         TextExtractor::Method method = TextExtractor::Method::plain;
     };
-    /// The files that the index does not know as they are now: newest first, pictures last. Hidden
+    /// The files that the index does not know as they are now, and with recognition those whose
+    /// pictures were read without one of the languages: newest first, pictures last. Hidden
     /// items, application data, the Trash, excluded folders, folders with ".nomedia" or a valid
     /// CACHEDIR.TAG, the insides of packages and names that are not UTF-8 are left out.
     std::vector<Candidate> candidates(const std::vector<URL>& folders,
@@ -53,6 +57,10 @@ public:
     std::vector<Candidate> candidates(const std::vector<URL>& folders,
                                       const std::vector<std::string>& changed,
                                       const CancelToken& token) const;
+    /// Forgets what was read in folders that are excluded, and gives its room back to the disk; how
+    /// many files. Whoever calls it holds the claim of the index.
+    std::int64_t forgetExcluded() const;
+
     /// Forgets what the index knows of changed paths that are gone, and of what was below them; how
     /// many files. Whoever calls it holds the claim of the index.
     std::int64_t forgetGone(const std::vector<std::string>& changed,
@@ -66,19 +74,24 @@ public:
     struct Outcome {
         std::int64_t indexed = 0;      ///< Files with text.
         std::int64_t withoutText = 0;  ///< Remembered, so that they are not read again.
+        bool wasPaused = false;        ///< Ended by a pause, with candidates left.
         bool reachedBudget = false;    ///< Stopped before the index would have become larger.
         bool couldNotWrite = false;    ///< Stopped; TextIndex::problem says why.
         std::string problem;           ///< Of reading (TextReader::problem); empty without one.
     };
     /// A file is stored with its time and size from before it was read, so that one that changes
     /// meanwhile is a candidate again. Files that are gone, or could not be read for want of a
-    /// program, are left as they are known.
+    /// program or a library, are left as they are known.
     Outcome run(const std::vector<Candidate>& candidates, const CancelToken& token,
                 const Pause& pause, const Progress& progress);
 
 private:
+    /// Takes out what is to be read again because its pictures were recognised otherwise.
+    void leaveOutUnrecognized(std::unordered_map<std::string, TextIndex::Known>& known) const;
+
     std::shared_ptr<TextIndex> index_;
     Options options_;
+    std::vector<std::string> recognizedBy_;  ///< Data of languages; empty without recognition.
     Read read_;
 };
 

@@ -185,6 +185,7 @@ std::optional<ExtractProcess::End> ExtractProcess::receiveReady(const Wait& wait
     std::string bytes;
     if (const auto end = receive(bytes, headerSize, wait))
         return end == End::stopped ? End::stopped : End::notReady;
+    if (ExtractProtocol::isOtherVersion(bytes)) return End::stranger;
     const auto header = ExtractProtocol::decodeHeader(bytes);
     if (!header || header->kind != Kind::ready) return End::notReady;
     return std::nullopt;
@@ -192,11 +193,12 @@ std::optional<ExtractProcess::End> ExtractProcess::receiveReady(const Wait& wait
 
 ExtractProcess::Answer ExtractProcess::receiveAnswer(const Wait& wait) {
     std::string bytes;
-    if (const auto end = receive(bytes, headerSize, wait)) return {*end, {}};
+    if (const auto end = receive(bytes, headerSize, wait)) return {.end = *end};
     const auto header = ExtractProtocol::decodeHeader(bytes);
     if (!header || (header->kind != Kind::text && header->kind != Kind::noText)) return {};
-    Answer answer{header->kind == Kind::text ? End::text : End::noText, {}};
-    if (const auto end = receive(answer.text, header->length, wait)) return {*end, {}};
+    Answer answer{.end = header->kind == Kind::text ? End::text : End::noText,
+                  .reading = ExtractProtocol::reading(header->flags)};
+    if (const auto end = receive(answer.text, header->length, wait)) return {.end = *end};
     if (!Text::isValidUTF8(answer.text)) return {};
     isUsable_ = (header->flags & ExtractProtocol::isLast) == 0;
     return answer;
@@ -208,10 +210,10 @@ ExtractProcess::Answer ExtractProcess::read(const ExtractProtocol::Request& requ
     isUsable_ = false;
     if (!isReady_) {
         if (const auto end = receiveReady(Wait(id_, readyWithin, readyWithin, isStopped)))
-            return {*end, {}};
+            return {.end = *end};
         isReady_ = true;
     }
-    if (!send(encode(request), file)) return {End::notReady, {}};
+    if (!send(encode(request), file)) return {.end = End::notReady};
     Answer answer = receiveAnswer(Wait(id_, mostWaiting * seconds, seconds, isStopped));
     if (answer.end == End::text || answer.end == End::noText) ++answered_;
     return answer;

@@ -32,13 +32,16 @@ public:
         text,      ///< `text` is what the file says.
         noText,    ///< It says nothing that can be read.
         notReady,  ///< The helper ended before it had looked at the file.
+        stranger,  ///< The helper is of another version than this program.
         died,      ///< It ended, or answered nonsense, while it read the file.
         late,      ///< It took more time than it had.
         stopped,   ///< `isStopped` said so.
     };
     struct Answer {
         End end = End::died;
-        std::string text;  ///< UTF-8.
+        std::string text{};  ///< UTF-8.
+        /// Of `text` and `noText`; its text is absent, being above.
+        TextExtractor::Reading reading{};
     };
     /// Has the file read, in at most `seconds` of processor time and four times that of the clock;
     /// `isStopped` is asked every 50 ms. After any end but `text` and `noText` the helper is of no

@@ -1,6 +1,7 @@
 #include "TarnCore/index/ExtractProtocol.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "TarnCore/base/Text.h"
 
@@ -10,6 +11,13 @@ namespace {
 constexpr std::string_view magic = "TX";
 constexpr std::size_t mostNameBytes = 1024;
 constexpr std::size_t beforeName = 2;  // its length
+
+using TextExtractor::Tool;
+constexpr std::pair<Tool, std::uint32_t> tools[] = {{Tool::documents, lacksDocuments},
+                                                    {Tool::recognition, lacksRecognition},
+                                                    {Tool::word, lacksWord}};
+constexpr std::uint32_t ofAnswers =
+    isLast | hasPictures | lacksDocuments | lacksRecognition | lacksWord;
 
 template <class Number>
 void put(char* at, Number number) {
@@ -40,9 +48,9 @@ std::optional<Bounds> bounds(Kind kind) {
         case Kind::request:
             return Bounds{wantsRecognition, beforeName, mostRequestBytes};
         case Kind::text:
-            return Bounds{isLast, 0, mostTextBytes};
+            return Bounds{ofAnswers, 0, mostTextBytes};
         case Kind::noText:
-            return Bounds{isLast, 0, 0};
+            return Bounds{ofAnswers, 0, 0};
     }
     return std::nullopt;
 }
@@ -67,6 +75,26 @@ std::optional<Header> decodeHeader(std::string_view bytes) {
     if (!allowed || (header.flags & ~allowed->flags) != 0) return std::nullopt;
     if (header.length < allowed->shortest || header.length > allowed->longest) return std::nullopt;
     return header;
+}
+
+bool isOtherVersion(std::string_view bytes) {
+    return bytes.size() > magic.size() && bytes.starts_with(magic) &&
+           take<std::uint8_t>(bytes, magic.size()) != version;
+}
+
+std::uint32_t flags(const TextExtractor::Reading& reading) {
+    std::uint32_t flags = reading.hasPictures ? hasPictures : 0;
+    for (const auto& [tool, flag] : tools)
+        if (reading.missing == tool) flags |= flag;
+    return flags;
+}
+
+TextExtractor::Reading reading(std::uint32_t flags) {
+    TextExtractor::Reading reading;
+    reading.hasPictures = (flags & hasPictures) != 0;
+    for (const auto& [tool, flag] : tools)
+        if ((flags & flag) != 0) reading.missing = tool;
+    return reading;
 }
 
 std::string encode(const Request& request) {

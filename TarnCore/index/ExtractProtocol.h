@@ -15,7 +15,7 @@
 /// A frame is a header of 12 bytes and what it announces, numbers in little-endian order:
 ///
 ///     0  "TX"
-///     2  version, 1
+///     2  version, 2
 ///     3  kind
 ///     4  flags
 ///     8  bytes that follow
@@ -25,6 +25,8 @@
 /// unasked. What breaks these rules is answered by closing the socket or ending the helper: the
 /// one side reads hostile documents, and the other does not believe it anything.
 ///
+/// A header of another version differs at most behind its version, so that either side can tell.
+///
 /// A request is the length of the file's name, two bytes; the name; and the languages of
 /// recognition, separated by commas.
 namespace tarn::ExtractProtocol {
@@ -32,7 +34,7 @@ namespace tarn::ExtractProtocol {
 /// Of the socket, in the helper.
 inline constexpr int socketDescriptor = 3;
 
-inline constexpr std::uint8_t version = 1;
+inline constexpr std::uint8_t version = 2;
 inline constexpr std::size_t headerSize = 12;
 inline constexpr std::size_t mostRequestBytes = 4096;
 /// Four bytes a character, as UTF-8 needs at most.
@@ -44,6 +46,12 @@ enum class Kind : std::uint8_t { ready = 1, request = 2, text = 3, noText = 4 };
 inline constexpr std::uint32_t wantsRecognition = 1;
 /// Of an answer: the helper ends now, since it has grown, and its successor starts small.
 inline constexpr std::uint32_t isLast = 1;
+/// Of an answer: TextExtractor::Reading::hasPictures.
+inline constexpr std::uint32_t hasPictures = 2;
+/// Of an answer: this tool of TextExtractor is missing.
+inline constexpr std::uint32_t lacksDocuments = 4;
+inline constexpr std::uint32_t lacksRecognition = 8;
+inline constexpr std::uint32_t lacksWord = 16;
 
 struct Header {
     Kind kind = Kind::ready;
@@ -55,6 +63,13 @@ std::array<char, headerSize> encode(const Header& header);
 /// Absent for another version, an unknown kind or flag, or a length that the kind does not allow.
 /// `bytes` are at least `headerSize`.
 std::optional<Header> decodeHeader(std::string_view bytes);
+
+/// The bytes begin a header of another version than this program's.
+bool isOtherVersion(std::string_view bytes);
+
+/// What a reading says in the flags of its answer, and back; its text is not in them.
+std::uint32_t flags(const TextExtractor::Reading& reading);
+TextExtractor::Reading reading(std::uint32_t flags);
 
 struct Request {
     bool ocr = false;

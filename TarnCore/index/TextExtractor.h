@@ -39,10 +39,28 @@ inline constexpr std::string_view defaultOCRLanguages[] = {"en-US"};
 /// large, or has none. Pictures and pages without text are recognised only with `ocr`.
 std::optional<std::string> extract(const URL& url, bool ocr,
                                    std::span<const std::string> languages = {});
+
+/// Programs and libraries that some formats are read by, each of which may be missing.
+enum class Tool {
+    documents,    ///< Poppler, for PDF.
+    recognition,  ///< Tesseract with data for a language, for text in pictures.
+    word          ///< catdoc, for the old word-processing format.
+};
+
+/// What reading a file came to.
+struct Reading {
+    std::optional<std::string> text{};  ///< As `extract` gives it.
+    /// It is a picture, or has pages without text of their own: what it says depends on
+    /// recognition.
+    bool hasPictures = false;
+    /// What would have been needed. Recognition only where it was asked for.
+    std::optional<Tool> missing{};
+};
+
 /// The same for what was opened for reading already, as for a process that may open nothing; the
 /// descriptor stays the caller's. `fileName` says how it is read.
-std::optional<std::string> extract(int file, std::string_view fileName, bool ocr,
-                                   std::span<const std::string> languages = {});
+Reading read(int file, std::string_view fileName, bool ocr,
+             std::span<const std::string> languages = {});
 
 }  // namespace TextExtractor
 

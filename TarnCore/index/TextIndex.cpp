@@ -301,10 +301,9 @@ bool TextIndex::store(std::span<const Entry> entries, const CancelToken& token) 
     });
 }
 
-void TextIndex::setRecognizes(bool recognizes) {
-    const bool did = state_->read<bool>([](TextTables& tables) { return tables.recognizes(); });
-    if (did == recognizes) return;
-    state_->writeAtOnce([&](TextTables& tables) { tables.setRecognizes(recognizes); });
+std::vector<std::string> TextIndex::notRecognizedBy(const std::vector<std::string>& data) const {
+    return state_->read<std::vector<std::string>>(
+        [&](TextTables& tables) { return tables.notRecognizedBy(data); });
 }
 
 void TextIndex::settle() {

@@ -74,6 +74,9 @@ public:
         std::int64_t size = 0;
         TextExtractor::Method method = TextExtractor::Method::plain;
         std::string text;  ///< Empty for files without text, so that they are not read again.
+        /// Of a picture, or a document with pages that are pictures: the data of languages by which
+        /// its text was recognised, none where it was not. Absent for every other file.
+        std::optional<std::vector<std::string>> recognizedBy{};
     };
     void store(const std::string& path, double mtime, std::int64_t size,
                TextExtractor::Method method, std::string_view text);
@@ -86,10 +89,8 @@ public:
     /// Why the latest change could not be written, or the claim not be had, as a finished sentence;
     /// absent when it could.
     std::optional<std::string> problem() const;
-    /// What is stored from now on comes from readers that do, or do not, recognise text in
-    /// pictures. When they do again, documents in which those that do not found no text are
-    /// forgotten, so that their pages are read as pictures.
-    void setRecognizes(bool recognizes);
+    /// The files with text in pictures that was recognised without one of these data of languages.
+    std::vector<std::string> notRecognizedBy(const std::vector<std::string>& data) const;
     void remove(const std::string& path);
     /// Forgets files below the folder that no longer exist; how many.
     std::int64_t pruneMissing(const URL& under, const CancelToken& token = {});

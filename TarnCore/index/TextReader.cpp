@@ -30,6 +30,7 @@ namespace {
 
 using std::chrono::steady_clock;
 using TextExtractor::Method;
+using TextExtractor::Tool;
 
 constexpr auto betweenQuestions = std::chrono::milliseconds(50);
 constexpr std::chrono::seconds idleTime(20);
@@ -45,6 +46,19 @@ double timeLimit(Method method, bool ocr) {
         default:
             return 20;
     }
+}
+
+std::string sentence(Tool missing) {
+    switch (missing) {
+        case Tool::documents:
+            return "PDF documents can’t be read because Poppler isn’t installed.";
+        case Tool::recognition:
+            return "Text in pictures can’t be recognised because Tesseract, or its data for the "
+                   "languages that are set, isn’t installed.";
+        case Tool::word:
+            return "Documents of the format “doc” can’t be read because “catdoc” isn’t installed.";
+    }
+    return {};
 }
 
 /// A file as it is now; one that was changed is another.
@@ -106,7 +120,9 @@ struct TextReader::State {
         bool isStopping = false;
         bool isWatched = false;  ///< `endIdle` will be called.
         std::set<Identity> killers;
-        std::string problem;
+        std::string problem;      ///< Of the helper.
+        std::string toolProblem;  ///< Of what it needs.
+        bool isStranger = false;  ///< The helper cannot be spoken with.
     };
 
     explicit State(Options given)
@@ -116,7 +132,7 @@ struct TextReader::State {
           program(ExtractProcess::program()) {
         if (!program)
             pool.lock()->problem =
-                "Documents can’t be read because the program “tarn-extract” is not installed.";
+                "Documents can’t be read because the program “tarn-extract” isn’t installed.";
     }
 
     ~State() {
@@ -201,12 +217,19 @@ struct TextReader::State {
             "Documents can’t be read because “tarn-extract” doesn’t start. " + reason;
     }
 
+    void sayStranger() {
+        auto held = pool.lock();
+        held->isStranger = true;
+        held->problem =
+            "Documents can’t be read because “tarn-extract” is of another version than Tarn.";
+    }
+
     /// Has a free helper read the file, or a new one where that may be to blame.
     Result readInHelper(const ExtractProtocol::Request& request, double seconds,
                         const OpenFile& file, const CancelToken& token) {
-        if (!program) return {};
-        if (pool.lock()->killers.contains(file.identity)) return {Outcome::killed, {}};
-        if (!takePlace(token)) return {Outcome::cancelled, {}};
+        if (!program || pool.lock()->isStranger) return {.outcome = Outcome::unable};
+        if (pool.lock()->killers.contains(file.identity)) return {.outcome = Outcome::killed};
+        if (!takePlace(token)) return {.outcome = Outcome::cancelled};
         Helper helper = idleHelper();
         Result result = readWith(helper, request, seconds, file, token);
         leavePlace(std::move(helper));
@@ -218,7 +241,7 @@ struct TextReader::State {
                     const OpenFile& file, const CancelToken& token) {
         for (;;) {
             if (!helper) helper = newHelper();
-            if (!helper) return {};
+            if (!helper) return {.outcome = Outcome::unable};
             // A helper that died may have read a part of it.
             lseek(file.descriptor.get(), 0, SEEK_SET);
             auto answer = helper->read(request, file.descriptor.get(), seconds,
@@ -228,25 +251,43 @@ struct TextReader::State {
             const bool isFresh = helper->answered() == 0;
             switch (answer.end) {
                 case ExtractProcess::End::text:
-                    return {Outcome::read, std::move(answer.text)};
                 case ExtractProcess::End::noText:
-                    return {};
+                    return resultOf(std::move(answer), request);
                 case ExtractProcess::End::late:
-                    return {Outcome::killed, {}};
+                    return {.outcome = Outcome::killed};
                 case ExtractProcess::End::stopped:
-                    return {Outcome::cancelled, {}};
+                    return {.outcome = Outcome::cancelled};
+                case ExtractProcess::End::stranger:
+                    sayStranger();
+                    return {.outcome = Outcome::unable};
                 case ExtractProcess::End::notReady:
                     if (isFresh) {
                         sayProblem("It ended at once.");
-                        return {};
+                        return {.outcome = Outcome::unable};
                     }
                     break;
                 case ExtractProcess::End::died:
-                    if (isFresh) return {Outcome::killed, {}};
+                    if (isFresh) return {.outcome = Outcome::killed};
                     break;
             }
             helper.reset();
         }
+    }
+
+    Result resultOf(ExtractProcess::Answer answer, const ExtractProtocol::Request& request) {
+        Result result{
+            .outcome = answer.end == ExtractProcess::End::text ? Outcome::read : Outcome::noText,
+            .text = std::move(answer.text),
+            .hasPictures = answer.reading.hasPictures,
+            .lacksRecognition = answer.reading.missing == Tool::recognition};
+        if (const auto missing = answer.reading.missing) {
+            pool.lock()->toolProblem = sentence(*missing);
+            // The other pages of a document were read.
+            const bool isRest =
+                result.lacksRecognition && TextExtractor::method(request.fileName) == Method::pdf;
+            if (!isRest) result.outcome = Outcome::unable;
+        }
+        return result;
     }
 
     const Options options;
@@ -263,7 +304,10 @@ TextReader::~TextReader() = default;
 
 std::size_t TextReader::processCount() const { return state_->processes; }
 
-std::string TextReader::problem() const { return state_->pool.lock()->problem; }
+std::string TextReader::problem() const {
+    const auto held = state_->pool.lock();
+    return held->problem.empty() ? held->toolProblem : held->problem;
+}
 
 TextReader::Result TextReader::read(const URL& url, std::int64_t size, const CancelToken& token) {
     const auto method = TextExtractor::method(url);
@@ -279,7 +323,7 @@ TextReader::Result TextReader::read(const URL& url, std::int64_t size, const Can
         } else if (PlainText::isPlain(textURL.name())) {
             auto bytes = beginning(*file);
             auto text = bytes ? PlainText::text(std::move(*bytes)) : std::nullopt;
-            if (text) result = {Outcome::read, std::move(*text)};
+            if (text) result = {.outcome = Outcome::read, .text = std::move(*text)};
         } else {
             const ExtractProtocol::Request request = {
                 state_->options.ocr, std::string(textURL.name()), state_->options.languages};

@@ -35,21 +35,26 @@ public:
     enum class Outcome {
         read,       ///< `text` is what the file says; empty when it says nothing.
         noText,     ///< No format we read, too large, damaged, encrypted, unreadable.
+        unable,     ///< What would read it is missing, as `problem` says; try again later.
         killed,     ///< The helper died or took too long: not to be tried again unchanged.
         cancelled,  ///< The token was set, or the reader is ending.
     };
     struct Result {
         Outcome outcome = Outcome::noText;
-        std::string text;
+        std::string text{};
+        /// It is a picture, or has pages without text of their own.
+        bool hasPictures = false;
+        /// Text in its pictures was asked for, but there is nothing to recognise it with.
+        bool lacksRecognition = false;
     };
     /// `size` is the file's, in bytes, as the caller knows it.
     Result read(const URL& url, std::int64_t size, const CancelToken& token);
 
     std::size_t processCount() const;
 
-    /// Why nothing but plain text can be read here (`tarn-extract` is missing or does not start),
-    /// as a finished sentence; empty when all is well. Files that gave `noText` meanwhile are worth
-    /// another try when it has been mended.
+    /// What could not be read here for want of a program or a library, as a finished sentence;
+    /// empty when all is well. The last one found out, but that nothing but plain text can be read
+    /// (`tarn-extract` is missing, or does not start) goes before everything else.
     std::string problem() const;
 
 private:

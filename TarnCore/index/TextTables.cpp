@@ -1,5 +1,6 @@
 #include "TarnCore/index/TextTables.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "TarnCore/base/Text.h"
@@ -16,7 +17,8 @@ constexpr const char* schema =
     "CREATE TABLE IF NOT EXISTS files (path TEXT PRIMARY KEY, mtime REAL, size INTEGER, "
     "method TEXT, chars INTEGER, indexed_at REAL);"
     "CREATE VIRTUAL TABLE IF NOT EXISTS body USING fts5(path UNINDEXED, text, "
-    "tokenize='unicode61 remove_diacritics 2');";
+    "tokenize='unicode61 remove_diacritics 2');"
+    "CREATE TABLE IF NOT EXISTS pictures (path TEXT PRIMARY KEY, languages TEXT) WITHOUT ROWID;";
 
 /// How FTS5 keeps postings; it stores its settings in the file. It gathers them in memory, in
 /// `hashsize` bytes, before it writes them out as one sorted run. Larger than the processor's
@@ -85,21 +87,21 @@ bool TextTables::remove(const std::string& path) {
     }
     database_.lend("DELETE FROM files WHERE rowid = ?")->bind(1, *id).run();
     database_.lend("DELETE FROM body WHERE rowid = ?")->bind(1, *id).run();
+    database_.lend("DELETE FROM pictures WHERE path = ?")->bind(1, path).run();
     return true;
 }
 
-bool TextTables::recognizes() { return database_.number("PRAGMA user_version") == 1; }
-
-void TextTables::setRecognizes(bool recognizes) {
-    database_.execute(recognizes ? "PRAGMA user_version = 1" : "PRAGMA user_version = 0");
-    if (!recognizes) return;
-    std::vector<std::string> textless;
-    {
-        const auto rows =
-            database_.lend("SELECT path FROM files WHERE method = 'pdf' AND chars = 0");
-        while (rows->step()) textless.emplace_back(rows->text(0));
+std::vector<std::string> TextTables::notRecognizedBy(const std::vector<std::string>& data) {
+    std::vector<std::string> paths;
+    const auto rows = database_.lend("SELECT path, languages FROM pictures");
+    while (rows->step()) {
+        const auto known = Text::split(rows->text(1), '+');
+        if (!std::ranges::all_of(data, [&](const std::string& one) {
+                return std::ranges::find(known, one) != known.end();
+            }))
+            paths.emplace_back(rows->text(0));
     }
-    for (const std::string& path : textless) remove(path);
+    return paths;
 }
 
 void TextTables::insert(const TextIndex::Entry& entry, double now) {
@@ -120,6 +122,11 @@ void TextTables::insert(const TextIndex::Entry& entry, double now) {
         .bind(2, entry.path)
         .bind(3, entry.text)
         .run();
+    if (!entry.recognizedBy) return;
+    database_.lend("INSERT OR REPLACE INTO pictures (path, languages) VALUES (?, ?)")
+        ->bind(1, entry.path)
+        .bind(2, Text::join(*entry.recognizedBy, "+"))
+        .run();
 }
 
 void TextTables::store(const TextIndex::Entry& entry, double now) {
@@ -137,7 +144,7 @@ void TextTables::store(const TextIndex::Entry& entry, double now) {
 
 void TextTables::clear() {
     // Deleting its rows would read every text again to take it out word by word.
-    database_.execute("DELETE FROM files; DROP TABLE body;");
+    database_.execute("DELETE FROM files; DELETE FROM pictures; DROP TABLE body;");
     database_.execute(schema);
     setPostings();
 }

@@ -12,13 +12,14 @@
 
 namespace tarn {
 
-/// The tables of a TextIndex: `files` with a row for each file, and `body` with its text.
+/// The tables of a TextIndex: `files` with a row for each file, `body` with its text, and
+/// `pictures` for those whose text depends on recognition.
 ///
-/// Both rows of a file have the same row id, so that one leads to the other: `body` knows no path
-/// but by reading all of it, and reading a path there reads the text too. Another program may have
-/// written rows whose ids differ. Nothing here takes the agreement on trust: `body_content`, in
-/// which FTS5 keeps the columns (c0 the path, c1 the text), is asked for the path of the row, and
-/// writing puts the ids right where they differ.
+/// The first two rows of a file have the same row id, so that one leads to the other: `body` knows
+/// no path but by reading all of it, and reading a path there reads the text too. Another program
+/// may have written rows whose ids differ. Nothing here takes the agreement on trust:
+/// `body_content`, in which FTS5 keeps the columns (c0 the path, c1 the text), is asked for the
+/// path of the row, and writing puts the ids right where they differ.
 ///
 /// For one thread at a time, as the database. Failures throw DatabaseError.
 class TextTables {
@@ -33,10 +34,9 @@ public:
     /// In a transaction of the caller, as everything that writes.
     void store(const TextIndex::Entry& entry, double now);
     bool remove(const std::string& path);
-    /// See TextIndex::setRecognizes; kept as the user version of the file, 1 or 0.
-    bool recognizes();
-    void setRecognizes(bool recognizes);
-    /// Both tables are empty afterwards.
+    /// See TextIndex::notRecognizedBy.
+    std::vector<std::string> notRecognizedBy(const std::vector<std::string>& data);
+    /// All tables are empty afterwards.
     void clear();
     /// Every row has its partner under the same id. Looks at all of them.
     bool isAligned();

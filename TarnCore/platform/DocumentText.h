@@ -12,6 +12,8 @@ namespace tarn {
 class DocumentText {
 public:
     virtual ~DocumentText() = default;
+    /// What reads documents is installed.
+    virtual bool isAvailable() const = 0;
     /// Hands the text of each page to `onPage`, in order, until it returns false. A page without
     /// text is drawn and handed to `recognize`, when there is one, whose answer stands for it.
     /// Returns false when the document is damaged, encrypted or none.

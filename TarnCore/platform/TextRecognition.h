@@ -22,6 +22,8 @@ struct GrayPicture {
 class TextRecognition {
 public:
     virtual ~TextRecognition() = default;
+    /// What recognises text is installed, with data for one of the languages or for English.
+    virtual bool isAvailable(const std::vector<std::string>& languages) const = 0;
     /// The lines from top to bottom, joined with line breaks; empty without text. `languages` are
     /// BCP 47 tags; those without data on this machine are left out, and English stands in when
     /// none is left.

@@ -67,7 +67,7 @@ TEST_F(ParentSocketTest, endsWhenTheParentBreaksTheRules) {
     } cases[] = {
         {"no file", frame, false},
         {"two requests at once", frame + frame, true},
-        {"an answer", std::string("TX\x01\x04", 4) + std::string(8, '\0'), true},
+        {"an answer", std::string("TX\x02\x04", 4) + std::string(8, '\0'), true},
         {"half a request", frame.substr(0, frame.size() - 1), true},
         {"nonsense", std::string(30, 'x'), true},
         {"nothing", "", false},

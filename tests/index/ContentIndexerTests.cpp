@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <atomic>
 #include <functional>
+#include <future>
 #include <memory>
 #include <string>
 #include <thread>
@@ -9,8 +10,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <unistd.h>
 
+#include "TarnCore/base/TaskPool.h"
 #include "TarnCore/index/ContentIndexer.h"
 #include "TarnCore/index/TextIndex.h"
 #include "TarnCore/platform/Platform.h"
@@ -138,20 +141,67 @@ TEST_F(ContentIndexerTests, whatHasNoTextIsRememberedAndWhatWasNotReadIsNot) {
     EXPECT_THAT(index->search({"half"}, {}), IsEmpty());
 }
 
-TEST_F(ContentIndexerTests, scannedPagesAreReadAgainWhenTextInPicturesIs) {
-    file("scan.pdf");
-    file("empty.txt", 1);
-    answer = [](const URL&, std::int64_t, const CancelToken&) -> TextReader::Result {
-        return {Outcome::read, {}};
+/// Has data of these languages for as long as it lives.
+class RecognitionData {
+public:
+    explicit RecognitionData(std::initializer_list<const char*> names) {
+        for (const char* name : names) folder_.file(std::string(name) + ".traineddata");
+        setenv("TESSDATA_PREFIX", folder_.url().c_str(), 1);
+    }
+    ~RecognitionData() { unsetenv("TESSDATA_PREFIX"); }
+    RecognitionData(const RecognitionData&) = delete;
+    RecognitionData& operator=(const RecognitionData&) = delete;
+
+private:
+    TestFolder folder_;
+};
+
+TEST_F(ContentIndexerTests, picturesAreReadAgainInLanguagesTheyWereNotReadIn) {
+    const RecognitionData data{"deu", "eng", "swe"};
+    for (const char* name : {"a.txt", "scan.pdf", "paper.pdf", "photo.png", "torn.png"}) file(name);
+    answer = [](const URL& url, std::int64_t, const CancelToken&) -> TextReader::Result {
+        const bool isTorn = url.name() == "torn.png";
+        return {.outcome = isTorn ? Outcome::noText : Outcome::read,
+                .hasPictures = url.name() == "scan.pdf" || url.name() == "photo.png"};
+    };
+    const auto wants = [this](std::vector<std::string> languages) {
+        return candidates({.ocr = true, .languages = std::move(languages)});
     };
     runAll();
     EXPECT_THAT(candidates(), IsEmpty());
-    EXPECT_THAT(candidates({.ocr = true}), ElementsAre("scan.pdf"));
-    runAll({.ocr = true});
-    EXPECT_THAT(candidates({.ocr = true}), IsEmpty()) << "and found empty for good";
-    file("other.txt");
+    EXPECT_THAT(wants({"en"}), ElementsAre("scan.pdf", "photo.png", "torn.png"));
+    runAll({.ocr = true, .languages = {"en"}});
+    EXPECT_THAT(wants({"en"}), IsEmpty()) << "though they were found empty";
+    EXPECT_THAT(wants({"en-US"}), IsEmpty()) << "the same data";
+    EXPECT_THAT(wants({"fr", "en"}), IsEmpty()) << "there is no data for French";
+    EXPECT_THAT(wants({"en", "de"}), ElementsAre("scan.pdf", "photo.png"));
+    EXPECT_THAT(candidatesAmong({"photo.png"}, {.ocr = true, .languages = {"de"}}),
+                ElementsAre("photo.png"));
+    runAll({.ocr = true, .languages = {"en", "de"}});
+    EXPECT_THAT(wants({"de"}), IsEmpty());
+    file("scan.pdf", 1);
     runAll();
-    EXPECT_THAT(candidates({.ocr = true}), ElementsAre("scan.pdf"));
+    EXPECT_THAT(wants({"en"}), ElementsAre("scan.pdf")) << "its pages were left out";
+    EXPECT_THAT(wants({"sv"}), ElementsAre("scan.pdf", "photo.png"));
+}
+
+TEST_F(ContentIndexerTests, whatCouldNotBeReadForWantOfAToolIsReadLater) {
+    const RecognitionData data{"eng"};
+    for (const char* name : {"scan.pdf", "photo.png"}) file(name);
+    bool isInstalled = false;
+    answer = [&](const URL& url, std::int64_t, const CancelToken&) -> TextReader::Result {
+        if (isInstalled) return {.outcome = Outcome::read, .text = "text", .hasPictures = true};
+        if (url.name() == "photo.png") return {.outcome = Outcome::unable};
+        return {.outcome = Outcome::read,
+                .text = "its first page",
+                .hasPictures = true,
+                .lacksRecognition = true};
+    };
+    EXPECT_EQ(runAll({.ocr = true}).indexed, 1);
+    EXPECT_THAT(candidates({.ocr = true}), ElementsAre("scan.pdf", "photo.png"));
+    isInstalled = true;
+    EXPECT_EQ(runAll({.ocr = true}).indexed, 2);
+    EXPECT_THAT(candidates({.ocr = true}), IsEmpty());
 }
 
 TEST_F(ContentIndexerTests, aFileThatChangesWhileItIsReadIsReadAgain) {
@@ -210,6 +260,15 @@ TEST_F(ContentIndexerTests, aPausedRunCanBeCancelled) {
         },
         nullptr);
     EXPECT_EQ(reads, 0);
+}
+
+TEST_F(ContentIndexerTests, whatIsExcludedLaterIsForgotten) {
+    for (const char* name : {"a.txt", "out/b.txt", "out/deep/c.txt", "outer/d.txt"}) file(name);
+    runAll();
+    const ContentIndexer::Options options{.excluded = {root.appending("out")}};
+    EXPECT_EQ(indexer(options).forgetExcluded(), 2);
+    EXPECT_EQ(index->fileCount(), 2);
+    EXPECT_EQ(indexer(options).forgetExcluded(), 0);
 }
 
 TEST_F(ContentIndexerTests, theIndexStaysWithinItsBudget) {
@@ -272,6 +331,38 @@ TEST_F(ContentIndexerTests, onlyThreadsOfTheRunAreLoweredAndOnlyInTheBackground)
     file("b.txt");
     runAll({.background = true});
     EXPECT_GT(load->loweredThreads(), 1);
+}
+
+TEST_F(ContentIndexerTests, thePoolOfAllKeepsItsPriority) {
+    file("a.txt");
+    std::promise<void> done;
+    TaskPool lowered(1);
+    lowered.run([&] {
+        Platform::current().load->lowerPriorityOfThread();
+        candidates({.background = true});
+        done.set_value();
+    });
+    done.get_future().wait();
+    std::atomic<int> idle = 0;
+    TaskPool::shared().forEach(
+        64, [&](std::size_t) { idle += sched_getscheduler(0) != SCHED_OTHER ? 1 : 0; });
+    EXPECT_EQ(idle, 0);
+}
+
+TEST_F(ContentIndexerTests, aPauseCanEndTheRun) {
+    for (int i = 0; i < 40; ++i) file(std::to_string(i) + ".txt", i);
+    const ContentIndexer::Options options{.endsWhenPaused = true};
+    auto made = indexer(options);
+    const auto all = made.candidates({root}, {});
+    const auto outcome = made.run(
+        all, {}, [this] { return reads >= 10; }, nullptr);
+    EXPECT_TRUE(outcome.wasPaused);
+    EXPECT_EQ(outcome.indexed, reads) << "what was begun is stored";
+    EXPECT_LT(reads, 40);
+    const auto rest = made.run(made.candidates({root}, {}), {}, nullptr, nullptr);
+    EXPECT_FALSE(rest.wasPaused);
+    EXPECT_EQ(index->fileCount(), 40);
+    EXPECT_EQ(reads, 40);
 }
 
 TEST_F(ContentIndexerTests, changesAreLookedAtAlone) {

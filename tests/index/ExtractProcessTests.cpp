@@ -82,14 +82,16 @@ TEST_F(ExtractProcessTest, waitsNoLongerThanItMay) {
 }
 
 TEST_F(ExtractProcessTest, believesAHelperNothing) {
-    const std::string ready = R"(printf 'TX\001\001\000\000\000\000\000\000\000\000' >&3)";
-    const std::string textFrame = R"(TX\001\003\000\000\000\000)";
+    const std::string ready = R"(printf 'TX\002\001\000\000\000\000\000\000\000\000' >&3)";
+    const std::string textFrame = R"(TX\002\003\000\000\000\000)";
     const struct {
         const char* name;
         std::string lines;
         End end;
     } cases[] = {
         {"ends at once", "exit 0", End::notReady},
+        {"is of another version",
+         R"(printf 'TX\001\001\000\000\000\000\000\000\000\000' >&3; sleep 100)", End::stranger},
         {"begins with nonsense", "printf 'hello, here I am' >&3; sleep 100", End::notReady},
         {"ends after the beginning", ready + "; head -c 1 <&3 >/dev/null", End::died},
         {"answers with nonsense", ready + "; printf 'hello, here I am' >&3; sleep 100", End::died},

@@ -37,6 +37,23 @@ TEST(ExtractProtocol, whatIsTooLongLosesWhatMattersLeast) {
         std::ranges::all_of(read->languages, [](const auto& one) { return one == "en-US"; }));
 }
 
+TEST(ExtractProtocol, answersSayWhatDependsOnRecognitionAndWhatIsMissing) {
+    using TextExtractor::Tool;
+    const std::optional<Tool> tools[] = {std::nullopt, Tool::documents, Tool::recognition,
+                                         Tool::word};
+    for (const auto& missing : tools) {
+        for (const bool hasPictures : {false, true}) {
+            const auto bytes = encode(Header{
+                Kind::noText, flags({.hasPictures = hasPictures, .missing = missing}) | isLast, 0});
+            const auto header = decodeHeader({bytes.data(), bytes.size()});
+            ASSERT_TRUE(header);
+            const auto read = reading(header->flags);
+            EXPECT_EQ(read.hasPictures, hasPictures);
+            EXPECT_EQ(read.missing, missing);
+        }
+    }
+}
+
 TEST(ExtractProtocol, refusesHeadersThatMakeNoSense) {
     const auto bytes = [](const Header& header) {
         const auto encoded = encode(header);
@@ -48,14 +65,14 @@ TEST(ExtractProtocol, refusesHeadersThatMakeNoSense) {
         std::string bytes;
     } cases[] = {
         {"magic", "XT" + bytes({Kind::ready, 0, 0}).substr(2)},
-        {"version", std::string("TX\x02\x01", 4) + std::string(8, '\0')},
+        {"version", std::string("TX\x01\x01", 4) + std::string(8, '\0')},
         {"kind 0", bytes({static_cast<Kind>(0), 0, 0})},
         {"kind 5", bytes({static_cast<Kind>(5), 0, 0})},
         {"ready with a payload", bytes({Kind::ready, 0, 1})},
         {"ready with a flag", bytes({Kind::ready, 1, 0})},
         {"no text, yet text", bytes({Kind::noText, 0, 1})},
         {"too much text", bytes({Kind::text, 0, mostText + 1})},
-        {"unknown flag", bytes({Kind::text, 2, 1})},
+        {"unknown flag", bytes({Kind::text, 32, 1})},
         {"empty request", bytes({Kind::request, 0, 0})},
         {"long request", bytes({Kind::request, 0, mostRequestBytes + 1})},
     };

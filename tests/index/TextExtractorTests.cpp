@@ -1,7 +1,9 @@
 #include <sys/stat.h>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
+#include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/index/TextExtractor.h"
 #include "TarnCore/index/TextReader.h"
 #include "TarnCore/index/readers/PictureText.h"
@@ -18,6 +20,7 @@ using TextExtractor::extract;
 /// Pages and pictures whose text is what the bytes say: lines of pages, "-" for one without text.
 class WrittenPages final : public DocumentText {
 public:
+    bool isAvailable() const override { return true; }
     bool read(std::string_view bytes, const std::function<bool(std::string_view)>& onPage,
               const std::function<std::string(const GrayPicture&)>& recognize) const override {
         if (!bytes.starts_with("%PDF")) return false;
@@ -38,6 +41,9 @@ public:
 };
 class WrittenPictures final : public TextRecognition {
 public:
+    bool isAvailable(const std::vector<std::string>& languages) const override {
+        return languages.front() != "fr";
+    }
     std::string recognize(const GrayPicture& /*picture*/,
                           const std::vector<std::string>& languages) const override {
         return "recognised in " + languages.front();
@@ -207,6 +213,48 @@ TEST_F(TextExtractorTest, readsPagesAndPicturesThroughTheirServices) {
         EXPECT_EQ(extract(url, true, german).has_value(), c.hasText);
     }
     EXPECT_EQ(extract(folder.file("b.jpg", "picture"), true, german), "recognised in de-DE");
+}
+
+TEST_F(TextExtractorTest, saysWhatDependsOnRecognitionAndWhatIsMissing) {
+    using TextExtractor::Tool;
+    Platform platform = Platform::current();
+    platform.documents = std::make_shared<WrittenPages>();
+    platform.recognition = std::make_shared<WrittenPictures>();
+    const ScopedPlatform scoped(platform);
+    platform.documents = nullptr;
+    const struct {
+        const char* name;
+        const char* bytes;
+        bool ocr;
+        const char* language;
+        bool hasText;
+        bool hasPictures;
+        std::optional<Tool> missing;
+    } cases[] = {
+        {"a.pdf", "%PDF\none\ntwo", true, "fr", true, false, {}},
+        {"a.pdf", "%PDF\none\n-", false, "en", true, true, {}},
+        {"a.pdf", "%PDF\none\n-", true, "en", true, true, {}},
+        {"a.pdf", "%PDF\none\n-", true, "fr", true, true, Tool::recognition},
+        {"a.pdf", "%PDF\n-", true, "fr", false, true, Tool::recognition},
+        {"a.pdf", "broken", true, "fr", false, false, {}},
+        {"a.png", "picture", true, "en", true, true, {}},
+        {"a.png", "picture", true, "fr", false, true, Tool::recognition},
+        {"a.png", "empty", true, "en", false, true, {}},
+        {"a.png", "broken", true, "en", false, false, {}},
+        {"a.html", "text", true, "fr", true, false, {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.name) + ": " + c.bytes + ", " + c.language);
+        const FileDescriptor file(open(folder.file(c.name, c.bytes).c_str(), O_RDONLY | O_CLOEXEC));
+        const std::vector<std::string> languages = {c.language};
+        const auto reading = TextExtractor::read(file.get(), c.name, c.ocr, languages);
+        EXPECT_EQ(reading.text.has_value(), c.hasText);
+        EXPECT_EQ(reading.hasPictures, c.hasPictures);
+        EXPECT_EQ(reading.missing, c.missing);
+    }
+    const ScopedPlatform without(platform);
+    const FileDescriptor file(open(folder.file("a.pdf", "%PDF").c_str(), O_RDONLY | O_CLOEXEC));
+    EXPECT_EQ(TextExtractor::read(file.get(), "a.pdf", false).missing, Tool::documents);
 }
 
 }  // namespace

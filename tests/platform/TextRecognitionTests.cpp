@@ -8,7 +8,7 @@
 
 #include "TarnCore/base/TaskPool.h"
 #include "TarnCore/platform/Platform.h"
-#include "TarnCore/platform/linux/RecognitionLanguages.h"
+#include "TarnCore/platform/RecognitionLanguages.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {
@@ -91,6 +91,25 @@ TEST(TextRecognition, loadsSmallerNeverLarger) {
     const auto same = service().load(asFile(wide), 4000);
     ASSERT_TRUE(same);
     EXPECT_EQ(same->width, 3000);
+}
+
+TEST(TextRecognition, readsBitmapsWithLaterHeaders) {
+    for (const std::uint32_t header : {40U, 108U, 124U}) {
+        SCOPED_TRACE(header);
+        std::string bytes = "BM";
+        for (const std::uint32_t number : {0U, 0U, 14U + header, header, 20U, 10U})
+            append(bytes, number, 4);
+        append(bytes, 1 | 32 << 16, 4);  // one plane of 32 bits
+        append(bytes, header == 40 ? 0 : 3, 4);
+        bytes.resize(14 + header, '\0');
+        for (std::uint32_t i = 0; i < 200; ++i) append(bytes, i < 20 ? 0xFF000000 : 0xFFFFFFFF, 4);
+        const auto picture = service().load(bytes, 2400);
+        ASSERT_TRUE(picture);
+        EXPECT_EQ(picture->width, 20);
+        EXPECT_EQ(picture->height, 10);
+        EXPECT_EQ(picture->pixels.front(), 255);
+        EXPECT_EQ(picture->pixels.back(), 0) << "the first row is below";
+    }
 }
 
 TEST(TextRecognition, refusesWhatIsNoPicture) {

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "TarnCore/index/TextExtractor.h"
 #include "TarnCore/platform/TextRecognition.h"
 
 /// Text that the services of the platform get out of PDF documents and pictures. Without such a
@@ -21,10 +21,10 @@ struct Options {
 
 /// The pages of a PDF document with a line break behind each. Pages without text are drawn and
 /// recognised with `ocr`.
-std::optional<std::string> document(std::string_view bytes, const Options& options);
+TextExtractor::Reading document(std::string_view bytes, const Options& options);
 
-/// A picture file; absent without `ocr`.
-std::optional<std::string> picture(std::string_view bytes, const Options& options);
+/// A picture file; without `ocr` it has no text.
+TextExtractor::Reading picture(std::string_view bytes, const Options& options);
 
 /// Something can be seen in the picture: it is not tiny, and not all of one shade, as a picture is
 /// that is wholly transparent.

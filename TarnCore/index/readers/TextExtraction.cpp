@@ -30,41 +30,46 @@ FileDescriptor openAt(int folder, const char* name) {
     return FileDescriptor(openat(folder, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
 }
 
-/// What a file called "doc" is, its first bytes tell: programs give that name to all of these.
-std::optional<std::string> readRich(OpenFile& file, std::string_view ext) {
-    if (ext == "webarchive") return WebArchiveText::read(file.bytes());
-    if (ext == "wordml") return OfficeText::readWordML(file.bytes());
-    const std::string_view bytes = file.bytes();
-    if (WordText::isWord(bytes)) return WordText::read(file.descriptor());
-    if (RichText::isRichText(bytes)) return RichText::read(bytes);
-    if (ext != "doc") return std::nullopt;
-    if (bytes.starts_with("PK")) return OfficeText::read(file);
-    const std::string begin = Text::lowercasedASCII(Text::trimmed(bytes.substr(0, 4096)));
-    if (begin.find("worddocument") != begin.npos) return OfficeText::readWordML(bytes);
-    if (begin.find("<html") != begin.npos) return HTMLText::read(bytes);
-    return std::nullopt;
+Reading readWord(const OpenFile& file) {
+    if (!WordText::isAvailable()) return {.missing = Tool::word};
+    return {WordText::read(file.descriptor())};
 }
 
-std::optional<std::string> read(OpenFile& file, Method method, std::string_view ext,
-                                const PictureText::Options& pictures) {
+/// What a file called "doc" is, its first bytes tell: programs give that name to all of these.
+Reading readRich(OpenFile& file, std::string_view ext) {
+    if (ext == "webarchive") return {WebArchiveText::read(file.bytes())};
+    if (ext == "wordml") return {OfficeText::readWordML(file.bytes())};
+    const std::string_view bytes = file.bytes();
+    if (WordText::isWord(bytes)) return readWord(file);
+    if (RichText::isRichText(bytes)) return {RichText::read(bytes)};
+    if (ext != "doc") return {};
+    if (bytes.starts_with("PK")) return {OfficeText::read(file)};
+    const std::string begin = Text::lowercasedASCII(Text::trimmed(bytes.substr(0, 4096)));
+    if (begin.find("worddocument") != begin.npos) return {OfficeText::readWordML(bytes)};
+    if (begin.find("<html") != begin.npos) return {HTMLText::read(bytes)};
+    return {};
+}
+
+Reading readAs(Method method, OpenFile& file, std::string_view ext,
+               const PictureText::Options& pictures) {
     switch (method) {
         case Method::plain:
-            if (ext == "eml") return MailText::read(file.bytes());
-            if (ext == "emlx") return MailText::readWithLength(file.bytes());
-            return PlainText::text(file.copy());
+            if (ext == "eml") return {MailText::read(file.bytes())};
+            if (ext == "emlx") return {MailText::readWithLength(file.bytes())};
+            return {PlainText::text(file.copy())};
         case Method::html:
-            if (ext == "ipynb") return NotebookText::read(file.bytes());
-            return HTMLText::read(file.bytes());
+            if (ext == "ipynb") return {NotebookText::read(file.bytes())};
+            return {HTMLText::read(file.bytes())};
         case Method::pdf:
             return PictureText::document(file.bytes(), pictures);
         case Method::image:
             return PictureText::picture(file.bytes(), pictures);
         case Method::office:
-            return OfficeText::read(file);
+            return {OfficeText::read(file)};
         case Method::rich:
             return readRich(file, ext);
     }
-    return std::nullopt;
+    return {};
 }
 
 }  // namespace
@@ -72,13 +77,13 @@ std::optional<std::string> read(OpenFile& file, Method method, std::string_view 
 std::optional<std::string> extract(const URL& url, bool ocr,
                                    std::span<const std::string> languages) {
     const FileDescriptor file = openAt(AT_FDCWD, url.c_str());
-    return file ? extract(file.get(), url.name(), ocr, languages) : std::nullopt;
+    return file ? read(file.get(), url.name(), ocr, languages).text : std::nullopt;
 }
 
-std::optional<std::string> extract(int file, std::string_view fileName, bool ocr,
-                                   std::span<const std::string> languages) {
+Reading read(int file, std::string_view fileName, bool ocr,
+             std::span<const std::string> languages) {
     const auto method = TextExtractor::method(fileName);
-    if (!method || (*method == Method::image && !ocr)) return std::nullopt;
+    if (!method || (*method == Method::image && !ocr)) return {};
     const std::string ext = Text::lowercasedASCII(pathExtension(fileName));
     FileDescriptor inside;
     if (ext == "rtfd") {  // a folder
@@ -86,17 +91,16 @@ std::optional<std::string> extract(int file, std::string_view fileName, bool ocr
         file = inside.get();
     }
     auto content = OpenFile::of(file, sizeLimit(*method));
-    if (!content) return std::nullopt;
-    std::optional<std::string> text;
+    if (!content) return {};
+    Reading reading;
     try {
-        text = read(*content, *method, ext, {.ocr = ocr, .languages = languages});
+        reading = readAs(*method, *content, ext, {.ocr = ocr, .languages = languages});
     } catch (const std::system_error&) {
-        return std::nullopt;  // The disk fails, or the file is on one that is gone.
+        return {};  // The disk fails, or the file is on one that is gone.
     }
-    if (!text) return std::nullopt;
-    PlainText::tidy(*text);
-    if (text->empty()) return std::nullopt;
-    return text;
+    if (reading.text) PlainText::tidy(*reading.text);
+    if (reading.text && reading.text->empty()) reading.text.reset();
+    return reading;
 }
 
 }  // namespace tarn::TextExtractor

@@ -13,6 +13,7 @@
 namespace tarn::WordText {
 namespace {
 
+constexpr const char* program = "/usr/bin/catdoc";
 constexpr double patience = 20;  // seconds; a document of 10 MB takes half of one
 constexpr std::string_view linkWord = "HYPERLINK";
 
@@ -44,6 +45,8 @@ bool isWord(std::string_view bytes) {
     return bytes.starts_with("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1");
 }
 
+bool isAvailable() { return access(program, X_OK) == 0; }
+
 std::string withoutLinks(std::string_view text) {
     std::string out;
     for (std::size_t at = 0; at < text.size();) {
@@ -62,8 +65,8 @@ std::optional<std::string> read(int file) {
     // Handed over as it is open here: a process that is locked in could not open it again.
     if (lseek(file, 0, SEEK_SET) != 0) return std::nullopt;
     try {
-        const auto output = Shell::run(URL::fromPath("/usr/bin/catdoc"), {"-w", "-d", "utf-8"},
-                                       std::nullopt, patience, file);
+        const auto output =
+            Shell::run(URL::fromPath(program), {"-w", "-d", "utf-8"}, std::nullopt, patience, file);
         if (output.status != 0) return std::nullopt;
         TextBuilder text;
         text.addLines(withoutLinks(Text::sanitized(output.standardOutput)));

@@ -4,12 +4,14 @@
 #include <string>
 #include <string_view>
 
-/// The old word-processing format ("doc"), which `catdoc` reads; where that is not installed, its
-/// documents have no text. Callable from any thread.
+/// The old word-processing format ("doc"), which `catdoc` reads. Callable from any thread.
 namespace tarn::WordText {
 
 /// The bytes begin as the container of those documents does. catdoc prints rubbish for others.
 bool isWord(std::string_view bytes);
+
+/// catdoc is installed; without it, no such document has text.
+bool isAvailable();
 
 /// catdoc prints the instructions of links in front of what a person sees of them; the text without
 /// those.

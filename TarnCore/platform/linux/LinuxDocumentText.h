@@ -8,6 +8,7 @@ namespace tarn {
 /// module no document can be read.
 class LinuxDocumentText final : public DocumentText {
 public:
+    bool isAvailable() const override;
     bool read(std::string_view bytes, const std::function<bool(std::string_view text)>& onPage,
               const std::function<std::string(const GrayPicture&)>& recognize) const override;
 };
@@ -15,7 +16,7 @@ public:
 /// The module exports one function of this type and name, which returns null when the module was
 /// built for another version of the interface. What it returns lives as long as the process.
 using DocumentTextEntry = const DocumentText*(int version);
-inline constexpr int documentTextVersion = 1;
+inline constexpr int documentTextVersion = 2;
 inline constexpr const char* documentTextSymbol = "tarnDocumentText";
 
 }  // namespace tarn

@@ -16,6 +16,11 @@ const TextRecognition* loadedRecognition() {
 
 }  // namespace
 
+bool LinuxTextRecognition::isAvailable(const std::vector<std::string>& languages) const {
+    const TextRecognition* recognition = loadedRecognition();
+    return recognition && recognition->isAvailable(languages);
+}
+
 std::string LinuxTextRecognition::recognize(const GrayPicture& picture,
                                             const std::vector<std::string>& languages) const {
     const TextRecognition* recognition = loadedRecognition();

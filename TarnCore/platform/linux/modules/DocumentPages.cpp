@@ -70,6 +70,8 @@ bool isBlank(std::string_view text) {
 
 class PopplerDocumentText final : public DocumentText {
 public:
+    bool isAvailable() const override { return true; }
+
     bool read(std::string_view bytes, const std::function<bool(std::string_view text)>& onPage,
               const std::function<std::string(const GrayPicture&)>& recognize) const override {
         const Owned<GBytes> content(g_bytes_new_static(bytes.data(), bytes.size()));

@@ -3,13 +3,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 #include <numeric>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include <leptonica/allheaders.h>
@@ -17,9 +15,8 @@
 #include <tesseract/baseapi.h>
 #include <vips/vips.h>
 
-#include "TarnCore/platform/RecognitionData.h"
+#include "TarnCore/platform/RecognitionLanguages.h"
 #include "TarnCore/platform/linux/LinuxTextRecognition.h"
-#include "TarnCore/platform/linux/RecognitionLanguages.h"
 
 namespace tarn {
 namespace {
@@ -61,22 +58,36 @@ Image applied(Image image, Operation operation) {
     return Image(out);
 }
 
-/// The folder with the data of the languages; empty where there is none.
-std::string dataFolder() {
-    std::error_code error;
-    for (const std::string& place : recognitionDataFolders())
-        for (const auto& entry : std::filesystem::directory_iterator(place, error))
-            if (entry.path().extension() == ".traineddata") return place;
-    return {};
-}
-
-std::vector<std::string> availableData(const std::string& folder) {
-    std::vector<std::string> names;
-    std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator(folder, error))
-        if (entry.path().extension() == ".traineddata") names.push_back(entry.path().stem());
-    std::ranges::sort(names);
-    return names;
+/// A bitmap whose header is of a later kind than Leptonica reads, with one that it does read; empty
+/// for one that has no simple pixels (MS-WMF 2.2.2.3 to 5). The first 40 bytes of all are the
+/// same, and programs put colours in their usual places.
+std::string withPlainHeader(std::string_view bytes) {
+    constexpr std::size_t fileHeader = 14;
+    constexpr std::uint32_t plainHeader = 40;
+    const auto number = [&](std::size_t at) {
+        std::uint32_t value = 0;
+        std::memcpy(&value, &bytes[at], sizeof value);
+        return value;
+    };
+    if (bytes.size() < fileHeader + plainHeader) return {};
+    const std::size_t pixels = number(10);
+    const std::uint32_t header = number(fileHeader);
+    const std::uint32_t bits = number(28) & 0xFFFF;
+    const std::uint32_t compression = number(30);
+    const bool isSimple = compression == 0 || (compression == 3 && bits == 32);
+    if (!isSimple || bits < 24 || header <= plainHeader || pixels > bytes.size()) return {};
+    std::string plain(bytes.substr(0, fileHeader + plainHeader));
+    const auto put = [&plain](std::size_t at, std::uint32_t value) {
+        std::memcpy(&plain[at], &value, sizeof value);
+    };
+    put(10, static_cast<std::uint32_t>(plain.size()));
+    put(fileHeader, plainHeader);
+    put(30, 0);  // compression
+    put(46, 0);  // colours of a palette
+    put(50, 0);
+    plain += bytes.substr(pixels);
+    put(2, static_cast<std::uint32_t>(plain.size()));
+    return plain;
 }
 
 /// An engine for some languages; making one takes 60 ms, so each thread keeps its last.
@@ -143,7 +154,9 @@ private:
 
 class TesseractRecognition final : public TextRecognition {
 public:
-    TesseractRecognition() : folder_(dataFolder()), available_(availableData(folder_)) {
+    TesseractRecognition()
+        : folder_(RecognitionLanguages::dataFolder()),
+          available_(RecognitionLanguages::dataIn(folder_)) {
         setMsgSeverity(L_SEVERITY_NONE);
         // Loaders that run other programs or have a history of holes stay shut.
         readsPictures_ = vips_init("tarn") == 0;
@@ -153,6 +166,10 @@ public:
         vips_concurrency_set(1);  // pictures are read side by side instead
         g_log_set_handler(
             "VIPS", G_LOG_LEVEL_WARNING, [](auto...) {}, nullptr);
+    }
+
+    bool isAvailable(const std::vector<std::string>& languages) const override {
+        return readsPictures_ && !RecognitionLanguages::dataNames(languages, available_).empty();
     }
 
     std::string recognize(const GrayPicture& picture,
@@ -229,6 +246,8 @@ private:
             return std::abs(static_cast<double>(value));
         };
         if (bytes.size() < 26 || number(18) * number(22) > mostPixels) return std::nullopt;
+        const std::string plain = withPlainHeader(bytes);
+        if (!plain.empty()) bytes = plain;
         const auto* data = reinterpret_cast<const l_uint8*>(bytes.data());
         Bitmap read(pixReadMemBmp(data, bytes.size()));
         if (!read) return std::nullopt;

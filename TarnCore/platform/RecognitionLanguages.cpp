@@ -1,7 +1,10 @@
-#include "TarnCore/platform/linux/RecognitionLanguages.h"
+#include "TarnCore/platform/RecognitionLanguages.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <iterator>
+#include <system_error>
 
 namespace tarn::RecognitionLanguages {
 namespace {
@@ -44,6 +47,10 @@ constexpr Name names[] = {
     {"uz", "uzb"},      {"uz-Cyrl", "uzb_cyrl"}, {"vi", "vie"},          {"yi", "yid"},
     {"yo", "yor"},      {"zh-Hans", "chi_sim"},  {"zh-Hant", "chi_tra"},
 };
+
+constexpr const char* usualFolders[] = {"/usr/share/tesseract-ocr/5/tessdata",
+                                        "/usr/share/tesseract-ocr/4.00/tessdata",
+                                        "/usr/share/tessdata", "/usr/local/share/tessdata"};
 
 bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
@@ -105,6 +112,24 @@ std::vector<std::string> dataNames(const std::vector<std::string>& tags,
     for (const std::string& one : tags) choose(dataName(one));
     if (chosen.empty()) choose("eng");
     return chosen;
+}
+
+std::string dataFolder() {
+    std::vector<std::string> folders(std::begin(usualFolders), std::end(usualFolders));
+    if (const char* given = std::getenv("TESSDATA_PREFIX"))
+        folders.insert(folders.begin(), {given, std::string(given) + "/tessdata"});
+    const auto found = std::ranges::find_if_not(
+        folders, [](const std::string& folder) { return dataIn(folder).empty(); });
+    return found == folders.end() ? std::string() : *found;
+}
+
+std::vector<std::string> dataIn(const std::string& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error))
+        if (entry.path().extension() == ".traineddata") names.push_back(entry.path().stem());
+    std::ranges::sort(names);
+    return names;
 }
 
 }  // namespace tarn::RecognitionLanguages
