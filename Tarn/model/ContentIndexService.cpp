@@ -44,6 +44,7 @@ struct ContentIndexService::Job {
         options.excluded = settings.excluded;
         options.mostBytesOnDisk = settings.mostBytesOnDisk;
         options.background = true;
+        options.endsWhenPaused = true;
         return options;
     }
 };
@@ -213,34 +214,51 @@ ContentIndexService::Ended ContentIndexService::work(const Job& job) {
         service.refreshStatus();
         emit service.changed();
     });
-    // Without the claim: others may read while this program waits for the machine.
-    job.pause->wait(job.token);
-    const auto claim = index->claim();
-    if (!claim) return elsewhere();
-
     ContentIndexer indexer(index, job.options());
+    std::int64_t doneBefore = 0;
+    for (bool isUnfinished = true; isUnfinished;) {
+        // Without the claim: others may read while this program waits for the machine.
+        job.pause->wait(job.token);
+        const auto claim = index->claim();
+        if (!claim) return elsewhere();
+        const auto outcome = readOnce(job, *index, indexer, doneBefore, hasChanged);
+        if (!outcome) break;
+        isUnfinished = outcome->wasPaused && !job.token.isCancelled();
+        result.hasRead = true;
+        result.reachedBudget = outcome->reachedBudget;
+        result.problem = displayText(outcome->problem);
+    }
+    return finish();
+}
+
+std::optional<ContentIndexer::Outcome> ContentIndexService::readOnce(const Job& job,
+                                                                     TextIndex& index,
+                                                                     ContentIndexer& indexer,
+                                                                     std::int64_t& doneBefore,
+                                                                     bool& hasChanged) {
     std::vector<ContentIndexer::Candidate> candidates;
     if (job.whole) {
+        hasChanged |= indexer.forgetExcluded() > 0;
         for (const URL& folder : job.settings.folders)
-            hasChanged |= index->pruneMissing(folder, job.token) > 0;
+            hasChanged |= index.pruneMissing(folder, job.token) > 0;
         candidates = indexer.candidates(job.settings.folders, job.token);
     } else {
         hasChanged |= indexer.forgetGone(job.changed, job.token) > 0;
         candidates = indexer.candidates(job.settings.folders, job.changed, job.token);
     }
-    if (candidates.empty()) return finish();
-    const auto outcome = indexer.run(
+    if (candidates.empty()) return std::nullopt;
+    std::int64_t doneNow = 0;
+    auto outcome = indexer.run(
         candidates, job.token, [pause = job.pause] { return pause->holds(); },
-        [self = job.self](std::int64_t done, std::int64_t total, const std::string& name) {
-            MainThread::post(self, [done, total, name](ContentIndexService& service) {
-                service.progressed(done, total, name);
-            });
+        [&, self = job.self](std::int64_t done, std::int64_t total, const std::string& name) {
+            doneNow = done;
+            MainThread::post(
+                self, [done = done + doneBefore, total = total + doneBefore, name](
+                          ContentIndexService& service) { service.progressed(done, total, name); });
         });
+    doneBefore += doneNow;
     hasChanged |= outcome.indexed + outcome.withoutText > 0;
-    result.hasRead = true;
-    result.reachedBudget = outcome.reachedBudget;
-    result.problem = displayText(outcome.problem);
-    return finish();
+    return outcome;
 }
 
 void ContentIndexService::ended(const Job& job, const Ended& result) {

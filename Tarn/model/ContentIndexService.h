@@ -17,6 +17,7 @@
 #include "Tarn/model/records/IndexSettings.h"
 #include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/SerialQueue.h"
+#include "TarnCore/index/ContentIndexer.h"
 #include "TarnCore/index/TextIndex.h"
 
 namespace tarn {
@@ -105,6 +106,12 @@ private:
     void runNext();
     Job nextJob();
     static Ended work(const Job& job);
+    /// Until nothing is left, or the machine needs its time; absent when there was nothing to read.
+    /// The caller holds the claim.
+    static std::optional<ContentIndexer::Outcome> readOnce(const Job& job, TextIndex& index,
+                                                           ContentIndexer& indexer,
+                                                           std::int64_t& doneBefore,
+                                                           bool& hasChanged);
     void ended(const Job& job, const Ended& result);
     void progressed(std::int64_t done, std::int64_t total, const std::string& name);
     void holdChanged(std::optional<MachinePause::Reason> reason);

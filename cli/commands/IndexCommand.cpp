@@ -153,8 +153,8 @@ int indexTexts(const Arguments& arguments, Session& session) {
     const Interrupt::Cancels cancels(token);
     Progress progress(!session.quiet());
     ContentIndexer indexer(claimed.index, indexingOptions(arguments, settings));
+    std::int64_t forgotten = indexer.forgetExcluded();
     const auto candidates = indexer.candidates(below, token);
-    std::int64_t forgotten = 0;
     for (const URL& folder : below) forgotten += index.pruneMissing(folder, token);
     const auto outcome = indexer.run(
         candidates, token, nullptr,

@@ -154,15 +154,27 @@ TEST_F(ContentIndexServiceTest, forgetsAFolderAndReadsTheRestOn) {
     start();
     settle();
     ASSERT_TRUE(holds("private/c.txt"));
+    service->forget(inside("private"));
     settings.excluded = {inside("private")};
     service->setSettings(settings);
-    service->forget(inside("private"));
     waitFor([this] { return !holds("private/c.txt"); });
     settle();
     EXPECT_FALSE(holds("private/c.txt"));
     EXPECT_TRUE(holds("a.txt"));
     service->rebuild();
     waitFor([this] { return service->state() == State::upToDate && reader.fileCount() == 2; });
+}
+
+TEST_F(ContentIndexServiceTest, whatIsLeftOutLaterIsForgotten) {
+    folder.file("in/private/c.txt", "c");
+    start();
+    settle();
+    ASSERT_TRUE(holds("private/c.txt"));
+    settings.excluded = {inside("private")};
+    service->setSettings(settings);
+    settle();
+    EXPECT_FALSE(holds("private/c.txt"));
+    EXPECT_TRUE(holds("a.txt"));
 }
 
 /// Is unplugged once a run has begun.
@@ -176,6 +188,24 @@ public:
 private:
     mutable std::atomic<int> looks_ = 0;
 };
+
+TEST_F(ContentIndexServiceTest, othersMayReadWhileARunHoldsThatHasBegun) {
+    Platform changed = Platform::current();
+    const auto machine = std::make_shared<UnpluggedLate>();
+    changed.load = machine;
+    const ScopedPlatform scope(changed);
+    start();
+    waitFor([this] { return service->held() && reader.claim(); });
+    EXPECT_EQ(service->state(), State::running);
+    auto claim = reader.claim();
+    ASSERT_TRUE(claim);
+    machine->isPluggedIn = true;
+    waitFor([this] { return service->state() == State::elsewhere; });
+    claim.reset();
+    settle();
+    EXPECT_TRUE(holds("a.txt") && holds("b.txt"));
+    service.reset();
+}
 
 TEST_F(ContentIndexServiceTest, theActivityPausesAndStopsTheRun) {
     Platform changed = Platform::current();
