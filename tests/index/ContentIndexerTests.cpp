@@ -2,6 +2,7 @@
 #include <atomic>
 #include <functional>
 #include <future>
+#include <latch>
 #include <memory>
 #include <string>
 #include <thread>
@@ -343,9 +344,14 @@ TEST_F(ContentIndexerTests, thePoolOfAllKeepsItsPriority) {
         done.set_value();
     });
     done.get_future().wait();
+    // Each of its threads takes one, and this thread the last.
+    const std::size_t threads = TaskPool::shared().threadCount() + 1;
+    std::latch begun(static_cast<std::ptrdiff_t>(threads));
     std::atomic<int> idle = 0;
-    TaskPool::shared().forEach(
-        64, [&](std::size_t) { idle += sched_getscheduler(0) != SCHED_OTHER ? 1 : 0; });
+    TaskPool::shared().forEach(threads, [&](std::size_t) {
+        begun.arrive_and_wait();
+        idle += sched_getscheduler(0) != SCHED_OTHER ? 1 : 0;
+    });
     EXPECT_EQ(idle, 0);
 }
 
