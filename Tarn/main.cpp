@@ -3,17 +3,20 @@
 #include <QtCore/QDir>
 #include <QtCore/QPointer>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QPushButton>
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/TerminalCalls.h"
+#include "Tarn/model/TerminationSignals.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/onboarding/OnboardingSheet.h"
 #include "Tarn/ui/theme/Theme.h"
 #include "Tarn/ui/transfers/DesktopClipboard.h"
 #include "Tarn/ui/transfers/SleepInhibitor.h"
 #include "Tarn/ui/transfers/TransferNotifier.h"
 #include "Tarn/ui/window/BrowserWindow.h"
-#include "TarnCore/files/Paths.h"
+#include "Tarn/ui/window/SessionWindows.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 
 namespace {
@@ -23,12 +26,10 @@ bool isSet(const char* variable) {
     return value && *value && std::string_view(value) != "0";
 }
 
-void openWindow(tarn::AppModel& app, const tarn::WindowSnapshot& snapshot) {
-    (new tarn::BrowserWindow(std::make_unique<tarn::WindowModel>(app, snapshot)))->show();
-}
-
-tarn::WindowSnapshot showing(const tarn::URL& folder) {
-    return {{{tarn::Location::folder(folder), std::nullopt}}, 0, true, false};
+tarn::BrowserWindow* openWindow(tarn::AppModel& app, const tarn::Location& location) {
+    auto* window = new tarn::BrowserWindow(std::make_unique<tarn::WindowModel>(app, location));
+    window->show();
+    return window;
 }
 
 /// Opens a window on a path from the command line: a folder is shown, anything else is shown
@@ -40,7 +41,7 @@ void openPath(tarn::AppModel& app, const tarn::URL& url) {
         const auto item = FileItem::load(url);
         const bool isFile = item && !item->isDirectory;
         MainThread::post(target, [url, isFile](AppModel& model) {
-            if (!isFile) return openWindow(model, showing(url));
+            if (!isFile) return (void)openWindow(model, Location::folder(url));
             auto window = std::make_unique<WindowModel>(model, Location::folder(url.parent()));
             window->active().navigate(Location::folder(url.parent()), false, {url});
             (new BrowserWindow(std::move(window)))->show();
@@ -62,7 +63,6 @@ int main(int argc, char** argv) {
     const SleepInhibitor inhibitor(app.transfers());
     const TransferNotifier notifier(app.transfers());
     const TerminalCalls calls(app.history());
-    app.startBackgroundServices();
 
     const URL here = URL::fromPath(QDir::currentPath().toStdString());
     for (int i = 1; i < argc; ++i) {
@@ -70,12 +70,19 @@ int main(int argc, char** argv) {
         openPath(app, argument.starts_with("file:") ? URL::parse(argument).value_or(here)
                                                     : URL::fromPath(argument, here));
     }
-    if (argc <= 1 && isSet("TARN_RESTORE_SESSION")) {
-        for (const auto& tabs : app.storedSession().windows) {
-            for (const WindowSnapshot& tab : tabs) openWindow(app, tab);
+    if (argc <= 1) {
+        BrowserWindow* first = nullptr;
+        if (isSet("TARN_RESTORE_SESSION")) first = SessionWindows::restore(app);
+        if (!first) first = openWindow(app, Location::home());
+        if (isSet("TARN_SHOW_ONBOARDING") || !app.settings().hasOnboarded) {
+            auto* sheet = new OnboardingSheet(app, *first);
+            sheet->open(sheet->next());
         }
     }
-    if (argc <= 1 && app.windows().empty()) openWindow(app, showing(Paths::home()));
+    const TerminationSignals termination;
+    QObject::connect(&termination, &TerminationSignals::received, &app,
+                     [&app] { SessionWindows::end(app); });
+    app.startBackgroundServices();
     const int result = QApplication::exec();
     app.flush();
     return result;

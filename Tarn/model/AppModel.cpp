@@ -32,6 +32,8 @@ struct AppModel::Stores {
         "folder-views.json", [] { return std::map<std::string, FolderViewPrefs>(); },
         UnknownKeys::kept};
     JSONStore<SessionState> session{"session.json", [] { return SessionState(); }};
+    JSONStore<std::vector<WindowLayout>> layouts{"window-layouts.json",
+                                                 [] { return std::vector<WindowLayout>(); }};
     JSONStore<double> iconSize{"icon-size.json", [] { return defaultIconSize; }};
     JSONStore<std::vector<std::string>> recentFolders{"recent-folders.json",
                                                       [] { return std::vector<std::string>(); }};
@@ -48,6 +50,8 @@ AppModel::AppModel(TaskPool& pool, QObject* parent)
       settings_(stores_->settings.value()),
       transfers_(std::make_unique<TransferList>(history_)),
       contentIndex_(std::make_unique<ContentIndexService>(activities_)) {
+    if (const auto layouts = stores_->layouts.value(); !layouts.empty())
+        lastLayout_ = layouts.front();
     setClipboard(std::make_unique<ProcessClipboard>());
     connect(&trash_, &TrashService::changed, this, &AppModel::showEmptying);
     contentIndex_->setSettings(IndexSettings::of(settings_));
@@ -152,8 +156,9 @@ void AppModel::windowClosed(WindowModel* window) {
     std::erase(windows_, window);
     if (closedTabs_.size() >= mostClosedTabs) closedTabs_.erase(closedTabs_.begin());
     closedTabs_.push_back(window->snapshot());
-    // The last window's session is what the next start may want back.
-    if (!windows_.empty()) saveSession();
+    // Tabs that go with their whole window have left the session together. The last window's is
+    // what the next start may want back.
+    if (!window->group() && !windows_.empty()) saveSession();
     transfers_->repeatQuestions();
 }
 
@@ -164,14 +169,29 @@ std::optional<WindowSnapshot> AppModel::takeClosedTab() {
     return newest;
 }
 
-void AppModel::saveSession() {
-    SessionState session;
-    for (const TabGroup* group : groups_)
-        if (group->count() > 0) session.windows.push_back(group->snapshots());
-    for (const WindowModel* window : windows_)
-        if (!window->group()) session.windows.push_back({window->snapshot()});
-    stores_->session.set(std::move(session));
+void AppModel::groupClosed(TabGroup* group) {
+    std::erase(groups_, group);
+    if (!groups_.empty()) saveSession();
 }
+
+void AppModel::saveSession() {
+    if (keepSessionWhileClosing_) return;
+    SessionState session;
+    std::vector<WindowLayout> layouts;
+    for (const TabGroup* group : groups_) {
+        if (group->count() == 0) continue;
+        session.windows.push_back(group->snapshots());
+        layouts.push_back(group->layout());
+        layouts.back().currentTab = group->currentIndex();
+    }
+    for (const WindowModel* window : windows_) {
+        if (!window->group()) session.windows.push_back({window->snapshot()});
+    }
+    if (session != stores_->session.value()) stores_->session.set(std::move(session));
+    if (layouts != stores_->layouts.value()) stores_->layouts.set(std::move(layouts));
+}
+
+std::vector<WindowLayout> AppModel::storedLayouts() const { return stores_->layouts.value(); }
 
 SessionState AppModel::storedSession() const { return stores_->session.value(); }
 
@@ -210,6 +230,7 @@ void AppModel::flush() {
     stores_->settings.flush();
     stores_->folderPrefs.flush();
     stores_->session.flush();
+    stores_->layouts.flush();
     stores_->iconSize.flush();
     stores_->recentFolders.flush();
     stores_->folderVisits.flush();

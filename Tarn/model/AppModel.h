@@ -27,6 +27,7 @@
 #include "Tarn/model/records/AppSettings.h"
 #include "Tarn/model/records/FolderViewPrefs.h"
 #include "Tarn/model/records/SessionState.h"
+#include "Tarn/model/records/WindowLayout.h"
 #include "TarnCore/base/TaskPool.h"
 
 namespace tarn {
@@ -102,15 +103,24 @@ public:
     /// The windows as a person sees them, each with its tabs; oldest first.
     const std::vector<TabGroup*>& groups() const { return groups_; }
     void groupOpened(TabGroup* group) { groups_.push_back(group); }
-    void groupClosed(TabGroup* group) { std::erase(groups_, group); }
+    /// Before its tabs go. The last window's session is what the next start may want back.
+    void groupClosed(TabGroup* group);
 
     /// The newest last, at most 20.
     const std::vector<WindowSnapshot>& closedTabs() const { return closedTabs_; }
     /// The newest, which is forgotten by that; absent when there is none.
     std::optional<WindowSnapshot> takeClosedTab();
 
+    /// Nothing while the session is kept.
     void saveSession();
     SessionState storedSession() const;
+    /// While all windows close at once, each as a part of the session that was saved before.
+    void setKeepSessionWhileClosing(bool keep) { keepSessionWhileClosing_ = keep; }
+    /// Of the windows of the stored session, in its order; there may be fewer.
+    std::vector<WindowLayout> storedLayouts() const;
+    /// How the window was that was changed last; nothing is remembered before there was one.
+    const WindowLayout& lastLayout() const { return lastLayout_; }
+    void setLastLayout(const WindowLayout& layout) { lastLayout_ = layout; }
 
     /// Starts what runs beside the windows; once, later calls do nothing.
     void startBackgroundServices();
@@ -139,6 +149,8 @@ private:
     std::vector<WindowModel*> windows_;
     std::vector<TabGroup*> groups_;
     std::vector<WindowSnapshot> closedTabs_;
+    bool keepSessionWhileClosing_ = false;
+    WindowLayout lastLayout_;
     std::shared_ptr<void> volumeObserver_;
     std::unique_ptr<Clipboard> clipboard_;
     std::unordered_set<URL> cutURLs_;

@@ -5,6 +5,7 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/model/records/Workspace.h"
 
 namespace tarn {
 
@@ -19,9 +20,12 @@ TabGroup::TabGroup(AppModel& app, const std::vector<WindowSnapshot>& tabs, QObje
 }
 
 TabGroup::~TabGroup() {
-    current_ = -1;
-    while (!tabs_.empty()) tabs_.pop_back();
     app_.groupClosed(this);
+    // The one in front is the first to be reopened.
+    if (current_ >= 0)
+        std::rotate(tabs_.begin() + current_, tabs_.begin() + current_ + 1, tabs_.end());
+    current_ = -1;
+    for (auto& tab : std::exchange(tabs_, {})) tab.reset();
 }
 
 int TabGroup::indexOf(const WindowModel& tab) const {
@@ -34,12 +38,20 @@ void TabGroup::setCurrent(int index) {
     if (index == current_ || index < 0 || index >= count()) return;
     current_ = index;
     emit currentChanged();
+    app_.saveSession();
 }
 
 WindowModel& TabGroup::open(const WindowSnapshot& snapshot, bool makeCurrent) {
     const int index = current_ + 1;
     insert(index, std::make_unique<WindowModel>(app_, snapshot), makeCurrent);
     return tab(index);
+}
+
+void TabGroup::open(const Workspace& workspace) {
+    const int first = count();
+    for (const WindowSnapshot& snapshot : workspace.tabs)
+        insert(count(), std::make_unique<WindowModel>(app_, snapshot), false);
+    setCurrent(first);
 }
 
 WindowModel& TabGroup::add(std::unique_ptr<WindowModel> tab, bool makeCurrent) {
@@ -49,23 +61,33 @@ WindowModel& TabGroup::add(std::unique_ptr<WindowModel> tab, bool makeCurrent) {
 
 void TabGroup::insert(int index, std::unique_ptr<WindowModel> tab, bool makeCurrent) {
     tab->setGroup(this);
+    // The sidebar belongs to the window, though each tab remembers it.
+    if (const WindowModel* shown = current()) tab->setSidebarVisible(shown->sidebarVisible());
+    connect(tab.get(), &WindowModel::sidebarVisibleChanged, this, [this, changed = tab.get()] {
+        for (const auto& other : tabs_) other->setSidebarVisible(changed->sidebarVisible());
+    });
     tabs_.insert(tabs_.begin() + index, std::move(tab));
     if (current_ >= index) ++current_;
     emit tabOpened(index);
-    if (makeCurrent || current_ < 0) setCurrent(index);
     app_.saveSession();
+    if (makeCurrent || current_ < 0) setCurrent(index);
 }
 
-void TabGroup::close(int index) {
-    if (index < 0 || index >= count()) return;
-    const std::unique_ptr<WindowModel> closing = std::move(tabs_[static_cast<std::size_t>(index)]);
+std::unique_ptr<WindowModel> TabGroup::take(int index) {
+    if (index < 0 || index >= count()) return nullptr;
+    std::unique_ptr<WindowModel> taken = std::move(tabs_[static_cast<std::size_t>(index)]);
     tabs_.erase(tabs_.begin() + index);
     const bool wasCurrent = index == current_;
     if (index < current_ || current_ == count()) --current_;
-    emit tabClosing(index, *closing);
+    disconnect(taken.get(), nullptr, this, nullptr);
+    emit tabClosing(index, *taken);
     if (wasCurrent) emit currentChanged();
     if (tabs_.empty()) emit emptied();
+    taken->setGroup(nullptr);
+    return taken;
 }
+
+void TabGroup::close(int index) { take(index).reset(); }
 
 void TabGroup::move(int from, int to) {
     if (from == to || from < 0 || to < 0 || from >= count() || to >= count()) return;
@@ -84,6 +106,12 @@ void TabGroup::showNext() {
 
 void TabGroup::showPrevious() {
     if (count() > 1) setCurrent((current_ + count() - 1) % count());
+}
+
+void TabGroup::setLayout(const WindowLayout& layout) {
+    layout_ = layout;
+    app_.setLastLayout(layout);
+    app_.saveSession();
 }
 
 std::vector<WindowSnapshot> TabGroup::snapshots() const {

@@ -6,11 +6,13 @@
 #include <QtCore/QObject>
 
 #include "Tarn/model/records/SessionState.h"
+#include "Tarn/model/records/WindowLayout.h"
 #include "TarnCore/base/UUID.h"
 
 namespace tarn {
 
 class AppModel;
+struct Workspace;
 class WindowModel;
 
 /// The tabs of one window, in their order; each is a WindowModel of its own.
@@ -38,8 +40,12 @@ public:
 
     /// Adds a tab after the current one.
     WindowModel& open(const WindowSnapshot& snapshot, bool makeCurrent = true);
+    /// Adds the tabs of a workspace at the end, the first of them in front.
+    void open(const Workspace& workspace);
     /// Adds a tab that was made elsewhere, at the end.
     WindowModel& add(std::unique_ptr<WindowModel> tab, bool makeCurrent = true);
+    /// Gives a tab away, as a window of its own; the same then happens as for one that is closed.
+    std::unique_ptr<WindowModel> take(int index);
     /// What it showed is remembered by the app. The tab to its right takes its place, else the one
     /// to its left.
     void close(int index);
@@ -49,6 +55,9 @@ public:
     void showPrevious();
 
     std::vector<WindowSnapshot> snapshots() const;
+    /// Kept with the session; `currentTab` in it means nothing here.
+    const WindowLayout& layout() const { return layout_; }
+    void setLayout(const WindowLayout& layout);
 
 signals:
     void tabOpened(int index);
@@ -66,6 +75,7 @@ private:
     UUID id_ = UUID::random();
     std::vector<std::unique_ptr<WindowModel>> tabs_;
     int current_ = -1;
+    WindowLayout layout_;
 };
 
 }  // namespace tarn

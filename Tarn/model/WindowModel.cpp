@@ -4,11 +4,17 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/TabGroup.h"
 #include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowOperations.h"
 #include "TarnCore/files/Paths.h"
 
 namespace tarn {
+namespace {
+
+constexpr std::size_t mostPanes = 2;
+
+}  // namespace
 
 WindowModel::WindowModel(AppModel& app, const Location& start, QObject* parent)
     : WindowModel(app, WindowSnapshot{{{start, std::nullopt}}, 0, true, false}, parent) {}
@@ -21,7 +27,8 @@ WindowModel::WindowModel(AppModel& app, const WindowSnapshot& snapshot, QObject*
       showsInspector_(snapshot.showInspector),
       edits_(std::make_unique<WindowEdits>(*this)) {
     Q_ASSERT(MainThread::isCurrent());
-    for (const PaneSnapshot& pane : snapshot.panes) addPane(pane.location, pane.viewMode);
+    for (const PaneSnapshot& pane : snapshot.panes)
+        if (panes_.size() < mostPanes) addPane(pane.location, pane.viewMode);
     if (panes_.empty()) addPane(Location::folder(Paths::home()), std::nullopt);
     activeIndex_ = std::clamp(snapshot.activePane, 0, static_cast<int>(panes_.size()) - 1);
     operations_ = std::make_unique<WindowOperations>(*this);
@@ -33,12 +40,12 @@ WindowModel::~WindowModel() { app_.windowClosed(this); }
 
 void WindowModel::addPane(const Location& location, std::optional<ViewMode> viewMode) {
     auto pane = std::make_unique<PaneModel>(app_, showHidden_);
+    pane->navigate(location, false);
+    if (viewMode) pane->setViewMode(*viewMode);
     connect(pane.get(), &PaneModel::locationChanged, this, [this] {
         updateTitle();
         app_.saveSession();
     });
-    pane->navigate(location, false);
-    if (viewMode) pane->setViewMode(*viewMode);
     panes_.push_back(std::move(pane));
 }
 
@@ -143,7 +150,10 @@ void WindowModel::openSelection() {
     }
     std::vector<URL> files;
     for (const FileItem& item : items) {
-        if (item.isDirectory)
+        if (item.isDirectory && group_)
+            group_->open({{{Location::folder(item.url), std::nullopt}}, 0, sidebarVisible_, false},
+                         false);
+        else if (item.isDirectory)
             emit openWindowRequested(item.url);
         else
             files.push_back(item.url);

@@ -29,7 +29,7 @@ constexpr std::array<CaseNames, 11> cases = {{
     {"tag", "tag", ""},
     {"archive", "archivebox", ""},
     {"source", "arrow.down.circle", ""},
-    {"home", "house", "Home"},
+    {"home", "house", "Start"},
     {"cleanup", "sparkles", "Cleanup"},
     {"duplicates", "doc.on.doc", "Duplicates"},
     {"sources", "arrow.down.circle", "Sources"},

@@ -89,6 +89,7 @@ WindowActions::WindowActions(AppModel& app, QWidget& window)
     connect(&updateTimer_, &QTimer::timeout, this, &WindowActions::update);
     makeCommands();
     setKeys();
+    window.installEventFilter(this);
     connect(&app, &AppModel::settingsChanged, this, &WindowActions::setKeys);
     connect(&app.history(), &HistoryModel::changed, this, &WindowActions::updateSoon);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
@@ -288,6 +289,11 @@ void WindowActions::showPalette() {
 }
 
 bool WindowActions::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == &window_) {
+        // Comes before the key is looked up among the actions, which must be up to date by then.
+        if (event->type() == QEvent::ShortcutOverride && updateTimer_.isActive()) update();
+        return QObject::eventFilter(watched, event);
+    }
     if (event->type() == QEvent::ShortcutOverride) {
         const auto& field = *static_cast<QWidget*>(watched);
         if (isForText(*static_cast<QKeyEvent*>(event), field)) {

@@ -9,7 +9,7 @@
 
 namespace tarn {
 
-NewFileMenu::NewFileMenu(WindowModel& window, QWidget* parent) : QMenu(parent), window_(window) {
+NewFileMenu::NewFileMenu(WindowModel& window, QWidget* parent) : QMenu(parent), window_(&window) {
     setTitle(tr("New File"));
     setIcon(Icons::symbol("doc.badge.plus"));
     setToolTipsVisible(true);
@@ -17,9 +17,12 @@ NewFileMenu::NewFileMenu(WindowModel& window, QWidget* parent) : QMenu(parent), 
     connect(this, &QMenu::aboutToShow, this, &NewFileMenu::look);
 }
 
+void NewFileMenu::follow(WindowModel& window) { window_ = &window; }
+
 void NewFileMenu::look() {
-    menuAction()->setEnabled(window_.active().location().isFolder());
-    window_.app().pool().run([self = QPointer<NewFileMenu>(this)] {
+    if (!window_) return;
+    menuAction()->setEnabled(window_->active().location().isFolder());
+    window_->app().pool().run([self = QPointer<NewFileMenu>(this)] {
         MainThread::post(self, [own = Templates::user()](NewFileMenu& menu) { menu.fill(own); });
     });
 }
@@ -27,7 +30,7 @@ void NewFileMenu::look() {
 void NewFileMenu::addFile(const FileTemplate& file) {
     QString title = displayText(file.title).replace(u'&', QStringLiteral("&&"));
     addAction(Icons::symbol(file.symbol), title, this,
-              [this, file] { window_.edits().newFile(file); });
+              [this, file] { window_->edits().newFile(file); });
 }
 
 void NewFileMenu::fill(const std::vector<FileTemplate>& own) {
@@ -37,7 +40,7 @@ void NewFileMenu::fill(const std::vector<FileTemplate>& own) {
     for (const FileTemplate& file : own) addFile(file);
     addSeparator();
     addAction(Icons::symbol("folder"), tr("Open Templates Folder…"), this,
-              [this] { window_.edits().openTemplatesFolder(); });
+              [this] { window_->edits().openTemplatesFolder(); });
     QAction* hint = addAction(tr("Drop any file into the Templates folder to add it to New File."));
     hint->setEnabled(false);
 }

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include <QtCore/QPointer>
 #include <QtWidgets/QMenu>
 
 #include "TarnCore/ops/Templates.h"
@@ -17,12 +18,15 @@ class NewFileMenu final : public QMenu {
 public:
     explicit NewFileMenu(WindowModel& window, QWidget* parent = nullptr);
 
+    /// Makes files in this tab from now on.
+    void follow(WindowModel& window);
+
 private:
     void look();
     void fill(const std::vector<FileTemplate>& own);
     void addFile(const FileTemplate& file);
 
-    WindowModel& window_;
+    QPointer<WindowModel> window_;
 };
 
 }  // namespace tarn

@@ -65,6 +65,11 @@ void SearchField::beginEditing() {
     edit_->selectAll();
 }
 
+void SearchField::continueEditing() {
+    edit_->setFocus(Qt::OtherFocusReason);
+    edit_->end(false);
+}
+
 QSize SearchField::sizeHint() const {
     return {width_, std::max(controlHeight, fontMetrics().height() + space12)};
 }

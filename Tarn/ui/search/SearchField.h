@@ -21,6 +21,8 @@ public:
     void setPlaceholder(const QString& text);
     /// Gives it the keyboard with everything selected.
     void beginEditing();
+    /// Gives it the keyboard behind what has been typed elsewhere.
+    void continueEditing();
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

@@ -36,6 +36,19 @@ protected:
     }
 };
 
+bool changesTab(const QKeyEvent& event) {
+    if (!(event.modifiers() & Qt::ControlModifier)) return false;
+    switch (event.key()) {
+        case Qt::Key_Tab:
+        case Qt::Key_Backtab:
+        case Qt::Key_PageUp:
+        case Qt::Key_PageDown:
+            return true;
+        default:
+            return false;
+    }
+}
+
 }  // namespace
 
 Sheet::Sheet(QWidget& window, int width)
@@ -88,18 +101,49 @@ void Sheet::open(QWidget* first) {
 }
 
 void Sheet::finish() {
-    if (isHidden()) return;
+    if (isHidden() && !isSuspended_) return;
     QAccessibleEvent ended(this, QAccessible::DialogEnd);
     QAccessible::updateAccessibility(&ended);
     hide();
-    if (before_) before_->setFocus(Qt::PopupFocusReason);
+    if (before_ && !isSuspended_) before_->setFocus(Qt::PopupFocusReason);
+    isSuspended_ = false;
     emit finished();
     deleteLater();
+}
+
+void Sheet::suspend() {
+    if (isHidden()) return;
+    isSuspended_ = true;
+    QWidget* focus = window()->focusWidget();
+    within_ = focus && isAncestorOf(focus) ? focus : nullptr;
+    hide();
+}
+
+void Sheet::resume() {
+    if (!isSuspended_) return;
+    isSuspended_ = false;
+    show();
+    raise();
+    place();
+    (within_ ? within_.data() : this)->setFocus(Qt::PopupFocusReason);
+}
+
+void Sheet::leaveOut(QWidget& part) {
+    leftOut_ = &part;
+    part.installEventFilter(this);
+    updateMask();
+}
+
+void Sheet::updateMask() {
+    if (!leftOut_ || !leftOut_->isVisible()) return clearMask();
+    const QRect hole(leftOut_->mapTo(parentWidget(), QPoint()), leftOut_->size());
+    setMask(QRegion(rect()) - hole);
 }
 
 void Sheet::place() {
     const QRect room = parentWidget()->rect();
     setGeometry(room);
+    updateMask();
     const int width = std::min(width_, room.width() - 2 * Metrics::space16);
     if (card_->width() != width) {
         card_->resize(width, card_->height());
@@ -116,6 +160,7 @@ void Sheet::place() {
 bool Sheet::event(QEvent* event) {
     switch (event->type()) {
         case QEvent::ShortcutOverride:
+            if (leftOut_ && changesTab(*static_cast<QKeyEvent*>(event))) return false;
             // The key is for the sheet, whatever it would do in the window below.
             event->accept();
             return true;
@@ -161,6 +206,9 @@ void Sheet::addScrolling(QScrollArea& area, QWidget& content, QPushButton& done)
 
 bool Sheet::eventFilter(QObject* watched, QEvent* event) {
     if (watched == parentWidget() && event->type() == QEvent::Resize && isVisible()) place();
+    const bool isMoved = event->type() == QEvent::Resize || event->type() == QEvent::Move ||
+                         event->type() == QEvent::Show || event->type() == QEvent::Hide;
+    if (watched == leftOut_ && isMoved && isVisible()) updateMask();
     return QWidget::eventFilter(watched, event);
 }
 

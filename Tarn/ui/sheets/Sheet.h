@@ -25,6 +25,13 @@ public:
     void open(QWidget* first = nullptr);
     /// Takes it away and gives the keyboard back.
     void finish();
+    /// Hides it for a while, as it is; the keyboard is the caller's affair.
+    void suspend();
+    /// Shows it again, with the keyboard where it was.
+    void resume();
+    /// A part of the window that stays visible and can be clicked: the tabs of the window, where
+    /// the sheet belongs to one of them. The keys that go from tab to tab work as well.
+    void leaveOut(QWidget& part);
 
 signals:
     void finished();
@@ -52,12 +59,16 @@ protected:
 
 private:
     void place();
+    void updateMask();
 
     int width_;
     QWidget* card_;
     QVBoxLayout* column_;
     QLabel* title_;
     QPointer<QWidget> before_;  ///< Had the keyboard.
+    QPointer<QWidget> within_;  ///< Had it in the sheet when that was hidden for a while.
+    QPointer<QWidget> leftOut_;
+    bool isSuspended_ = false;
 };
 
 }  // namespace tarn

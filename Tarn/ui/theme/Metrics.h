@@ -69,6 +69,18 @@ inline constexpr int sidebarFolds = 700;
 inline constexpr int toolbarFolds = 480;
 inline constexpr int inspectorFolds = 900;
 
+/// Tabs share the width of their row between these bounds.
+inline constexpr int tabMinimum = 112;
+inline constexpr int tabMaximum = 240;
+inline constexpr int tabHeight = 32;
+/// The narrowest of two panes beside each other; where there is less room they stand one above the
+/// other.
+inline constexpr int paneMinimum = 280;
+/// The content of the start screen, and one of its tiles.
+inline constexpr int startWidth = 880;
+inline constexpr int startTileWidth = 180;
+inline constexpr int startFieldHeight = 44;
+
 /// How far the pointer goes before a press becomes a drag: enough that a hand that shakes moves no
 /// file.
 inline constexpr int dragThreshold = 12;

@@ -192,6 +192,34 @@ void progressBar(QPainter& painter, const QStyleOptionProgressBar& option, bool 
     Paint::fill(painter, groove, space2, colors.accent);
 }
 
+void tabShape(QPainter& painter, const QStyleOptionTab& option) {
+    const Colors& colors = Colors::current();
+    const QRectF rect = QRectF(option.rect).adjusted(space2, 0, -space2, 0);
+    const bool isCurrent = option.state & QStyle::State_Selected;
+    if (isCurrent) {
+        Paint::fill(painter, rect, radiusControl, colors.base);
+        Paint::outline(painter, rect, radiusControl,
+                       colors.isHighContrast ? colors.border : colors.separator, hairline);
+    } else if (option.state & QStyle::State_MouseOver) {
+        Paint::fill(painter, rect, radiusControl, colors.tinted(colors.window, hoverTint));
+    }
+    if (option.state & QStyle::State_HasFocus) Paint::focusRing(painter, rect, radiusControl);
+}
+
+void tabLabel(QPainter& painter, const QStyleOptionTab& option) {
+    const Colors& colors = Colors::current();
+    const QRect room =
+        option.rect.adjusted(space12, 0, -(option.rightButtonSize.width() + space8), 0);
+    const QRect text = QStyle::visualRect(option.direction, option.rect, room);
+    painter.setPen(option.state & QStyle::State_Selected ? colors.text : colors.secondary);
+    const auto leading = option.direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
+    painter.drawText(
+        text,
+        Qt::AlignVCenter | leading | Qt::AlignAbsolute | Qt::TextSingleLine | Qt::TextHideMnemonic,
+        option.fontMetrics.elidedText(option.text, Qt::ElideRight, text.width(),
+                                      Qt::TextHideMnemonic));
+}
+
 QRect scrollBarPart(const QStyleOptionSlider& option, QStyle::SubControl part) {
     const QRect bar = option.rect;
     const bool across = option.orientation == Qt::Horizontal;

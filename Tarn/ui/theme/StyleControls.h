@@ -22,6 +22,9 @@ void radioButton(QPainter& painter, const QStyleOption& option);
 void slider(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle);
 void progressBar(QPainter& painter, const QStyleOptionProgressBar& option, bool contents);
 
+void tabShape(QPainter& painter, const QStyleOptionTab& option);
+void tabLabel(QPainter& painter, const QStyleOptionTab& option);
+
 QRect scrollBarPart(const QStyleOptionSlider& option, QStyle::SubControl part);
 void scrollBar(QPainter& painter, const QStyleOptionSlider& option);
 

@@ -79,6 +79,15 @@ int TarnStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
             return space8 - 1;
         case PM_FocusFrameVMargin:
             return space2;
+        case PM_TabBarTabHSpace:
+            return space12;
+        case PM_TabBarTabShiftVertical:
+        case PM_TabBarTabShiftHorizontal:
+        case PM_TabBarTabOverlap:
+        case PM_TabBarBaseOverlap:
+            return 0;
+        case PM_TabBarScrollButtonWidth:
+            return smallestTarget;
         case PM_LayoutLeftMargin:
         case PM_LayoutTopMargin:
         case PM_LayoutRightMargin:
@@ -207,6 +216,9 @@ void TarnStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
                               QPainter* painter, const QWidget* widget) const {
     const Colors& colors = Colors::current();
     switch (element) {
+        case PE_IndicatorTabTear:
+        case PE_IndicatorTabTearRight:
+            return;
         case PE_FrameFocusRect:
             Paint::focusRing(*painter, option->rect, radiusControl);
             return;
@@ -312,6 +324,12 @@ void TarnStyle::drawControl(ControlElement element, const QStyleOption* option, 
         case CE_Header:
             if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option))
                 StyleControls::header(*painter, *header);
+            return;
+        case CE_TabBarTab:
+            if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
+                StyleControls::tabShape(*painter, *tab);
+                StyleControls::tabLabel(*painter, *tab);
+            }
             return;
         case CE_Splitter:
             painter->fillRect(option->rect, colors.separator);

@@ -97,6 +97,12 @@ void ToastView::showToast() {
     undo_->setVisible(toast->undoable && toast->undoID);
     setAccessibleName(toast->message);
     remaining_ = toast->undoable || toast->isError ? longTime : shortTime;
+    isHeld_ = true;
+    // One in a tab that is not in front waits until it can be seen.
+    if (pane_.isVisible()) appear();
+}
+
+void ToastView::appear() {
     isHeld_ = false;
     timer_.start(remaining_);
     show();
@@ -143,19 +149,26 @@ void ToastView::place() {
     const int x = room.x() + (room.width() - width) / 2;
     QRect place(x, room.bottom() + 1 - height - Metrics::space12 + shadowReach, width, height);
     // Above the status in the corner where there is no room beside it.
-    const auto* status = pane_.findChild<StatusPill*>();
     const QRect card = place.adjusted(0, shadowReach, 0, -shadowReach);
-    const auto covered = [&] {
-        return QRect(status->mapTo(parentWidget(), QPoint()), status->size()).intersects(card);
-    };
-    if (status && status->isVisible() && covered())
-        place.translate(0, -status->height() - Metrics::space8);
-    setGeometry(place);
+    int above = 0;
+    for (const auto* status : pane_.findChildren<StatusPill*>()) {
+        const QRect pill(status->mapTo(parentWidget(), QPoint()), status->size());
+        if (status->isVisible() && pill.intersects(card)) above = pill.height() + Metrics::space8;
+    }
+    setGeometry(place.translated(0, -above));
 }
 
 bool ToastView::eventFilter(QObject* watched, QEvent* event) {
     const bool isMoved = event->type() == QEvent::Resize || event->type() == QEvent::Move;
     if (watched == &pane_ && isMoved && !isHidden()) place();
+    if (watched == &pane_ && event->type() == QEvent::Show && isHidden() && window_.toast())
+        appear();
+    if (watched == &pane_ && event->type() == QEvent::Hide && !isHidden()) {
+        remaining_ = timeLeft();
+        timer_.stop();
+        isHeld_ = true;
+        hide();
+    }
     return QWidget::eventFilter(watched, event);
 }
 

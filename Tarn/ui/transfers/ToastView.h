@@ -15,8 +15,8 @@ namespace tarn {
 class SymbolView;
 class WindowModel;
 
-/// The message at the bottom of a window: one at a time, for 6 seconds, or 12 with “Undo”. It stays
-/// while the pointer or the keyboard is on it.
+/// The message at the bottom of a tab: one at a time, for 6 seconds, or 12 with “Undo”. It stays
+/// while the pointer or the keyboard is on it, and time does not pass while the tab is not shown.
 class ToastView final : public QWidget {
     Q_OBJECT
 public:
@@ -39,6 +39,7 @@ protected:
 
 private:
     void showToast();
+    void appear();
     void place();
     void hold();
     void dismiss();

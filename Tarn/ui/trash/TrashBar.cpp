@@ -16,9 +16,10 @@
 
 namespace tarn {
 
-TrashBar::TrashBar(WindowModel& model, QWidget& window)
+TrashBar::TrashBar(WindowModel& model, PaneModel& pane, QWidget& window)
     : QWidget(&window),
       model_(model),
+      pane_(pane),
       window_(window),
       trash_(model.app().trash()),
       text_(new TabularLabel),
@@ -36,7 +37,7 @@ TrashBar::TrashBar(WindowModel& model, QWidget& window)
             ask();
     });
     connect(&trash_, &TrashService::changed, this, &TrashBar::follow);
-    connect(&model.active(), &PaneModel::locationChanged, this, &TrashBar::follow);
+    connect(&pane, &PaneModel::locationChanged, this, &TrashBar::follow);
     const auto tell = [this](const QString& sentence, bool isError) {
         if (!std::exchange(tells_, false)) return;
         Toast toast;
@@ -68,7 +69,7 @@ bool TrashBar::canEmpty(const TrashService& trash) {
 }
 
 void TrashBar::follow() {
-    const bool isHere = isTrash(model_.active().location());
+    const bool isHere = isTrash(pane_.location());
     setVisible(isHere);
     if (!isHere) return;
     if (trash_.isEmptying()) {

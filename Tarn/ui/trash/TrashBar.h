@@ -7,6 +7,7 @@ class QPushButton;
 
 namespace tarn {
 
+class PaneModel;
 class QuestionSheet;
 class TabularLabel;
 class TrashService;
@@ -18,8 +19,8 @@ struct Location;
 class TrashBar final : public QWidget {
     Q_OBJECT
 public:
-    /// Sheets open over `window`.
-    TrashBar(WindowModel& model, QWidget& window);
+    /// Shown where `pane` shows the Trash. Sheets open over `window`.
+    TrashBar(WindowModel& model, PaneModel& pane, QWidget& window);
 
     /// Empties the Trash if the person says so; nothing where it is empty or being emptied.
     void ask();
@@ -33,6 +34,7 @@ private:
     void follow();
 
     WindowModel& model_;
+    PaneModel& pane_;
     QWidget& window_;
     TrashService& trash_;
     TabularLabel* text_;

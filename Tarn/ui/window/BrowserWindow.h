@@ -1,43 +1,51 @@
 #pragma once
 
-#include <map>
 #include <memory>
-#include <string>
 
 #include <QtCore/QPointer>
+#include <QtCore/QTimer>
 #include <QtWidgets/QWidget>
 
-class QAction;
-class QMenu;
 class QSplitter;
-class QToolButton;
+class QStackedWidget;
 
 namespace tarn {
 
-class BusyLine;
-class ChipRow;
-class PaneWidget;
-class PathBar;
-class SearchField;
+class BrowserToolbar;
+class SearchRow;
 class SettingsSheet;
 class Sidebar;
 class SidebarModel;
-class TransfersButton;
-class TrashBar;
+class TabGroup;
+class TabPage;
+class TabStrip;
+class WindowActions;
 class WindowChanges;
+class WindowMenu;
 class WindowModel;
 struct Location;
 
-/// One browser window: the sidebar, one row of tools, the chips of a search, and the pane.
+/// One browser window: the sidebar, one row of tools, the tabs, the chips of a search, and the
+/// panes of the tab in front. Whatever stands around the panes follows the active one.
 ///
-/// Deletes itself when it is closed. Everything it shows comes from its model, which it owns.
+/// Deletes itself when it is closed. Everything it shows comes from its tabs, which it owns.
 class BrowserWindow final : public QWidget {
     Q_OBJECT
 public:
-    explicit BrowserWindow(std::unique_ptr<WindowModel> model);
+    /// With at least one tab.
+    explicit BrowserWindow(std::unique_ptr<TabGroup> group);
+    /// With this tab.
+    explicit BrowserWindow(std::unique_ptr<WindowModel> tab);
     ~BrowserWindow() override;
 
-    WindowModel& model() { return *model_; }
+    TabGroup& group() { return *group_; }
+    /// The tab in front.
+    WindowModel& model();
+    /// What the tab in front shows.
+    TabPage& page();
+
+    /// Another window as large as this one.
+    BrowserWindow& openWindow(const Location& location);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -46,41 +54,40 @@ protected:
 
 private:
     void makeActions();
-    void fillMenu();
-    QToolButton* makeButton(const char* commandID);
-    QWidget* makeToolbar();
-    QWidget* makeSearchRow();
+    QWidget* makeContent();
     void connectParts();
+    void addPage(int index);
+    void removePage(WindowModel& tab);
+    TabPage* pageOf(const WindowModel& tab) const;
+    /// Turns everything to the tab that is in front now.
+    void followTab();
+    /// Turns everything to the pane that is active in it now.
+    void followPane();
     void showLocation();
-    void showSearch();
-    void showSheet();
-    void updateActions();
     void updateSidebar();
     void updateUndo();
-    void openWindow(const Location& location);
+    /// Takes the sizes that were remembered.
+    void restoreLayout();
+    void rememberLayout();
+    void closeTab(int index);
+    void detachTab(int index);
     void openPlaceMenu(const Location& place, const QPoint& globalPosition);
 
-    std::unique_ptr<WindowModel> model_;
-    std::map<std::string, QAction*, std::less<>> actions_;  ///< By command id.
+    std::unique_ptr<TabGroup> group_;
+    WindowActions* actions_;
+    WindowMenu* menu_ = nullptr;
     SidebarModel* sidebarModel_;
     Sidebar* sidebar_;
     QSplitter* splitter_;
-    QToolButton* sidebarButton_ = nullptr;
-    QToolButton* forwardButton_ = nullptr;
-    QToolButton* upButton_ = nullptr;
-    QToolButton* menuButton_ = nullptr;
-    TransfersButton* transfersButton_ = nullptr;
-    TrashBar* trashBar_;
-    PathBar* path_;
-    QPointer<SettingsSheet> settings_;
-    SearchField* search_;
-    ChipRow* chips_;
-    QToolButton* scope_ = nullptr;
-    QMenu* scopeMenu_ = nullptr;
-    QWidget* searchRow_ = nullptr;
-    BusyLine* busy_;
-    PaneWidget* pane_;
+    QStackedWidget* pages_;
+    BrowserToolbar* toolbar_ = nullptr;
+    TabStrip* tabs_ = nullptr;
+    SearchRow* searchRow_ = nullptr;
     WindowChanges* changes_ = nullptr;
+    QPointer<SettingsSheet> settings_;
+    std::unique_ptr<QObject> tabFollowing_;   ///< Ends the connections to the tab in front.
+    std::unique_ptr<QObject> paneFollowing_;  ///< Ends the connections to its active pane.
+    QTimer layoutTimer_;                      ///< Until sizes have come to rest.
     bool isUnfolded_ = false;  ///< The sidebar is wanted although the window is narrow.
 };
 

@@ -8,57 +8,78 @@
 #include <QtWidgets/QPushButton>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/TabGroup.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/sheets/ConflictSheet.h"
-#include "Tarn/ui/sheets/HistorySheet.h"
 #include "Tarn/ui/sheets/QuestionSheet.h"
-#include "Tarn/ui/transfers/ToastView.h"
 #include "Tarn/ui/transfers/TransfersButton.h"
 #include "Tarn/ui/transfers/TransfersPanel.h"
 #include "Tarn/ui/window/BrowserWindow.h"
 
 namespace tarn {
+namespace {
 
-WindowChanges::WindowChanges(WindowModel& model, QWidget& window, QWidget& pane,
-                             TransfersButton& button)
+/// The models of windows that were closed a moment ago are still there, so the windows are asked.
+bool hasOtherWindow(const QWidget* than) {
+    for (const QWidget* one : QApplication::topLevelWidgets())
+        if (one != than && one->isVisible() && qobject_cast<const BrowserWindow*>(one)) return true;
+    return false;
+}
+
+}  // namespace
+
+WindowChanges::WindowChanges(TabGroup& group, QWidget& window, TransfersButton& button)
     : QObject(&window),
-      model_(model),
+      group_(group),
+      app_(group.app()),
       window_(window),
-      transfers_(model.app().transfers()),
+      transfers_(app_.transfers()),
       button_(button),
-      panel_(new TransfersPanel(transfers_, model.app().activities(), button, window)),
-      toast_(new ToastView(model, window, pane)) {
-    connect(&button, &TransfersButton::clicked, this,
-            [this] { model_.setShowsTransfers(!model_.showsTransfers()); });
-    connect(&model, &WindowModel::showsTransfersChanged, this, [this] {
-        button_.setHeld(model_.showsTransfers());
-        if (model_.showsTransfers())
-            panel_->open();
-        else
-            panel_->close();
+      panel_(new TransfersPanel(transfers_, app_.activities(), button, window)) {
+    connect(&button, &TransfersButton::clicked, this, [this] {
+        if (tab_) tab_->setShowsTransfers(!tab_->showsTransfers());
     });
-    connect(panel_, &TransfersPanel::closed, this, [this] { model_.setShowsTransfers(false); });
+    connect(panel_, &TransfersPanel::closed, this, [this] {
+        if (tab_) tab_->setShowsTransfers(false);
+    });
     connect(&transfers_, &TransferList::transferChanged, this, &WindowChanges::ask);
     connect(&transfers_, &TransferList::listChanged, this, &WindowChanges::goOnWhenIdle);
     connect(&transfers_, &TransferList::transferChanged, this, &WindowChanges::goOnWhenIdle);
-    connect(&model.app().activities(), &ActivityList::listChanged, this,
-            &WindowChanges::goOnWhenIdle);
-    connect(&model, &WindowModel::showsHistoryChanged, this, &WindowChanges::showHistory);
+    connect(&app_.activities(), &ActivityList::listChanged, this, &WindowChanges::goOnWhenIdle);
     // The terminal may have changed files meanwhile.
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
             [this](Qt::ApplicationState state) {
-                if (state == Qt::ApplicationActive) model_.app().history().refresh();
+                if (state == Qt::ApplicationActive) app_.history().refresh();
             });
     ask();
 }
 
+WindowChanges::~WindowChanges() = default;
+
+void WindowChanges::follow(WindowModel* tab) {
+    if (tab_ && tab_ != tab) tab_->setShowsTransfers(false);
+    tab_ = tab;
+    following_ = std::make_unique<QObject>();
+    if (!tab) return;
+    connect(tab, &WindowModel::showsTransfersChanged, following_.get(), [this] {
+        button_.setHeld(tab_->showsTransfers());
+        if (tab_->showsTransfers())
+            panel_->open();
+        else
+            panel_->close();
+    });
+}
+
 bool WindowChanges::isAskedHere(const TransferModel& transfer) const {
-    const auto& windows = model_.app().windows();
-    const auto owner = std::find_if(
-        windows.begin(), windows.end(),
-        [&transfer](const WindowModel* window) { return window->id() == transfer.windowID(); });
-    if (owner != windows.end()) return *owner == &model_;
-    return !windows.empty() && windows.front() == &model_;
+    const auto owns = [&transfer](const TabGroup* group) {
+        for (int i = 0; i < group->count(); ++i)
+            if (group->tab(i).id() == transfer.windowID()) return true;
+        return false;
+    };
+    const auto& groups = app_.groups();
+    const auto owner = std::find_if(groups.begin(), groups.end(), owns);
+    // Of one whose window has gone, the oldest asks.
+    return owner != groups.end() ? *owner == &group_ : !groups.empty() && groups.front() == &group_;
 }
 
 void WindowChanges::ask() {
@@ -75,38 +96,29 @@ void WindowChanges::ask() {
     }
 }
 
-void WindowChanges::showHistory() {
-    if (!model_.showsHistory()) {
-        if (history_) history_->finish();
-        return;
-    }
-    history_ = new HistorySheet(model_, window_);
-    connect(history_, &Sheet::finished, this, [this] {
-        history_.clear();
-        model_.setShowsHistory(false);
-    });
-    history_->open();
-}
-
 bool WindowChanges::isBusy() const {
-    return transfers_.activeCount() > 0 || model_.app().activities().hasWork();
+    return transfers_.activeCount() > 0 || app_.activities().hasWork();
 }
 
 bool WindowChanges::mayClose() {
     if (!isBusy()) return true;
-    // The models of windows that were closed a moment ago are still there.
-    for (const QWidget* other : QApplication::topLevelWidgets())
-        if (other != &window_ && other->isVisible() && qobject_cast<const BrowserWindow*>(other))
-            return true;
+    if (hasOtherWindow(&window_)) return true;
     askToStop(tr("Closing the last window stops it and removes what is unfinished."),
               tr("Stop and Close"), [this] { window_.close(); });
     return false;
 }
 
 void WindowChanges::quit() {
-    if (!isBusy()) return QApplication::closeAllWindows();
+    const auto closeAll = [&app = app_] {
+        app.saveSession();
+        app.setKeepSessionWhileClosing(true);
+        QApplication::closeAllWindows();
+        // With one that stays open after all, the session goes on.
+        if (hasOtherWindow(nullptr)) app.setKeepSessionWhileClosing(false);
+    };
+    if (!isBusy()) return closeAll();
     askToStop(tr("Quitting stops it and removes what is unfinished."), tr("Stop and Quit"),
-              [] { QApplication::closeAllWindows(); });
+              closeAll);
 }
 
 void WindowChanges::askToStop(const QString& sentence, const QString& yes,
@@ -120,7 +132,7 @@ void WindowChanges::askToStop(const QString& sentence, const QString& yes,
     connect(question_, &QuestionSheet::accepted, this, [this, then = std::move(then)] {
         whenIdle_ = then;
         transfers_.cancelAll();
-        model_.app().activities().stopWork();
+        app_.activities().stopWork();
         goOnWhenIdle();
     });
     question_->open(question_->no());

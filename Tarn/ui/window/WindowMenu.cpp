@@ -1,0 +1,86 @@
+#include "Tarn/ui/window/WindowMenu.h"
+
+#include <QtGui/QActionGroup>
+
+#include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/menus/WindowActions.h"
+#include "Tarn/ui/pane/NewFileMenu.h"
+#include "Tarn/ui/theme/Theme.h"
+
+namespace tarn {
+namespace {
+
+const struct {
+    Theme::Mode mode;
+    const char* title;
+} appearances[] = {
+    {Theme::Mode::system, QT_TRANSLATE_NOOP("tarn::WindowMenu", "Follow the System")},
+    {Theme::Mode::light, QT_TRANSLATE_NOOP("tarn::WindowMenu", "Light")},
+    {Theme::Mode::dark, QT_TRANSLATE_NOOP("tarn::WindowMenu", "Dark")},
+};
+
+}  // namespace
+
+WindowMenu::WindowMenu(WindowActions& actions, WindowModel& tab, QWidget* window)
+    : QMenu(window), tab_(&tab), newFile_(new NewFileMenu(tab, this)) {
+    connect(this, &QMenu::aboutToShow, &actions, &WindowActions::update);
+    const auto add = [this, &actions](std::initializer_list<const char*> ids) {
+        for (const char* id : ids) addAction(actions.action(id));
+    };
+    add({"window.new", "tab.new", "newFolder"});
+    addMenu(newFile_)->setIconVisibleInMenu(false);
+    addSeparator();
+    add({"undo", "redo"});
+    addSeparator();
+    add({"view.grid", "view.list"});
+    addSorting();
+    add({"split", "sidebar", "inspector", "hidden", "refresh", "fullScreen"});
+    addSeparator();
+    for (const char* group : {"Go", "View", "File", "Window"})
+        addMenu(actions.makeGroup(group, this));
+    addSeparator();
+    add({"palette"});
+    addAppearance();
+    add({"settings"});
+    addSeparator();
+    add({"tab.close", "window.close", "quit"});
+}
+
+void WindowMenu::follow(WindowModel& tab) {
+    tab_ = &tab;
+    newFile_->follow(tab);
+}
+
+void WindowMenu::addSorting() {
+    QMenu* sorting = addMenu(tr("Sort By"));
+    auto* fields = new QActionGroup(sorting);
+    for (const SortField field : allSortFields) {
+        const std::string_view title = SortFields::title(field);
+        QAction* action = sorting->addAction(
+            QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())), this,
+            [this, field] {
+                if (tab_) tab_->active().sortBy(field);
+            });
+        action->setCheckable(true);
+        fields->addAction(action);
+        connect(sorting, &QMenu::aboutToShow, action, [this, action, field] {
+            action->setChecked(tab_ && tab_->active().sort().field == field);
+        });
+    }
+}
+
+void WindowMenu::addAppearance() {
+    QMenu* appearance = addMenu(tr("Appearance"));
+    auto* modes = new QActionGroup(appearance);
+    for (const auto& choice : appearances) {
+        QAction* action = appearance->addAction(
+            tr(choice.title), this, [mode = choice.mode] { Theme::shared().setMode(mode); });
+        action->setCheckable(true);
+        modes->addAction(action);
+        connect(appearance, &QMenu::aboutToShow, action, [action, mode = choice.mode] {
+            action->setChecked(Theme::shared().mode() == mode);
+        });
+    }
+}
+
+}  // namespace tarn
