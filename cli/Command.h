@@ -51,7 +51,8 @@ enum class Section { looking, changing, settings };
 /// XCommand.cpp adds it to the program.
 ///
 /// A command may be a group of others instead ("tag", with "tag add", "tag remove" …): it has
-/// `commands` and no `run`, arguments or options of its own. Groups are not nested.
+/// `commands` and no arguments of its own. A group with a `run`, and perhaps options, does that
+/// when none of its commands follows ("favorites" lists them). Groups are not nested.
 struct Command {
     static constexpr std::size_t anyNumber = std::numeric_limits<std::size_t>::max();
 

@@ -25,6 +25,12 @@ constexpr Option global[] = {
      .isHidden = true},
 };
 
+constexpr Option forWindow[] = {
+    {.name = "workspace",
+     .value = "NAME",
+     .help = "Opens the workspace of this name or id in a window"},
+};
+
 constexpr Example programExamples[] = {
     {"tarn", "Opens a window on the home folder"},
     {"tarn ~/Downloads", "Opens a window on a folder"},
@@ -60,6 +66,8 @@ const Command* find(const Command& group, std::string_view word) {
 }
 
 std::span<const Option> globalOptions() { return global; }
+
+std::span<const Option> windowOptions() { return forWindow; }
 
 std::string_view summary() { return "A file manager built around search"; }
 

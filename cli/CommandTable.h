@@ -18,6 +18,9 @@ const Command* find(const Command& group, std::string_view word);
 /// Taken before the command and by every command.
 std::span<const Option> globalOptions();
 
+/// Taken where no command follows, for the window that opens.
+std::span<const Option> windowOptions();
+
 /// What `tarn` itself is, with its usage lines and examples.
 std::string_view summary();
 std::string_view description();

@@ -20,6 +20,10 @@ std::vector<Option> visibleOptions(std::span<const Option> own) {
     return options;
 }
 
+/// What the program itself takes, where no command stands: the global options and those for the
+/// window.
+std::vector<Option> programOptions() { return visibleOptions(CommandTable::windowOptions()); }
+
 std::string joined(const std::vector<std::string_view>& words) {
     std::string out;
     for (const std::string_view word : words) {
@@ -175,7 +179,7 @@ void appendZshGroup(std::string& out, const Command& group) {
         out += "                        " + zshDescription(*command) + "\n";
     }
     out += "                    )\n                    _arguments -C \\\n";
-    appendZshArguments(out, {}, "                        ");
+    appendZshArguments(out, group.options, "                        ");
     out +=
         "                        '1: :->word' \\\n"
         "                        '*:: :->behind'\n"
@@ -280,7 +284,7 @@ std::string bash() {
         "    case $command in\n";
     for (const Command* command : CommandTable::all()) appendBashCommand(out, *command);
     out += "        '')\n            if [[ $word == -* ]]; then\n                " +
-           bashWords(bashOptionWords(visibleOptions({}))) +
+           bashWords(bashOptionWords(programOptions())) +
            "\n            else\n                compopt -o filenames\n                " +
            "mapfile -t COMPREPLY < <(compgen -W " + shellQuoted(commandNames()) +
            " -- \"$word\"; compgen -f -- \"$word\")\n            fi ;;\n";
@@ -300,7 +304,7 @@ std::string zsh() {
         out += "        " + zshDescription(*command) + "\n";
     }
     out += "    )\n    _arguments -C \\\n";
-    appendZshArguments(out, {}, "        ");
+    appendZshArguments(out, CommandTable::windowOptions(), "        ");
     out +=
         "        '1: :->first' \\\n"
         "        '*:: :->rest'\n"
@@ -336,6 +340,7 @@ std::string fish() {
     std::string out = "# Completion of tarn for fish.\n";
     appendFishOptions(out, CommandTable::globalOptions(), "");
     const std::string none = "not __fish_seen_subcommand_from " + commandNames();
+    appendFishOptions(out, CommandTable::windowOptions(), none);
     for (const Command* command : CommandTable::all()) {
         appendFishName(out, *command, none);
         const std::string seen = "__fish_seen_subcommand_from " + std::string(command->name);
@@ -348,6 +353,8 @@ std::string fish() {
             continue;
         }
         out += "complete -c tarn -n " + fishQuoted(seen) + " -f\n";
+        appendFishOptions(out, command->options,
+                          seen + "; and not __fish_seen_subcommand_from " + wordsOf(*command));
         for (const Command* each : command->commands) {
             appendFishName(out, *each,
                            seen + "; and not __fish_seen_subcommand_from " + wordsOf(*command));

@@ -102,7 +102,7 @@ std::string spelling(const Option& option) {
 
 std::string program() {
     std::string out =
-        "Usage: tarn [PATH…]\n"
+        "Usage: tarn [OPTION]… [PATH…]\n"
         "       tarn COMMAND [OPTION]… [ARGUMENT]…\n\n";
     appendWrapped(
         out, std::string(CommandTable::summary()) + ". " + std::string(CommandTable::description()),
@@ -119,6 +119,8 @@ std::string program() {
     }
     out += "\nOptions:\n";
     appendOptions(out, CommandTable::globalOptions());
+    out += "\nFor the window:\n";
+    appendOptions(out, CommandTable::windowOptions());
     appendExamples(out, CommandTable::examples());
     out += "\n“tarn COMMAND --help” explains a command.\n";
     return out;
@@ -126,8 +128,10 @@ std::string program() {
 
 std::string command(const Command& command) {
     std::string out = "Usage: tarn " + std::string(command.name);
+    if (command.isGroup() && command.run)
+        out += " [OPTION]…\n       tarn " + std::string(command.name);
     if (command.isGroup()) out += " COMMAND [OPTION]… [ARGUMENT]…";
-    if (!command.options.empty()) out += " [OPTION]…";
+    if (!command.isGroup() && !command.options.empty()) out += " [OPTION]…";
     if (!command.arguments.empty()) out += ' ' + std::string(command.arguments);
     out += "\n\n" + std::string(command.summary) + ".\n";
     if (!command.description.empty()) appendParagraphs(out, command.description);

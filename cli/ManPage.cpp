@@ -62,7 +62,8 @@ void appendExamples(std::string& out, std::span<const Example> examples) {
 
 void appendCommand(std::string& out, const Command& command) {
     out += ".SS " + bold("tarn " + std::string(command.name));
-    if (command.isGroup()) out += " " + italic("COMMAND");
+    if (command.isGroup())
+        out += " " + (command.run ? "[" + italic("COMMAND") + "]" : italic("COMMAND"));
     if (!command.options.empty()) out += " [" + italic("OPTION") + "]…";
     if (!command.arguments.empty()) out += ' ' + roff(command.arguments);
     out += '\n' + roff(command.summary) + ".\n";
@@ -126,12 +127,15 @@ std::string manPage() {
     std::string out = ".TH TARN 1 \"\" \"Tarn " TARN_VERSION "\" \"User Commands\"\n";
     std::string summary = Text::withFirstLowered(CommandTable::summary());
     out += ".SH NAME\ntarn \\- " + roff(summary) + '\n';
-    out += ".SH SYNOPSIS\n.B tarn\n[" + italic("PATH") + "]…\n.br\n.B tarn\n" + italic("COMMAND") +
-           " [" + italic("OPTION") + "]… [" + italic("ARGUMENT") + "]…\n";
+    out += ".SH SYNOPSIS\n.B tarn\n[" + italic("OPTION") + "]… [" + italic("PATH") +
+           "]…\n.br\n.B tarn\n" + italic("COMMAND") + " [" + italic("OPTION") + "]… [" +
+           italic("ARGUMENT") + "]…\n";
     out += ".SH DESCRIPTION\n" + roff(CommandTable::description()) + '\n';
     out += "With a command, one job is done in the terminal.\n";
     out += ".SH OPTIONS\nEvery command takes these.\n";
     for (const Option& option : CommandTable::globalOptions()) appendOption(out, option);
+    out += ".PP\nWithout a command there are also:\n";
+    for (const Option& option : CommandTable::windowOptions()) appendOption(out, option);
     out += ".SH COMMANDS\n";
     for (const Command* command : CommandTable::all()) appendCommand(out, *command);
     out += output;

@@ -9,6 +9,7 @@
 
 #include "TarnCore/base/Error.h"
 #include "TarnCore/files/Format.h"
+#include "TarnCore/files/ListingError.h"
 #include "TarnCore/platform/Platform.h"
 
 namespace tarn::cli {
@@ -42,6 +43,15 @@ const URL& Session::currentFolder() {
 URL Session::url(std::string_view argument) {
     if (argument.starts_with('/')) return URL::fromPath(argument);
     return URL::fromPath(argument, currentFolder());
+}
+
+URL Session::requireFolder(std::string_view argument) {
+    const URL folder = url(argument);
+    const auto facts = Platform::current().files->attributes(folder, Links::follow);
+    if (!facts) throw ListingError::notFound(std::string(folder.name()));
+    if (facts->type != FileType::directory)
+        throw ListingError::notAFolder(std::string(folder.name()));
+    return folder;
 }
 
 Date Session::now() const { return Platform::current().clock->now(); }

@@ -31,6 +31,8 @@ public:
     const URL& currentFolder();
     /// An argument as a location.
     URL url(std::string_view argument);
+    /// The same for one that has to be a folder; throws ListingError when it is none.
+    URL requireFolder(std::string_view argument);
 
     Date now() const;
     const Locale& locale();

@@ -25,8 +25,9 @@ std::vector<URL> candidates() {
 
 }  // namespace
 
-void start(const std::vector<URL>& paths) {
+void start(const std::vector<std::string>& options, const std::vector<URL>& paths) {
     std::vector<std::string> words = {program};
+    words.insert(words.end(), options.begin(), options.end());
     for (const URL& path : paths) words.push_back(path.path());
     std::vector<char*> argv;
     for (std::string& word : words) argv.push_back(word.data());

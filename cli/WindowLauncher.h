@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "TarnCore/base/URL.h"
@@ -7,9 +8,10 @@
 /// Starts the window program, which `tarn` becomes.
 namespace tarn::cli::WindowLauncher {
 
-/// Replaces this process by tarn-window, which opens these paths: the one beside this program, else
+/// Replaces this process by tarn-window, which is given these options ("--workspace=NAME") and
+/// opens these paths: the one beside this program, else
 /// in its libexec folder, else on PATH. Returns only by throwing tarn::Error, when there is none
 /// or it cannot be started.
-[[noreturn]] void start(const std::vector<URL>& paths);
+[[noreturn]] void start(const std::vector<std::string>& options, const std::vector<URL>& paths);
 
 }  // namespace tarn::cli::WindowLauncher

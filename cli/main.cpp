@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <memory>
 #include <new>
@@ -8,9 +9,12 @@
 #include <utility>
 #include <vector>
 
+#include <nlohmann/json.hpp>
 #include <signal.h>
 #include <unistd.h>
 
+#include "Tarn/model/records/UserStores.h"
+#include "Tarn/model/records/Workspaces.h"
 #include "TarnCore/base/Error.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/ops/ChangeJournal.h"
@@ -116,12 +120,20 @@ int runCommand(const Command& command, Levels levels, const Words& words) {
     const Arguments& arguments = levels.back();
     if (arguments.has("help")) return print(Help::command(command));
     if (arguments.has("version")) return print("tarn " TARN_VERSION "\n");
-    if (command.isGroup()) {
+    if (command.isGroup() && !(command.run && arguments.rest().empty())) {
         const Words rest = arguments.rest();
         const Command& chosen = requireCommand(command, rest);
-        return runCommand(chosen, std::move(levels), Words(rest.begin() + 1, rest.end()));
+        // The options in front are the command's too: “tarn favorites --json add ~/Work”.
+        Words behind;
+        if (!command.options.empty()) {
+            behind.assign(words.begin(),
+                          words.begin() + static_cast<std::ptrdiff_t>(arguments.consumed()));
+            levels.pop_back();
+        }
+        behind.insert(behind.end(), rest.begin() + 1, rest.end());
+        return runCommand(chosen, std::move(levels), behind);
     }
-    checkCount(command, arguments);
+    if (!command.isGroup()) checkCount(command, arguments);
     setPlatform(levels);
     ChangeJournal::repair();
     Session session(std::ranges::any_of(levels, [](const auto& l) { return l.has("quiet"); }));
@@ -152,9 +164,22 @@ std::vector<URL> requirePaths(const Words& words) {
     return paths;
 }
 
+/// The options for the window as it is given them.
+std::vector<std::string> windowOptions(const Arguments& arguments) {
+    std::vector<std::string> options;
+    if (const auto name = arguments.value("workspace")) {
+        const auto store = UserStores::workspaces();
+        // The window is told an id, so that it finds the one that was found here.
+        options.push_back("--workspace=" +
+                          Workspaces::require(store.value().records, *name).id.string());
+    }
+    return options;
+}
+
 int run(const Words& words) {
-    const auto global = CommandTable::globalOptions();
-    const Arguments before = Arguments::parse(words, global, {}, Arguments::Order::optionsFirst);
+    const Arguments before =
+        Arguments::parse(words, CommandTable::globalOptions(), CommandTable::windowOptions(),
+                         Arguments::Order::optionsFirst);
     if (before.has("help")) return print(Help::program());
     if (before.has("version")) return print("tarn " TARN_VERSION "\n");
 
@@ -162,10 +187,17 @@ int run(const Words& words) {
     if (!rest.empty() && !before.wasEnded()) {
         if (rest[0] == "__pages") return printPage(rest);
         if (const Command* command = CommandTable::find(rest[0])) {
+            for (const Option& option : CommandTable::windowOptions()) {
+                if (before.has(option.name)) {
+                    throw UsageError("The option “--" + std::string(option.name) +
+                                     "” is for a window and takes no command.");
+                }
+            }
             return runCommand(*command, {before}, Words(rest.begin() + 1, rest.end()));
         }
     }
-    WindowLauncher::start(requirePaths(rest));
+    const std::vector<URL> paths = requirePaths(rest);
+    WindowLauncher::start(windowOptions(before), paths);
 }
 
 int runReporting(const Words& words) {

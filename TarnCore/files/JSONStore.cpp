@@ -15,7 +15,8 @@ std::string text<JSON>(const JSON& document) {
 }
 
 template <>
-JSON withUnknownKeys<JSON>(JSON ours, const JSON& onDisk, const JSON& understood) {
+JSON keepingUnchanged<JSON>(JSON ours, const JSON& onDisk, const JSON& understood) {
+    if (ours == understood) return onDisk;
     if (!ours.is_object() || !onDisk.is_object() || !understood.is_object()) return ours;
     for (const auto& [key, stored] : onDisk.items()) {
         const auto known = understood.find(key);
@@ -23,7 +24,7 @@ JSON withUnknownKeys<JSON>(JSON ours, const JSON& onDisk, const JSON& understood
         if (known == understood.end() && own == ours.end())
             ours[key] = stored;
         else if (known != understood.end() && own != ours.end())
-            *own = withUnknownKeys(std::move(*own), stored, *known);
+            *own = keepingUnchanged(std::move(*own), stored, *known);
     }
     return ours;
 }

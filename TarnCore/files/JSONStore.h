@@ -25,12 +25,14 @@ template <class Json>
 std::optional<Json> parse(std::string_view text);
 template <class Json>
 std::string text(const Json& document);
-/// `ours` with the members of `onDisk` added that `understood` lacks, in nested objects too.
+/// `ours` with every member that is as `understood` has it left as it stands in `onDisk`, in nested
+/// objects too: what was not understood survives unless it was changed.
 template <class Json>
-Json withUnknownKeys(Json ours, const Json& onDisk, const Json& understood);
+Json keepingUnchanged(Json ours, const Json& onDisk, const Json& understood);
 }  // namespace StoredJSON
 
-/// What becomes of the keys of a stored object that this version of the program does not know.
+/// What becomes of the keys and values in a stored object that this version of the program does not
+/// understand.
 enum class UnknownKeys { dropped, kept };
 
 /// One persisted value: a JSON file in the support folder, read when the store is made, written on
@@ -102,8 +104,18 @@ public:
         return true;
     }
 
-    /// Returns when everything set so far has been written, or refused by the disk.
-    void flush() { queue_.flush(); }
+    /// Returns when everything set so far has been written, or refused by the disk: false then.
+    bool flush() {
+        queue_.flush();
+        return state_.lock()->pending.empty();
+    }
+
+    /// False when the file is there but holds nothing that can be read.
+    bool isReadable() const {
+        StoreFile file(url_);
+        const auto content = file.read();
+        return content.state == StoreFile::State::missing || decoded(content).has_value();
+    }
 
 private:
     struct State {
@@ -174,7 +186,7 @@ private:
         }
         Json ours = value;
         if (document && !understood.is_null())
-            ours = StoredJSON::withUnknownKeys(std::move(ours), *document, understood);
+            ours = StoredJSON::keepingUnchanged(std::move(ours), *document, understood);
         return {StoredJSON::text(ours) + "\n", isUndecodable};
     }
 

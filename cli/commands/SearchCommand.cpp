@@ -3,13 +3,17 @@
 #include <condition_variable>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
+#include "Tarn/model/records/SmartFolders.h"
+#include "Tarn/model/records/UserStores.h"
 #include "TarnCore/base/Guarded.h"
 #include "TarnCore/files/Format.h"
-#include "TarnCore/files/ListingError.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/index/IndexedTexts.h"
 #include "TarnCore/index/TextReader.h"
@@ -37,6 +41,10 @@ constexpr Option options[] = {
      .isRepeatable = true},
     {.name = "home", .help = "Searches the home folder"},
     {.name = "everywhere", .help = "Searches the whole computer"},
+    {.name = "smart-folder",
+     .value = "NAME",
+     .help = "Searches for what the smart folder of this name or id does, where it does; QUERY "
+             "narrows that down"},
     {.name = "all", .letter = 'a', .help = "Looks at hidden items too"},
     {.name = "limit", .letter = 'n', .value = "N", .help = "Stops after N results"},
     {.name = "explain", .help = "Says for each result why it was found, and shows the text"},
@@ -53,29 +61,54 @@ constexpr Example examples[] = {
     {"tarn search --home screenshots from yesterday", "In the home folder"},
     {"tarn search --in ~/Music --in /media/usb flac -n 20", "The first 20 found in two places"},
     {"tarn search --explain 'invoice containing “total due”'", "By what files say, and where"},
+    {"tarn search --smart-folder Screenshots", "What a smart folder shows"},
     {"tarn search -0 large videos | xargs -0 du -ch", "Hands the files to another program"},
 };
 
 enum class Form { lines, paths, json };
 
-/// The folders to search: those named; else the place that the query names, when it is somewhere
-/// else; else the current folder. Throws for a folder that is not there.
-std::vector<URL> roots(const Arguments& arguments, Session& session, const SearchQuery& query) {
-    std::vector<URL> roots;
-    for (const std::string_view folder : arguments.values("in")) {
-        const URL url = session.url(folder);
-        const auto attributes = Platform::current().files->attributes(url, Links::follow);
-        if (!attributes) throw ListingError::notFound(std::string(url.name()));
-        if (attributes->type != FileType::directory) {
-            throw ListingError::notAFolder(std::string(url.name()));
+/// What is asked for: the words, and a smart folder that they are about.
+struct Request {
+    std::string text;
+    std::optional<SearchScopeSetting> scope;  ///< Of the smart folder.
+};
+
+Request request(const Arguments& arguments) {
+    const auto name = arguments.value("smart-folder");
+    if (!name) {
+        if (arguments.rest().empty()) {
+            throw UsageError(
+                "Something is missing after “tarn search”: it is used as “tarn search QUERY…”.");
         }
-        roots.push_back(url);
+        return {arguments.text(), std::nullopt};
     }
+    const auto store = UserStores::smartFolders();
+    const SmartFolder folder =
+        SmartFolders::require(SmartFolders::merged(store.value().records), *name);
+    const std::string more = arguments.text();
+    return {more.empty() ? folder.query : folder.query + " " + more, folder.scope};
+}
+
+/// Where a search begins that names no folder.
+URL scopeRoot(const Request& request, Session& session) {
+    if (request.scope == SearchScopeSetting::home) return Paths::home();
+    if (request.scope == SearchScopeSetting::thisMac) return URL();
+    return session.currentFolder();
+}
+
+/// The folders to search: those named; else the place that the query names, when it is somewhere
+/// else; else that of a smart folder; else the current folder. Throws for a folder that is not
+/// there.
+std::vector<URL> roots(const Arguments& arguments, const Request& request, Session& session,
+                       const SearchQuery& query) {
+    std::vector<URL> roots;
+    for (const std::string_view folder : arguments.values("in"))
+        roots.push_back(session.requireFolder(folder));
     if (arguments.has("home")) roots.push_back(Paths::home());
     if (arguments.has("everywhere")) roots.push_back(URL());
     if (!roots.empty()) return roots;
 
-    const URL& current = session.currentFolder();
+    const URL current = scopeRoot(request, session);
     if (query.place) {
         switch (query.place->which) {
             case PlaceFilter::Case::folder: {
@@ -101,10 +134,11 @@ std::vector<URL> roots(const Arguments& arguments, Session& session, const Searc
 }
 
 SearchOptions searchOptions(const Arguments& arguments, Session& session) {
+    const Request request = cli::request(arguments);
     SearchOptions search;
     search.query =
-        QueryParser(session.now(), session.calendar(), session.locale()).parse(arguments.text());
-    search.roots = roots(arguments, session, search.query);
+        QueryParser(session.now(), session.calendar(), session.locale()).parse(request.text);
+    search.roots = roots(arguments, request, session, search.query);
     search.includeHidden = arguments.has("all");
     search.useSpotlight = !arguments.has("no-index");
     search.indexesOnly = arguments.has("index-only");
@@ -299,7 +333,6 @@ const Command searchCommand = {
         "index”) is found at once, by whole words; other files are read, the plain ones first. "
         "Text "
         "in pictures is found by the index alone.",
-    .fewest = 1,
     .options = options,
     .examples = examples,
     .run = run,

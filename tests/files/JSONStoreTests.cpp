@@ -1,9 +1,12 @@
 #include <filesystem>
 #include <map>
 
+#include <sys/wait.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <unistd.h>
 
 #include "TarnCore/base/JSONFields.h"
 #include "TarnCore/files/JSONStore.h"
@@ -131,6 +134,18 @@ TEST(JSONStore, keysOfNewerVersionsAreKept) {
               JSON::parse(R"({"days": 7, "future": {"x": 1}})"));
 }
 
+TEST(JSONStore, whatWasNotUnderstoodStaysUntilItIsChanged) {
+    const TestFolder root;
+    root.file("records.json", R"({"a": {"days": 1, "theme": null}, "b": {"days": 2}})");
+    JSONStore<std::map<std::string, Settings>> store(
+        root / "records.json", [] { return std::map<std::string, Settings>{}; }, UnknownKeys::kept);
+    store.update([](auto& records) { records["b"].theme = "dark"; });
+    store.flush();
+    EXPECT_EQ(
+        JSON::parse(root.read("records.json")),
+        JSON::parse(R"({"a": {"days": 1, "theme": null}, "b": {"days": 2, "theme": "dark"}})"));
+}
+
 TEST(JSONStore, keysRemovedFromAMapStayRemovedAlthoughUnknownOnesAreKept) {
     const TestFolder root;
     root.file("records.json", R"({"a": {"days": 1, "new": true}, "b": {"days": 2}})");
@@ -149,7 +164,7 @@ TEST(JSONStore, aDiskThatRefusesLosesNothingInMemory) {
     const TestFolder root;
     JSONStore<Counts> store(root / "later/counts.json", noCounts);
     store.update([](Counts& counts) { counts["a"] = 1; });
-    store.flush();
+    EXPECT_FALSE(store.flush());
     EXPECT_THAT(store.value(), ElementsAre(Pair("a", 1)));
 
     root.file("later/counts.json", R"({"other": 1})");
@@ -170,6 +185,40 @@ TEST(JSONStore, manyWritersAtOnceCountEveryStep) {
         for (const auto& store : stores) store->update([](Counts& counts) { ++counts["steps"]; });
     stores.clear();
     EXPECT_EQ(JSON::parse(root.read("counts.json")), JSON(Counts{{"steps", writers * steps}}));
+}
+
+TEST(JSONStore, eightProcessesLoseNothing) {
+    const TestFolder root;
+    constexpr int processes = 8;
+    constexpr int steps = 20;
+    std::vector<pid_t> children;
+    for (int i = 0; i < processes; ++i) {
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            bool isWritten = true;
+            {
+                JSONStore<Counts> store(root / "counts.json", noCounts);
+                for (int step = 0; step < steps; ++step) {
+                    store.update([i](Counts& counts) {
+                        ++counts["all"];
+                        ++counts["process " + std::to_string(i)];
+                    });
+                    isWritten = store.flush() && isWritten;
+                }
+            }
+            _exit(isWritten ? 0 : 1);
+        }
+        children.push_back(child);
+    }
+    for (const pid_t child : children) {
+        int status = -1;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0);
+    }
+    Counts expected = {{"all", processes * steps}};
+    for (int i = 0; i < processes; ++i) expected["process " + std::to_string(i)] = steps;
+    EXPECT_EQ(JSON::parse(root.read("counts.json")), JSON(expected));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "Tarn/model/records/IndexSettings.h"
 #include "Tarn/model/records/Location.h"
 #include "Tarn/model/records/SessionState.h"
+#include "Tarn/model/records/SettingsKeys.h"
 #include "Tarn/model/records/SmartFolder.h"
 #include "Tarn/model/records/Workspace.h"
 #include "TarnCore/base/Error.h"
@@ -103,7 +104,8 @@ TEST(Records, freshSettingsHoldTheDefaults) {
         "shortcutOverrides": {}, "findLookAlikes": false, "lookAlikeMatch": 95.0,
         "imageSearch": true, "fetchWebsiteIcons": true, "duplicateFolders": [],
         "showMenuBarIcon": false, "checkForUpdates": true, "installUpdatesAutomatically": true,
-        "rulesInBackground": false, "hasOnboarded": false, "onboardingPage": 0})");
+        "rulesInBackground": false, "hasOnboarded": false, "onboardingPage": 0,
+        "restoreWindows": true, "appearance": "system"})");
     EXPECT_EQ(stored, expected);
     EXPECT_EQ(JSON::object().get<AppSettings>(), AppSettings());
 }
@@ -121,6 +123,40 @@ TEST(Records, settingsOfOtherVersionsAreRead) {
     EXPECT_EQ(settings.lastUpdateCheck, Date{12.5});
     EXPECT_EQ(settings.shortcutOverrides.at("search"), (Shortcut{"k", true, false, false, false}));
     EXPECT_EQ(JSON(settings).get<AppSettings>(), settings);
+}
+
+TEST(Records, oneMistakenSettingCostsNoOther) {
+    const auto settings = JSON::parse(R"({"returnOpens": "no", "foldersFirst": false,
+        "cleanup": {"videoMB": "big", "videoDays": 3}, "appearance": "dark",
+        "shortcutOverrides": 7, "lastUpdateCheck": "yesterday"})")
+                              .get<AppSettings>();
+    AppSettings expected;
+    expected.foldersFirst = false;
+    expected.cleanup.videoDays = 3;
+    expected.appearance = Appearance::dark;
+    EXPECT_EQ(settings, expected);
+    EXPECT_ANY_THROW(JSON::parse("[]").get<AppSettings>());
+}
+
+TEST(Records, everySettingCanBeReadAndSetByItsKey) {
+    AppSettings full;
+    full.lastUpdateCheck = Date{1};
+    full.skippedUpdateVersion = "2";
+    AppSettings copy;
+    for (const std::string& key : AppSettings::keys()) {
+        SCOPED_TRACE(key);
+        const auto value = SettingsKeys::value(full, key);
+        ASSERT_TRUE(value);
+        EXPECT_TRUE(SettingsKeys::set(copy, key, *value));
+        EXPECT_FALSE(SettingsKeys::form(key).empty());
+        // No setting takes a list of numbers.
+        EXPECT_FALSE(SettingsKeys::set(copy, key, JSON::array({1})));
+    }
+    EXPECT_EQ(copy, full);
+    for (const std::string& key : AppSettings::keys()) SettingsKeys::reset(copy, key);
+    EXPECT_EQ(copy, AppSettings());
+    for (const char* key : {"", ".", "cleanup.", "cleanup.videoMB.x", "ocrLanguages.0", "Cleanup"})
+        EXPECT_FALSE(SettingsKeys::exists(key)) << key;
 }
 
 TEST(Records, sessionsComeBackWhole) {

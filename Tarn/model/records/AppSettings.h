@@ -30,10 +30,14 @@ struct CleanupThresholds {
 void to_json(JSON& json, const CleanupThresholds& thresholds);
 void from_json(const JSON& json, CleanupThresholds& thresholds);
 
+/// How the window is coloured.
+enum class Appearance { system, light, dark };
+
 /// The user's settings, "settings.json". Keys are the field names.
 ///
-/// Missing keys take the defaults below. The store keeps keys that this version does not know, so
-/// that an older program next to a newer one loses nothing.
+/// Missing keys, and values that this version cannot read, take the defaults below. The store
+/// leaves such values and keys of newer versions as they stand, so that an older program next to a
+/// newer one loses nothing.
 struct AppSettings {
     bool returnOpens = true;  ///< Return opens; otherwise it renames.
     ViewMode defaultView = ViewMode::grid;
@@ -74,8 +78,18 @@ struct AppSettings {
     bool rulesInBackground = false;
     bool hasOnboarded = false;
     int onboardingPage = 0;
+    bool restoreWindows = true;  ///< The first window of a start brings back those of the last.
+    Appearance appearance = Appearance::system;
 
     bool operator==(const AppSettings&) const = default;
+
+    /// In the order of the record; of a group its members: "cleanup.installerDays".
+    static std::vector<std::string> keys();
+
+    /// `onto` with what `after` has otherwise than `before`: a change that was made on another
+    /// state of the settings than the present one. Thresholds and shortcuts count one by one.
+    static AppSettings rebased(const AppSettings& before, const AppSettings& after,
+                               const AppSettings& onto);
 };
 
 void to_json(JSON& json, const AppSettings& settings);
