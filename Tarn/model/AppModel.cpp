@@ -7,9 +7,11 @@
 #include "Tarn/model/ContentIndexService.h"
 #include "Tarn/model/FileMime.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/StoreWatcher.h"
 #include "Tarn/model/TabGroup.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/records/Shortcuts.h"
+#include "Tarn/model/records/UserStores.h"
 #include "TarnCore/files/Format.h"
 #include "TarnCore/files/JSONStore.h"
 #include "TarnCore/ops/ChangeJournal.h"
@@ -26,8 +28,7 @@ constexpr double defaultIconSize = 96;
 
 /// The files in the support folder. Paths in them are written by JSONText::fromPath.
 struct AppModel::Stores {
-    JSONStore<AppSettings> settings{"settings.json", [] { return AppSettings(); },
-                                    UnknownKeys::kept};
+    JSONStore<AppSettings> settings = UserStores::settings();
     JSONStore<std::map<std::string, FolderViewPrefs>> folderPrefs{
         "folder-views.json", [] { return std::map<std::string, FolderViewPrefs>(); },
         UnknownKeys::kept};
@@ -77,12 +78,36 @@ void AppModel::readClipboard() {
     emit cutURLsChanged();
 }
 
-void AppModel::setSettings(AppSettings settings) {
+void AppModel::setSettings(const AppSettings& settings) {
     if (settings == settings_) return;
-    settings_ = settings;
-    stores_->settings.set(std::move(settings));
+    stores_->settings.update([before = settings_, settings](AppSettings& stored) {
+        stored = AppSettings::rebased(before, settings, stored);
+    });
+    showSettings();
+}
+
+void AppModel::showSettings() {
+    AppSettings settings = stores_->settings.value();
+    if (settings == settings_) return;
+    settings_ = std::move(settings);
     contentIndex_->setSettings(IndexSettings::of(settings_));
     emit settingsChanged();
+}
+
+void AppModel::watchStores() {
+    storeWatcher_ = std::make_unique<StoreWatcher>();
+    storeWatcher_->add(stores_->settings, [this] { showSettings(); });
+    lists_.watch(*storeWatcher_);
+    tagColors_.watch(*storeWatcher_);
+    // Read afresh whenever they are asked for.
+    storeWatcher_->add(stores_->folderPrefs, [] {});
+    storeWatcher_->add(stores_->iconSize, [] {});
+    storeWatcher_->add(stores_->recentFolders, [] {});
+    storeWatcher_->add(stores_->folderVisits, [] {});
+    // Has a queue of its own.
+    storeWatcher_->add(
+        std::string(OperationHistory::defaultFile().name()), [] {}, [this] { history_.refresh(); });
+    storeWatcher_->start();
 }
 
 std::optional<FolderViewPrefs> AppModel::viewPrefs(const URL& folder) const {
@@ -198,6 +223,7 @@ SessionState AppModel::storedSession() const { return stores_->session.value(); 
 void AppModel::startBackgroundServices() {
     if (servicesStarted_) return;
     servicesStarted_ = true;
+    watchStores();
     pool_.run([] { ChangeJournal::repair(); });
     refreshVolumes();
     if (const auto& volumes = Platform::current().volumes) {

@@ -33,6 +33,7 @@
 namespace tarn {
 
 class ContentIndexService;
+class StoreWatcher;
 class TabGroup;
 class WindowModel;
 
@@ -57,8 +58,10 @@ public:
     TagColors& tagColors() { return tagColors_; }
     ListColumns& listColumns() { return listColumns_; }
 
+    /// What another process changes in them shows here too.
     const AppSettings& settings() const { return settings_; }
-    void setSettings(AppSettings settings);
+    /// Stores what differs from settings(), so that a change made elsewhere meanwhile stays.
+    void setSettings(const AppSettings& settings);
 
     /// How a folder was last shown; absent for one that was never changed.
     std::optional<FolderViewPrefs> viewPrefs(const URL& folder) const;
@@ -138,6 +141,8 @@ private:
 
     void readClipboard();
     void showEmptying();
+    void showSettings();
+    void watchStores();
 
     TaskPool& pool_;
     std::unique_ptr<Stores> stores_;
@@ -164,6 +169,7 @@ private:
     QPointer<ActivityTask> emptying_;
     ActivityList activities_;  ///< Ends before what its jobs use.
     std::unique_ptr<ContentIndexService> contentIndex_;
+    std::unique_ptr<StoreWatcher> storeWatcher_;  ///< Ends before all that it looks at.
 };
 
 }  // namespace tarn

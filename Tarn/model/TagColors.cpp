@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/StoreWatcher.h"
 #include "TarnCore/base/Collation.h"
 #include "TarnCore/tags/TagStore.h"
 
@@ -26,12 +27,7 @@ TagColors::TagColors(TaskPool& pool, QObject* parent)
       pool_(pool),
       store_("tag-colors.json", [] { return std::map<std::string, int>(); }) {
     for (const FinderTag& tag : FinderTag::standard()) colors_.emplace(tag.name, tag.color);
-    for (const auto& [name, number] : store_.value()) {
-        if (number < 0 || number >= static_cast<int>(allTagColors().size())) continue;
-        const auto color = static_cast<TagColor>(number);
-        colors_.insert_or_assign(name, color);
-        TagStore::remember({name, color});
-    }
+    showStored();
 }
 
 TagColors::~TagColors() { refreshToken_.cancel(); }
@@ -77,6 +73,24 @@ void TagColors::remember(const FinderTag& tag) {
             stored.insert_or_assign(tag.name, static_cast<int>(tag.color));
     });
     emit changed();
+}
+
+void TagColors::showStored() {
+    bool isNew = false;
+    for (const auto& [name, number] : store_.value()) {
+        if (number < 0 || number >= static_cast<int>(allTagColors().size())) continue;
+        const auto color = static_cast<TagColor>(number);
+        const auto [known, isAdded] = colors_.try_emplace(name, color);
+        if (!isAdded && known->second == color) continue;
+        known->second = color;
+        TagStore::remember({name, color});
+        isNew = true;
+    }
+    if (isNew) emit changed();
+}
+
+void TagColors::watch(StoreWatcher& watcher) {
+    watcher.add(store_, [this] { showStored(); });
 }
 
 void TagColors::flush() { store_.flush(); }

@@ -16,6 +16,8 @@
 
 namespace tarn {
 
+class StoreWatcher;
+
 /// The colours of tags by their names, as rows and menus show them; "tag-colors.json" holds those
 /// that are not the standard ones, as numbers.
 ///
@@ -36,12 +38,16 @@ public:
     /// Looks for the tags of all files below the home folder, in the background and not more often
     /// than is worth it; `changed` tells of those that were not known.
     void refresh();
+    /// Has the store looked at whenever its file changes.
+    void watch(StoreWatcher& watcher);
     void flush();
 
 signals:
     void changed();
 
 private:
+    void showStored();
+
     TaskPool& pool_;
     std::map<std::string, TagColor, std::less<>> colors_;
     std::set<std::string, std::less<>> asked_;
