@@ -32,6 +32,18 @@ tarn::BrowserWindow* openWindow(tarn::AppModel& app, const tarn::Location& locat
     return window;
 }
 
+tarn::Theme::Mode mode(tarn::Appearance appearance) {
+    switch (appearance) {
+        case tarn::Appearance::light:
+            return tarn::Theme::Mode::light;
+        case tarn::Appearance::dark:
+            return tarn::Theme::Mode::dark;
+        case tarn::Appearance::system:
+            break;
+    }
+    return tarn::Theme::Mode::system;
+}
+
 /// Opens a window on a path from the command line: a folder is shown, anything else is shown
 /// selected in its folder. The path may lie on a disk that is slow to answer, so the window comes
 /// once that is known.
@@ -59,6 +71,11 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName(QStringLiteral("tarn"));
     Theme::install(qt);
     AppModel app;
+    const auto showAppearance = [&app] {
+        Theme::shared().setMode(mode(app.settings().appearance));
+    };
+    QObject::connect(&app, &AppModel::settingsChanged, &Theme::shared(), showAppearance);
+    showAppearance();
     app.setClipboard(std::make_unique<DesktopClipboard>());
     const SleepInhibitor inhibitor(app.transfers());
     const TransferNotifier notifier(app.transfers());

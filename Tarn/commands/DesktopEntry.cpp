@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -13,6 +14,7 @@
 
 #include <unistd.h>
 
+#include "TarnCore/base/Collation.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/Paths.h"
 
@@ -54,6 +56,18 @@ Group group(std::string_view text, std::string_view name) {
 std::string value(const Group& keys, std::string_view key) {
     const auto found = keys.find(key);
     return found == keys.end() ? std::string() : found->second;
+}
+
+/// The value for the user's language: that of language and country, of the language, of none.
+std::string localized(const Group& keys, const std::string& key) {
+    std::string_view locale;
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"})
+        if (const char* set = std::getenv(name); locale.empty() && set) locale = set;
+    locale = locale.substr(0, locale.find_first_of(".@"));
+    for (const std::string_view one : {locale, locale.substr(0, locale.find('_'))})
+        if (const auto found = keys.find(key + "[" + std::string(one) + "]"); found != keys.end())
+            return found->second;
+    return value(keys, key);
 }
 
 /// What \s, \n, \t, \r and \\ stand for in a value.
@@ -156,6 +170,22 @@ std::optional<fs::path> entryFile(const fs::path& folder, std::string id) {
     }
 }
 
+/// In their order; each once.
+std::set<std::string> installedIDs() {
+    std::set<std::string> ids;
+    for (const fs::path& folder : entryFolders()) {
+        std::error_code error;
+        for (fs::recursive_directory_iterator files(folder, error), end; !error && files != end;
+             files.increment(error)) {
+            if (files->path().extension() != ".desktop") continue;
+            std::string id = files->path().lexically_relative(folder).string();
+            std::ranges::replace(id, '/', '-');
+            ids.insert(std::move(id));
+        }
+    }
+    return ids;
+}
+
 std::optional<DesktopEntry> firstOf(std::string_view ids) {
     for (const std::string_view id : Text::split(ids, ';')) {
         if (id.empty()) continue;
@@ -172,12 +202,18 @@ std::optional<DesktopEntry> DesktopEntry::parse(std::string_view text, std::stri
         return std::nullopt;
     DesktopEntry entry;
     entry.id = std::move(id);
-    entry.name = unescaped(value(keys, "Name"));
+    entry.name = unescaped(localized(keys, "Name"));
+    entry.icon = unescaped(value(keys, "Icon"));
     entry.exec = words(unescaped(value(keys, "Exec")));
     entry.needsTerminal = value(keys, "Terminal") == "true";
     const std::string categories = value(keys, "Categories");
     const auto all = Text::split(categories, ';');
-    entry.isTerminal = std::ranges::find(all, "TerminalEmulator") != all.end();
+    const auto isOf = [&all](std::string_view category) {
+        return std::ranges::find(all, category) != all.end();
+    };
+    entry.isTerminal = isOf("TerminalEmulator");
+    entry.isEditor = isOf("TextEditor") || isOf("IDE");
+    entry.isShown = value(keys, "NoDisplay") != "true";
     if (entry.exec.empty() || !DesktopEntries::executable(entry.exec.front())) return std::nullopt;
     const std::string tried = unescaped(value(keys, "TryExec"));
     if (!tried.empty() && !DesktopEntries::executable(tried)) return std::nullopt;
@@ -236,21 +272,21 @@ std::optional<DesktopEntry> DesktopEntries::find(std::string_view id) {
 }
 
 std::optional<DesktopEntry> DesktopEntries::anyTerminal() {
-    std::vector<std::string> ids;
-    for (const fs::path& folder : entryFolders()) {
-        std::error_code error;
-        for (fs::directory_iterator files(folder, error), end; !error && files != end;
-             files.increment(error)) {
-            if (files->path().extension() == ".desktop")
-                ids.push_back(files->path().filename().string());
-        }
-    }
-    std::ranges::sort(ids);
-    for (const std::string& id : ids) {
-        const auto entry = find(id);
+    for (const std::string& id : installedIDs()) {
+        auto entry = find(id);
         if (entry && entry->isTerminal && !entry->needsTerminal) return entry;
     }
     return std::nullopt;
+}
+
+std::vector<DesktopEntry> DesktopEntries::all() {
+    std::vector<DesktopEntry> entries;
+    for (const std::string& id : installedIDs())
+        if (auto entry = find(id); entry && entry->isShown) entries.push_back(*std::move(entry));
+    std::ranges::stable_sort(entries, [](const DesktopEntry& a, const DesktopEntry& b) {
+        return Collation::compare(a.name, b.name) < 0;
+    });
+    return entries;
 }
 
 std::optional<DesktopEntry> DesktopEntries::defaultFor(std::string_view mimeType) {

@@ -11,11 +11,14 @@ namespace tarn {
 
 /// A program as the desktop knows it: what its desktop entry says about starting it. A value.
 struct DesktopEntry {
-    std::string id;  ///< "org.kde.konsole.desktop"
-    std::string name;
+    std::string id;                 ///< "org.kde.konsole.desktop"
+    std::string name;               ///< In the user's language.
+    std::string icon;               ///< Of the icon theme, or a path; may be empty.
     std::vector<std::string> exec;  ///< The words of Exec, with its field codes; the first is it.
     bool needsTerminal = false;
     bool isTerminal = false;  ///< Of the category TerminalEmulator.
+    bool isEditor = false;    ///< Of the category TextEditor or IDE.
+    bool isShown = true;      ///< Among the programs that a person chooses from.
 
     /// Absent when the text is no entry of an application, or hides it, or its program is missing.
     static std::optional<DesktopEntry> parse(std::string_view text, std::string id);
@@ -32,6 +35,8 @@ namespace DesktopEntries {
 std::optional<DesktopEntry> find(std::string_view id);
 /// The first terminal by id; absent when none is installed.
 std::optional<DesktopEntry> anyTerminal();
+/// All that are shown, by name.
+std::vector<DesktopEntry> all();
 /// What opens this type: the user's choice in mimeapps.list, the desktop's, or any that says so.
 std::optional<DesktopEntry> defaultFor(std::string_view mimeType);
 

@@ -57,6 +57,26 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
         if (listUnlessBegun_) listUnlessBegun_();
     });
     connect(&app, &AppModel::cutURLsChanged, this, &PaneModel::cutChanged);
+    // What is shown as the settings say follows them; what the user has changed here stays.
+    connect(&app, &AppModel::settingsChanged, this,
+            [this, view = app.settings().defaultView,
+             foldersFirst = app.settings().foldersFirst]() mutable {
+                const AppSettings& now = app_.settings();
+                const bool isOwn = location_.isFolder() && app_.viewPrefs(location_.url);
+                const bool changesView = !isOwn && now.defaultView != view;
+                const bool changesOrder = !isOwn && now.foldersFirst != foldersFirst;
+                view = now.defaultView;
+                foldersFirst = now.foldersFirst;
+                applyingPrefs_ = true;
+                if (changesView) setViewMode(view);
+                if (changesOrder) {
+                    sort_.foldersFirst = foldersFirst;
+                    emit sortChanged();
+                    resortListing();
+                    if (query_) search_.setOrder(sort_, isRanked_);
+                }
+                applyingPrefs_ = false;
+            });
     connect(&watcher_, &PaneWatcher::changed, this, &PaneModel::refreshSoon);
     connect(&tree_, &PaneTree::changed, this, &PaneModel::arrange);
     connect(&tree_, &PaneTree::failed, this, &PaneModel::unfoldingFailed);

@@ -125,8 +125,7 @@ int main(int argc, char** argv) {
                 TabGroup group(app);
                 WindowModel& model = group.open(
                     {{{Location::folder(Paths::documents()), ViewMode::list}}, 0, true, false});
-                app.lists().setWorkspaces(
-                    {{UUID::random(), "Court files", {model.snapshot()}, {}}});
+                const UUID workspace = app.lists().saveWorkspace("Court files", {model.snapshot()});
                 QWidget window;
                 auto* column = new QVBoxLayout(&window);
                 column->setContentsMargins(0, Metrics::toolbarHeight, 0, 0);
@@ -151,7 +150,7 @@ int main(int argc, char** argv) {
                                          .arg(size.width());
                 if (!window.grab().save(file)) return std::puts("cannot write"), 1;
                 app.setSettings(before);
-                app.lists().setWorkspaces({});
+                app.lists().removeWorkspace(workspace);
                 actions.setWindow(nullptr);
                 delete pane;
             }

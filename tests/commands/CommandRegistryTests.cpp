@@ -261,10 +261,8 @@ TEST_F(PaletteTest, runsWhatIsEnabledAndCountsIt) {
 TEST_F(PaletteTest, recentFoldersAndWorkspacesStandBelow) {
     const URL folder = folder_.folder("Quarterly Zx");
     app.noteVisited(folder);
-    Workspace workspace;
-    workspace.name = "Zx work";
-    workspace.tabs = {window->snapshot(), window->snapshot()};
-    app.lists().setWorkspaces({workspace});
+    const UUID workspace =
+        app.lists().saveWorkspace("Zx work", {window->snapshot(), window->snapshot()});
     const PaletteEntries entries(*window);
     EXPECT_EQ(titles(entries, "zx"), (std::vector<std::string>{"— Recent Folders", "Quarterly Zx",
                                                                "— Workspaces", "Zx work"}));
@@ -276,7 +274,7 @@ TEST_F(PaletteTest, recentFoldersAndWorkspacesStandBelow) {
     EXPECT_TRUE(PaletteEntries::run(*rows[3].entry, *window));
     EXPECT_EQ(group.count(), before + 2);
     EXPECT_EQ(group.currentIndex(), 1) << "the first of them is in front";
-    app.lists().setWorkspaces({});
+    app.lists().removeWorkspace(workspace);
 }
 
 }  // namespace

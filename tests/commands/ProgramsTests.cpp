@@ -87,6 +87,22 @@ TEST_F(ProgramsTest, theFirstTerminalThatIsThereIsTaken) {
               Words{file("bin/xdg-terminal-exec")});
 }
 
+TEST_F(ProgramsTest, allAreListedByTheirNamesInTheUsersLanguage) {
+    set("LC_ALL", "de_AT.UTF-8");
+    program("one");
+    entry("b.desktop", "Exec=one\nName[de]=Zuerst\nName[de_CH]=x\nIcon=pen\nCategories=IDE;");
+    entry("kde/a.desktop", "Exec=one\nName[fr]=x\nCategories=Qt;TextEditor;");
+    entry("hidden.desktop", "Exec=one\nNoDisplay=true\nCategories=TextEditor;");
+    entry("gone.desktop", "Exec=two");
+    const auto all = DesktopEntries::all();
+    ASSERT_EQ(all.size(), 2u);
+    EXPECT_EQ(all[0].id, "kde-a.desktop");
+    EXPECT_EQ(all[0].name, "A Program");
+    EXPECT_EQ(all[1].name, "Zuerst");
+    EXPECT_EQ(all[1].icon, "pen");
+    EXPECT_TRUE(all[0].isEditor && all[1].isEditor && !all[0].isTerminal);
+}
+
 TEST_F(ProgramsTest, theEditorIsTheDefaultForPlainText) {
     EXPECT_FALSE(Programs::editor("com.microsoft.VSCode", "", files_, folder_));
     program("gedit");

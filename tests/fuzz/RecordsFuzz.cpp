@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include "Tarn/model/records/FolderViewPrefs.h"
 #include "Tarn/model/records/SessionState.h"
 #include "Tarn/model/records/SmartFolder.h"
+#include "Tarn/model/records/StoredList.h"
 #include "Tarn/model/records/Workspace.h"
 #include "TarnCore/base/JSON.h"
 #include "tests/fuzz/Require.h"
@@ -33,6 +35,16 @@ void readAndWrite(const JSON& json) {
     require(JSON(written.get<Record>()) == written);
 }
 
+/// A list that was not changed is written as it was read, whatever it held.
+template <class Record>
+void readAndWriteList(const JSON& json) {
+    try {
+        require(JSON(json.get<StoredList<Record>>()) == json);
+    } catch (const std::exception&) {
+        require(!json.is_array());
+    }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -44,5 +56,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     readAndWrite<std::vector<SmartFolder>>(*json);
     readAndWrite<std::vector<Workspace>>(*json);
     readAndWrite<FolderViewPrefs>(*json);
+    readAndWriteList<Favorite>(*json);
+    readAndWriteList<SmartFolder>(*json);
+    readAndWriteList<Workspace>(*json);
+    readAndWriteList<std::string>(*json);
     return 0;
 }

@@ -57,6 +57,28 @@ TEST_F(PaneModelTest, showsAFolderSortedWithFoldersFirst) {
     waitFor([this] { return pane.items().count() == 5; });
 }
 
+TEST_F(PaneModelTest, followsTheSettingsWhereNothingElseWasChosen) {
+    const AppSettings before = app.settings();
+    folder.file("a.txt");
+    folder.folder("b");
+    const URL own = folder.folder("own");
+    open(own);
+    pane.sortBy(SortField::size);
+    PaneModel other(app, false);
+    other.navigate(Location::folder(folder.url()));
+    waitFor([&other] { return !other.isLoading(); });
+
+    AppSettings settings = before;
+    settings.defaultView = before.defaultView == ViewMode::grid ? ViewMode::list : ViewMode::grid;
+    settings.foldersFirst = false;
+    app.setSettings(settings);
+    EXPECT_EQ(other.viewMode(), settings.defaultView);
+    EXPECT_NE(pane.viewMode(), settings.defaultView) << "has its own";
+    waitFor([&other] { return other.items().rows()->items().front().name == "a.txt"; });
+    EXPECT_FALSE(app.viewPrefs(folder.url())) << "following is no choice";
+    app.setSettings(before);
+}
+
 TEST_F(PaneModelTest, goingToTheSamePlaceAddsNoHistory) {
     open(folder.url());
     go(folder.url());

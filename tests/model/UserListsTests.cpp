@@ -224,6 +224,7 @@ TEST_F(UserListsTest, whatIsDamagedOrNewerStaysInTheFile) {
 
     const UUID b = list.records[1].id;
     EXPECT_NE(b, UUID());
+    EXPECT_EQ(stored.get<StoredList<Favorite>>().records[1].id, b) << "the same in every process";
     NamedRecords::move(list.records, list.records[2].id, 0);
     Favorites::rename(list.records, list.records[1].id, "Name");
     Favorites::remove(list.records, b);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <set>
 
 #include <QtTest/QTest>
@@ -7,12 +8,16 @@
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QStackedWidget>
 #include <gtest/gtest.h>
 
+#include "Tarn/commands/DesktopEntry.h"
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/ContentIndexService.h"
 #include "Tarn/model/OCRLanguages.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/settings/GeneralSection.h"
 #include "Tarn/ui/settings/IndexSection.h"
 #include "Tarn/ui/settings/SettingsSheet.h"
 #include "Tarn/ui/sheets/QuestionSheet.h"
@@ -37,6 +42,7 @@ protected:
         QTest::keyClick(window, Qt::Key_Comma, Qt::ControlModifier);
         ASSERT_TRUE(sheet());
         ASSERT_TRUE(sheet()->isVisible());
+        sheet()->showPage(section());
     }
     void TearDown() override {
         delete window;
@@ -117,6 +123,119 @@ TEST_F(SettingsTest, aFolderIsForgottenAfterAQuestion) {
     list()->setCurrentRow(1);
     button("Read It Again")->click();
     EXPECT_TRUE(app.settings().indexExcludedFolders.empty());
+}
+
+TEST_F(SettingsTest, everyPageIsReachedByTheKeyboard) {
+    for (const int width : {900, 420}) {
+        SCOPED_TRACE(width);
+        window->resize(width, 760);
+        for (int page = 0; page < sheet()->pageCount(); ++page) {
+            SCOPED_TRACE(page);
+            sheet()->showPage(page);
+            sheet()->firstField()->setFocus();
+            std::set<QWidget*> reached;
+            // Round to where it began, which no page takes longer for.
+            for (int i = 0; i < 500 && !reached.contains(sheet()->firstField()); ++i) {
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+                reached.insert(QApplication::focusWidget());
+            }
+            EXPECT_TRUE(reached.contains(sheet()->firstField()));
+            for (QWidget* part : sheet()->findChildren<QWidget*>()) {
+                const bool isControl =
+                    qobject_cast<QAbstractButton*>(part) || qobject_cast<QComboBox*>(part);
+                if (!isControl || !part->isVisible() || !part->isEnabled()) continue;
+                EXPECT_TRUE(reached.contains(part))
+                    << part->metaObject()->className() << " " << qPrintable(part->accessibleName());
+                const auto* button = qobject_cast<QAbstractButton*>(part);
+                EXPECT_FALSE(part->accessibleName().isEmpty() &&
+                             (!button || button->text().isEmpty()));
+            }
+        }
+    }
+}
+
+TEST_F(SettingsTest, nothingIsWiderThanThePage) {
+    for (const int width : {420, 640, 900}) {
+        SCOPED_TRACE(width);
+        window->resize(width, 560);
+        for (int page = 0; page < sheet()->pageCount(); ++page) {
+            SCOPED_TRACE(page);
+            sheet()->showPage(page);
+            QCoreApplication::processEvents();
+            for (QScrollArea* area : sheet()->findChildren<QScrollArea*>()) {
+                if (!area->isVisible() || !qobject_cast<QStackedWidget*>(area->parentWidget()))
+                    continue;
+                EXPECT_LE(area->widget()->width(), area->viewport()->width());
+            }
+        }
+    }
+}
+
+TEST_F(SettingsTest, whatIsChosenIsStoredAndWhatIsStoredShows) {
+    sheet()->showPage(sheet()->general());
+    const auto list = [this](const char* name) -> QComboBox* {
+        for (QComboBox* one : sheet()->findChildren<QComboBox*>())
+            if (one->accessibleName() == QString::fromUtf8(name)) return one;
+        return nullptr;
+    };
+    const auto choose = [&list](const char* name, int index) {
+        list(name)->setCurrentIndex(index);
+        emit list(name)->activated(index);
+    };
+    choose("Appearance", 2);
+    EXPECT_EQ(app.settings().appearance, Appearance::dark);
+    choose("“Copy Path” copies", 1);
+    EXPECT_EQ(app.settings().copyPathFormat, CopyPathFormat::tilde);
+    choose("Show folders as", 1);
+    EXPECT_EQ(app.settings().defaultView, ViewMode::list);
+    choose("A search looks in", 2);
+    EXPECT_EQ(app.settings().defaultSearchScope, SearchScopeSetting::thisMac);
+
+    AppSettings changed = app.settings();
+    changed.appearance = Appearance::light;
+    changed.defaultSearchScope = SearchScopeSetting::home;
+    changed.foldersFirst = false;
+    app.setSettings(changed);
+    EXPECT_EQ(list("Appearance")->currentIndex(), 1);
+    EXPECT_EQ(list("A search looks in")->currentIndex(), 1);
+    const auto boxes = sheet()->findChildren<QCheckBox*>();
+    const auto first = std::find_if(boxes.begin(), boxes.end(), [](const QCheckBox* one) {
+        return one->text() == QStringLiteral("Folders first");
+    });
+    ASSERT_NE(first, boxes.end());
+    EXPECT_FALSE((*first)->isChecked());
+    (*first)->click();
+    EXPECT_TRUE(app.settings().foldersFirst);
+}
+
+TEST_F(SettingsTest, programsAreThoseThatAreInstalled) {
+    DesktopEntry terminal;
+    terminal.id = "org.x.term.desktop";
+    terminal.name = "Terminal";
+    terminal.isTerminal = true;
+    DesktopEntry editor;
+    editor.id = "kde-edit.desktop";
+    editor.name = "Edit";
+    editor.isEditor = true;
+    AppSettings settings = app.settings();
+    settings.terminalApp = "gone.desktop";
+    app.setSettings(settings);
+    sheet()->general().takeApps({terminal, editor, DesktopEntry()});
+    QStringList shown;
+    QComboBox* editors = nullptr;
+    for (QComboBox* one : sheet()->general().findChildren<QComboBox*>()) {
+        if (one->accessibleName() == QStringLiteral("“Open in Editor” uses")) editors = one;
+        if (one->accessibleName() != QStringLiteral("“Open in Terminal” uses")) continue;
+        for (int i = 0; i < one->count(); ++i) shown << one->itemText(i);
+        EXPECT_EQ(one->currentText(), QStringLiteral("gone.desktop"));
+    }
+    EXPECT_EQ(shown, (QStringList{QStringLiteral("what the desktop uses"),
+                                  QStringLiteral("Terminal"), QStringLiteral("gone.desktop")}));
+    ASSERT_TRUE(editors);
+    EXPECT_EQ(editors->count(), 2);
+    editors->setCurrentIndex(1);
+    emit editors->activated(1);
+    EXPECT_EQ(app.settings().editorApp, "kde-edit.desktop");
 }
 
 TEST(OCRLanguages, areThoseWithData) {

@@ -1,7 +1,11 @@
 #include "Tarn/model/records/StoredList.h"
 
+#include <array>
+#include <cstdint>
+#include <cstdio>
 #include <exception>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -27,11 +31,34 @@ std::string identity(const Record& record) {
 }
 std::string identity(const std::string& text) { return text; }
 
-template <class Record>
-void giveIdentity(Record& record) {
-    if (record.id == UUID()) record.id = UUID::random();
+/// FNV-1a, 64 bits.
+std::uint64_t hash(std::string_view text, std::uint64_t seed) {
+    std::uint64_t value = 0xcbf29ce484222325 ^ seed;
+    for (const char byte : text) {
+        value ^= static_cast<unsigned char>(byte);
+        value *= 0x100000001b3;
+    }
+    return value;
 }
-void giveIdentity(std::string&) {}
+
+/// The same for the same entry in every process, so that a change asked for in one finds it.
+UUID derivedID(const JSON& stored) {
+    const std::string text = JSONText::compact(stored);
+    std::array<char, 33> buffer;
+    std::snprintf(buffer.data(), buffer.size(), "%016llx%016llx",
+                  static_cast<unsigned long long>(hash(text, 0)),
+                  static_cast<unsigned long long>(hash(text, 1)));
+    const std::string digits = buffer.data();
+    return *UUID::parse(digits.substr(0, 8) + "-" + digits.substr(8, 4) + "-" +
+                        digits.substr(12, 4) + "-" + digits.substr(16, 4) + "-" +
+                        digits.substr(20));
+}
+
+template <class Record>
+void giveIdentity(Record& record, const JSON& stored) {
+    if (record.id == UUID()) record.id = derivedID(stored);
+}
+void giveIdentity(std::string&, const JSON&) {}
 
 template <class Record>
 std::optional<Record> usable(const JSON& json) {
@@ -65,9 +92,8 @@ void from_json(const JSON& json, StoredList<Record>& list) {
             origin->entries.push_back({stored, {}, {}});
             continue;
         }
-        JSON understood = *record;
-        giveIdentity(*record);
-        origin->entries.push_back({stored, std::move(understood), identity(*record)});
+        giveIdentity(*record, stored);
+        origin->entries.push_back({stored, JSON(*record), identity(*record)});
         records.push_back(*std::move(record));
     }
     list.records = std::move(records);

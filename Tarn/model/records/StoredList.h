@@ -12,7 +12,7 @@ namespace tarn {
 /// keys of newer versions, and entries that are damaged or of a newer kind. Those are written back
 /// as they stand, behind the entry that they stood behind.
 ///
-/// For Favorite, SmartFolder, Workspace and std::string. A record without an id is given one.
+/// For Favorite, SmartFolder, Workspace and std::string. A record without an id is given one that follows from what is stored.
 template <class Record>
 struct StoredList {
     struct Origin;

@@ -22,8 +22,6 @@ using namespace Metrics;
 
 /// From the left edge to the text: margin, icon, gap.
 constexpr int beforeText = space8 + iconSmall + space6;
-/// From the text to the right edge: gap, ✕, margin.
-constexpr int afterText = space4 + chipCloseTarget + space4;
 constexpr int shortestText = 40;
 
 }  // namespace
@@ -46,26 +44,37 @@ void Chip::setChip(SearchChip chip) {
     const QString label = displayText(chip_.label);
     setText(label);
     setAccessibleName(label);
-    setAccessibleDescription(tr("Search filter. Press Delete to remove it."));
+    setAccessibleDescription(isReadOnly_ ? tr("Search filter")
+                                         : tr("Search filter. Press Delete to remove it."));
     close_->setAccessibleName(tr("Remove “%1”").arg(label));
     close_->setToolTip(tr("Remove"));
     updateGeometry();
     update();
 }
 
+void Chip::setReadOnly(bool isReadOnly) {
+    isReadOnly_ = isReadOnly;
+    setFocusPolicy(isReadOnly ? Qt::NoFocus : Qt::StrongFocus);
+    close_->setVisible(!isReadOnly);
+    setChip(chip_);
+}
+
+/// From the text to the right edge: gap, ✕, margin.
+int Chip::afterText() const { return isReadOnly_ ? space12 : space4 + chipCloseTarget + space4; }
+
 QSize Chip::sizeHint() const {
-    return {beforeText + Fonts::textWidth(font(), text()) + afterText,
+    return {beforeText + Fonts::textWidth(font(), text()) + afterText(),
             std::max(chipHeight, fontMetrics().height() + space8)};
 }
 
 QSize Chip::minimumSizeHint() const {
     const QSize whole = sizeHint();
-    return {std::min(beforeText + shortestText + afterText, whole.width()), whole.height()};
+    return {std::min(beforeText + shortestText + afterText(), whole.width()), whole.height()};
 }
 
 QRect Chip::textRect() const {
     return QStyle::visualRect(layoutDirection(), rect(),
-                              rect().adjusted(beforeText, 0, -afterText, 0));
+                              rect().adjusted(beforeText, 0, -afterText(), 0));
 }
 
 void Chip::placeClose() {
@@ -88,7 +97,7 @@ void Chip::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const Colors& colors = Colors::current();
     const qreal radius = height() / 2.0;
-    const bool active = underMouse() || hasFocus();
+    const bool active = !isReadOnly_ && (underMouse() || hasFocus());
     const QColor quiet = colors.tinted(colors.window, hoverTint);
     Paint::fill(painter, rect(), radius, active ? colors.selection : quiet);
     if (hasFocus())

@@ -17,6 +17,8 @@ public:
 
     void setChip(SearchChip chip);
     const SearchChip& chip() const { return chip_; }
+    /// It only tells: it cannot be removed and takes no keyboard.
+    void setReadOnly(bool isReadOnly);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -33,10 +35,12 @@ protected:
 
 private:
     QRect textRect() const;
+    int afterText() const;
     void placeClose();
 
     SearchChip chip_;
     QToolButton* close_;
+    bool isReadOnly_ = false;
 };
 
 }  // namespace tarn

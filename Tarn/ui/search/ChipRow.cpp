@@ -34,6 +34,7 @@ void ChipRow::setChips(const std::vector<SearchChip>& chips) {
             continue;
         }
         auto* chip = new Chip(wanted, this);
+        chip->setReadOnly(isReadOnly_);
         connect(chip, &Chip::removeRequested, this,
                 [this, chip] { emit removed(chip->chip().category); });
         connect(chip, &Chip::stepRequested, this, [this, chip](int by) { step(chip, by); });

@@ -22,6 +22,8 @@ public:
     /// keyboard goes, its neighbour gets it.
     void setChips(const std::vector<SearchChip>& chips);
     std::vector<SearchChip> chips() const;
+    /// The chips only tell. Before the first of them.
+    void setReadOnly(bool isReadOnly) { isReadOnly_ = isReadOnly; }
     /// Gives the keyboard to the last chip.
     void focusLast();
 
@@ -35,6 +37,7 @@ private:
     void step(const Chip* from, int by);
 
     FlowLayout* flow_;
+    bool isReadOnly_ = false;
     std::vector<Chip*> chips_;  ///< Children, in the order shown.
 };
 

@@ -22,6 +22,7 @@
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/records/IndexSettings.h"
+#include "Tarn/ui/search/FlowLayout.h"
 #include "Tarn/ui/sheets/QuestionSheet.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Icons.h"
@@ -134,10 +135,11 @@ void IndexSection::makeSwitches() {
     about->setContentsMargins(checkIndent, 0, 0, 0);
     column->addWidget(on_);
     column->addWidget(about);
+    column->addWidget(ocr_);
     auto* row = new QHBoxLayout;
-    row->setSpacing(Metrics::space8);
-    row->addWidget(ocr_, 1);
+    row->setContentsMargins(checkIndent, 0, 0, 0);
     row->addWidget(languagesButton_);
+    row->addStretch();
     column->addLayout(row);
     languagesButton_->setMenu(languagesMenu_);
     languagesButton_->setIcon(Icons::symbol("chevron.down", Icons::Tint::secondary));
@@ -164,11 +166,8 @@ void IndexSection::makeFolders() {
     column->addSpacing(Metrics::space4);
     column->addWidget(label);
     column->addWidget(new Well(list_));
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(Metrics::space8);
-    for (QPushButton* button : {add_, leaveOut_}) buttons->addWidget(button);
-    buttons->addStretch();
-    buttons->addWidget(remove_);
+    auto* buttons = new FlowLayout(nullptr, Metrics::space8);
+    for (QPushButton* button : {add_, leaveOut_, remove_}) buttons->addWidget(button);
     column->addLayout(buttons);
     leaveOut_->setToolTip(tr("Nothing in the folder is read, and what was read is forgotten."));
     connect(list_, &QListWidget::currentRowChanged, this, &IndexSection::followChosen);
@@ -185,6 +184,7 @@ void IndexSection::makeStatus() {
     row->setSpacing(Metrics::space8);
     auto* label = new QLabel(tr("The index may take"));
     label->setBuddy(budget_);
+    budget_->setAccessibleName(tr("Room that the index may take"));
     for (const std::int64_t megabytes : budgets)
         budget_->addItem(
             megabytes == 0 ? tr("any room") : displayText(Format::bytes(megabytes * 1'000'000)),

@@ -4,6 +4,9 @@
 #include "Tarn/ui/palette/GoToFolderSheet.h"
 #include "Tarn/ui/rename/RenameSheet.h"
 #include "Tarn/ui/sheets/HistorySheet.h"
+#include "Tarn/ui/sheets/NewSmartFolderSheet.h"
+#include "Tarn/ui/sheets/RenameFavoriteSheet.h"
+#include "Tarn/ui/sheets/SaveWorkspaceSheet.h"
 #include "Tarn/ui/sheets/Sheet.h"
 #include "Tarn/ui/tags/NewTagSheet.h"
 
@@ -40,6 +43,16 @@ void TabSheets::showQuestion() {
             break;
         case WindowSheet::Which::goToFolder:
             put(new GoToFolderSheet(window_, tab_));
+            break;
+        case WindowSheet::Which::newSmartFolder:
+            put(new NewSmartFolderSheet(window_, tab_, wanted->text, wanted->scope));
+            break;
+        case WindowSheet::Which::renameFavorite:
+            if (!wanted->favorite) return tab_.closeSheet();
+            put(new RenameFavoriteSheet(window_, tab_, *wanted->favorite));
+            break;
+        case WindowSheet::Which::saveWorkspace:
+            put(new SaveWorkspaceSheet(window_, tab_));
             break;
         default:  // Their sheets come with what asks for them.
             tab_.closeSheet();
