@@ -72,10 +72,14 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
                 if (changesOrder) {
                     sort_.foldersFirst = foldersFirst;
                     emit sortChanged();
-                    resortListing();
+                    if (location_.isQuery())
+                        live_.setSort(sort_);
+                    else
+                        resortListing();
                     if (query_) search_.setOrder(sort_, isRanked_);
                 }
                 applyingPrefs_ = false;
+                if (changesView && !tree_.isEmpty()) arrange();
             });
     connect(&watcher_, &PaneWatcher::changed, this, &PaneModel::refreshSoon);
     connect(&tree_, &PaneTree::changed, this, &PaneModel::arrange);

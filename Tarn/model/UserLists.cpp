@@ -91,6 +91,14 @@ void UserLists::removeSmartFolder(const UUID& id) {
     showSmartFolders();
 }
 
+void UserLists::changeSmartFolder(const SmartFolder& folder) {
+    SmartFolder kept = folder;
+    kept.name = SmartFolders::requireName(smartFolders_, folder.name, folder.id);
+    kept.query = SmartFolders::requireQuery(folder.query);
+    stores_->smartFolders.update([kept](auto& list) { SmartFolders::change(list.records, kept); });
+    showSmartFolders();
+}
+
 void UserLists::renameSmartFolder(const UUID& id, std::string_view name) {
     const std::string kept = SmartFolders::requireName(smartFolders_, name, id);
     stores_->smartFolders.update(

@@ -51,6 +51,8 @@ public:
     UUID addSmartFolder(std::string_view name, std::string_view query, SearchScopeSetting scope);
     // Built-in ones stay as they are.
     void removeSmartFolder(const UUID& id);
+    /// The one with its id becomes this. Throws ListError as addSmartFolder() does.
+    void changeSmartFolder(const SmartFolder& folder);
     /// Throws ListError when the name is empty or taken.
     void renameSmartFolder(const UUID& id, std::string_view name);
     /// `index` counts the user's other ones.

@@ -148,18 +148,17 @@ TEST_F(PanePlacesTest, aSmartFolderRunsItsQueryAndAnUnknownOneSaysSo) {
 TEST_F(PanePlacesTest, aSmartFolderFollowsItsRecord) {
     file("tax 2024.pdf");
     file("tax 2024.txt");
-    SmartFolder taxes{UUID::random(),           "Taxes", "folder", "tax pdfs",
-                      SearchScopeSetting::home, false};
-    app.lists().setSmartFolders({taxes});
+    const UUID id = app.lists().addSmartFolder("Taxes", "tax pdfs", SearchScopeSetting::home);
+    SmartFolder taxes = *app.lists().smartFolder(id);
     open(Location::smartFolder(taxes.id));
     EXPECT_EQ(names(), Names{"tax 2024.pdf"});
     EXPECT_EQ(pane.title(), "Taxes");
     taxes.query = "tax";
     taxes.name = "All Taxes";
-    app.lists().setSmartFolders({taxes});
+    app.lists().changeSmartFolder(taxes);
     waitFor([this] { return names() == Names{"tax 2024.pdf", "tax 2024.txt"}; });
     EXPECT_EQ(pane.title(), "All Taxes");
-    app.lists().setSmartFolders({});
+    app.lists().removeSmartFolder(id);
     waitFor([this] { return pane.listingError().has_value(); });
     EXPECT_EQ(names(), Names{});
 }

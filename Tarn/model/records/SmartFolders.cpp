@@ -37,12 +37,17 @@ std::string requireName(const std::vector<SmartFolder>& all, std::string_view na
     return NamedRecords::requireName(all, name, kind, self);
 }
 
+std::string requireQuery(std::string_view query) {
+    const std::string kept = Text::sanitized(Text::trimmed(query));
+    if (kept.empty()) throw ListError::emptyQuery();
+    return kept;
+}
+
 SmartFolder make(const std::vector<SmartFolder>& all, std::string_view name, std::string_view query,
                  SearchScopeSetting scope) {
     SmartFolder folder;
     folder.name = requireName(all, name);
-    folder.query = Text::sanitized(Text::trimmed(query));
-    if (folder.query.empty()) throw ListError::emptyQuery();
+    folder.query = requireQuery(query);
     folder.id = UUID::random();
     folder.symbol = symbol;
     folder.scope = scope;
@@ -56,6 +61,15 @@ void add(std::vector<SmartFolder>& stored, SmartFolder folder) {
 
 void remove(std::vector<SmartFolder>& stored, const UUID& id) {
     std::erase_if(stored, [&id](const SmartFolder& folder) { return folder.id == id; });
+}
+
+void change(std::vector<SmartFolder>& stored, const SmartFolder& folder) {
+    const auto found = std::ranges::find(stored, folder.id, &SmartFolder::id);
+    if (found == stored.end() || isBuiltIn(folder.id)) return;
+    const std::string name = found->name;
+    *found = folder;
+    found->name = name;
+    rename(stored, folder.id, folder.name);
 }
 
 void rename(std::vector<SmartFolder>& stored, const UUID& id, std::string_view name) {

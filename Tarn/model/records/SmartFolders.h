@@ -21,6 +21,9 @@ SmartFolder require(const std::vector<SmartFolder>& all, std::string_view nameOr
 std::string requireName(const std::vector<SmartFolder>& all, std::string_view name,
                         const UUID& self = {});
 
+/// The query as it is kept; throws ListError when it is empty.
+std::string requireQuery(std::string_view query);
+
 /// A new one. Throws ListError when it cannot be among `all`, those that are shown.
 SmartFolder make(const std::vector<SmartFolder>& all, std::string_view name, std::string_view query,
                  SearchScopeSetting scope);
@@ -30,6 +33,8 @@ SmartFolder make(const std::vector<SmartFolder>& all, std::string_view name, std
 /// Behind the last one; under another name when its own was taken meanwhile.
 void add(std::vector<SmartFolder>& stored, SmartFolder folder);
 void remove(std::vector<SmartFolder>& stored, const UUID& id);
+/// The one with its id becomes this; its name stays when the new one is empty or taken.
+void change(std::vector<SmartFolder>& stored, const SmartFolder& folder);
 /// Does nothing for a name that is empty or taken.
 void rename(std::vector<SmartFolder>& stored, const UUID& id, std::string_view name);
 /// `index` counts the user's own.
