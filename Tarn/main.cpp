@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cstdlib>
+#include <optional>
 
 #include <QtCore/QDir>
 #include <QtCore/QPointer>
@@ -7,6 +9,7 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/TabGroup.h"
 #include "Tarn/model/TerminalCalls.h"
 #include "Tarn/model/TerminationSignals.h"
 #include "Tarn/model/WindowModel.h"
@@ -42,6 +45,20 @@ tarn::Theme::Mode mode(tarn::Appearance appearance) {
             break;
     }
     return tarn::Theme::Mode::system;
+}
+
+/// Opens the tabs of a workspace in a window of their own; the home where it is gone by now.
+void openWorkspace(tarn::AppModel& app, const std::optional<tarn::UUID>& id) {
+    using namespace tarn;
+    const auto& workspaces = app.lists().workspaces();
+    const auto found =
+        std::find_if(workspaces.begin(), workspaces.end(),
+                     [&id](const Workspace& workspace) { return workspace.id == id; });
+    if (found == workspaces.end() || found->tabs.empty()) {
+        openWindow(app, Location::home());
+        return;
+    }
+    (new BrowserWindow(std::make_unique<TabGroup>(app, found->tabs)))->show();
 }
 
 /// Opens a window on a path from the command line: a folder is shown, anything else is shown
@@ -82,14 +99,21 @@ int main(int argc, char** argv) {
     const TerminalCalls calls(app.history());
 
     const URL here = URL::fromPath(QDir::currentPath().toStdString());
+    constexpr std::string_view workspaceOption = "--workspace=";
     for (int i = 1; i < argc; ++i) {
         const std::string_view argument = argv[i];
+        if (argument.starts_with(workspaceOption)) {
+            openWorkspace(app, UUID::parse(argument.substr(workspaceOption.size())));
+            continue;
+        }
         openPath(app, argument.starts_with("file:") ? URL::parse(argument).value_or(here)
                                                     : URL::fromPath(argument, here));
     }
     if (argc <= 1) {
         BrowserWindow* first = nullptr;
-        if (isSet("TARN_RESTORE_SESSION")) first = SessionWindows::restore(app);
+        const bool restores = std::getenv("TARN_RESTORE_SESSION") ? isSet("TARN_RESTORE_SESSION")
+                                                                  : app.settings().restoreWindows;
+        if (restores) first = SessionWindows::restore(app);
         if (!first) first = openWindow(app, Location::home());
         if (isSet("TARN_SHOW_ONBOARDING") || !app.settings().hasOnboarded) {
             auto* sheet = new OnboardingSheet(app, *first);

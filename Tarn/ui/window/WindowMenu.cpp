@@ -2,21 +2,21 @@
 
 #include <QtGui/QActionGroup>
 
+#include "Tarn/model/AppModel.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/menus/WindowActions.h"
 #include "Tarn/ui/pane/NewFileMenu.h"
-#include "Tarn/ui/theme/Theme.h"
 
 namespace tarn {
 namespace {
 
 const struct {
-    Theme::Mode mode;
+    Appearance appearance;
     const char* title;
 } appearances[] = {
-    {Theme::Mode::system, QT_TRANSLATE_NOOP("tarn::WindowMenu", "Follow the System")},
-    {Theme::Mode::light, QT_TRANSLATE_NOOP("tarn::WindowMenu", "Light")},
-    {Theme::Mode::dark, QT_TRANSLATE_NOOP("tarn::WindowMenu", "Dark")},
+    {Appearance::system, QT_TRANSLATE_NOOP("tarn::WindowMenu", "Follow the System")},
+    {Appearance::light, QT_TRANSLATE_NOOP("tarn::WindowMenu", "Light")},
+    {Appearance::dark, QT_TRANSLATE_NOOP("tarn::WindowMenu", "Dark")},
 };
 
 }  // namespace
@@ -73,12 +73,17 @@ void WindowMenu::addAppearance() {
     QMenu* appearance = addMenu(tr("Appearance"));
     auto* modes = new QActionGroup(appearance);
     for (const auto& choice : appearances) {
-        QAction* action = appearance->addAction(
-            tr(choice.title), this, [mode = choice.mode] { Theme::shared().setMode(mode); });
+        QAction* action =
+            appearance->addAction(tr(choice.title), this, [this, wanted = choice.appearance] {
+                if (!tab_) return;
+                AppSettings settings = tab_->app().settings();
+                settings.appearance = wanted;
+                tab_->app().setSettings(settings);
+            });
         action->setCheckable(true);
         modes->addAction(action);
-        connect(appearance, &QMenu::aboutToShow, action, [action, mode = choice.mode] {
-            action->setChecked(Theme::shared().mode() == mode);
+        connect(appearance, &QMenu::aboutToShow, action, [this, action, shown = choice.appearance] {
+            action->setChecked(tab_ && tab_->app().settings().appearance == shown);
         });
     }
 }
