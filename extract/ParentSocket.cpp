@@ -54,13 +54,18 @@ std::optional<ParentSocket::Job> ParentSocket::next() {
         filled += got;
         if (header || filled < headerSize) continue;
         header = ExtractProtocol::decodeHeader({bytes.data(), filled});
-        if (!header || header->kind != Kind::request) return std::nullopt;
+        if (!header || (header->kind != Kind::request && header->kind != Kind::question))
+            return std::nullopt;
         wanted += header->length;
     }
     // The parent waits for its answer before it sends more.
     if (filled > wanted || !job.file) return std::nullopt;
-    auto request =
-        ExtractProtocol::decodeRequest(*header, {&bytes[headerSize], filled - headerSize});
+    const std::string_view payload(&bytes[headerSize], filled - headerSize);
+    if (header->kind == Kind::question) {
+        job.question = std::string(payload);
+        return job;
+    }
+    auto request = ExtractProtocol::decodeRequest(*header, payload);
     if (!request) return std::nullopt;
     job.request = std::move(*request);
     return job;
@@ -74,6 +79,13 @@ bool ParentSocket::answer(const TextExtractor::Reading& reading, bool isLast) {
     if (!reading.text) return send({Kind::noText, flags, 0}, {});
     return send({Kind::text, flags, static_cast<std::uint32_t>(reading.text->size())},
                 *reading.text);
+}
+
+bool ParentSocket::reply(const std::optional<std::string>& answer, bool isLast) {
+    const std::uint32_t flags = isLast ? ExtractProtocol::isLast : 0;
+    if (!answer || answer->size() > ExtractProtocol::mostAnswerBytes)
+        return send({Kind::noText, flags, 0}, {});
+    return send({Kind::answer, flags, static_cast<std::uint32_t>(answer->size())}, *answer);
 }
 
 bool ParentSocket::send(const Header& header, std::string_view payload) {

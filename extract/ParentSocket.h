@@ -15,7 +15,9 @@ public:
     explicit ParentSocket(FileDescriptor socket) : socket_(std::move(socket)) {}
 
     struct Job {
+        /// What is to be read, unless there is a question.
         ExtractProtocol::Request request;
+        std::optional<std::string> question;
         FileDescriptor file;
     };
     /// Waits for the next request; absent when the parent is gone or breaks the rules.
@@ -24,6 +26,8 @@ public:
     bool sayReady();
     /// False when the parent is gone.
     bool answer(const TextExtractor::Reading& reading, bool isLast);
+    /// The same to a question. Longer answers than the protocol has room for count as none.
+    bool reply(const std::optional<std::string>& answer, bool isLast);
 
 private:
     bool send(const ExtractProtocol::Header& header, std::string_view payload);

@@ -22,10 +22,12 @@
 
 #include "TarnCore/index/TextExtractor.h"
 #include "TarnCore/platform/Platform.h"
+#include "TarnCore/platform/linux/DrawingModules.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 #include "TarnCore/platform/linux/Module.h"
 #include "TarnCore/platform/linux/Sandbox.h"
 #include "extract/ParentSocket.h"
+#include "extract/PreviewAnswers.h"
 
 namespace tarn::extract {
 namespace {
@@ -72,11 +74,27 @@ TextExtractor::Reading read(const ParentSocket::Job& job) {
     }
 }
 
+std::optional<std::string> answer(PreviewAnswers& answers, const ParentSocket::Job& job) {
+    try {
+        return answers.answer(*job.question, job.file.get());
+    } catch (const std::exception&) {
+        return std::nullopt;  // as above
+    }
+}
+
 int serve() {
     ParentSocket parent{FileDescriptor(ExtractProtocol::socketDescriptor)};
     if (!parent.sayReady()) return EXIT_SUCCESS;
+    PreviewAnswers answers({DrawingModules::pages, DrawingModules::fonts, DrawingModules::media});
     while (auto job = parent.next()) {
         Sandbox::limitProcessorTime(lastResort);
+        if (job->question) {
+            const auto reply = answer(answers, *job);
+            const bool isLast = heldMemory() > mostKept && !answers.isPlaying();
+            if (!parent.reply(reply, isLast) || isLast) break;
+            continue;
+        }
+        answers.forget();
         const auto reading = read(*job);
         job.reset();
         const bool isLast = heldMemory() > mostKept;

@@ -191,15 +191,15 @@ std::optional<ExtractProcess::End> ExtractProcess::receiveReady(const Wait& wait
     return std::nullopt;
 }
 
-ExtractProcess::Answer ExtractProcess::receiveAnswer(const Wait& wait) {
+ExtractProcess::Answer ExtractProcess::receiveAnswer(Kind kind, const Wait& wait) {
     std::string bytes;
     if (const auto end = receive(bytes, headerSize, wait)) return {.end = *end};
     const auto header = ExtractProtocol::decodeHeader(bytes);
-    if (!header || (header->kind != Kind::text && header->kind != Kind::noText)) return {};
-    Answer answer{.end = header->kind == Kind::text ? End::text : End::noText,
+    if (!header || (header->kind != kind && header->kind != Kind::noText)) return {};
+    Answer answer{.end = header->kind == Kind::noText ? End::noText : End::text,
                   .reading = ExtractProtocol::reading(header->flags)};
     if (const auto end = receive(answer.text, header->length, wait)) return {.end = *end};
-    if (!Text::isValidUTF8(answer.text)) return {};
+    if (kind == Kind::text && !Text::isValidUTF8(answer.text)) return {};
     isUsable_ = (header->flags & ExtractProtocol::isLast) == 0;
     return answer;
 }
@@ -207,14 +207,26 @@ ExtractProcess::Answer ExtractProcess::receiveAnswer(const Wait& wait) {
 ExtractProcess::Answer ExtractProcess::read(const ExtractProtocol::Request& request, int file,
                                             double seconds,
                                             const std::function<bool()>& isStopped) {
+    return exchange(encode(request), Kind::text, file, seconds, isStopped);
+}
+
+ExtractProcess::Answer ExtractProcess::ask(std::string_view question, int file, double seconds,
+                                           const std::function<bool()>& isStopped) {
+    return exchange(ExtractProtocol::encodeQuestion(question), Kind::answer, file, seconds,
+                    isStopped);
+}
+
+ExtractProcess::Answer ExtractProcess::exchange(const std::string& frame, Kind kind, int file,
+                                                double seconds,
+                                                const std::function<bool()>& isStopped) {
     isUsable_ = false;
     if (!isReady_) {
         if (const auto end = receiveReady(Wait(id_, readyWithin, readyWithin, isStopped)))
             return {.end = *end};
         isReady_ = true;
     }
-    if (!send(encode(request), file)) return {.end = End::notReady};
-    Answer answer = receiveAnswer(Wait(id_, mostWaiting * seconds, seconds, isStopped));
+    if (!send(frame, file)) return {.end = End::notReady};
+    Answer answer = receiveAnswer(kind, Wait(id_, mostWaiting * seconds, seconds, isStopped));
     if (answer.end == End::text || answer.end == End::noText) ++answered_;
     return answer;
 }

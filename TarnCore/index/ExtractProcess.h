@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include <sys/types.h>
 
@@ -29,7 +30,7 @@ public:
     ExtractProcess& operator=(const ExtractProcess&) = delete;
 
     enum class End {
-        text,      ///< `text` is what the file says.
+        text,      ///< `text` is what the file says, or the answer to what was asked.
         noText,    ///< It says nothing that can be read.
         notReady,  ///< The helper ended before it had looked at the file.
         stranger,  ///< The helper is of another version than this program.
@@ -39,7 +40,7 @@ public:
     };
     struct Answer {
         End end = End::died;
-        std::string text{};  ///< UTF-8.
+        std::string text{};  ///< UTF-8; of an answer any bytes.
         /// Of `text` and `noText`; its text is absent, being above.
         TextExtractor::Reading reading{};
     };
@@ -48,6 +49,10 @@ public:
     /// more use.
     Answer read(const ExtractProtocol::Request& request, int file, double seconds,
                 const std::function<bool()>& isStopped);
+
+    /// Asks something else about the file, with the same limits and ends.
+    Answer ask(std::string_view question, int file, double seconds,
+               const std::function<bool()>& isStopped);
 
     /// False when it has ended or has said that it does.
     bool isUsable() const { return isUsable_; }
@@ -60,7 +65,9 @@ private:
     /// Fills `bytes` behind what it holds until there are `size`; an end where that fails.
     std::optional<End> receive(std::string& bytes, std::size_t size, const Wait& wait);
     std::optional<End> receiveReady(const Wait& wait);
-    Answer receiveAnswer(const Wait& wait);
+    Answer receiveAnswer(ExtractProtocol::Kind kind, const Wait& wait);
+    Answer exchange(const std::string& frame, ExtractProtocol::Kind kind, int file, double seconds,
+                    const std::function<bool()>& isStopped);
     bool send(const std::string& frame, int file);
 
     FileDescriptor socket_;

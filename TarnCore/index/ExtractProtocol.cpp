@@ -51,6 +51,10 @@ std::optional<Bounds> bounds(Kind kind) {
             return Bounds{ofAnswers, 0, mostTextBytes};
         case Kind::noText:
             return Bounds{ofAnswers, 0, 0};
+        case Kind::question:
+            return Bounds{0, 1, mostRequestBytes};
+        case Kind::answer:
+            return Bounds{isLast, 0, mostAnswerBytes};
     }
     return std::nullopt;
 }
@@ -114,6 +118,13 @@ std::string encode(const Request& request) {
     const auto header = encode({Kind::request, request.ocr ? wantsRecognition : 0,
                                 static_cast<std::uint32_t>(payload.size())});
     return std::string(header.begin(), header.end()) + payload;
+}
+
+std::string encodeQuestion(std::string_view question) {
+    const auto header = encode({Kind::question, 0, static_cast<std::uint32_t>(question.size())});
+    std::string frame(header.begin(), header.end());
+    frame += question;
+    return frame;
 }
 
 std::optional<Request> decodeRequest(const Header& header, std::string_view payload) {

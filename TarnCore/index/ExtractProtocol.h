@@ -21,14 +21,16 @@
 ///     8  bytes that follow
 ///
 /// The helper begins with `ready`, once it is locked in. Then every `request`, whose first byte
-/// carries the opened file as its only descriptor, gets one `text` or `noText`, and nothing is sent
-/// unasked. What breaks these rules is answered by closing the socket or ending the helper: the
-/// one side reads hostile documents, and the other does not believe it anything.
+/// carries the opened file as its only descriptor, gets one `text` or `noText`, every `question`,
+/// which carries one as well, gets one `answer` or `noText`, and nothing is sent unasked. What
+/// breaks these rules is answered by closing the socket or ending the helper: the one side reads
+/// hostile documents, and the other does not believe it anything.
 ///
 /// A header of another version differs at most behind its version, so that either side can tell.
 ///
 /// A request is the length of the file's name, two bytes; the name; and the languages of
-/// recognition, separated by commas.
+/// recognition, separated by commas. What questions and answers are is for those to agree on who
+/// ask and answer (`PreviewProtocol`).
 namespace tarn::ExtractProtocol {
 
 /// Of the socket, in the helper.
@@ -40,7 +42,17 @@ inline constexpr std::size_t mostRequestBytes = 4096;
 /// Four bytes a character, as UTF-8 needs at most.
 inline constexpr std::size_t mostTextBytes = 4 * TextExtractor::maxCharacters;
 
-enum class Kind : std::uint8_t { ready = 1, request = 2, text = 3, noText = 4 };
+/// A page of 15 million pixels, and some.
+inline constexpr std::size_t mostAnswerBytes = std::size_t{64} << 20;
+
+enum class Kind : std::uint8_t {
+    ready = 1,
+    request = 2,
+    text = 3,
+    noText = 4,
+    question = 5,
+    answer = 6
+};
 
 /// Of a request: recognise text in pictures too.
 inline constexpr std::uint32_t wantsRecognition = 1;
@@ -80,6 +92,8 @@ struct Request {
 /// The whole frame. A name is cut in front, and languages are left out behind, where they would
 /// not fit into `mostRequestBytes`.
 std::string encode(const Request& request);
+/// The whole frame of a question, which has at least one and at most `mostRequestBytes` bytes.
+std::string encodeQuestion(std::string_view question);
 /// What stands behind the header of a request; absent when it makes no sense.
 std::optional<Request> decodeRequest(const Header& header, std::string_view payload);
 

@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!header) return 0;
     const auto written = encode(*header);
     require(std::string_view(written.data(), written.size()) == bytes.substr(0, headerSize));
-    require(header->length <= mostTextBytes);
+    require(header->length <= mostAnswerBytes);
     const auto request = decodeRequest(*header, bytes.substr(headerSize, mostRequestBytes));
     if (!request) return 0;
     const std::string frame = encode(*request);
