@@ -21,6 +21,7 @@
 #include "Tarn/ui/window/BrowserWindow.h"
 #include "Tarn/ui/window/SessionWindows.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
+#include "TarnCore/platform/linux/LinuxSoundOutput.h"
 
 namespace {
 
@@ -83,6 +84,7 @@ void openPath(tarn::AppModel& app, const tarn::URL& url) {
 int main(int argc, char** argv) {
     using namespace tarn;
     Platform::setCurrent(makeLinuxPlatform());
+    SoundOutput::setCurrent(std::make_shared<LinuxSoundOutput>());
     QApplication qt(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tarn"));
     QApplication::setDesktopFileName(QStringLiteral("tarn"));
