@@ -8,12 +8,15 @@
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/TabGroup.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/inspector/Inspector.h"
 #include "Tarn/ui/onboarding/OnboardingSheet.h"
 #include "Tarn/ui/pane/PaneView.h"
 #include "Tarn/ui/pane/PaneWidget.h"
 #include "Tarn/ui/path/PathBar.h"
+#include "Tarn/ui/quicklook/QuickLook.h"
 #include "Tarn/ui/search/SearchField.h"
 #include "Tarn/ui/sheets/HistorySheet.h"
+#include "Tarn/ui/sidebar/Sidebar.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/transfers/ToastView.h"
 #include "Tarn/ui/window/BrowserWindow.h"
@@ -77,6 +80,39 @@ protected:
     AppModel app;
     BrowserWindow* window = nullptr;
 };
+
+TEST_F(TabTest, theInspectorFollowsTheActivePane) {
+    model().setShowsInspector(true);
+    EXPECT_TRUE(part<Inspector>().isVisible());
+    model().active().select({folder / "one/first.txt"});
+    EXPECT_TRUE(waitFor([this] { return part<Inspector>().title() == "first.txt"; }));
+    model().setSplit(true);
+    model().setActiveIndex(1);
+    go("two");
+    model().active().select({folder / "two/third.txt"});
+    EXPECT_TRUE(waitFor([this] { return part<Inspector>().title() == "third.txt"; }));
+    model().setActiveIndex(0);
+    EXPECT_TRUE(waitFor([this] { return part<Inspector>().title() == "first.txt"; }));
+    window->resize(Metrics::inspectorFolds - 1, 700);
+    EXPECT_TRUE(part<Inspector>().isVisible());
+    EXPECT_FALSE(part<Sidebar>().isVisible());
+    window->resize(Metrics::contentMinimum + Metrics::inspectorMinimum - 1, 700);
+    EXPECT_FALSE(part<Inspector>().isVisible());
+}
+
+TEST_F(TabTest, theSpaceBarLooksAtWhatIsSelectedInTheTabInFront) {
+    model().active().select({folder / "one/first.txt"});
+    window->page().active().rows().enter();
+    press(Qt::Key_Space);
+    EXPECT_TRUE(waitFor([this] { return part<QuickLook>().isOpen(); }));
+    EXPECT_EQ(part<QuickLook>().title(), "first.txt");
+    press(Qt::Key_Space);
+    EXPECT_FALSE(part<QuickLook>().isOpen());
+    press(Qt::Key_Space);
+    EXPECT_TRUE(waitFor([this] { return part<QuickLook>().isOpen(); }));
+    group().open({{{Location::folder(folder / "two"), std::nullopt}}, 0, true, false});
+    EXPECT_FALSE(part<QuickLook>().isOpen());
+}
 
 TEST_F(TabTest, keysOpenCloseAndReopenTabs) {
     EXPECT_FALSE(part<TabStrip>().isVisible());

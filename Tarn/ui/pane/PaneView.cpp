@@ -514,6 +514,18 @@ bool PaneView::isTyping() const {
     return !typed_.isEmpty() && sinceTyped_.isValid() && sinceTyped_.elapsed() < typingPause;
 }
 
+bool PaneView::event(QEvent* event) {
+    // A blank inside of a name that is being typed is no shortcut.
+    if (event->type() == QEvent::ShortcutOverride && isTyping()) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_Space && key->modifiers() == Qt::NoModifier) {
+            event->accept();
+            return true;
+        }
+    }
+    return QAbstractItemView::event(event);
+}
+
 void PaneView::keyPressEvent(QKeyEvent* event) {
     showsCursor_ = true;
     pane_.holdRows();

@@ -15,9 +15,11 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/WindowOperations.h"
 #include "Tarn/ui/drag/FileDrop.h"
+#include "Tarn/ui/inspector/Inspector.h"
 #include "Tarn/ui/menus/WindowActions.h"
 #include "Tarn/ui/pane/PaneWidget.h"
 #include "Tarn/ui/path/PathBar.h"
+#include "Tarn/ui/quicklook/QuickLook.h"
 #include "Tarn/ui/search/ChipRow.h"
 #include "Tarn/ui/search/SearchField.h"
 #include "Tarn/ui/settings/SettingsSheet.h"
@@ -65,7 +67,8 @@ BrowserWindow::BrowserWindow(std::unique_ptr<TabGroup> group)
       sidebarModel_(new SidebarModel(this)),
       sidebar_(new Sidebar(this)),
       splitter_(new QSplitter(Qt::Horizontal, this)),
-      pages_(new QStackedWidget(this)) {
+      pages_(new QStackedWidget(this)),
+      inspector_(new Inspector(this)) {
     setAttribute(Qt::WA_DeleteOnClose);
     setMinimumSize(Metrics::contentMinimum, Metrics::contentMinimum);
     sidebar_->setModel(sidebarModel_);
@@ -75,6 +78,7 @@ BrowserWindow::BrowserWindow(std::unique_ptr<TabGroup> group)
     splitter_->setHandleWidth(Metrics::hairline);
     splitter_->addWidget(sidebar_);
     splitter_->addWidget(content);
+    splitter_->addWidget(inspector_);
     splitter_->setStretchFactor(1, 1);
     sidebar_->setMinimumWidth(Metrics::sidebarMinimum);
     sidebar_->setMaximumWidth(Metrics::sidebarMaximum);
@@ -83,6 +87,7 @@ BrowserWindow::BrowserWindow(std::unique_ptr<TabGroup> group)
     row->setContentsMargins(0, 0, 0, 0);
     row->addWidget(splitter_);
 
+    quickLook_ = new QuickLook(nullptr, *this);
     changes_ = new WindowChanges(*group_, *this, toolbar_->transfers());
     for (int i = 0; i < group_->count(); ++i) addPage(i);
     restoreLayout();
@@ -99,6 +104,8 @@ BrowserWindow::~BrowserWindow() {
     actions_->setWindow(nullptr);
     toolbar_->follow(nullptr, nullptr);
     searchRow_->follow(nullptr, nullptr);
+    quickLook_->setWindow(nullptr);
+    inspector_->setPane(nullptr, nullptr);
     delete settings_;
     delete changes_;
     delete tabs_;
@@ -135,11 +142,11 @@ void BrowserWindow::makeActions() {
     actions_->add(
         "sidebar", tr("Show Sidebar"), {QKeySequence(Qt::Key_F9)},
         [this] {
-            if (width() < Metrics::sidebarFolds)
+            if (isSidebarFolded())
                 isUnfolded_ = !isUnfolded_;
             else
                 model().setSidebarVisible(!model().sidebarVisible());
-            updateSidebar();
+            updateSides();
         },
         "sidebar.left");
     add("fullScreen", tr("Full Screen"), {QKeySequence(Qt::Key_F11)},
@@ -183,9 +190,9 @@ void BrowserWindow::connectParts() {
 
     connect(sidebar_, &Sidebar::chosen, this, [this](const Location& location) {
         model().active().navigate(location);
-        if (width() < Metrics::sidebarFolds) {
+        if (isSidebarFolded()) {
             isUnfolded_ = false;
-            updateSidebar();
+            updateSides();
         }
         page().takeFocus();
     });
@@ -239,6 +246,8 @@ void BrowserWindow::removePage(WindowModel& tab) {
         paneFollowing_.reset();
         actions_->setWindow(nullptr);
         changes_->follow(nullptr);
+        quickLook_->setWindow(nullptr);
+        inspector_->setPane(nullptr, nullptr);
         toolbar_->follow(nullptr, nullptr);
         searchRow_->follow(nullptr, nullptr);
     }
@@ -259,14 +268,16 @@ void BrowserWindow::followTab() {
     tabFollowing_ = std::make_unique<QObject>();
     QObject* following = tabFollowing_.get();
     connect(tab, &WindowModel::titleChanged, following, [this] { showLocation(); });
-    connect(tab, &WindowModel::sidebarVisibleChanged, following, [this] { updateSidebar(); });
+    connect(tab, &WindowModel::sidebarVisibleChanged, following, [this] { updateSides(); });
+    connect(tab, &WindowModel::showsInspectorChanged, following, [this] { updateSides(); });
     connect(tab, &WindowModel::activePaneChanged, following, [this] { followPane(); });
     connect(tab, &WindowModel::panesChanged, following, [this] { followPane(); });
     menu_->follow(*tab);
     actions_->setWindow(tab);
     changes_->follow(tab);
+    quickLook_->setWindow(tab);
     followPane();
-    updateSidebar();
+    updateSides();
     front.setInFront(true);
     if (takesKeyboard) front.takeFocus();
     // Once the tab that was closed is among those that can be reopened.
@@ -280,6 +291,7 @@ void BrowserWindow::followPane() {
     connect(&pane, &PaneModel::locationChanged, following, [this] { showLocation(); });
     toolbar_->follow(&model(), &pane);
     searchRow_->follow(&model(), &pane);
+    inspector_->setPane(&model(), &pane);
     showLocation();
 }
 
@@ -319,8 +331,18 @@ void BrowserWindow::updateUndo() {
     show("redo", tr("Redo"), history.nextRedoTitle());
 }
 
-void BrowserWindow::updateSidebar() {
-    const bool isNarrow = width() < Metrics::sidebarFolds;
+bool BrowserWindow::hasRoomForInspector() const {
+    return width() >= Metrics::contentMinimum + Metrics::inspectorMinimum;
+}
+
+bool BrowserWindow::isSidebarFolded() const {
+    const bool besideInspector = group_->current()->showsInspector() && hasRoomForInspector();
+    return width() < (besideInspector ? Metrics::inspectorFolds : Metrics::sidebarFolds);
+}
+
+void BrowserWindow::updateSides() {
+    inspector_->setVisible(model().showsInspector() && hasRoomForInspector());
+    const bool isNarrow = isSidebarFolded();
     const bool isShown = isNarrow ? isUnfolded_ : model().sidebarVisible();
     sidebar_->setVisible(isShown);
     actions_->action("sidebar")->setText(isShown ? tr("Hide Sidebar") : tr("Show Sidebar"));
@@ -339,7 +361,9 @@ void BrowserWindow::restoreLayout() {
     resize(size.expandedTo(minimumSize()));
     if (layout.isMaximized) setWindowState(Qt::WindowMaximized);
     const int sidebar = layout.sidebarWidth > 0 ? layout.sidebarWidth : Metrics::sidebarDefault;
-    splitter_->setSizes({sidebar, width() - sidebar});
+    const int inspector =
+        layout.inspectorWidth > 0 ? layout.inspectorWidth : Metrics::inspectorMinimum;
+    splitter_->setSizes({sidebar, width() - sidebar - inspector, inspector});
     layoutTimer_.setSingleShot(true);
     layoutTimer_.setInterval(layoutDelay);
     connect(&layoutTimer_, &QTimer::timeout, this, &BrowserWindow::rememberLayout);
@@ -356,6 +380,7 @@ void BrowserWindow::rememberLayout() {
         layout.height = height();
     }
     if (sidebar_->isVisible()) layout.sidebarWidth = sidebar_->width();
+    if (inspector_->isVisible()) layout.inspectorWidth = inspector_->width();
     group_->setLayout(layout);
 }
 
@@ -369,8 +394,8 @@ void BrowserWindow::closeEvent(QCloseEvent* event) {
 void BrowserWindow::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     if (!group_->current()) return;
-    if (width() >= Metrics::sidebarFolds) isUnfolded_ = false;
-    updateSidebar();
+    if (!isSidebarFolded()) isUnfolded_ = false;
+    updateSides();
     if (isVisible()) layoutTimer_.start();
 }
 

@@ -12,6 +12,8 @@ class QStackedWidget;
 namespace tarn {
 
 class BrowserToolbar;
+class Inspector;
+class QuickLook;
 class SearchRow;
 class SettingsSheet;
 class Sidebar;
@@ -25,8 +27,8 @@ class WindowMenu;
 class WindowModel;
 struct Location;
 
-/// One browser window: the sidebar, one row of tools, the tabs, the chips of a search, and the
-/// panes of the tab in front. Whatever stands around the panes follows the active one.
+/// One browser window: the sidebar, one row of tools, the tabs, the chips of a search, the panes of
+/// the tab in front, and the inspector. Whatever stands around the panes follows the active one.
 ///
 /// Deletes itself when it is closed. Everything it shows comes from its tabs, which it owns.
 class BrowserWindow final : public QWidget {
@@ -64,7 +66,11 @@ private:
     /// Turns everything to the pane that is active in it now.
     void followPane();
     void showLocation();
-    void updateSidebar();
+    bool hasRoomForInspector() const;
+    /// There is no room for the sidebar unless it is asked for.
+    bool isSidebarFolded() const;
+    /// Shows the sidebar and the inspector as the tab in front and the room say.
+    void updateSides();
     void updateUndo();
     /// Takes the sizes that were remembered.
     void restoreLayout();
@@ -80,6 +86,8 @@ private:
     Sidebar* sidebar_;
     QSplitter* splitter_;
     QStackedWidget* pages_;
+    Inspector* inspector_;
+    QuickLook* quickLook_ = nullptr;
     BrowserToolbar* toolbar_ = nullptr;
     TabStrip* tabs_ = nullptr;
     SearchRow* searchRow_ = nullptr;
