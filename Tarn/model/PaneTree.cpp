@@ -70,6 +70,10 @@ void PaneTree::setShowsHidden(bool shows) {
 }
 
 void PaneTree::reload() {
+    if (holds_) {
+        missedChanges_ = true;
+        return;
+    }
     for (const auto& [folder, branch] : branches_) list(folder);
 }
 
@@ -126,6 +130,10 @@ void PaneTree::listed(const URL& folder, std::uint64_t listing, SharedRows rows)
     const SharedRows& old = branch->second.rows;
     const bool isSame = old && std::ranges::equal(old->items(), rows->items());
     if (isSame) return;
+    if (holds_ && old) {  // It was asked for before the rows had to stay.
+        missedChanges_ = true;
+        return;
+    }
     branch->second.rows = std::move(rows);
     emit changed();
 }

@@ -62,7 +62,7 @@ TEST_F(PaneArrangementTest, groupsKeepTheOrderInsideAndAreRemembered) {
     EXPECT_EQ(pane.groupBy(), GroupField::none);
     pane.goBack();
     waitForRows({"[Folders 1]", "inner", "[Images 2]", "a.jpg", "c.jpg", "[Documents 1]", "b.txt"});
-    EXPECT_FALSE(pane.isLoading());
+    waitFor([this] { return !pane.isLoading(); });
     // What changes on the disk, and the order, go through the groups.
     folder.file("d.jpg");
     pane.sortBy(SortField::name);
