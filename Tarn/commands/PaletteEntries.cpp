@@ -12,6 +12,7 @@
 #include "Tarn/model/UserLists.h"
 #include "Tarn/model/WindowModel.h"
 #include "TarnCore/base/Text.h"
+#include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
 
 namespace tarn {
@@ -125,8 +126,8 @@ void PaletteEntries::addWorkspaces(WindowModel& window) {
         entry.workspace = workspace.id;
         entry.title = displayText(workspace.name);
         entry.symbol = "rectangle.on.rectangle";
-        entry.detail = QCoreApplication::translate("tarn::PaletteEntries", "%n tabs", nullptr,
-                                                   static_cast<int>(workspace.tabs.size()));
+        entry.detail =
+            displayText(Format::count(static_cast<std::int64_t>(workspace.tabs.size()), "tab"));
         const std::string title = entry.title.toStdString();
         workspaces_.push_back({std::move(entry), MatchedTitle(title)});
     }

@@ -13,6 +13,12 @@
 namespace tarn::DatabaseMemory {
 namespace {
 
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool isWanted = false;  // The sanitizer is to see every block for itself.
+#else
+constexpr bool isWanted = true;
+#endif
+
 /// Lives to the end of the process, as SQLite itself does.
 BlockArena& arena() {
     static BlockArena& only = *new BlockArena;
@@ -57,8 +63,7 @@ void end(void*) {}
 }  // namespace
 
 void install() {
-// The sanitizer is to see every block for itself.
-#if !defined(__SANITIZE_ADDRESS__)
+    if (!isWanted) return;
     [[maybe_unused]] static const bool isInstalled = [] {
         static const sqlite3_mem_methods methods = {take,    give,  resize, sizeOf,
                                                     roundUp, begin, end,    nullptr};
@@ -66,7 +71,6 @@ void install() {
         return sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0) == SQLITE_OK &&
                sqlite3_config(SQLITE_CONFIG_MALLOC, &methods) == SQLITE_OK;
     }();
-#endif
 }
 
 }  // namespace tarn::DatabaseMemory
