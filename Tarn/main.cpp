@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cstdlib>
 #include <optional>
 
@@ -51,15 +50,12 @@ tarn::Theme::Mode mode(tarn::Appearance appearance) {
 /// Opens the tabs of a workspace in a window of their own; the home where it is gone by now.
 void openWorkspace(tarn::AppModel& app, const std::optional<tarn::UUID>& id) {
     using namespace tarn;
-    const auto& workspaces = app.lists().workspaces();
-    const auto found =
-        std::find_if(workspaces.begin(), workspaces.end(),
-                     [&id](const Workspace& workspace) { return workspace.id == id; });
-    if (found == workspaces.end() || found->tabs.empty()) {
+    const Workspace* workspace = id ? app.lists().workspace(*id) : nullptr;
+    if (!workspace || workspace->tabs.empty()) {
         openWindow(app, Location::home());
         return;
     }
-    (new BrowserWindow(std::make_unique<TabGroup>(app, found->tabs)))->show();
+    (new BrowserWindow(std::make_unique<TabGroup>(app, workspace->tabs)))->show();
 }
 
 /// Opens a window on a path from the command line: a folder is shown, anything else is shown

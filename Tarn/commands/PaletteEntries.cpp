@@ -162,13 +162,12 @@ bool PaletteEntries::run(const PaletteEntry& entry, WindowModel& window) {
         case PaletteEntry::Kind::folder:
             window.active().navigate(Location::folder(entry.folder));
             return true;
-        case PaletteEntry::Kind::workspace:
-            for (const Workspace& workspace : window.app().lists().workspaces()) {
-                if (workspace.id != entry.workspace || !window.group()) continue;
-                openTabs(*window.group(), workspace.tabs);
-                return true;
-            }
-            return false;
+        case PaletteEntry::Kind::workspace: {
+            const Workspace* workspace = window.app().lists().workspace(entry.workspace);
+            if (!workspace || !window.group()) return false;
+            openTabs(*window.group(), workspace->tabs);
+            return true;
+        }
     }
     return false;
 }

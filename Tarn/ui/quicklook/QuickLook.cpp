@@ -16,6 +16,7 @@
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/focus/FocusRing.h"
 #include "Tarn/ui/preview/PreviewWidget.h"
 #include "Tarn/ui/text/ElidedLabel.h"
 #include "Tarn/ui/theme/Colors.h"
@@ -402,17 +403,7 @@ void QuickLook::keyPressEvent(QKeyEvent* event) {
 }
 
 bool QuickLook::focusNextPrevChild(bool next) {
-    QWidget* current = QApplication::focusWidget();
-    if (!current || (current != this && !isAncestorOf(current))) current = this;
-    QWidget* widget = current;
-    do {
-        widget = next ? widget->nextInFocusChain() : widget->previousInFocusChain();
-        if (widget != this && isAncestorOf(widget) && widget->isVisible() && widget->isEnabled() &&
-            (widget->focusPolicy() & Qt::TabFocus) == Qt::TabFocus) {
-            widget->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-            break;
-        }
-    } while (widget != current);
+    FocusRing::step(*this, next);
     return true;
 }
 

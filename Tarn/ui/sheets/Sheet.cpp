@@ -11,6 +11,7 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QScrollArea>
 
+#include "Tarn/ui/focus/FocusRing.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Metrics.h"
@@ -213,17 +214,7 @@ bool Sheet::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool Sheet::focusNextPrevChild(bool next) {
-    QWidget* current = QApplication::focusWidget();
-    if (!current || (current != this && !isAncestorOf(current))) current = this;
-    QWidget* widget = current;
-    do {
-        widget = next ? widget->nextInFocusChain() : widget->previousInFocusChain();
-        if (widget != this && isAncestorOf(widget) && widget->isVisible() && widget->isEnabled() &&
-            (widget->focusPolicy() & Qt::TabFocus) == Qt::TabFocus) {
-            widget->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-            break;
-        }
-    } while (widget != current);
+    FocusRing::step(*this, next);
     return true;
 }
 
