@@ -82,7 +82,7 @@ TEST_F(TransferNotifierTest, tellsOfLongTransfersToWhoIsElsewhere) {
     copy();
     ASSERT_TRUE(waitFor([this] { return desktop.count > 0; }));
     EXPECT_EQ(desktop.count, 1);
-    // As the desktop's specification has it.
+    // As the desktop expects it of every program.
     EXPECT_EQ(desktop.signature, u"susssasa{sv}i"_s);
     EXPECT_EQ(desktop.heading, u"Copying Finished"_s);
     EXPECT_EQ(desktop.body, u"Copied “&lt;b&gt;.txt” to “to”"_s);
