@@ -1,39 +1,31 @@
+#include <cstdio>
 #include <cstdlib>
-#include <optional>
 
 #include <QtCore/QDir>
-#include <QtCore/QPointer>
+#include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QPushButton>
 
 #include "Tarn/model/AppModel.h"
-#include "Tarn/model/MainThread.h"
-#include "Tarn/model/TabGroup.h"
 #include "Tarn/model/TerminalCalls.h"
 #include "Tarn/model/TerminationSignals.h"
-#include "Tarn/model/WindowModel.h"
-#include "Tarn/ui/onboarding/OnboardingSheet.h"
+#include "Tarn/ui/desktop/AppID.h"
+#include "Tarn/ui/desktop/AppInstance.h"
+#include "Tarn/ui/desktop/AppRequests.h"
 #include "Tarn/ui/theme/Theme.h"
 #include "Tarn/ui/transfers/DesktopClipboard.h"
 #include "Tarn/ui/transfers/SleepInhibitor.h"
 #include "Tarn/ui/transfers/TransferNotifier.h"
-#include "Tarn/ui/window/BrowserWindow.h"
 #include "Tarn/ui/window/SessionWindows.h"
+#include "TarnCore/base/Error.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 #include "TarnCore/platform/linux/LinuxSoundOutput.h"
 
 namespace {
 
-bool isSet(const char* variable) {
-    const char* value = std::getenv(variable);
-    return value && *value && std::string_view(value) != "0";
-}
-
-tarn::BrowserWindow* openWindow(tarn::AppModel& app, const tarn::Location& location) {
-    auto* window = new tarn::BrowserWindow(std::make_unique<tarn::WindowModel>(app, location));
-    window->show();
-    return window;
-}
+constexpr int wrongUsage = 2;
+/// The bus starts the program for a call that is on its way. Milliseconds until it ends when none
+/// has come that needs a window.
+constexpr int servicePatience = 10'000;
 
 tarn::Theme::Mode mode(tarn::Appearance appearance) {
     switch (appearance) {
@@ -47,43 +39,30 @@ tarn::Theme::Mode mode(tarn::Appearance appearance) {
     return tarn::Theme::Mode::system;
 }
 
-/// Opens the tabs of a workspace in a window of their own; the home where it is gone by now.
-void openWorkspace(tarn::AppModel& app, const std::optional<tarn::UUID>& id) {
-    using namespace tarn;
-    const Workspace* workspace = id ? app.lists().workspace(*id) : nullptr;
-    if (!workspace || workspace->tabs.empty()) {
-        openWindow(app, Location::home());
-        return;
-    }
-    (new BrowserWindow(std::make_unique<TabGroup>(app, workspace->tabs)))->show();
-}
-
-/// Opens a window on a path from the command line: a folder is shown, anything else is shown
-/// selected in its folder. The path may lie on a disk that is slow to answer, so the window comes
-/// once that is known.
-void openPath(tarn::AppModel& app, const tarn::URL& url) {
-    using namespace tarn;
-    app.pool().run([url, target = QPointer<AppModel>(&app)] {
-        const auto item = FileItem::load(url);
-        const bool isFile = item && !item->isDirectory;
-        MainThread::post(target, [url, isFile](AppModel& model) {
-            if (!isFile) return (void)openWindow(model, Location::folder(url));
-            auto window = std::make_unique<WindowModel>(model, Location::folder(url.parent()));
-            window->active().navigate(Location::folder(url.parent()), false, {url});
-            (new BrowserWindow(std::move(window)))->show();
-        });
-    });
+/// What the words on the command line and the environment ask for.
+tarn::AppRequest requestOf(int argc, char** argv) {
+    using tarn::AppRequest;
+    const tarn::URL here = tarn::URL::fromPath(QDir::currentPath().toStdString());
+    AppRequest request = AppRequest::parse({argv + 1, argv + argc}, here);
+    // Programs that are started from here are not meant by it.
+    if (const char* token = std::getenv("XDG_ACTIVATION_TOKEN")) request.activationToken = token;
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+    return request;
 }
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     using namespace tarn;
     Platform::setCurrent(makeLinuxPlatform());
     SoundOutput::setCurrent(std::make_shared<LinuxSoundOutput>());
     QApplication qt(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tarn"));
-    QApplication::setDesktopFileName(QStringLiteral("tarn"));
+    QApplication::setDesktopFileName(AppID::name());
+    const AppRequest request = requestOf(argc, argv);
+    AppInstance instance;
+    if (instance.handOver(request)) return EXIT_SUCCESS;
+
     Theme::install(qt);
     AppModel app;
     const auto showAppearance = [&app] {
@@ -96,28 +75,16 @@ int main(int argc, char** argv) {
     const TransferNotifier notifier(app.transfers());
     const TerminalCalls calls(app.history());
 
-    const URL here = URL::fromPath(QDir::currentPath().toStdString());
-    constexpr std::string_view workspaceOption = "--workspace=";
-    for (int i = 1; i < argc; ++i) {
-        const std::string_view argument = argv[i];
-        if (argument.starts_with(workspaceOption)) {
-            openWorkspace(app, UUID::parse(argument.substr(workspaceOption.size())));
-            continue;
-        }
-        openPath(app, argument.starts_with("file:") ? URL::parse(argument).value_or(here)
-                                                    : URL::fromPath(argument, here));
-    }
-    if (argc <= 1) {
-        BrowserWindow* first = nullptr;
-        const bool restores = std::getenv("TARN_RESTORE_SESSION") ? isSet("TARN_RESTORE_SESSION")
-                                                                  : app.settings().restoreWindows;
-        if (restores) first = SessionWindows::restore(app);
-        if (!first) first = openWindow(app, Location::home());
-        if (isSet("TARN_SHOW_ONBOARDING") || !app.settings().hasOnboarded) {
-            auto* sheet = new OnboardingSheet(app, *first);
-            sheet->open(sheet->next());
-        }
-    }
+    AppRequests requests(app);
+    if (!request.isService) requests.carryOut(request);
+    QObject::connect(&instance, &AppInstance::requested, &requests, &AppRequests::carryOut);
+    instance.begin();
+    instance.offerAsFileManager();
+    if (request.isService)
+        QTimer::singleShot(servicePatience, &app, [] {
+            if (QApplication::topLevelWidgets().isEmpty()) QApplication::quit();
+        });
+
     const TerminationSignals termination;
     QObject::connect(&termination, &TerminationSignals::received, &app,
                      [&app] { SessionWindows::end(app); });
@@ -125,4 +92,7 @@ int main(int argc, char** argv) {
     const int result = QApplication::exec();
     app.flush();
     return result;
+} catch (const tarn::Error& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return wrongUsage;
 }

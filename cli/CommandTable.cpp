@@ -29,11 +29,15 @@ constexpr Option forWindow[] = {
     {.name = "workspace",
      .value = "NAME",
      .help = "Opens the workspace of this name or id in a window"},
+    {.name = "new-window", .help = "Opens another window on the home folder"},
+    {.name = "quick-search", .help = "Opens the quick search panel"},
+    {.name = "select", .help = "Shows each PATH selected in the folder that holds it, folders too"},
 };
 
 constexpr Example programExamples[] = {
     {"tarn", "Opens a window on the home folder"},
     {"tarn ~/Downloads", "Opens a window on a folder"},
+    {"tarn --select ~/Downloads/report.pdf", "Shows where a file is"},
     {"tarn search pdfs from last week over 5 mb", "Searches below the current folder"},
     {"tarn list --sort size ~/Downloads", "Lists a folder, largest files first"},
 };

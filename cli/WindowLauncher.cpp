@@ -20,7 +20,7 @@ std::vector<URL> candidates() {
     if (length <= 0) return {};
     const URL folder = URL::fromPath({self.data(), static_cast<std::size_t>(length)}).parent();
     return {folder.appending(program),
-            folder.parent().appending("libexec/tarn").appending(program)};
+            folder.parent().appending(TARN_LIBDIR "/tarn").appending(program)};
 }
 
 }  // namespace

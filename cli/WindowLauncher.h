@@ -9,9 +9,8 @@
 namespace tarn::cli::WindowLauncher {
 
 /// Replaces this process by tarn-window, which is given these options ("--workspace=NAME") and
-/// opens these paths: the one beside this program, else
-/// in its libexec folder, else on PATH. Returns only by throwing tarn::Error, when there is none
-/// or it cannot be started.
+/// opens these paths: the one beside this program, else the one installed with it in lib/tarn, else
+/// on PATH. Returns only by throwing tarn::Error, when there is none or it cannot be started.
 [[noreturn]] void start(const std::vector<std::string>& options, const std::vector<URL>& paths);
 
 }  // namespace tarn::cli::WindowLauncher

@@ -148,6 +148,11 @@ std::vector<URL> requirePaths(const Words& words) {
     Session session(true);
     std::vector<URL> paths;
     for (const std::string_view path : words) {
+        // As desktop entries name files.
+        if (const auto url = path.starts_with("file:") ? URL::parse(path) : std::nullopt) {
+            paths.push_back(*url);
+            continue;
+        }
         if (::access(std::string(path).c_str(), F_OK) == 0) {
             paths.push_back(session.url(path));
             continue;
@@ -173,6 +178,8 @@ std::vector<std::string> windowOptions(const Arguments& arguments) {
         options.push_back("--workspace=" +
                           Workspaces::require(store.value().records, *name).id.string());
     }
+    for (const std::string_view name : {"new-window", "quick-search", "select"})
+        if (arguments.has(name)) options.push_back("--" + std::string(name));
     return options;
 }
 
@@ -197,6 +204,8 @@ int run(const Words& words) {
         }
     }
     const std::vector<URL> paths = requirePaths(rest);
+    if (paths.empty() && before.has("select"))
+        throw UsageError("“--select” is followed by the files and folders to be shown.");
     WindowLauncher::start(windowOptions(before), paths);
 }
 

@@ -28,7 +28,7 @@ void TransferNotifier::ended(const TransferModel& transfer, const TransferResult
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
     // The body is markup.
     call.setArguments(
-        {QGuiApplication::applicationName(), 0U, QStringLiteral("tarn"), heading,
+        {QGuiApplication::applicationName(), 0U, QGuiApplication::desktopFileName(), heading,
          TransferOutcome::sentence(transfer, result).toHtmlEscaped(), QStringList(),
          QVariantMap{{QStringLiteral("desktop-entry"), QGuiApplication::desktopFileName()}}, -1});
     bus_.send(call);
