@@ -100,6 +100,8 @@ bool PaneSearch::asksForTexts() const { return !query_.containing.empty() || que
 
 std::int64_t PaneSearch::visitedCount() const { return task_ ? task_->visitedCount() : 0; }
 
+std::int64_t PaneSearch::tooLargeCount() const { return task_ ? task_->tooLargeCount() : 0; }
+
 double PaneSearch::elapsed() const {
     return isRunning_ && !hasEnded_ ? static_cast<double>(clock_.nsecsElapsed()) * 1e-9 : elapsed_;
 }

@@ -40,6 +40,8 @@ public:
     /// What was found so far, in order.
     const SharedRows& rows() const { return rows_; }
     std::int64_t visitedCount() const;
+    /// Files whose text was not read because they are too large.
+    std::int64_t tooLargeCount() const;
     /// Seconds from the start to the end, or to now.
     double elapsed() const;
 

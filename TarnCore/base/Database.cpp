@@ -212,4 +212,14 @@ void Transaction::commit() {
     open_ = false;
 }
 
+ReadTransaction::ReadTransaction(Database& database)
+    : database_(database), isOuter_(!database.isInTransaction()) {
+    if (isOuter_) database_.execute("BEGIN");
+}
+
+ReadTransaction::~ReadTransaction() {
+    if (isOuter_ && database_.isInTransaction())
+        sqlite3_exec(database_.handle(), "COMMIT", nullptr, nullptr, nullptr);
+}
+
 }  // namespace tarn

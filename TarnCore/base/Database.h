@@ -143,4 +143,18 @@ private:
     bool open_ = true;
 };
 
+/// Shows statements one state of the database, whatever others write meanwhile. Within another
+/// transaction it does nothing. Statements that were begun in it end before it does.
+class ReadTransaction {
+public:
+    explicit ReadTransaction(Database& database);
+    ~ReadTransaction();
+    ReadTransaction(const ReadTransaction&) = delete;
+    ReadTransaction& operator=(const ReadTransaction&) = delete;
+
+private:
+    Database& database_;
+    const bool isOuter_;
+};
+
 }  // namespace tarn

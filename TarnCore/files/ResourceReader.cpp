@@ -83,11 +83,15 @@ ResourceReader::ResourceReader(const URL& folder) : ResourceReader(folder, true)
 
 ResourceReader::ResourceReader(const URL& folder, bool hasHiddenList) {
     if (!hasHiddenList) return;
+    const URL file = folder.appending(".hidden");
+    const FileSystem& files = *Platform::current().files;
+    // Nearly every folder has none, and an exception costs more than all else here.
+    if (!files.attributes(file, Links::follow)) return;
     std::string list;
     try {
-        list = Platform::current().files->readFile(folder.appending(".hidden"), longestHiddenList);
+        list = files.readFile(file, longestHiddenList);
     } catch (const std::system_error&) {
-        return;  // Nearly every folder has none.
+        return;
     }
     auto hidden = std::make_shared<Hidden>();
     for (std::string& name : parseHiddenList(list)) hidden->names.insert(std::move(name));

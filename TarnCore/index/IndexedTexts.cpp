@@ -12,7 +12,7 @@ std::shared_ptr<const IndexedTexts> IndexedTexts::shared() {
     return std::make_shared<const IndexedTexts>(TextIndex::shared());
 }
 
-void IndexedTexts::filesContaining(const Request& request, const OnHits& onHits,
+bool IndexedTexts::filesContaining(const Request& request, const OnHits& onHits,
                                    const CancelToken& token) const {
     TextIndex::Scope scope;
     scope.under = request.roots;
@@ -25,7 +25,7 @@ void IndexedTexts::filesContaining(const Request& request, const OnHits& onHits,
             hits.push_back({URL::fromPath(std::move(hit.path)), hit.known});
         onHits(std::move(hits));
     };
-    index_->hits(request.phrases, scope, handOn, token);
+    return index_->hits(request.phrases, scope, handOn, token);
 }
 
 std::unordered_map<std::string, TextIndex::Known> IndexedTexts::known(

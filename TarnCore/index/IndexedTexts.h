@@ -13,7 +13,7 @@ public:
     /// Of the index of the user. Makes no file: without one, it knows nothing.
     static std::shared_ptr<const IndexedTexts> shared();
 
-    void filesContaining(const Request& request, const OnHits& onHits,
+    bool filesContaining(const Request& request, const OnHits& onHits,
                          const CancelToken& token) const override;
     std::unordered_map<std::string, TextIndex::Known> known(
         const std::vector<URL>& roots) const override;

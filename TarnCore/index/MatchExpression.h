@@ -13,6 +13,9 @@ namespace MatchExpression {
 /// has a meaning in expressions is only text here, and phrases without a letter or a digit ask for
 /// nothing. With `lastWordIsPrefix` the last word of the last phrase may go on. Matches nothing
 /// when nothing is asked for.
+///
+/// FTS5's tokenizer keeps “ß” apart from “ss”, which are the same to whoever searches: the first
+/// few of them are asked for in both spellings.
 std::string of(const std::vector<std::string>& phrases, bool lastWordIsPrefix);
 
 }  // namespace MatchExpression

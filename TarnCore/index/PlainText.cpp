@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <iterator>
 #include <utility>
 
 #include "TarnCore/base/Charset.h"
@@ -49,10 +50,19 @@ std::size_t sequenceLength(std::string_view text, std::size_t at) {
     return follows(3) ? 4 : 0;
 }
 
+/// Of a ligature of the Latin letters (U+FB00 to U+FB06), which some typesetters write for them;
+/// empty for everything else.
+std::string_view lettersOf(std::string_view sequence) {
+    constexpr std::string_view letters[] = {"ff", "fi", "fl", "ffi", "ffl", "st", "st"};
+    if (!sequence.starts_with("\xEF\xAC")) return {};
+    const std::size_t index = static_cast<Byte>(sequence[2]) - std::size_t{0x80};
+    return index < std::size(letters) ? letters[index] : std::string_view();
+}
+
 bool isUntidySequence(std::string_view sequence) {
     const auto second = static_cast<Byte>(sequence[1]);
     if (sequence[0] == '\xC2') return second < 0xA0 || second == 0xAD;
-    return sequence == "\u2028"sv || sequence == "\u2029"sv;
+    return sequence == "\u2028"sv || sequence == "\u2029"sv || !lettersOf(sequence).empty();
 }
 
 /// Letters, marks, spaces, tabs and line ends of ASCII, all of a block of them.
@@ -236,7 +246,9 @@ void tidyInPlace(std::string& text) {
         }
         const std::size_t length = sequenceLength(text, at);
         const std::string_view sequence = std::string_view(text).substr(at, length);
-        if (isUntidySequence(sequence)) {
+        if (const std::string_view letters = lettersOf(sequence); !letters.empty()) {
+            for (const char letter : letters) text[out++] = letter;
+        } else if (isUntidySequence(sequence)) {
             const bool endsLine = sequence[0] == '\xE2' || sequence[1] == '\x85';
             if (endsLine) text[out++] = '\n';
         } else {

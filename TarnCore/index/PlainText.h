@@ -23,9 +23,10 @@ std::optional<std::string_view> decode(std::string_view bytes, std::string& stor
 std::optional<std::string> text(std::string bytes);
 
 /// Ends lines with "\n" alone (also those that end in "\r", a form feed, a vertical tab, U+0085,
-/// U+2028 or U+2029) and drops the other control characters and soft hyphens, so that words are
-/// found whole. `text` is UTF-8; broken bytes in it become U+FFFD. Then cuts it to
-/// `TextExtractor::maxCharacters` characters. White space alone becomes nothing.
+/// U+2028 or U+2029), drops the other control characters and soft hyphens, and writes ligatures
+/// (“ﬁ”) as their letters, so that words are found whole. `text` is UTF-8; broken bytes in it
+/// become U+FFFD. Then cuts it to `TextExtractor::maxCharacters` characters. White space alone
+/// becomes nothing.
 void tidy(std::string& text);
 
 }  // namespace tarn::PlainText

@@ -121,6 +121,8 @@ struct TextIndex::State {
         std::unique_ptr<TextTables> tables;
         bool writes = false;
         Identity identity;
+        bool wasSealed = false;    ///< When it was opened for writing; only it has written since,
+        std::int64_t version = 0;  ///< as long as SQLite says this of it.
         std::optional<std::string> problem;
 
         void close() {
@@ -181,10 +183,32 @@ struct TextIndex::State {
             if (!tables->areOurs())
                 throw DatabaseError(Reason::damaged, "Another program made the index of texts.");
         }
-        if (forWriting) log.watch(*database);
+        if (forWriting) {
+            log.watch(*database);
+            connection.version = version(*database);
+            connection.wasSealed = tables->isSealed();
+        }
         connection.tables = std::move(tables);
         connection.database = std::move(database);
         connection.writes = forWriting;
+    }
+
+    /// Becomes another number when another connection has changed something.
+    static std::int64_t version(Database& database) {
+        return database.number("PRAGMA data_version");
+    }
+
+    /// Seals the tables, unless another program has left them otherwise.
+    void seal(Connection& connection) {
+        Transaction transaction(*connection.database);
+        const std::int64_t version = State::version(*connection.database);
+        const bool isOurs = connection.wasSealed && version == connection.version;
+        if (connection.tables->isSealed()) return;
+        if (!isOurs && !connection.tables->isAligned()) return;
+        connection.tables->seal();
+        transaction.commit();
+        connection.wasSealed = true;
+        connection.version = version;
     }
 
     /// `work` on the tables; when that fails, what `R` is by itself.
@@ -312,6 +336,7 @@ void TextIndex::settle() {
     state_->log.wait();
     try {
         connection->database->setPatience(readerPatience);
+        state_->seal(*connection);
         connection->database->execute("PRAGMA wal_checkpoint(TRUNCATE)");
     } catch (const DatabaseError&) {
         // The log is as good, and the next run tries again.
@@ -362,9 +387,9 @@ std::int64_t TextIndex::forget(const URL& under) {
         connection.database->execute("VACUUM");
         connection.database->execute("PRAGMA wal_checkpoint(TRUNCATE)");
         // SQLite may give the rows of `files` new ids then.
-        if (connection.tables->isAligned()) return;
         Transaction transaction(*connection.database);
-        connection.tables->align();
+        if (!connection.tables->isAligned()) connection.tables->align();
+        connection.tables->seal();
         transaction.commit();
     });
     return removed;
@@ -381,15 +406,15 @@ bool TextIndex::clear() {
     });
 }
 
-void TextIndex::hits(const std::vector<std::string>& phrases, const Scope& scope,
+bool TextIndex::hits(const std::vector<std::string>& phrases, const Scope& scope,
                      const OnHits& onHits, const CancelToken& token) const {
-    if (scope.limit == 0 || (phrases.empty() && !scope.imagesOnly)) return;
+    if (scope.limit == 0 || (phrases.empty() && !scope.imagesOnly)) return true;
     const auto isWanted = [&](std::string_view path) {
         return scope.under.empty() || std::ranges::any_of(scope.under, [&](const URL& folder) {
                    return isBelow(path, folder);
                });
     };
-    state_->read<bool>(
+    return state_->read<bool>(
         [&](TextTables& tables) {
             std::vector<Hit> found;
             std::int64_t count = 0;

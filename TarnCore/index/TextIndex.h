@@ -119,9 +119,10 @@ public:
         Known known;
     };
     /// `search` with what the index knows of each file, handed on some hits at a time while others
-    /// are looked for. `onHits` must not ask the index, which is held meanwhile.
+    /// are looked for. `onHits` must not ask the index, which is held meanwhile. False when it
+    /// ended before its end: there is no index, it is damaged, or the token was set.
     using OnHits = std::function<void(std::vector<Hit>)>;
-    void hits(const std::vector<std::string>& phrases, const Scope& scope, const OnHits& onHits,
+    bool hits(const std::vector<std::string>& phrases, const Scope& scope, const OnHits& onHits,
               const CancelToken& token = {}) const;
     /// Paths of the files whose text has every phrase. A phrase is words that stand side by side;
     /// case and diacritics do not matter. No phrases give nothing, but with `imagesOnly` every

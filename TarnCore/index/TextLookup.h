@@ -30,9 +30,10 @@ public:
     };
     /// The files whose text holds every one of the phrases, as words that stand side by side: some
     /// at a time, while others are looked for. `onHits` is called on this thread, and asks nothing
-    /// of the lookup.
+    /// of the lookup. False when not all of them could be found: the index is damaged, or the token
+    /// was set.
     using OnHits = std::function<void(std::vector<Hit>)>;
-    virtual void filesContaining(const Request& request, const OnHits& onHits,
+    virtual bool filesContaining(const Request& request, const OnHits& onHits,
                                  const CancelToken& token) const = 0;
 
     /// Every file below the roots that was read, by its path.

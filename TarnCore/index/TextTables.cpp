@@ -18,7 +18,8 @@ constexpr const char* schema =
     "method TEXT, chars INTEGER, indexed_at REAL);"
     "CREATE VIRTUAL TABLE IF NOT EXISTS body USING fts5(path UNINDEXED, text, "
     "tokenize='unicode61 remove_diacritics 2');"
-    "CREATE TABLE IF NOT EXISTS pictures (path TEXT PRIMARY KEY, languages TEXT) WITHOUT ROWID;";
+    "CREATE TABLE IF NOT EXISTS pictures (path TEXT PRIMARY KEY, languages TEXT) WITHOUT ROWID;"
+    "CREATE TABLE IF NOT EXISTS seal (state TEXT);";
 
 /// How FTS5 keeps postings; it stores its settings in the file. It gathers them in memory, in
 /// `hashsize` bytes, before it writes them out as one sorted run. Larger than the processor's
@@ -144,7 +145,8 @@ void TextTables::store(const TextIndex::Entry& entry, double now) {
 
 void TextTables::clear() {
     // Deleting its rows would read every text again to take it out word by word.
-    database_.execute("DELETE FROM files; DELETE FROM pictures; DROP TABLE body;");
+    database_.execute(
+        "DELETE FROM files; DELETE FROM pictures; DELETE FROM seal; DROP TABLE body;");
     database_.execute(schema);
     setPostings();
 }
@@ -170,7 +172,33 @@ void TextTables::align() {
         "DROP TABLE temp.pairs;");
 }
 
+/// FTS5's account of the runs of postings that `body` consists of, which every change to it makes
+/// another (its source: “structure record”, with a count of all that was ever written), and the
+/// last row of `files`: new rows come behind it, and what gives rows new ids gives it one.
+std::string TextTables::state() {
+    const auto row = database_.lend(
+        "SELECT (SELECT hex(block) FROM body_data WHERE id = 10) || ' ' || "
+        "coalesce((SELECT rowid || ' ' || indexed_at FROM files ORDER BY rowid DESC LIMIT 1), '')");
+    return row->step() ? std::string(row->text(0)) : std::string();
+}
+
+void TextTables::seal() {
+    const std::string state = this->state();
+    database_.execute("DELETE FROM seal");
+    database_.lend("INSERT INTO seal (state) VALUES (?)")->bind(1, state).run();
+}
+
+bool TextTables::isSealed() {
+    const auto exists = database_.lend("SELECT 1 FROM sqlite_master WHERE name = 'seal'");
+    if (!exists->step()) return false;
+    const auto row = database_.lend("SELECT state FROM seal");
+    return row->step() && !row->text(0).empty() && row->text(0) == state();
+}
+
 void TextTables::match(const std::string& expression, bool imagesOnly, const Hit& onHit) {
+    // One view of the tables for both questions.
+    const ReadTransaction transaction(database_);
+    if (isSealed()) return matchSealed(expression, imagesOnly, onHit);
     const auto hits = database_.lend(
         "SELECT c0, path, method, mtime, size FROM (SELECT rowid AS hit FROM body WHERE body MATCH "
         "?) "
@@ -187,6 +215,17 @@ void TextTables::match(const std::string& expression, bool imagesOnly, const Hit
             known = {row->real(1), row->integer(2)};
         }
         if ((!imagesOnly || isImage) && !onHit(path, known)) return;
+    }
+}
+
+void TextTables::matchSealed(const std::string& expression, bool imagesOnly, const Hit& onHit) {
+    const auto hits = database_.lend(
+        "SELECT path, mtime, size, method FROM (SELECT rowid AS hit FROM body WHERE body MATCH ?) "
+        "CROSS JOIN files ON files.rowid = hit");
+    hits->bind(1, expression);
+    while (hits->step()) {
+        if (imagesOnly && hits->text(3) != "image") continue;
+        if (!onHit(hits->text(0), {hits->real(1), hits->integer(2)})) return;
     }
 }
 

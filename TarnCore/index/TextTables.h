@@ -21,6 +21,9 @@ namespace tarn {
 /// `body_content`, in which FTS5 keeps the columns (c0 the path, c1 the text), is asked for the
 /// path of the row, and writing puts the ids right where they differ.
 ///
+/// A search need not ask for each hit while the tables are sealed: a fourth table says of which
+/// state of both it is known that they agree, and any change to either makes it another state.
+///
 /// For one thread at a time, as the database. Failures throw DatabaseError.
 class TextTables {
 public:
@@ -40,6 +43,10 @@ public:
     void clear();
     /// Every row has its partner under the same id. Looks at all of them.
     bool isAligned();
+    /// Notes that they have. To be called where that is known.
+    void seal();
+    /// It was noted of the tables as they are.
+    bool isSealed();
     /// Makes it so: gives the rows of `files` the ids of their texts, and drops what has no
     /// partner.
     void align();
@@ -63,6 +70,8 @@ private:
     std::optional<std::int64_t> rowID(const std::string& path);
     /// The path that `body` has under that id.
     bool bodyIs(std::int64_t rowID, const std::string& path);
+    std::string state();
+    void matchSealed(const std::string& expression, bool imagesOnly, const Hit& onHit);
     void insert(const TextIndex::Entry& entry, double now);
 
     Database& database_;

@@ -15,6 +15,8 @@
 
 namespace tarn {
 
+class PageBuffer;
+
 enum class FileType : std::uint8_t { unknown, file, directory, symlink, other };
 
 /// What the disk says about one item, as of one call.
@@ -62,6 +64,12 @@ public:
 
     /// Opens a child folder without following a link; throws (ELOOP, ENOTDIR, EACCES, ENOENT …).
     virtual std::unique_ptr<FolderReader> open(const char* name) const = 0;
+
+    /// The first `limit` bytes of a child that is a file, fewer when it is shorter; throws (ELOOP
+    /// for a link, EISDIR, EACCES, ENOENT …). They lie in `buffer`, which grows as far as the
+    /// longest file needs it.
+    virtual std::string_view readFile(const char* name, std::size_t limit,
+                                      PageBuffer& buffer) const = 0;
 };
 
 /// How a whole folder is deleted.

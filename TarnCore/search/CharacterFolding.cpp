@@ -97,4 +97,17 @@ char32_t nextLonger(std::string_view text, std::size_t& index) {
     return index == start + 1 ? brokenByte : character;
 }
 
+std::size_t startOfLast(std::string_view text, std::size_t end) {
+    constexpr std::size_t longest = 4;
+    for (std::size_t length = 1; length <= std::min(longest, end); ++length) {
+        const std::size_t start = end - length;
+        if ((static_cast<unsigned char>(text[start]) & 0xC0U) == 0x80) continue;
+        std::size_t behind = start;
+        next(text.substr(0, end), behind);
+        if (behind == end) return start;
+        break;
+    }
+    return end - 1;
+}
+
 }  // namespace tarn::CharacterFolding

@@ -52,6 +52,8 @@ inline char32_t next(std::string_view text, std::size_t& index);
 inline constexpr char32_t brokenByte = 0xFFFFFFFF;
 /// `next` for what it does not read by itself.
 char32_t nextLonger(std::string_view text, std::size_t& index);
+/// Where the character begins that ends at `end`, which is not 0.
+std::size_t startOfLast(std::string_view text, std::size_t end);
 
 inline bool isNonASCII(char c) { return (static_cast<unsigned char>(c) & 0x80) != 0; }
 /// The first byte from `index` on that is not ASCII, or the end.

@@ -54,31 +54,50 @@ FileTexts::Way FileTexts::wayOfReadable(std::string_view name) const {
     return isDocument ? Way::document : Way::plain;
 }
 
-bool FileTexts::passes(const URL& url, Way way, std::optional<std::int64_t> size, const Test& test,
-                       const CancelToken& token) const {
-    if (way == Way::none) return false;
+FileTexts::Answer FileTexts::test(const URL& url, Way way, std::int64_t size, const Test& test,
+                                  const CancelToken& token) const {
+    if (way == Way::none) return Answer::no;
+    const bool isLarge = isTooLarge(url.name(), way, size);
     if (way == Way::document) {
-        const auto text = readDocument_(url, size.value_or(0), token);
-        return text && test(*text);
+        if (isLarge) return Answer::tooLarge;
+        const auto text = readDocument_(url, size, token);
+        bool isUTF8 = true;
+        return text && test(*text, isUTF8) ? Answer::yes : Answer::no;
     }
-    const std::int64_t limit = TextExtractor::sizeLimit(TextExtractor::Method::plain);
-    if (size && *size > limit) return false;
-    std::string bytes;
     try {
-        bytes = Platform::current().files->readFile(url, static_cast<std::size_t>(limit) + 1);
+        // A file that has no text is not too large for anything.
+        const std::string bytes =
+            Platform::current().files->readFile(url, isLarge ? inspected : plainBytes());
+        if (isLarge) return hasZeros(bytes) ? Answer::no : Answer::tooLarge;
+        return FileTexts::test(bytes, test);
     } catch (const std::system_error&) {
-        return false;
+        return Answer::no;
     }
-    if (std::cmp_greater(bytes.size(), limit)) return false;
+}
+
+FileTexts::Answer FileTexts::test(std::string_view bytes, const Test& test) {
     std::string storage;
-    if (hasZeros(bytes)) {
-        if (!PlainText::decode(std::string_view(bytes).substr(0, inspected), storage)) return false;
-    } else {
-        if (test(bytes)) return true;
-        if (Text::isValidUTF8(bytes)) return false;
+    const bool hasZeros = tarn::hasZeros(bytes);
+    if (hasZeros && !PlainText::decode(bytes.substr(0, inspected), storage)) return Answer::no;
+    if (bytes.size() == plainBytes()) return Answer::tooLarge;
+    bool isUTF8 = true;
+    if (!hasZeros) {
+        if (test(bytes, isUTF8)) return Answer::yes;
+        if (isUTF8) return Answer::no;
     }
     const auto decoded = PlainText::decode(bytes, storage);
-    return decoded && test(*decoded);
+    return decoded && test(*decoded, isUTF8) ? Answer::yes : Answer::no;
+}
+
+std::size_t FileTexts::plainBytes() {
+    return static_cast<std::size_t>(TextExtractor::sizeLimit(TextExtractor::Method::plain)) + 1;
+}
+
+bool FileTexts::isTooLarge(std::string_view name, Way way, std::int64_t size) {
+    using TextExtractor::Method;
+    const Method method =
+        way == Way::document ? TextExtractor::method(name).value_or(Method::plain) : Method::plain;
+    return size > TextExtractor::sizeLimit(method);
 }
 
 std::optional<std::string> FileTexts::indexed(const URL& url) const {
@@ -91,11 +110,9 @@ std::optional<std::string> FileTexts::read(const URL& url, Way way,
     const auto attributes = Platform::current().files->attributes(url, Links::follow);
     if (!attributes || way == Way::none) return std::nullopt;
     if (way == Way::document) return readDocument_(url, attributes->size, token);
-    const std::int64_t limit = TextExtractor::sizeLimit(TextExtractor::Method::plain);
-    if (attributes->size > limit) return std::nullopt;
+    if (isTooLarge(url.name(), way, attributes->size)) return std::nullopt;
     try {
-        return PlainText::text(
-            Platform::current().files->readFile(url, static_cast<std::size_t>(limit)));
+        return PlainText::text(Platform::current().files->readFile(url, plainBytes() - 1));
     } catch (const std::system_error&) {
         return std::nullopt;
     }

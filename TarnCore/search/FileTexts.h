@@ -45,13 +45,24 @@ public:
     Way wayOfReadable(std::string_view name) const;
     Way way(std::string_view name, const std::optional<std::string>& type, FileKind kind) const;
 
-    using Test = std::function<bool(std::string_view text)>;
-    /// Whether the text of the file passes the test, which is called with UTF-8 that may have
-    /// broken parts, and again with the same text decoded when it had them. False when nothing can
-    /// be read, and for files larger than `TextExtractor::sizeLimit`. The index is not asked.
-    /// `size` is the file's, as far as the caller knows it.
-    bool passes(const URL& url, Way way, std::optional<std::int64_t> size, const Test& test,
+    /// Is given UTF-8 that may have broken parts, and again the same text decoded when it had them:
+    /// `isUTF8` is true before, and becomes false when the test fails and there are some.
+    using Test = std::function<bool(std::string_view text, bool& isUTF8)>;
+    enum class Answer {
+        no,  ///< Also when nothing can be read.
+        yes,
+        tooLarge,  ///< Larger than `TextExtractor::sizeLimit`, though it has a text.
+    };
+    /// Whether the text of the file passes the test. The index is not asked. `size` is the file's,
+    /// in bytes.
+    Answer test(const URL& url, Way way, std::int64_t size, const Test& test,
                 const CancelToken& token) const;
+    /// The same for the first `plainBytes` bytes of a file whose way is `plain`.
+    static Answer test(std::string_view bytes, const Test& test);
+    /// Bytes of such a file that need to be read.
+    static std::size_t plainBytes();
+    /// The file has more bytes than are read.
+    static bool isTooLarge(std::string_view name, Way way, std::int64_t size);
 
     std::optional<std::string> indexed(const URL& url) const;
     /// The whole text, from the index or the file.

@@ -42,8 +42,8 @@ void IndexedContent::candidates(const OnCandidates& onCandidates, const CancelTo
             for (TextLookup::Hit& hit : hits) candidates.push_back({std::move(hit.url), hit.state});
             onCandidates(std::move(candidates));
         };
-        index_->filesContaining({phrases_, scope_.roots, imagesOnly_, scope_.lastWordIsPrefix},
-                                handOn, token);
+        hasFailed_ = !index_->filesContaining(
+            {phrases_, scope_.roots, imagesOnly_, scope_.lastWordIsPrefix}, handOn, token);
         return;
     }
     std::vector<Candidate> candidates;
@@ -94,14 +94,16 @@ void IndexedContent::candidatesByTerms(const OnCandidates& onCandidates,
 }
 
 bool IndexedContent::answers(const std::string& path, const FileAttributes& attributes) const {
-    if (!index_ || !knowsWords_) return false;
+    if (!mayAnswer()) return false;
     const auto found = known().find(path);
     return found != known().end() && found->second == TextIndex::Known::of(attributes);
 }
 
 bool IndexedContent::mayAnswer(const std::string& path) const {
-    return index_ && knowsWords_ && known().contains(path);
+    return mayAnswer() && known().contains(path);
 }
+
+bool IndexedContent::hasFailed() const { return hasFailed_ && !known().empty(); }
 
 const std::unordered_map<std::string, TextIndex::Known>& IndexedContent::known() const {
     std::call_once(isKnown_, [this] { known_ = index_->known(scope_.roots); });

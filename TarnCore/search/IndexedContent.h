@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -49,8 +50,12 @@ public:
     /// The index knows the file as it is now, so that it is among `candidates` or does not match.
     /// Reads what the index knows of all files when first asked.
     bool answers(const std::string& path, const FileAttributes& attributes) const;
-    /// False when it will not for any attributes.
+    /// False when it will not for any attributes, and for any file.
     bool mayAnswer(const std::string& path) const;
+    bool mayAnswer() const { return index_ && knowsWords_ && !hasFailed_; }
+    /// It could not give all of the candidates, though files may have been left to it: the index
+    /// turned out to be damaged. From then on it answers for none.
+    bool hasFailed() const;
 
 private:
     const std::unordered_map<std::string, TextIndex::Known>& known() const;
@@ -60,6 +65,7 @@ private:
     std::vector<std::string> terms_;
     bool imagesOnly_ = false;
     bool knowsWords_ = true;  ///< Of every phrase.
+    mutable std::atomic<bool> hasFailed_ = false;
     Scope scope_;
     mutable std::once_flag isKnown_;
     mutable std::unordered_map<std::string, TextIndex::Known> known_;

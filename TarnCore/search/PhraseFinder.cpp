@@ -63,27 +63,151 @@ void PhraseFinder::chooseBytes() {
     int best = -1;
     for (std::size_t begin = 0; begin < phrase_.size();) {
         const std::size_t end = std::min(phrase_.find(' ', begin), phrase_.size());
-        std::size_t rarest = begin;
-        for (std::size_t i = begin; i < end; ++i)
-            if (frequency(phrase_[i]) < frequency(phrase_[rarest])) rarest = i;
-        std::size_t other = begin == rarest && begin + 1 < end ? begin + 1 : begin;
-        for (std::size_t i = begin; i < end; ++i)
-            if (i != rarest && frequency(phrase_[i]) < frequency(phrase_[other])) other = i;
-        // A single byte says as little as one with the commonest beside it.
-        const int score = frequency(phrase_[rarest]) +
-                          (other == rarest ? frequency('e') : frequency(phrase_[other]));
-        if (best < 0 || score < best) {
+        const std::size_t distance = end - begin > 1 ? 1 : 0;
+        for (std::size_t i = begin; i + distance < end; ++i) {
+            // A single byte says as little as one with the commonest beside it.
+            const int score = frequency(phrase_[i]) +
+                              (distance == 0 ? frequency('e') : frequency(phrase_[i + 1]));
+            if (best >= 0 && score >= best) continue;
             best = score;
-            first_ = std::min(rarest, other);
-            second_ = std::max(rarest, other);
+            first_ = i;
+            second_ = i + distance;
         }
         begin = end + 1;
     }
 }
 
 bool PhraseFinder::occursIn(std::string_view text) const {
-    if (phrase_.empty()) return false;
-    return (isASCII_ && findASCII(text, 0)) || findFolded(text, 0);
+    bool isUTF8 = true;
+    return occursIn(text, isUTF8);
+}
+
+bool PhraseFinder::occursIn(std::string_view text, bool& isUTF8) const {
+    if (isASCII_ && !phrase_.empty()) return scan(text, isUTF8);
+    if (!phrase_.empty() && findFolded(text, 0)) return true;
+    isUTF8 = isUTF8 && Text::isValidUTF8(text);
+    return false;
+}
+
+/// Every match of an ASCII phrase has the two letters in it: as they are, side by side; or one of
+/// them in another character, such as “é” or “ﬁ”; or with a mark between them. Each of these is
+/// looked for, and what stands around it compared.
+bool PhraseFinder::scan(std::string_view text, bool& isUTF8) const {
+    const std::size_t distance = second_ - first_;
+    const char first = phrase_[first_];
+    const char second = phrase_[second_];
+    std::size_t read = 0;      // Characters beyond ASCII before it were looked at.
+    std::size_t marksEnd = 0;  // Marks before it are part of what was compared.
+    const auto occursAbout = [&](std::size_t at) {
+        std::size_t next = at;
+        const char32_t c = CharacterFolding::next(text, next);
+        read = next;
+        if (c == CharacterFolding::brokenByte) {
+            isUTF8 = false;
+            return false;
+        }
+        return at >= marksEnd && mayStandForLetters(text, at, next, c) &&
+               occursNear(text, at, &marksEnd);
+    };
+    std::size_t at = 0;
+#if defined(__SSE2__)
+    const auto load = [&](std::size_t i) {
+        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + i));
+    };
+    const auto places = [](__m128i bytes) {
+        return static_cast<unsigned>(_mm_movemask_epi8(bytes));
+    };
+    const __m128i firsts = _mm_set1_epi8(first);
+    const __m128i seconds = _mm_set1_epi8(second);
+    const __m128i firstCase = _mm_set1_epi8(caseBit(first));
+    const __m128i secondCase = _mm_set1_epi8(caseBit(second));
+    for (; at + distance + 16 <= text.size(); at += 16) {
+        const __m128i block = load(at);
+        const __m128i equal =
+            _mm_and_si128(_mm_cmpeq_epi8(_mm_or_si128(block, firstCase), firsts),
+                          _mm_cmpeq_epi8(_mm_or_si128(load(at + distance), secondCase), seconds));
+        if (places(_mm_or_si128(equal, block)) == 0) continue;
+        for (unsigned left = places(equal); left != 0; left &= left - 1)
+            if (occursAt(text, at + static_cast<std::size_t>(std::countr_zero(left)))) return true;
+        for (unsigned left = places(block); left != 0; left &= left - 1) {
+            const std::size_t place = at + static_cast<std::size_t>(std::countr_zero(left));
+            if (place >= read && occursAbout(place)) return true;
+        }
+    }
+#endif
+    for (; at < text.size(); ++at) {
+        if (isNonASCII(text[at])) {
+            if (at >= read && occursAbout(at)) return true;
+        } else if (at + distance < text.size() && matches(text[at], first) &&
+                   matches(text[at + distance], second) && occursAt(text, at)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// With the two letters in place at `at`.
+bool PhraseFinder::occursAt(std::string_view text, std::size_t at) const {
+    bool metOther = false;
+    return verify(text, 0, at, metOther) || (metOther && occursNear(text, at));
+}
+
+/// Whether one of the two letters can be in what a character folds to, or the character be a mark
+/// between them.
+bool PhraseFinder::mayStandForLetters(std::string_view text, std::size_t at, std::size_t next,
+                                      char32_t character) const {
+    const char first = phrase_[first_];
+    const char second = phrase_[second_];
+    const Folded& folded = CharacterFolding::fold(character);
+    if (folded.length == 0) {
+        const auto isOther = [&](char c, char letter) {
+            return !isNonASCII(c) && !matches(c, letter);
+        };
+        return first_ != second_ && at > 0 && next < text.size() && !isOther(text[at - 1], first) &&
+               !isOther(text[next], second);
+    }
+    const std::string_view bytes = folded.text();
+    if (bytes.find(first) == bytes.npos && bytes.find(second) == bytes.npos) return false;
+    return !folded.isSingle || fitsNeighbours(text, at, next, bytes);
+}
+
+/// Folds as much of the text around a character as a match through it can take. `marksEnd` gets the
+/// end of the marks that follow, around which the same would be folded.
+bool PhraseFinder::occursNear(std::string_view text, std::size_t at, std::size_t* marksEnd) const {
+    thread_local std::string folded;
+    folded.clear();
+    bool afterGap = false;
+    std::size_t i = reachBack(text, at);
+    while (i < at) i = fold(text, i, afterGap, folded);
+    const std::size_t before = folded.size();
+    const std::size_t most = before + Folded::longest + phrase_.size() - 1;
+    while (i < text.size() && folded.size() < most) {
+        i = fold(text, i, afterGap, folded);
+        if (marksEnd && folded.size() == before) *marksEnd = i;
+    }
+    return folded.find(phrase_) != folded.npos;
+}
+
+/// As far back from `at` as a match could begin that reaches to it.
+std::size_t PhraseFinder::reachBack(std::string_view text, std::size_t at) const {
+    bool inGap = false;
+    for (std::size_t left = phrase_.size() - 1; left > 0 && at > 0;) {
+        const std::size_t start = CharacterFolding::startOfLast(text, at);
+        std::size_t next = start;
+        const char32_t c = CharacterFolding::next(text, next);
+        const bool isBroken = c == CharacterFolding::brokenByte;
+        const Folded& character = CharacterFolding::fold(c);
+        if (isBroken || character.length > 0) {
+            const bool wasInGap = inGap;
+            inGap = c < 0x80                ? isGap(text[start])
+                    : gaps_ == Gaps::blanks ? !isBroken && character.isBlank
+                                            : isBroken || !character.isWordCharacter;
+            const std::size_t length = isBroken ? 1 : inGap ? 1 : character.length;
+            if (!inGap || !wasInGap) left -= std::min(left, length);
+        }
+        at = start;
+    }
+    return at;
 }
 
 std::optional<TextRange> PhraseFinder::find(std::string_view text, std::size_t from) const {
@@ -100,27 +224,32 @@ std::optional<TextRange> PhraseFinder::find(std::string_view text, std::size_t f
     return found;
 }
 
-/// Where the bytes that were looked for are in place: the rest of the phrase around them.
+/// Where the bytes that were looked for are in place: the rest of the phrase around them, in ASCII.
+/// `metOther` becomes true when something else stands where it would go on.
 std::optional<TextRange> PhraseFinder::verify(std::string_view text, std::size_t from,
-                                              std::size_t at) const {
+                                              std::size_t at, bool& metOther) const {
+    const auto fails = [&](char c) {
+        metOther = metOther || isNonASCII(c);
+        return std::nullopt;
+    };
     std::size_t end = at;
     for (std::size_t i = first_; i < phrase_.size(); ++i) {
         if (end == text.size()) return std::nullopt;
         if (phrase_[i] == ' ') {
-            if (!isGap(text[end])) return std::nullopt;
+            if (!isGap(text[end])) return fails(text[end]);
             while (end < text.size() && isGap(text[end])) ++end;
         } else if (!matches(text[end++], phrase_[i])) {
-            return std::nullopt;
+            return fails(text[end - 1]);
         }
     }
     std::size_t begin = at;
     for (std::size_t i = first_; i-- > 0;) {
         if (begin == from) return std::nullopt;
         if (phrase_[i] == ' ') {
-            if (!isGap(text[begin - 1])) return std::nullopt;
+            if (!isGap(text[begin - 1])) return fails(text[begin - 1]);
             while (begin > from && isGap(text[begin - 1])) --begin;
         } else if (!matches(text[--begin], phrase_[i])) {
-            return std::nullopt;
+            return fails(text[begin]);
         }
     }
     return TextRange{begin, end};
@@ -130,6 +259,7 @@ std::optional<TextRange> PhraseFinder::findASCII(std::string_view text, std::siz
     const std::size_t distance = second_ - first_;
     const char first = phrase_[first_];
     const char second = phrase_[second_];
+    bool metOther = false;
     std::size_t at = from;
 #if defined(__SSE2__)
     const auto load = [&](std::size_t i) {
@@ -146,13 +276,13 @@ std::optional<TextRange> PhraseFinder::findASCII(std::string_view text, std::siz
         for (auto places = static_cast<unsigned>(_mm_movemask_epi8(equal)); places != 0;
              places &= places - 1) {
             const auto place = static_cast<std::size_t>(std::countr_zero(places));
-            if (auto found = verify(text, from, at + place)) return found;
+            if (auto found = verify(text, from, at + place, metOther)) return found;
         }
     }
 #endif
     for (; at + distance < text.size(); ++at) {
         if (!matches(text[at], first) || !matches(text[at + distance], second)) continue;
-        if (auto found = verify(text, from, at)) return found;
+        if (auto found = verify(text, from, at, metOther)) return found;
     }
     return std::nullopt;
 }

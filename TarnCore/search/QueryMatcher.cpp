@@ -240,20 +240,26 @@ bool QueryMatcher::cameraMatches(const FileItem& item) const {
 
 bool QueryMatcher::contentMatches(const URL& url, FileKind kind) const {
     if (phrases_.empty()) return true;
-    const auto test = [this](std::string_view text) {
-        return std::all_of(phrases_.begin(), phrases_.end(),
-                           [&](const PhraseFinder& phrase) { return phrase.occursIn(text); });
+    const auto test = [this](std::string_view text, bool& isUTF8) {
+        return std::all_of(phrases_.begin(), phrases_.end(), [&](const PhraseFinder& phrase) {
+            return phrase.occursIn(text, isUTF8);
+        });
     };
-    if (const auto text = texts_.indexed(url)) return test(*text);
+    bool isUTF8 = true;
+    if (const auto text = texts_.indexed(url)) return test(*text, isUTF8);
     const auto attributes = Platform::current().files->attributes(url, Links::follow);
-    return attributes && texts_.passes(url, wayOf(url, kind), attributes->size, test, {});
+    return attributes &&
+           texts_.test(url, wayOf(url, kind), attributes->size, test, {}) == FileTexts::Answer::yes;
 }
 
-bool QueryMatcher::textMatches(std::string_view name, std::string_view text) const {
+bool QueryMatcher::textMatches(std::string_view name, std::string_view text, bool& isUTF8) const {
     for (const PhraseFinder& phrase : phrases_)
-        if (!phrase.occursIn(text)) return false;
+        if (!phrase.occursIn(text, isUTF8)) return false;
     const auto missing = termsMissingFromName(name);
-    return missing && (missing->empty() || NameTerms(*missing).allIn(text));
+    if (!missing) return false;
+    if (missing->empty() || NameTerms(*missing).allIn(text)) return true;
+    isUTF8 = isUTF8 && Text::isValidUTF8(text);
+    return false;
 }
 
 FileTexts::Way QueryMatcher::wayOf(const URL& url, FileKind kind) const {

@@ -69,7 +69,8 @@ public:
     /// breaks.
     bool contentMatches(const URL& url, FileKind kind) const;
     /// Every phrase occurs in the text; and so do the terms that the name lacks, when it has any.
-    bool textMatches(std::string_view name, std::string_view text) const;
+    /// `isUTF8` becomes false when they do not, and the text has a broken part.
+    bool textMatches(std::string_view name, std::string_view text, bool& isUTF8) const;
     /// The text of a file from the text index, else from the file.
     std::optional<std::string> readableText(const URL& url, FileKind kind) const;
 

@@ -111,7 +111,7 @@ struct SearchTask::State {
     const IndexedContent indexed;
     CancelToken stop;  ///< Cancelled, or as many results as there may be.
     std::atomic<bool> isCancelled{false};
-    std::atomic<std::int64_t> visited{0};
+    SearchCounts counts;
     Guarded<ImageScores> imageScores;
 
     std::mutex mutex;
@@ -181,6 +181,10 @@ void SearchTask::State::run(const SearchResults::OnBatch& onBatch) {
         runJob(0);
     else
         TaskPool::shared().forEach(jobs.size(), runJob);
+    if (indexed.hasFailed() && walks() && !stop.isCancelled()) {
+        counts.visited = counts.tooLarge = 0;
+        walk(results);
+    }
     results.deliver();
 }
 
@@ -233,7 +237,9 @@ void SearchTask::State::addMatching(SearchResults& results,
 bool SearchTask::State::textMatches(const IndexedContent::Candidate& candidate,
                                     const FileAttributes& attributes) const {
     const std::string_view name = candidate.url.name();
-    const auto test = [&](std::string_view text) { return matcher.textMatches(name, text); };
+    const auto test = [&](std::string_view text, bool& isUTF8) {
+        return matcher.textMatches(name, text, isUTF8);
+    };
     if (TextIndex::Known::of(attributes) == candidate.state) {
         const auto missing = matcher.termsMissingFromName(name);
         if (!missing) return false;
@@ -241,19 +247,21 @@ bool SearchTask::State::textMatches(const IndexedContent::Candidate& candidate,
         if (candidate.isCertain && indexed.isAskedForTerms()) return true;
         const auto text = matcher.texts().indexed(candidate.url);
         if (candidate.isCertain) return text && NameTerms(*missing).allIn(*text);
-        return text && test(*text);
+        bool isUTF8 = true;
+        return text && test(*text, isUTF8);
     }
     // The walk reads what has changed, but for terms alone it reads nothing.
     if (options.indexesOnly || !indexed.isAskedForTerms()) return false;
     const FileTexts& texts = matcher.texts();
-    return texts.passes(candidate.url, texts.way(name), attributes.size, test, stop);
+    return texts.test(candidate.url, texts.way(name), attributes.size, test, stop) ==
+           FileTexts::Answer::yes;
 }
 
 void SearchTask::State::walk(SearchResults& results) {
     TreeWalker walker(options.roots);
     SearchWalk visitor(matcher, indexed, results,
                        {options.includeHidden, matcher.keys(options.tags)}, walker.threadCount(),
-                       stop, visited);
+                       stop, counts);
     walker.walk(visitor, stop);
     readDocuments(results, visitor.takeDocuments());
 }
@@ -269,10 +277,11 @@ void SearchTask::State::readDocuments(SearchResults& results,
     pool.forEach(documents.size(), [&](std::size_t i) {
         if (stop.isCancelled()) return;
         const auto& [url, size, modified] = documents[i];
-        const auto test = [&](std::string_view text) {
-            return matcher.textMatches(url.name(), text);
+        const auto test = [&](std::string_view text, bool& isUTF8) {
+            return matcher.textMatches(url.name(), text, isUTF8);
         };
-        if (matcher.texts().passes(url, FileTexts::Way::document, size, test, stop))
+        if (matcher.texts().test(url, FileTexts::Way::document, size, test, stop) ==
+            FileTexts::Answer::yes)
             if (auto item = loadMatching(url)) {
                 std::vector<FileItem> items;
                 items.push_back(std::move(*item));
@@ -391,7 +400,9 @@ std::optional<float> SearchTask::imageScore(const URL& url) const {
     return found == scores->end() ? std::nullopt : std::optional(found->second);
 }
 
-std::int64_t SearchTask::visitedCount() const { return state_->visited; }
+std::int64_t SearchTask::visitedCount() const { return state_->counts.visited; }
+
+std::int64_t SearchTask::tooLargeCount() const { return state_->counts.tooLarge; }
 
 void SearchTask::setDescribeImages(DescribeImages describe) {
     *describeImages().lock() = std::move(describe);

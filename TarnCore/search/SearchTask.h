@@ -69,6 +69,9 @@ public:
     std::optional<float> imageScore(const URL& url) const;
     /// Files and folders that the walk has looked at so far; for "Searched 214,000 files".
     std::int64_t visitedCount() const;
+    /// Files so far that the walk would have had to read, but which are larger than
+    /// `TextExtractor::sizeLimit`; for “2 files are too large to be read”.
+    std::int64_t tooLargeCount() const;
 
     /// Scores of pictures for "a photo of …", by path; absent when image search is off. Installed
     /// by the application, callable from any thread.

@@ -1,6 +1,7 @@
 #include "TarnCore/search/SearchWalk.h"
 
 #include <iterator>
+#include <system_error>
 #include <utility>
 
 namespace tarn {
@@ -21,7 +22,7 @@ Item& another(std::vector<Item>& items, std::size_t& count) {
 
 SearchWalk::SearchWalk(const QueryMatcher& matcher, const IndexedContent& indexed,
                        SearchResults& results, const Rules& rules, std::size_t threads,
-                       CancelToken token, std::atomic<std::int64_t>& visited)
+                       CancelToken token, SearchCounts& counts)
     : matcher_(matcher),
       indexed_(indexed),
       results_(results),
@@ -30,7 +31,7 @@ SearchWalk::SearchWalk(const QueryMatcher& matcher, const IndexedContent& indexe
       readsTexts_(!matcher.phrases().empty()),
       checksNames_(!readsTexts_ || !matcher.mayFindTermsInText()),
       token_(std::move(token)),
-      visited_(visited),
+      counts_(counts),
       workers_(threads) {}
 
 void SearchWalk::visit(TreeWalker::Folder& folder, std::span<const FolderEntry> entries) {
@@ -49,7 +50,7 @@ void SearchWalk::visit(TreeWalker::Folder& folder, std::span<const FolderEntry> 
         candidate.type = entry.type;
         if (worker.candidateCount >= mostCandidates) test(folder, worker);
     }
-    visited_.fetch_add(static_cast<std::int64_t>(entries.size()), std::memory_order_relaxed);
+    counts_.visited.fetch_add(static_cast<std::int64_t>(entries.size()), std::memory_order_relaxed);
     results_.deliverIfDue();
 }
 
@@ -91,23 +92,37 @@ void SearchWalk::test(const TreeWalker::Folder& folder, Worker& worker) {
 }
 
 /// Nothing else is to be known before the text of a file is read where it lies.
-bool SearchWalk::needsOnlyText(const Candidate& candidate, const URL& url) const {
+bool SearchWalk::needsOnlyText(const TreeWalker::Folder& folder, const Candidate& candidate) const {
     return readsTexts_ && candidate.type == FileType::file && !matcher_.readsFacts() &&
            !matcher_.asksAttributes() &&
            matcher_.texts().wayOfReadable(candidate.name) == FileTexts::Way::plain &&
-           !indexed_.mayAnswer(url.path());
+           !(indexed_.mayAnswer() && indexed_.mayAnswer(folder.pathOf(candidate.name)));
+}
+
+/// Of plain text, which is looked at where it lies.
+bool SearchWalk::hasTextHere(const TreeWalker::Folder& folder, const std::string& name,
+                             Worker& worker) const {
+    FileTexts::Answer answer = FileTexts::Answer::no;
+    try {
+        answer = FileTexts::test(
+            folder.reader().readFile(name.c_str(), FileTexts::plainBytes(), worker.bytes),
+            [&](std::string_view text, bool& isUTF8) {
+                return matcher_.textMatches(name, text, isUTF8);
+            });
+    } catch (const std::system_error&) {
+        return false;
+    }
+    if (answer == FileTexts::Answer::tooLarge) ++counts_.tooLarge;
+    return answer == FileTexts::Answer::yes;
 }
 
 std::optional<FileItem> SearchWalk::match(const TreeWalker::Folder& folder,
                                           const Candidate& candidate, Worker& worker) const {
     const std::string& name = candidate.name;
-    const URL url = URL::fromPath(folder.pathOf(name));
     // Most files have none of the phrases, and an item takes as long to make as a page to read.
-    const bool readsTextAtOnce = needsOnlyText(candidate, url);
-    const auto test = [&](std::string_view text) { return matcher_.textMatches(name, text); };
-    if (readsTextAtOnce &&
-        !matcher_.texts().passes(url, FileTexts::Way::plain, std::nullopt, test, token_))
-        return std::nullopt;
+    const bool readsTextAtOnce = needsOnlyText(folder, candidate);
+    if (readsTextAtOnce && !hasTextHere(folder, name, worker)) return std::nullopt;
+    const URL url = URL::fromPath(folder.pathOf(name));
     const auto attributes = folder.reader().attributes(name.c_str(), Links::keep);
     if (!attributes || !matcher_.mayMatch(*attributes)) return std::nullopt;
     const bool isPlainFile = attributes->type == FileType::file;
@@ -139,16 +154,23 @@ bool SearchWalk::mayHaveTerms(std::string_view name) const {
 
 bool SearchWalk::hasText(std::string_view name, const URL& url, const FileAttributes& attributes,
                          Worker& worker) const {
-    if (indexed_.answers(url.path(), attributes)) return false;
     const FileTexts& texts = matcher_.texts();
     const FileTexts::Way way = texts.wayOfReadable(name);  // mayMatch() has seen to the rest.
-    if (way == FileTexts::Way::document) {
+    const bool isTooLarge = FileTexts::isTooLarge(name, way, attributes.size);
+    // The index knows such a file as one without text.
+    if (!isTooLarge && indexed_.answers(url.path(), attributes)) return false;
+    if (way == FileTexts::Way::document && !isTooLarge) {
         worker.documents.push_back({url, attributes.size, attributes.modified});
         return false;
     }
-    return texts.passes(
+    const auto answer = texts.test(
         url, way, attributes.size,
-        [&](std::string_view text) { return matcher_.textMatches(name, text); }, token_);
+        [&](std::string_view text, bool& isUTF8) {
+            return matcher_.textMatches(name, text, isUTF8);
+        },
+        token_);
+    if (answer == FileTexts::Answer::tooLarge) ++counts_.tooLarge;
+    return answer == FileTexts::Answer::yes;
 }
 
 std::vector<SearchWalk::Document> SearchWalk::takeDocuments() {

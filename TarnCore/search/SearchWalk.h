@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "TarnCore/base/CancelToken.h"
+#include "TarnCore/base/PageBuffer.h"
 #include "TarnCore/files/FileItem.h"
 #include "TarnCore/files/ResourceReader.h"
 #include "TarnCore/files/TreeWalker.h"
@@ -16,6 +17,13 @@
 #include "TarnCore/search/SearchResults.h"
 
 namespace tarn {
+
+/// What a search has come by so far. Callable from any thread.
+struct SearchCounts {
+    std::atomic<std::int64_t> visited{0};   ///< Files and folders.
+    std::atomic<std::int64_t> tooLarge{0};  ///< Files that match but for their text, which is not
+                                            ///< read because they are too large.
+};
 
 /// The part of a search that looks at the folders themselves.
 ///
@@ -34,8 +42,7 @@ public:
         ResourceKeys keys;  ///< Of the results.
     };
     SearchWalk(const QueryMatcher& matcher, const IndexedContent& indexed, SearchResults& results,
-               const Rules& rules, std::size_t threads, CancelToken token,
-               std::atomic<std::int64_t>& visited);
+               const Rules& rules, std::size_t threads, CancelToken token, SearchCounts& counts);
 
     /// A file whose text must be read by others; everything else about it matches as far as its
     /// name and attributes tell.
@@ -66,6 +73,7 @@ private:
         bool mayHaveHiddenList = true;  ///< Or may still come.
         std::optional<ResourceReader> resources;
         std::vector<Document> documents;
+        PageBuffer bytes;  ///< Of files.
     };
 
     bool isToBeEntered(const TreeWalker::Folder& folder, std::string_view name) const;
@@ -73,7 +81,9 @@ private:
     void test(const TreeWalker::Folder& folder, Worker& worker);
     std::optional<FileItem> match(const TreeWalker::Folder& folder, const Candidate& candidate,
                                   Worker& worker) const;
-    bool needsOnlyText(const Candidate& candidate, const URL& url) const;
+    bool needsOnlyText(const TreeWalker::Folder& folder, const Candidate& candidate) const;
+    bool hasTextHere(const TreeWalker::Folder& folder, const std::string& name,
+                     Worker& worker) const;
     bool mayHaveTerms(std::string_view name) const;
     bool hasText(std::string_view name, const URL& url, const FileAttributes& attributes,
                  Worker& worker) const;
@@ -86,7 +96,7 @@ private:
     const bool readsTexts_;
     const bool checksNames_;  ///< False when the text of a file may make up for its name.
     const CancelToken token_;
-    std::atomic<std::int64_t>& visited_;
+    SearchCounts& counts_;
     std::vector<Worker> workers_;
 };
 

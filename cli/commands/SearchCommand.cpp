@@ -263,9 +263,11 @@ private:
     std::size_t count_ = 0;
 };
 
-int finish(Printer& printer, const SearchTask& task, const SearchQuery& query) {
+int finish(Printer& printer, const SearchTask& task, const SearchQuery& query, bool isQuiet) {
     if (!printer.failure.empty()) throw Error(printer.failure);
     printer.finish(task, query);
+    if (const std::int64_t count = task.tooLargeCount(); count > 0 && !isQuiet)
+        Session::say(Format::count(count, "file is", "files are") + " too large to be read.");
     return printer.count() > 0 ? ExitStatus::done : ExitStatus::nothingFound;
 }
 
@@ -293,7 +295,7 @@ int run(const Arguments& arguments, Session& session) {
     if (search.indexesOnly) {
         const auto printer = shared.lock();
         (*printer)->add(task.runAll());
-        return finish(**printer, task, search.query);
+        return finish(**printer, task, search.query, session.quiet());
     }
     task.start(
         [&](std::vector<FileItem> batch) {
@@ -311,7 +313,7 @@ int run(const Arguments& arguments, Session& session) {
         changed.wait_for(printer.mutex(), std::chrono::milliseconds(100));
         (*printer)->showProgress(task.visitedCount());
     }
-    return finish(**printer, task, search.query);
+    return finish(**printer, task, search.query, session.quiet());
 }
 
 }  // namespace

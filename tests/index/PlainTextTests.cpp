@@ -94,6 +94,8 @@ TEST(PlainText, isTidied) {
          "bold in this log [1mtext of many words and lines"},
         {"C1 controls go", "a\u0080b\u009Fc", "abc"},
         {"soft hyphens go", "Donau\u00ADdampf", "Donaudampf"},
+        {"ligatures are letters", "ﬁsh, aﬀair, oﬃce, ﬂat, ﬅ, ﬆ, ﬖ",
+         "fish, affair, office, flat, st, st, ﬖ"},
         {"close relations of those stay", "“a” … \u00A0 \u2027 ©", "“a” … \u00A0 \u2027 ©"},
         {"in a long line", std::string(100, 'x') + "\r\n" + std::string(100, 'y'),
          std::string(100, 'x') + "\n" + std::string(100, 'y')},

@@ -20,6 +20,7 @@ using Paths = std::vector<std::string>;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
+using testing::UnorderedElementsAreArray;
 
 class TextIndexTests : public testing::Test {
 protected:
@@ -181,6 +182,50 @@ TEST_F(TextIndexTests, rowsOfAnotherProgramAreTakenAsTheyAre) {
     EXPECT_THAT(find({"bee"}), IsEmpty());
     EXPECT_EQ(index.text("/a"), "word ay");
     EXPECT_EQ(count("SELECT count(*) FROM body"), 3);
+}
+
+/// What the ids say is believed as long as nobody else has written.
+TEST_F(TextIndexTests, rowsThatAreWrittenBehindItsBackAreNoticed) {
+    const struct {
+        const char* what;
+        const char* sql;
+        std::vector<std::string> word;
+        std::vector<std::string> other;
+    } cases[] = {
+        {"nothing", "", {"/b"}, {"/a", "/c"}},
+        {"a file by the usual statements",
+         "BEGIN; DELETE FROM files WHERE path = '/b'; DELETE FROM body WHERE path = '/b';"
+         "INSERT INTO files VALUES('/b', 1, 1, 'plain', 4, 0);"
+         "INSERT INTO body(path, text) VALUES('/b', 'other'); COMMIT",
+         {},
+         {"/a", "/b", "/c"}},
+        {"a text alone",
+         "DELETE FROM body WHERE path = '/a'; INSERT INTO body(path, text) VALUES('/a', 'word')",
+         {"/a", "/b"},
+         {"/c"}},
+        {"the file, closer together", "VACUUM", {"/b"}, {"/a", "/c"}},
+        {"the ids of the files", "UPDATE files SET rowid = rowid - 1", {"/b"}, {"/a", "/c"}},
+        {"a file without its text", "DELETE FROM files WHERE path = '/b'", {}, {"/a", "/c"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        index.clear();
+        put("/gone", "word");
+        put("/a", "other");
+        put("/b", "word");
+        put("/c", "other");
+        index.remove("/gone");
+        index.settle();
+        EXPECT_EQ(count("SELECT count(*) FROM seal"), 1);
+        if (*c.sql) change(c.sql);
+        EXPECT_THAT(find({"word"}), UnorderedElementsAreArray(c.word));
+        EXPECT_THAT(find({"other"}), UnorderedElementsAreArray(c.other));
+        // What Tarn does next neither believes nor spreads it.
+        put("/d", "dee");
+        index.settle();
+        EXPECT_THAT(find({"word"}), UnorderedElementsAreArray(c.word));
+        EXPECT_THAT(find({"other"}), UnorderedElementsAreArray(c.other));
+    }
 }
 
 TEST_F(TextIndexTests, anotherProgramFindsWhatWasStored) {

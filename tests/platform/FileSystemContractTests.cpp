@@ -2,6 +2,7 @@
 #include <map>
 #include <system_error>
 
+#include "TarnCore/base/PageBuffer.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
 #include "TarnCore/platform/memory/MemoryFileSystem.h"
 #include "tests/platform/FolderContents.h"
@@ -144,6 +145,28 @@ TYPED_TEST(FileSystemContract, readsAtMostTheLimit) {
     EXPECT_EQ(errorOf([&] { files.readFile(this->disk.url("missing"), 10); }), ENOENT);
     EXPECT_EQ(errorOf([&] { files.readFile(this->disk.url(std::string(256, 'n')), 1); }),
               ENAMETOOLONG);
+}
+
+TYPED_TEST(FileSystemContract, readsFilesOfAnOpenFolderIntoOneBuffer) {
+    const std::string large(700'000, 'x');
+    this->disk.file("sub/large", large + "end");
+    this->disk.file("sub/small", "0123456789");
+    this->disk.file("sub/empty", "");
+    this->disk.folder("sub/folder");
+    this->disk.link("sub/link", "small");
+    const auto reader = this->disk.files().openFolder(this->disk.url("sub"));
+    PageBuffer buffer;
+    constexpr std::size_t all = 1'000'000;
+    EXPECT_EQ(reader->readFile("large", all, buffer), large + "end");
+    const char* const place = buffer.data();
+    EXPECT_EQ(reader->readFile("large", large.size(), buffer), large);
+    EXPECT_EQ(reader->readFile("small", all, buffer), "0123456789");
+    EXPECT_EQ(reader->readFile("small", 4, buffer), "0123");
+    EXPECT_EQ(reader->readFile("empty", all, buffer), "");
+    EXPECT_EQ(buffer.data(), place);
+    EXPECT_EQ(errorOf([&] { reader->readFile("link", all, buffer); }), ELOOP);
+    EXPECT_EQ(errorOf([&] { reader->readFile("folder", all, buffer); }), EISDIR);
+    EXPECT_EQ(errorOf([&] { reader->readFile("missing", all, buffer); }), ENOENT);
 }
 
 TYPED_TEST(FileSystemContract, neverReplacesAnItem) {

@@ -105,6 +105,8 @@ TEST(PhraseFinder, agreesWithFoldingTheWholeText) {
         {"東", "京", "か", "が", "、", "a"},
         {"한", "국", "\u1112", "\u1161", "\u11AB"},
         {"a", "\xFF", "\xFE", "é", "“"},
+        {"l", "T", "t", "\u0301", "\u00AD", "ļ", "é", " ", "\xC3"},
+        {"o", "b", "ö", "\u0308", "ß", "s", " ", "\u00A0"},
         {"ς", "Σ", "σ", "ᾳ", "α", "ι", "ΐ", "\u0345"},
         {"K", "k", "\u212A", "I", "i", "İ", "ı", "\u0307"},
         {"\U0001F600", "\U00010400", "\U00010428", "a"},
@@ -127,7 +129,11 @@ TEST(PhraseFinder, agreesWithFoldingTheWholeText) {
             const std::string trimmed(Text::trimmed(flattened(phrase)));
             const bool expected = flattened(text).find(trimmed) != std::string::npos;
             SCOPED_TRACE("“" + phrase + "” in “" + text + "”");
-            ASSERT_EQ(finder.occursIn(text), expected);
+            bool isUTF8 = true;
+            ASSERT_EQ(finder.occursIn(text, isUTF8), expected);
+            if (!expected) {
+                ASSERT_EQ(isUTF8, Text::isValidUTF8(text));
+            }
             const auto range = finder.find(text);
             ASSERT_EQ(range.has_value(), expected);
             ++tested;
@@ -142,6 +148,24 @@ TEST(PhraseFinder, agreesWithFoldingTheWholeText) {
     }
     EXPECT_GT(hits, tested / 10);
     EXPECT_LT(hits, tested * 9 / 10);
+}
+
+/// Each of these has a place for a match at every step, and none.
+TEST(PhraseFinder, takesTimeByTheLengthOfTheTextAlone) {
+    const struct {
+        const char* phrase;
+        const char* text;
+    } cases[] = {
+        {"ltx", "lt\u0301"}, {"lt", "\u0301"},    {"alt", "l\u0301\u0301"},
+        {"a b", "\u00A0"},   {"a b", "b \u00A0"}, {"obx", "ö\u0308b"},
+        {"ssx", "ß"},        {"lt", "l \u0301t"}, {"l tx", "l\u00A0t"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.phrase) + " in many of " + c.text);
+        std::string text = "l";
+        while (text.size() < 1'000'000) text += c.text;
+        EXPECT_FALSE(PhraseFinder(c.phrase).occursIn(text));
+    }
 }
 
 TEST(PhraseFinder, searchesLongStretchesPieceByPiece) {

@@ -360,7 +360,9 @@ TEST(QueryMatcher, readsPlainTextForPhrases) {
 class FixedTexts final : public TextLookup {
 public:
     std::map<URL, std::string> texts;
-    void filesContaining(const Request&, const OnHits&, const CancelToken&) const override {}
+    bool filesContaining(const Request&, const OnHits&, const CancelToken&) const override {
+        return true;
+    }
     std::unordered_map<std::string, TextIndex::Known> known(
         const std::vector<URL>&) const override {
         return {};

@@ -1,6 +1,7 @@
 // Searches that ask for texts, with a real index on a real disk.
 #include <algorithm>
 #include <atomic>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <thread>
@@ -29,9 +30,9 @@ using testing::UnorderedElementsAre;
 class WatchedTexts final : public TextLookup {
 public:
     explicit WatchedTexts(std::shared_ptr<const TextIndex> index) : texts_(std::move(index)) {}
-    void filesContaining(const Request& request, const OnHits& onHits,
+    bool filesContaining(const Request& request, const OnHits& onHits,
                          const CancelToken& token) const override {
-        texts_.filesContaining(request, onHits, token);
+        return !isDamaged && texts_.filesContaining(request, onHits, token);
     }
     std::unordered_map<std::string, TextIndex::Known> known(
         const std::vector<URL>& roots) const override {
@@ -42,6 +43,7 @@ public:
         return texts_.text(url);
     }
     mutable std::atomic<int> asked = 0;
+    bool isDamaged = false;  ///< Found out when it is asked for words.
 
 private:
     IndexedTexts texts_;
@@ -88,6 +90,10 @@ TEST_F(SearchTexts, findsWholeWordsAlikeInTheIndexAndInFiles) {
         {"resume", "my Résumé", true},
         {"RÉSUMÉ", "my resume", true},
         {"größe", "GRÖßE", true},
+        {"grusse", "Viele Grüße", true},
+        {"maße", "die MASSE", true},
+        {"masse der strasse", "Maße der STRASSE", true},
+        {"masse", "Masen", false},
         {"привет", "и Привет!", true},
         {"don't", "I don't know", true},
         {"42", "no 42.", true},
@@ -108,6 +114,36 @@ TEST_F(SearchTexts, takesTheWordOfAnIndexThatKnowsTheFileAsItIs) {
     index(root.file("plain.txt", "the total due"), "something else");
     EXPECT_THAT(find(options({"total due"})), ElementsAre("scan.pdf"));
     EXPECT_EQ(lookup->asked, 0);
+}
+
+TEST_F(SearchTexts, readsTheFilesItselfWhenTheIndexTurnsOutToBeDamaged) {
+    for (const char* name : {"a.txt", "b.txt"})
+        index(root.file(name, "the total due"), "the total due");
+    index(root.file("other.txt", "nothing"), "nothing");
+    lookup->isDamaged = true;
+    EXPECT_THAT(find(options({"total due"})), ElementsAre("a.txt", "b.txt"));
+}
+
+TEST_F(SearchTexts, countsWhatIsTooLargeToBeRead) {
+    const auto large = [&](const char* name, std::string_view begin, std::uintmax_t size) {
+        const URL url = root.file(name, begin);
+        std::filesystem::resize_file(url.path(), size);
+        return url;
+    };
+    const std::string lines(10'000, 'x');
+    large("unknown.log", lines, 40'000'000);
+    index(large("known.log", lines, 40'000'000), "");
+    large("large.pdf", "%PDF", 300'000'000);
+    large("picture.png", "PNG", 300'000'000);
+    large("memory", "", 40'000'000);  // no text
+    large("small.log", lines, 20'000);
+    auto search = options({"total due"});
+    search.readDocument = [](const URL&, std::int64_t, const CancelToken&) {
+        return std::optional<std::string>("total due");
+    };
+    SearchTask task(search);
+    EXPECT_THAT(task.runAll(), IsEmpty());
+    EXPECT_EQ(task.tooLargeCount(), 3);
 }
 
 TEST_F(SearchTexts, findsEachOfManyHitsOnce) {

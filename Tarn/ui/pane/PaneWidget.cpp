@@ -444,11 +444,16 @@ QString PaneWidget::statusText() const {
         if (pane_.isSearching()) return tr("%1 so far").arg(found);
         const QString visited = countOf(pane_.search().visitedCount(), "file");
         constexpr double shortest = 0.1;
-        if (pane_.search().elapsed() < shortest)
-            return tr("%1 · searched %2 in under %3 s")
-                .arg(found, visited, QLocale().toString(shortest, 'f', 1));
-        return tr("%1 · searched %2 in %3 s")
-            .arg(found, visited, QLocale().toString(pane_.search().elapsed(), 'f', 1));
+        const bool isQuick = pane_.search().elapsed() < shortest;
+        const QString seconds =
+            QLocale().toString(isQuick ? shortest : pane_.search().elapsed(), 'f', 1);
+        const QString searched =
+            (isQuick ? tr("%1 · searched %2 in under %3 s") : tr("%1 · searched %2 in %3 s"))
+                .arg(found, visited, seconds);
+        const std::int64_t unread = pane_.search().tooLargeCount();
+        if (unread == 0) return searched;
+        return searched + QStringLiteral(" · ") +
+               tr("%1 too large to be read").arg(countOf(unread, "file"));
     }
     if (pane_.location().isQuery() && pane_.isSearching())
         return count == 0 ? tr("Searching…") : tr("%1 so far").arg(countOf(count, "item"));

@@ -17,6 +17,7 @@
 #include <limits.h>
 
 #include "TarnCore/base/FileDescriptor.h"
+#include "TarnCore/base/PageBuffer.h"
 #include "TarnCore/platform/linux/PathAnchor.h"
 #include "TarnCore/platform/linux/Statx.h"
 
@@ -24,6 +25,8 @@ namespace tarn {
 namespace {
 
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
+/// Without O_NONBLOCK, a pipe that nobody writes to would hold us for ever.
+constexpr int fileFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
 [[noreturn]] void fail(int errnum, const char* what) {
     throw std::system_error(errnum, std::generic_category(), what);
@@ -120,6 +123,9 @@ public:
         return std::make_unique<LinuxFolderReader>(std::move(child));
     }
 
+    std::string_view readFile(const char* name, std::size_t limit,
+                              PageBuffer& buffer) const override;
+
 private:
     void releaseBuffer() {
         if (buffer_) spareBuffers().put(std::move(buffer_));
@@ -168,6 +174,26 @@ std::span<const FolderEntry> LinuxFolderReader::read() {
     return {};
 }
 
+std::string_view LinuxFolderReader::readFile(const char* name, std::size_t limit,
+                                             PageBuffer& buffer) const {
+    // Most texts end within the first piece, which costs no look at their size.
+    constexpr std::size_t firstPiece = 256 * 1024;
+    const FileDescriptor file(openat(fd_.get(), name, fileFlags | O_NOFOLLOW));
+    if (!file) fail(errno, "open");
+    buffer.grow(firstPiece, 0);
+    std::size_t length = 0;
+    while (length < limit) {
+        if (length == buffer.size()) buffer.grow(std::min(limit, length * 4), length);
+        const std::size_t room = std::min(buffer.size(), limit) - length;
+        const ssize_t got = ::read(file.get(), buffer.data() + length, room);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) fail(errno, "read");
+        if (got == 0) break;
+        length += static_cast<std::size_t>(got);
+    }
+    return {buffer.data(), length};
+}
+
 }  // namespace
 
 std::unique_ptr<FolderReader> LinuxFileSystem::openFolder(const URL& folder) const {
@@ -211,9 +237,7 @@ std::optional<URL> LinuxFileSystem::resolved(const URL& url) const {
 
 std::string LinuxFileSystem::readFile(const URL& url, std::size_t limit) const {
     const PathAnchor anchor(url);
-    // Without O_NONBLOCK, a pipe that nobody writes to would hold us here for ever.
-    const FileDescriptor fd(
-        openat(anchor.fd(), anchor.path(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    const FileDescriptor fd(openat(anchor.fd(), anchor.path(), fileFlags));
     if (!fd) fail(errno, "open");
     FileAttributes attributes;
     if (const int error = Statx::look(fd.get(), "", AT_EMPTY_PATH, attributes))

@@ -1,9 +1,11 @@
 #include "TarnCore/platform/memory/MemoryFileSystem.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
 #include <utility>
 
+#include "TarnCore/base/PageBuffer.h"
 #include "TarnCore/base/Text.h"
 
 namespace tarn {
@@ -151,6 +153,16 @@ public:
         const FileType type = files_.requireAttributes(child, Links::keep).type;
         if (type == FileType::symlink) fail(ELOOP);
         return files_.openFolder(child);
+    }
+    std::string_view readFile(const char* name, std::size_t limit,
+                              PageBuffer& buffer) const override {
+        const URL child = folder_.appending(name);
+        const FileType type = files_.requireAttributes(child, Links::keep).type;
+        if (type == FileType::symlink) fail(ELOOP);
+        const std::string content = files_.readFile(child, limit);
+        buffer.grow(content.size(), 0);
+        std::copy(content.begin(), content.end(), buffer.data());
+        return {buffer.data(), content.size()};
     }
 
 private:
