@@ -3,8 +3,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <system_error>
+#include <thread>
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -21,6 +25,33 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
 
 double seconds(const timeval& time) {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+}
+
+/// As execvp wants them, which does not write to them.
+std::vector<char*> asArguments(const std::vector<std::string>& command) {
+    std::vector<char*> arguments;
+    for (const std::string& argument : command)
+        arguments.push_back(const_cast<char*>(argument.c_str()));
+    arguments.push_back(nullptr);
+    return arguments;
+}
+
+/// Of a process and those below it, in bytes; 0 for one that is gone.
+std::size_t memoryOfAll(pid_t process) {
+    const std::filesystem::path place = "/proc/" + std::to_string(process);
+    std::size_t kibibytes = 0;
+    std::ifstream memory(place / "smaps_rollup");
+    for (std::string line; std::getline(memory, line);)
+        if (line.starts_with("Pss:")) kibibytes = std::stoul(line.substr(4));
+    std::size_t sum = kibibytes * 1024;
+    std::error_code gone;
+    for (std::filesystem::directory_iterator thread(place / "task", gone), end;
+         !gone && thread != end; thread.increment(gone)) {
+        std::ifstream children(thread->path() / "children");
+        for (std::istream_iterator<pid_t> child(children), last; child != last; ++child)
+            sum += memoryOfAll(*child);
+    }
+    return sum;
 }
 
 /// A run whose program must do its job: status 0, or 1 for "nothing found".
@@ -48,12 +79,27 @@ void print(const std::string& name, const Summary& summary, const std::string& u
     std::fflush(stdout);
 }
 
-ProcessRun runProcess(const std::vector<std::string>& command, Output output) {
-    std::vector<char*> arguments;
-    for (const std::string& argument : command) {
-        arguments.push_back(const_cast<char*>(argument.c_str()));  // execvp does not write to them
+std::size_t peakMemoryOfAll(const std::vector<std::string>& command) {
+    std::vector<char*> arguments = asArguments(command);
+    const pid_t child = fork();
+    if (child < 0) throw std::system_error(errno, std::generic_category(), "fork");
+    if (child == 0) {
+        dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
+        execvp(arguments[0], arguments.data());
+        _exit(127);
     }
-    arguments.push_back(nullptr);
+    std::size_t peak = 0;
+    int status = 0;
+    while (waitpid(child, &status, WNOHANG) == 0) {
+        peak = std::max(peak, memoryOfAll(child));
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    if (status != 0) throw std::runtime_error(command[0] + " failed");
+    return peak;
+}
+
+ProcessRun runProcess(const std::vector<std::string>& command, Output output) {
+    std::vector<char*> arguments = asArguments(command);
     int ends[2] = {-1, -1};
     if (output == Output::read && pipe2(ends, O_CLOEXEC) != 0) {
         throw std::system_error(errno, std::generic_category(), "pipe");

@@ -63,6 +63,11 @@ enum class Output {
 /// Runs a program, found along PATH, to its end. Throws std::system_error without processes left.
 ProcessRun runProcess(const std::vector<std::string>& command, Output output);
 
+/// The most memory that a program and those it starts have at one time, in bytes: pages that
+/// several share count once (PSS), as seen every hundredth of a second. Throws std::runtime_error
+/// when it fails.
+std::size_t peakMemoryOfAll(const std::vector<std::string>& command);
+
 /// Two programs doing the same job in turns, so that a disturbance meets both.
 struct Comparison {
     Summary ours;    ///< seconds

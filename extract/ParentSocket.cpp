@@ -73,9 +73,10 @@ std::optional<ParentSocket::Job> ParentSocket::next() {
 
 bool ParentSocket::sayReady() { return send({Kind::ready, 0, 0}, {}); }
 
-bool ParentSocket::answer(const TextExtractor::Reading& reading, bool isLast) {
-    const std::uint32_t flags =
-        ExtractProtocol::flags(reading) | (isLast ? ExtractProtocol::isLast : 0);
+bool ParentSocket::answer(const TextExtractor::Reading& reading, bool lacksMemory, bool isLast) {
+    const std::uint32_t flags = ExtractProtocol::flags(reading) |
+                                (lacksMemory ? ExtractProtocol::lacksMemory : 0) |
+                                (isLast ? ExtractProtocol::isLast : 0);
     if (!reading.text) return send({Kind::noText, flags, 0}, {});
     return send({Kind::text, flags, static_cast<std::uint32_t>(reading.text->size())},
                 *reading.text);

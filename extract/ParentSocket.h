@@ -25,7 +25,7 @@ public:
 
     bool sayReady();
     /// False when the parent is gone.
-    bool answer(const TextExtractor::Reading& reading, bool isLast);
+    bool answer(const TextExtractor::Reading& reading, bool lacksMemory, bool isLast);
     /// The same to a question. Longer answers than the protocol has room for count as none.
     bool reply(const std::optional<std::string>& answer, bool isLast);
 

@@ -28,17 +28,23 @@
 #include "TarnCore/platform/linux/Sandbox.h"
 #include "extract/ParentSocket.h"
 #include "extract/PreviewAnswers.h"
+#include "extract/RefusedMemory.h"
 
 namespace tarn::extract {
 namespace {
 
 constexpr int MiB = 1024 * 1024;
-/// Recognising a page of 2,400 pixels a side takes 100 MiB, libraries included; what is above that
-/// is for large photos in formats that cannot be read in pieces.
+/// For pages and pictures that a preview shows.
 constexpr Sandbox::Limits limits = {
     .memory = 256 * MiB, .addressSpace = 3072LL * MiB, .descriptors = 64};
+/// For texts. A run of the index, with a helper at each of two processors, is to stay below 300 MB.
+/// Recognising a screen of 1920 × 1080 pixels takes 51 MiB, one of 2400 × 1800 72.
+constexpr std::int64_t besideOthers = 72 * MiB;
+/// For the rest, one at a time: 85 for 2,400 pixels a side; what is above that is for large photos
+/// in formats that cannot be read in pieces.
+constexpr std::int64_t alone = 144 * MiB;
 /// What a helper may hold between two files; one that holds more makes room for a fresh one.
-constexpr std::size_t mostKept = 96 * MiB;
+constexpr std::size_t mostKept = 56 * MiB;
 /// Seconds of processor time for one file, for the case that the parent does not look.
 constexpr std::int64_t lastResort = 300;
 
@@ -89,16 +95,19 @@ int serve() {
     while (auto job = parent.next()) {
         Sandbox::limitProcessorTime(lastResort);
         if (job->question) {
+            Sandbox::limitMemory(limits.memory);
             const auto reply = answer(answers, *job);
             const bool isLast = heldMemory() > mostKept && !answers.isPlaying();
             if (!parent.reply(reply, isLast) || isLast) break;
             continue;
         }
         answers.forget();
+        Sandbox::limitMemory(job->request.isAlone ? alone : besideOthers);
+        RefusedMemory::forget();
         const auto reading = read(*job);
         job.reset();
         const bool isLast = heldMemory() > mostKept;
-        if (!parent.answer(reading, isLast) || isLast) break;
+        if (!parent.answer(reading, RefusedMemory::wasAny(), isLast) || isLast) break;
     }
     return EXIT_SUCCESS;
 }

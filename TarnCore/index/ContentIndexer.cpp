@@ -30,7 +30,7 @@ using ReadOutcome = TextReader::Outcome;
 
 /// Of texts between readers and writer; half of it is stored in one transaction. The writer's own
 /// memory comes on top (TextTables).
-constexpr std::size_t bytesOnTheWay = 48 << 20;
+constexpr std::size_t bytesOnTheWay = 20 << 20;
 /// What was read is stored after that long, so that a crash loses no more.
 constexpr std::chrono::milliseconds longestOnTheWay(2000);
 constexpr std::chrono::milliseconds betweenReports(100);

@@ -197,7 +197,8 @@ ExtractProcess::Answer ExtractProcess::receiveAnswer(Kind kind, const Wait& wait
     const auto header = ExtractProtocol::decodeHeader(bytes);
     if (!header || (header->kind != kind && header->kind != Kind::noText)) return {};
     Answer answer{.end = header->kind == Kind::noText ? End::noText : End::text,
-                  .reading = ExtractProtocol::reading(header->flags)};
+                  .reading = ExtractProtocol::reading(header->flags),
+                  .lacksMemory = (header->flags & ExtractProtocol::lacksMemory) != 0};
     if (const auto end = receive(answer.text, header->length, wait)) return {.end = *end};
     if (kind == Kind::text && !Text::isValidUTF8(answer.text)) return {};
     isUsable_ = (header->flags & ExtractProtocol::isLast) == 0;

@@ -43,6 +43,7 @@ public:
         std::string text{};  ///< UTF-8; of an answer any bytes.
         /// Of `text` and `noText`; its text is absent, being above.
         TextExtractor::Reading reading{};
+        bool lacksMemory = false;  ///< Some text may be missing for want of it.
     };
     /// Has the file read, in at most `seconds` of processor time and four times that of the clock;
     /// `isStopped` is asked every 50 ms. After any end but `text` and `noText` the helper is of no

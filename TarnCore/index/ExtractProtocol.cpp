@@ -17,7 +17,7 @@ constexpr std::pair<Tool, std::uint32_t> tools[] = {{Tool::documents, lacksDocum
                                                     {Tool::recognition, lacksRecognition},
                                                     {Tool::word, lacksWord}};
 constexpr std::uint32_t ofAnswers =
-    isLast | hasPictures | lacksDocuments | lacksRecognition | lacksWord;
+    isLast | hasPictures | lacksDocuments | lacksRecognition | lacksWord | lacksMemory;
 
 template <class Number>
 void put(char* at, Number number) {
@@ -46,7 +46,7 @@ std::optional<Bounds> bounds(Kind kind) {
         case Kind::ready:
             return Bounds{};
         case Kind::request:
-            return Bounds{wantsRecognition, beforeName, mostRequestBytes};
+            return Bounds{wantsRecognition | isAlone, beforeName, mostRequestBytes};
         case Kind::text:
             return Bounds{ofAnswers, 0, mostTextBytes};
         case Kind::noText:
@@ -115,8 +115,9 @@ std::string encode(const Request& request) {
         payload += language;
         separator = ",";
     }
-    const auto header = encode({Kind::request, request.ocr ? wantsRecognition : 0,
-                                static_cast<std::uint32_t>(payload.size())});
+    const std::uint32_t flags =
+        (request.ocr ? wantsRecognition : 0) | (request.isAlone ? isAlone : 0);
+    const auto header = encode({Kind::request, flags, static_cast<std::uint32_t>(payload.size())});
     return std::string(header.begin(), header.end()) + payload;
 }
 
@@ -133,6 +134,7 @@ std::optional<Request> decodeRequest(const Header& header, std::string_view payl
     if (nameLength > mostNameBytes || nameLength > payload.size() - beforeName) return std::nullopt;
     Request request;
     request.ocr = (header.flags & wantsRecognition) != 0;
+    request.isAlone = (header.flags & isAlone) != 0;
     request.fileName = payload.substr(beforeName, nameLength);
     const std::string_view languages = payload.substr(beforeName + nameLength);
     if (!languages.empty())

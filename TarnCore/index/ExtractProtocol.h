@@ -56,6 +56,8 @@ enum class Kind : std::uint8_t {
 
 /// Of a request: recognise text in pictures too.
 inline constexpr std::uint32_t wantsRecognition = 1;
+/// Of a request: no other helper is at work, so that this one may use more memory.
+inline constexpr std::uint32_t isAlone = 2;
 /// Of an answer: the helper ends now, since it has grown, and its successor starts small.
 inline constexpr std::uint32_t isLast = 1;
 /// Of an answer: TextExtractor::Reading::hasPictures.
@@ -64,6 +66,8 @@ inline constexpr std::uint32_t hasPictures = 2;
 inline constexpr std::uint32_t lacksDocuments = 4;
 inline constexpr std::uint32_t lacksRecognition = 8;
 inline constexpr std::uint32_t lacksWord = 16;
+/// Of an answer: memory was refused, without which some text may be missing.
+inline constexpr std::uint32_t lacksMemory = 32;
 
 struct Header {
     Kind kind = Kind::ready;
@@ -87,6 +91,7 @@ struct Request {
     bool ocr = false;
     std::string fileName;                ///< Bytes; its extension says how the file is read.
     std::vector<std::string> languages;  ///< BCP 47; empty means English.
+    bool isAlone = false;
     bool operator==(const Request&) const = default;
 };
 /// The whole frame. A name is cut in front, and languages are left out behind, where they would

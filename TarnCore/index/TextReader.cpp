@@ -115,7 +115,8 @@ struct TextReader::State {
     };
     struct Pool {
         std::vector<Idle> idle;  ///< The one used last is behind.
-        std::size_t busy = 0;    ///< Helpers at work, or about to be.
+        std::size_t busy = 0;    ///< Places taken: each helper at work, or about to be, has one.
+        std::size_t waitingForAll = 0;  ///< Threads that want every place.
         std::size_t readers = 0;
         bool isStopping = false;
         bool isWatched = false;  ///< `endIdle` will be called.
@@ -148,23 +149,34 @@ struct TextReader::State {
         return token.isCancelled() || pool.lock()->isStopping;
     }
 
-    /// A helper's place is free, or the reading is to end: false.
-    bool takePlace(const CancelToken& token) {
-        auto held = pool.lock();
-        while (!held->isStopping && !token.isCancelled()) {
-            if (held->busy < processes) {
-                ++held->busy;
-                return true;
-            }
-            changed.wait_for(held.mutex(), betweenQuestions);
-        }
-        return false;
+    std::size_t places(const ExtractProtocol::Request& request) const {
+        return request.isAlone ? processes : 1;
     }
 
-    void leavePlace(Helper helper) {
+    /// A helper's place is free, or all are for one that is to be alone; false when the reading is
+    /// to end. Who waits for all goes first, since others come all the time.
+    bool takePlace(const ExtractProtocol::Request& request, const CancelToken& token) {
+        std::vector<Idle> ending;  // outside of the lock
+        auto held = pool.lock();
+        held->waitingForAll += request.isAlone;
+        bool isTaken = false;
+        while (!isTaken && !held->isStopping && !token.isCancelled()) {
+            isTaken = held->busy + places(request) <= processes &&
+                      (request.isAlone || held->waitingForAll == 0);
+            if (!isTaken) changed.wait_for(held.mutex(), betweenQuestions);
+        }
+        held->waitingForAll -= request.isAlone;
+        if (!isTaken) return false;
+        held->busy += places(request);
+        // Those that wait for work have memory, too.
+        if (request.isAlone) ending.swap(held->idle);
+        return true;
+    }
+
+    void leavePlace(const ExtractProtocol::Request& request, Helper helper) {
         {
             auto held = pool.lock();
-            --held->busy;
+            held->busy -= places(request);
             if (helper && helper->isUsable() && !held->isStopping) {
                 held->idle.push_back({std::move(helper), steady_clock::now()});
                 if (!std::exchange(held->isWatched, true)) watchIdle();
@@ -224,24 +236,41 @@ struct TextReader::State {
             "Documents can’t be read because “tarn-extract” is of another version than Tarn.";
     }
 
-    /// Has a free helper read the file, or a new one where that may be to blame.
-    Result readInHelper(const ExtractProtocol::Request& request, double seconds,
-                        const OpenFile& file, const CancelToken& token) {
+    /// What became of a file, and whether more memory may make more of it.
+    struct Attempt {
+        Result result;
+        bool lacksMemory = false;
+    };
+
+    /// Beside others first; what does not fit there gets all the memory for itself.
+    Result readInHelper(ExtractProtocol::Request request, double seconds, const OpenFile& file,
+                        const CancelToken& token) {
         if (!program || pool.lock()->isStranger) return {.outcome = Outcome::unable};
         if (pool.lock()->killers.contains(file.identity)) return {.outcome = Outcome::killed};
-        if (!takePlace(token)) return {.outcome = Outcome::cancelled};
-        Helper helper = idleHelper();
-        Result result = readWith(helper, request, seconds, file, token);
-        leavePlace(std::move(helper));
-        if (result.outcome == Outcome::killed) pool.lock()->killers.insert(file.identity);
-        return result;
+        Attempt attempt = attemptIn(request, seconds, file, token);
+        if (attempt.lacksMemory) {
+            request.isAlone = true;
+            attempt = attemptIn(request, seconds, file, token);
+        }
+        if (attempt.result.outcome == Outcome::killed) pool.lock()->killers.insert(file.identity);
+        return std::move(attempt.result);
     }
 
-    Result readWith(Helper& helper, const ExtractProtocol::Request& request, double seconds,
-                    const OpenFile& file, const CancelToken& token) {
+    Attempt attemptIn(const ExtractProtocol::Request& request, double seconds, const OpenFile& file,
+                      const CancelToken& token) {
+        if (!takePlace(request, token)) return {{.outcome = Outcome::cancelled}};
+        Helper helper = idleHelper();
+        Attempt attempt = attemptWith(helper, request, seconds, file, token);
+        leavePlace(request, std::move(helper));
+        return attempt;
+    }
+
+    /// With a new helper where the given one may be to blame.
+    Attempt attemptWith(Helper& helper, const ExtractProtocol::Request& request, double seconds,
+                        const OpenFile& file, const CancelToken& token) {
         for (;;) {
             if (!helper) helper = newHelper();
-            if (!helper) return {.outcome = Outcome::unable};
+            if (!helper) return {{.outcome = Outcome::unable}};
             // A helper that died may have read a part of it.
             lseek(file.descriptor.get(), 0, SEEK_SET);
             auto answer = helper->read(request, file.descriptor.get(), seconds,
@@ -249,25 +278,27 @@ struct TextReader::State {
             // What died may have been damaged by an earlier file, or have been ended while it had
             // nothing to do, so that only a fresh one's death tells of this file.
             const bool isFresh = helper->answered() == 0;
+            const bool lacksMemory = answer.lacksMemory;
             switch (answer.end) {
                 case ExtractProcess::End::text:
                 case ExtractProcess::End::noText:
-                    return resultOf(std::move(answer), request);
+                    return {resultOf(std::move(answer), request), lacksMemory};
                 case ExtractProcess::End::late:
-                    return {.outcome = Outcome::killed};
+                    return {{.outcome = Outcome::killed}};
                 case ExtractProcess::End::stopped:
-                    return {.outcome = Outcome::cancelled};
+                    return {{.outcome = Outcome::cancelled}};
                 case ExtractProcess::End::stranger:
                     sayStranger();
-                    return {.outcome = Outcome::unable};
+                    return {{.outcome = Outcome::unable}};
                 case ExtractProcess::End::notReady:
                     if (isFresh) {
                         sayProblem("It ended at once.");
-                        return {.outcome = Outcome::unable};
+                        return {{.outcome = Outcome::unable}};
                     }
                     break;
                 case ExtractProcess::End::died:
-                    if (isFresh) return {.outcome = Outcome::killed};
+                    // Some libraries end where they get no memory.
+                    if (isFresh) return {{.outcome = Outcome::killed}, true};
                     break;
             }
             helper.reset();

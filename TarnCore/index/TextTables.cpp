@@ -10,7 +10,7 @@ namespace {
 
 // In KiB and bytes.
 constexpr const char* settings =
-    "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA cache_size=-32768;"
+    "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA cache_size=-16384;"
     "PRAGMA journal_size_limit=100663296;";
 
 constexpr const char* schema =

@@ -2,6 +2,7 @@
 // side by side with Recoll, ripgrep and SQLite's own program, on the documents that
 // tarn-bench-texts made. The indexes go into PLACE, which must not exist and is taken away again.
 // Exit status 1 when a promise is not kept.
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -155,11 +156,31 @@ private:
         both("search for a word in a fifth of them", TextMaker::commonWord, 0.5);
     }
 
+    /// With its helpers, and pictures that take as much memory as they are given, or would.
     void memory(Table& table) const {
         clearOurs();
-        // What this process has itself counts, but that is little.
-        const ProcessRun run = runProcess(index(documents_), Output::discard);
-        table.bound("memory while indexing", static_cast<double>(run.peakMemory) / 1e6, 300, "MB");
+        const fs::path pictures = place_ / "pictures";
+        fs::create_directories(pictures);
+        for (const std::uint32_t side : {2400U, 3600U, 4800U, 5500U, 6600U, 7800U})
+            for (const char* copy : {"a", "b"})
+                writeBitmap(pictures / (copy + std::to_string(side) + ".bmp"), side);
+        const Command all =
+            ours({"index", "--text", "--quiet", "--ocr", documents_, pictures.string()});
+        table.bound("memory while indexing, helpers too",
+                    static_cast<double>(peakMemoryOfAll(all)) / 1e6, 300, "MB");
+        fs::remove_all(pictures);
+    }
+
+    /// A square of black pixels, of which the disk holds the header alone.
+    static void writeBitmap(const fs::path& file, std::uint32_t side) {
+        constexpr std::uint32_t colours = 256;
+        constexpr std::uint32_t begin = 14 + 40 + 4 * colours;
+        std::string header = "BM";
+        for (const std::uint32_t number : {begin + side * side, 0U, begin, 40U, side, side,
+                                           1U | 8U << 16, 0U, 0U, 0U, 0U, colours, 0U})
+            for (int i = 0; i < 4; ++i) header += static_cast<char>(number >> 8 * i & 255);
+        write(file, header);
+        fs::resize_file(file, begin + std::uintmax_t{side} * side);
     }
 
     const std::string tarn_;

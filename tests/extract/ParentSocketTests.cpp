@@ -43,7 +43,7 @@ protected:
     ParentSocket socket;
 };
 
-const ExtractProtocol::Request request = {true, "a.rtf", {"en", "de"}};
+const ExtractProtocol::Request request = {true, "a.rtf", {"en", "de"}, true};
 
 TEST_F(ParentSocketTest, receivesARequestInPieces) {
     const TestFolder folder;

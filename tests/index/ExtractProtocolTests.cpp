@@ -19,6 +19,7 @@ TEST(ExtractProtocol, requestsSurviveTheWay) {
         {false, "", {}},
         {false, "line\nfeed, comma,\xFF\xFE.html", {"zh-Hant"}},
         {true, std::string(255, 'x'), {}},
+        {false, "large.png", {}, true},
     };
     for (const Request& request : cases) {
         SCOPED_TRACE(request.fileName);
@@ -72,7 +73,7 @@ TEST(ExtractProtocol, refusesHeadersThatMakeNoSense) {
         {"ready with a flag", bytes({Kind::ready, 1, 0})},
         {"no text, yet text", bytes({Kind::noText, 0, 1})},
         {"too much text", bytes({Kind::text, 0, mostText + 1})},
-        {"unknown flag", bytes({Kind::text, 32, 1})},
+        {"unknown flag", bytes({Kind::text, 64, 1})},
         {"empty request", bytes({Kind::request, 0, 0})},
         {"long request", bytes({Kind::request, 0, mostRequestBytes + 1})},
     };

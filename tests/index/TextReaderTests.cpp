@@ -1,4 +1,6 @@
 #include <csignal>
+#include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -170,7 +172,7 @@ TEST_F(TextReaderTest, remembersTheFileThatKilledItsHelper) {
     document.addRepeated("0 0 m 1 1 l S", 60);  // never ends
     const URL hostile = folder.file("a.pdf", document.bytes());
     TaskPool pool(1);
-    pool.run([] { killAtWork(); });
+    pool.run([] { killAtWork(killAtWork()); });  // it gets another chance, with more memory
     EXPECT_EQ(read(hostile).outcome, Outcome::killed);
     EXPECT_EQ(read(hostile).outcome, Outcome::killed);
     EXPECT_TRUE(helperProcesses().empty());  // it was not tried again
@@ -186,8 +188,44 @@ TEST_F(TextReaderTest, whatKillsAHelperThatHasReadOthersIsTriedOnceMore) {
     endless.addRepeated("0 0 m 1 1 l S", 60);
     const URL url = folder.file("a.pdf", endless.bytes());
     TaskPool pool(1);
-    pool.run([] { killAtWork(killAtWork()); });
+    pool.run([] { killAtWork(killAtWork(killAtWork())); });
     EXPECT_EQ(read(url).outcome, Outcome::killed);
+}
+
+/// A bitmap of black pixels, with its header alone on the disk.
+URL blackBitmap(const TestFolder& folder, const char* name, std::uint32_t side) {
+    std::string header = "BM";
+    const auto append = [&](std::uint32_t number) {
+        for (int i = 0; i < 4; ++i) header += static_cast<char>(number >> 8 * i & 255);
+    };
+    constexpr std::uint32_t colours = 256;
+    constexpr std::uint32_t begin = 14 + 40 + 4 * colours;
+    for (const std::uint32_t number : {begin + side * side, 0U, begin, 40U, side, side,
+                                       1U | 8U << 16, 0U, 0U, 0U, 0U, colours, 0U})
+        append(number);
+    header.resize(begin, '\0');
+    const URL url = folder.file(name, header);
+    std::filesystem::resize_file(url.path(), begin + std::uintmax_t{side} * side);
+    return url;
+}
+
+TEST_F(TextReaderTest, readsAloneWhatNeedsMoreMemoryThanIsThereBesideOthers) {
+    std::ifstream file(TARN_TEST_PICTURES "/invoice.png", std::ios::binary);
+    const URL small =
+        folder.file("small.png", std::string{std::istreambuf_iterator<char>(file), {}});
+    const URL large = blackBitmap(folder, "large.bmp", 5500);
+    // More than there is for one alone.
+    const URL bomb = blackBitmap(folder, "bomb.bmp", 7800);
+    TextReader recognising({.ocr = true, .languages = {}, .processes = 2});
+    TaskPool pool(3);
+    pool.forEach(9, [&](std::size_t i) {
+        const URL& url = i % 3 == 0 ? large : i % 3 == 1 ? small : bomb;
+        const auto result = recognising.read(url, 1, token);
+        SCOPED_TRACE(url.name());
+        EXPECT_EQ(result.text.empty(), url != small);
+        // That it was a picture is known only where it could be read.
+        EXPECT_TRUE(result.hasPictures || url == bomb);
+    });
 }
 
 TEST_F(TextReaderTest, stopsWhenAsked) {

@@ -125,6 +125,14 @@ Walls enter(const Limits& limits, const std::vector<URL>& readable) {
     return walls;
 }
 
+void limitMemory(std::int64_t bytes) {
+    if (!limitsMemory) return;
+    rlimit limits{};
+    getrlimit(RLIMIT_DATA, &limits);
+    limits.rlim_cur = std::min(limits.rlim_max, static_cast<rlim_t>(bytes));
+    setrlimit(RLIMIT_DATA, &limits);
+}
+
 void limitProcessorTime(std::int64_t seconds) {
     rusage used{};
     getrusage(RUSAGE_SELF, &used);

@@ -29,6 +29,10 @@ struct Walls {
 /// started, only below the system's own folders and `readable`. Before the first thread.
 Walls enter(const Limits& limits, const std::vector<URL>& readable);
 
+/// Sets the limit of memory to so many bytes, at most those that `enter` was given. What the
+/// process has already stays.
+void limitMemory(std::int64_t bytes);
+
 /// Ends the process with SIGXCPU when it has worked for so many seconds from now.
 void limitProcessorTime(std::int64_t seconds);
 
