@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "Tarn/model/MainThread.h"
-#include "Tarn/model/SourceNames.h"
 #include "TarnCore/files/Paths.h"
 
 namespace tarn {
@@ -189,8 +188,7 @@ void LiveList::publish() {
             copy.reserve(items->size());
             for (const auto& [path, item] : *items) copy.push_back(item);
         }
-        auto rows =
-            std::make_shared<const PaneRows>(SourceNames::shared().sorted(std::move(copy), sort));
+        SharedRows rows = PaneRows::sorted(std::move(copy), sort);
         MainThread::post(self, [run, rows, sort, isLast](LiveList& list) {
             list.ordered(run, rows, sort, isLast);
         });

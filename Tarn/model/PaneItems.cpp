@@ -12,9 +12,6 @@
 namespace tarn {
 namespace {
 
-/// Fewer rows are freed faster than another thread is woken.
-constexpr std::size_t manyRows = 2000;
-
 const char* const absent = "—";
 
 }  // namespace
@@ -31,10 +28,8 @@ PaneItems::PaneItems(TaskPool& pool, QObject* parent)
 void PaneItems::show(SharedRows rows) {
     Q_ASSERT(MainThread::isCurrent());
     beginResetModel();
-    rows_.swap(rows);
+    rows_ = std::move(rows);
     endResetModel();
-    if (rows->size() > manyRows)
-        pool_.run([old = std::move(rows)]() mutable { old.reset(); }, TaskPriority::background);
 }
 
 std::optional<int> PaneItems::row(const URL& url) const {
@@ -121,7 +116,9 @@ QString PaneItems::source(const FileItem& item) const {
 
 void PaneItems::readSources() {
     pool_.run([items = std::exchange(unread_, {}), self = QPointer<PaneItems>(this)] {
-        SourceNames::shared().read(items);
+        std::vector<const FileItem*> wanted;
+        for (const FileItem& item : items) wanted.push_back(&item);
+        SourceNames::shared().read(wanted);
         MainThread::post(self, [](PaneItems& rows) {
             const int column = static_cast<int>(PaneColumn::source);
             if (!rows.isEmpty())

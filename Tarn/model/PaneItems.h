@@ -21,7 +21,7 @@ namespace tarn {
 class PaneItems final : public QAbstractTableModel {
     Q_OBJECT
 public:
-    /// Rows that are replaced are freed on `pool`, since freeing 100,000 takes a while.
+    /// Sources are read on `pool`.
     explicit PaneItems(TaskPool& pool, QObject* parent = nullptr);
 
     void show(SharedRows rows);

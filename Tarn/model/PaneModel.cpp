@@ -8,7 +8,6 @@
 #include "Tarn/model/ContentIndexService.h"
 #include "Tarn/model/FolderListing.h"
 #include "Tarn/model/MainThread.h"
-#include "Tarn/model/SourceNames.h"
 #include "TarnCore/files/DirectoryLister.h"
 #include "TarnCore/files/Paths.h"
 
@@ -365,27 +364,23 @@ std::function<void()> PaneModel::listing() {
 }
 
 std::function<void()> PaneModel::folderListing() {
-    // The first names are not the first rows where these are grouped.
-    const bool wantsFirst = isLoading_ && groupBy() == GroupField::none;
     return [folder = location_.url, hidden = showsHidden_, sort = sort_, token = listToken_,
-            wantsFirst, generation = generation_, cache = app_.sharedListings(),
-            self = QPointer<PaneModel>(this)] {
+            how = wantedArrangement(), wantsParts = isLoading_, generation = generation_,
+            cache = app_.sharedListings(), self = QPointer<PaneModel>(this)] {
         if (token.isCancelled()) return;
+        const auto tell = [&](const SharedRows& part) {
+            MainThread::post(self, [generation, part = Listed(part, sort, how)](PaneModel& pane) {
+                if (generation == pane.generation_) pane.showListing(part, true);
+            });
+        };
         try {
-            if (wantsFirst) {
-                if (auto first = FolderListing::firstRows(folder, hidden, sort, token)) {
-                    auto rows = std::make_shared<const PaneRows>(std::move(*first));
-                    MainThread::post(self, [generation, rows, sort](PaneModel& pane) {
-                        if (generation == pane.generation_) pane.showListing(rows, sort, true);
-                    });
-                }
-            }
-            SharedRows rows = FolderListing::allRows(folder, hidden, sort, token);
+            SharedRows rows = FolderListing::rows(
+                folder, hidden, sort, token, wantsParts ? tell : std::function<void(SharedRows)>());
             if (token.isCancelled()) return;
             cache->keep({folder, hidden}, {rows, sort});
-            MainThread::post(self, [generation, rows = std::move(rows), sort](PaneModel& pane) {
+            MainThread::post(self, [generation, all = Listed(rows, sort, how)](PaneModel& pane) {
                 if (generation != pane.generation_) return;
-                pane.showListing(rows, sort, false);
+                pane.showListing(all, false);
                 pane.listingEnded();
             });
         } catch (const ListingError& error) {
@@ -396,13 +391,33 @@ std::function<void()> PaneModel::folderListing() {
     };
 }
 
-void PaneModel::showListing(SharedRows rows, const SortOrder& sort, bool isPartial) {
+void PaneModel::noteListing(SharedRows rows, bool isPartial) {
     listing_ = std::move(rows);
     isPartial_ = isPartial;
     isSettled_ = !isPartial && !missedChanges_;
     listingError_.reset();
+}
+
+void PaneModel::showListing(SharedRows rows, const SortOrder& sort, bool isPartial) {
+    noteListing(std::move(rows), isPartial);
     arrange();
     if (sort != sort_ && !isPartial && !location_.isQuery()) resortListing();
+}
+
+PaneModel::Listed::Listed(SharedRows listing, const SortOrder& order, const RowArrangement& wanted)
+    : rows(std::move(listing)), sort(order), how(wanted), arranged(how.arrange(rows)) {
+    arranged->prepareSearch();
+}
+
+void PaneModel::showListing(const Listed& listed, bool isPartial) {
+    if (showsResults_ || listed.how != wantedArrangement()) {
+        showListing(listed.rows, listed.sort, isPartial);
+        return;
+    }
+    ++arranging_;
+    isArranging_ = false;
+    noteListing(listed.rows, isPartial);
+    showArranged(listed.arranged);
 }
 
 void PaneModel::listingEnded() {
@@ -429,13 +444,15 @@ void PaneModel::listingFailed(const ListingError& error) {
 
 void PaneModel::loadDeferredTags(const SharedRows& rows) {
     app_.pool().run(
-        [rows, sort = sort_, generation = generation_, self = QPointer<PaneModel>(this)] {
+        [rows, sort = sort_, how = wantedArrangement(), generation = generation_,
+         self = QPointer<PaneModel>(this)] {
             SharedRows tagged = FolderListing::withTags(rows, sort);
             if (!tagged) return;
-            MainThread::post(self, [generation, old = rows, tagged, sort](PaneModel& pane) {
+            MainThread::post(self, [generation, old = rows,
+                                    listed = Listed(tagged, sort, how)](PaneModel& pane) {
                 // A new order has other rows; it will carry the tags with its next listing.
                 if (generation != pane.generation_ || pane.listing_ != old) return;
-                pane.showListing(tagged, sort, false);
+                pane.showListing(listed, false);
             });
         },
         TaskPriority::background);
@@ -443,14 +460,14 @@ void PaneModel::loadDeferredTags(const SharedRows& rows) {
 
 void PaneModel::resortListing() {
     if (listing_->items().empty()) return;
-    app_.pool().run([rows = listing_, sort = sort_, generation = generation_,
-                     self = QPointer<PaneModel>(this)] {
-        auto sorted = std::make_shared<const PaneRows>(
-            SourceNames::shared().sorted({rows->items().begin(), rows->items().end()}, sort));
-        MainThread::post(self, [generation, old = rows, sorted, sort](PaneModel& pane) {
-            if (generation != pane.generation_ || pane.listing_ != old || sort != pane.sort_)
+    app_.pool().run([rows = listing_, sort = sort_, how = wantedArrangement(),
+                     generation = generation_, self = QPointer<PaneModel>(this)] {
+        MainThread::post(self, [generation, old = rows,
+                                listed = Listed(PaneRows::sorted(rows, sort), sort, how)](
+                                   PaneModel& pane) {
+            if (generation != pane.generation_ || pane.listing_ != old || listed.sort != pane.sort_)
                 return;
-            pane.showListing(sorted, sort, pane.isPartial_);
+            pane.showListing(listed, pane.isPartial_);
         });
     });
 }

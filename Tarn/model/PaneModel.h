@@ -218,13 +218,25 @@ private:
     void smartFoldersChanged();
     void liveRowsChanged();
     void liveEnded();
+    /// What the listing is to be shown as.
+    RowArrangement wantedArrangement() const;
     /// Shows the listing as it is arranged now.
     void arrange();
     void showArranged(const SharedRows& rows);
     void settleSelection();
     void startListing();
     void watchAndList();
+    /// Rows that were made on the pool, sorted and arranged as was wanted when that began.
+    struct Listed {
+        Listed(SharedRows rows, const SortOrder& sort, const RowArrangement& how);
+        SharedRows rows;
+        SortOrder sort;
+        RowArrangement how;
+        SharedRows arranged;
+    };
+    void noteListing(SharedRows rows, bool isPartial);
     void showListing(SharedRows rows, const SortOrder& sort, bool isPartial);
+    void showListing(const Listed& listed, bool isPartial);
     void listingFailed(const ListingError& error);
     void listingEnded();
     void loadDeferredTags(const SharedRows& rows);
@@ -254,7 +266,7 @@ private:
     ViewMode viewMode_ = ViewMode::grid;
     SortOrder sort_;
     double iconSize_ = 96;
-    RowArrangement arrangement_;  ///< Its order and its tree are filled in when it is used.
+    RowArrangement arrangement_;  ///< Without order and tree; see wantedArrangement().
     bool showsHidden_ = false;
     bool applyingPrefs_ = false;
 

@@ -39,20 +39,27 @@ void PaneModel::loadChildren(const URL& folder) {
     if (showsTree()) tree_.loadChildren(folder);
 }
 
+RowArrangement PaneModel::wantedArrangement() const {
+    RowArrangement how = arrangement_;
+    how.sort = sort_;
+    if (showsTree()) how.unfolded = tree_.treeChildren();
+    return how;
+}
+
 void PaneModel::arrange() {
     const std::uint64_t number = ++arranging_;
     isArranging_ = false;
     if (showsResults_) return;
-    arrangement_.sort = sort_;
-    arrangement_.unfolded.clear();
-    if (showsTree()) arrangement_.unfolded = tree_.treeChildren();
-    if (arrangement_.isPlain() || listing_->size() == 0) {
+    RowArrangement how = wantedArrangement();
+    if (how.isPlain() || listing_->size() == 0) {
         showArranged(listing_);
         return;
     }
     isArranging_ = true;
-    app_.pool().run([rows = listing_, how = arrangement_, number, self = QPointer(this)] {
-        MainThread::post(self, [number, arranged = how.arrange(rows)](PaneModel& pane) {
+    app_.pool().run([rows = listing_, how = std::move(how), number, self = QPointer(this)] {
+        SharedRows arranged = how.arrange(rows);
+        arranged->prepareSearch();
+        MainThread::post(self, [number, arranged](PaneModel& pane) {
             if (number == pane.arranging_) pane.showArranged(arranged);
         });
     });

@@ -18,13 +18,17 @@ SharedRows noRows() { return std::make_shared<const PaneRows>(std::vector<FileIt
 
 SharedRows orderedRows(std::vector<FileItem> items, const SearchQuery& query, const SortOrder& sort,
                        bool isRanked, const SearchTask& task) {
-    items = SourceNames::shared().sorted(std::move(items), sort);
-    if (isRanked) {
-        items = SearchRanking::rank(std::move(items), query, [&task](const FileItem& item) {
-            return task.imageScore(item.url);
-        });
-    }
-    return std::make_shared<const PaneRows>(std::move(items));
+    if (!isRanked) return PaneRows::sorted(std::move(items), sort);
+    std::vector<const FileItem*> pointers;
+    pointers.reserve(items.size());
+    for (const FileItem& item : items) pointers.push_back(&item);
+    std::vector<FileItem> sorted;
+    sorted.reserve(items.size());
+    for (const std::uint32_t i : SourceNames::shared().sortedIndexes(pointers, sort))
+        sorted.push_back(std::move(items[i]));
+    return std::make_shared<const PaneRows>(
+        SearchRanking::rank(std::move(sorted), query,
+                            [&task](const FileItem& item) { return task.imageScore(item.url); }));
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "Tarn/model/SourceNames.h"
 #include "TarnCore/base/Calendar.h"
 #include "TarnCore/base/Locale.h"
 #include "TarnCore/platform/Platform.h"
@@ -15,11 +14,13 @@ constexpr std::uint32_t deepest = 64;
 
 class Arranger {
 public:
-    Arranger(const RowArrangement& how, const SharedRows& rows) : how_(how), owners_{rows} {}
+    Arranger(const RowArrangement& how, const PaneRows& source)
+        : how_(how), source_(source), owners_(source.owners()) {}
 
     SharedRows run() {
+        rows_.reserve(source_.size());
         if (how_.groupBy == GroupField::none)
-            for (const FileItem& item : owners_.front()->items()) add(item, 0);
+            for (const FileItem& item : source_.items()) add(item, 0);
         else
             addGroups();
         return std::make_shared<const PaneRows>(std::move(rows_), std::move(groups_),
@@ -33,14 +34,9 @@ private:
         if (!item.isDirectory || how_.unfolded.empty() || depth == deepest) return;
         const auto found = how_.unfolded.find(item.url);
         if (found == how_.unfolded.end()) return;
-        owners_.push_back(std::make_shared<const PaneRows>(
-            SourceNames::shared().sorted(copied(*found->second), how_.sort)));
-        const SharedRows children = owners_.back();
+        const SharedRows children = PaneRows::sorted(found->second, how_.sort);
+        owners_.insert(owners_.end(), children->owners().begin(), children->owners().end());
         for (const FileItem& child : children->items()) add(child, depth + 1);
-    }
-
-    static std::vector<FileItem> copied(const PaneRows& rows) {
-        return {rows.items().begin(), rows.items().end()};
     }
 
     void addGroups() {
@@ -49,7 +45,7 @@ private:
         FileGrouping::Dealer dealer(how_.groupBy, Platform::current().clock->now(), calendar,
                                     locale);
         std::vector<std::vector<const FileItem*>> members;
-        for (const FileItem& item : owners_.front()->items()) {
+        for (const FileItem& item : source_.items()) {
             if (!how_.shows(item)) continue;
             const std::size_t group = dealer.group(item);
             if (group >= members.size()) members.resize(group + 1);
@@ -66,7 +62,8 @@ private:
     }
 
     const RowArrangement& how_;
-    std::vector<SharedRows> owners_;
+    const PaneRows& source_;
+    std::vector<SharedItems> owners_;
     std::vector<PaneRows::Row> rows_;
     std::vector<RowGroup> groups_;
 };
@@ -86,7 +83,7 @@ bool RowArrangement::shows(const FileItem& item) const {
 }
 
 SharedRows RowArrangement::arrange(const SharedRows& rows) const {
-    return isPlain() ? rows : Arranger(*this, rows).run();
+    return isPlain() ? rows : Arranger(*this, *rows).run();
 }
 
 }  // namespace tarn

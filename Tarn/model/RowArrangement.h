@@ -21,6 +21,8 @@ struct RowArrangement {
     std::set<std::string> foldedGroups;  ///< Titles of groups that show their heading only.
     std::map<URL, SharedRows> unfolded;  ///< What is in folders, sorted or not.
 
+    bool operator==(const RowArrangement&) const = default;
+
     /// The items are shown as they are.
     bool isPlain() const {
         return groupBy == GroupField::none && cloudFilter == CloudFilter::all && unfolded.empty();

@@ -30,12 +30,12 @@ std::optional<std::string> SourceNames::known(const FileItem& item) const {
     return found->second.name;
 }
 
-void SourceNames::read(const std::vector<FileItem>& items, const CancelToken& token) {
+void SourceNames::read(const std::vector<const FileItem*>& items, const CancelToken& token) {
     const std::size_t parts = (items.size() + atOnce - 1) / atOnce;
     TaskPool::shared().forEach(parts, [&](std::size_t part) {
         const std::size_t end = std::min(items.size(), (part + 1) * atOnce);
         for (std::size_t i = part * atOnce; i < end && !token.isCancelled(); ++i) {
-            const FileItem& item = items[i];
+            const FileItem& item = *items[i];
             if (known(item)) continue;
             Entry entry{item.modified, sourceOf(item)};
             const auto entries = entries_.lock();
@@ -45,20 +45,22 @@ void SourceNames::read(const std::vector<FileItem>& items, const CancelToken& to
     });
 }
 
-std::vector<FileItem> SourceNames::sorted(std::vector<FileItem> items, const SortOrder& sort) {
-    if (sort.field != SortField::source) return sort.sort(std::move(items));
+std::vector<std::uint32_t> SourceNames::sortedIndexes(const std::vector<const FileItem*>& items,
+                                                      const SortOrder& sort) {
+    if (sort.field != SortField::source) return sort.sortedIndexes(items);
     // Its own copy, since others may fill the memory meanwhile.
     std::unordered_map<URL, std::string> names;
     read(items);
-    for (const FileItem& item : items) {
-        const auto name = known(item);
-        names.emplace(item.url, name ? *name : sourceOf(item));
+    for (const FileItem* item : items) {
+        const auto name = known(*item);
+        names.emplace(item->url, name ? *name : sourceOf(*item));
     }
-    return sort.sort(std::move(items), {}, [&names](const URL& url) -> std::optional<std::string> {
+    const auto source = [&names](const URL& url) -> std::optional<std::string> {
         const auto found = names.find(url);
         if (found == names.end() || found->second.empty()) return std::nullopt;
         return found->second;
-    });
+    };
+    return sort.sortedIndexes(items, {}, source);
 }
 
 }  // namespace tarn

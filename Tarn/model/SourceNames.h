@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -22,9 +23,11 @@ public:
     /// Empty for a file without a source; absent while it was not read.
     std::optional<std::string> known(const FileItem& item) const;
     /// Reads what is not known, on the pool and the calling thread. Blocks.
-    void read(const std::vector<FileItem>& items, const CancelToken& token = {});
-    /// In the order of a pane, which may be that of their sources. Blocks.
-    std::vector<FileItem> sorted(std::vector<FileItem> items, const SortOrder& sort);
+    void read(const std::vector<const FileItem*>& items, const CancelToken& token = {});
+    /// The positions of the items in the order of a pane, which may be that of their sources.
+    /// Blocks.
+    std::vector<std::uint32_t> sortedIndexes(const std::vector<const FileItem*>& items,
+                                             const SortOrder& sort);
 
     static SourceNames& shared();
 

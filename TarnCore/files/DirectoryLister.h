@@ -19,12 +19,13 @@ namespace tarn::DirectoryLister {
 inline constexpr std::size_t deferTagsAbove = 3000;
 bool tagsDeferred(std::size_t count);
 
-/// From this many items on they are built on several threads; below, starting them costs more.
-inline constexpr std::size_t parallelFrom = 1500;
-
 /// Whether tags and dates of arrival are read. Reading them for every item takes about as long as
 /// the rest of a listing, but less than fetching them afterwards.
 enum class AttributeReading { deferredWhenMany, always };
+
+/// What is read of each item of a folder with so many.
+ResourceKeys keys(const URL& folder, std::size_t count,
+                  AttributeReading reading = AttributeReading::deferredWhenMany);
 
 /// The items of a folder, unsorted, in the order of the disk. Package contents are never entered.
 /// Items that vanish or cannot be read on the way are left out. Throws ListingError. A listing

@@ -1,6 +1,7 @@
 #include "TarnCore/files/FileGrouping.h"
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 #include <tuple>
 
@@ -39,25 +40,33 @@ const Names& names(GroupField field) { return fieldNames[static_cast<std::size_t
 
 constexpr std::int64_t lastOrder = 1'000'000'000'000;
 
-Key kindKey(const FileItem& item) {
-    if (item.isDirectory) return {"Folders", 0};
-    return {std::string(FileKinds::title(item.kind)), 1 + static_cast<std::int64_t>(item.kind)};
+/// Folders, and then the kinds.
+std::size_t kindClass(const FileItem& item) {
+    return item.isDirectory ? 0 : 1 + static_cast<std::size_t>(item.kind);
 }
 
-Key sizeKey(const FileItem& item) {
-    if (item.isDirectory || !item.size) return {"Folders", 9};
+Key kindKey(std::size_t number) {
+    if (number == 0) return {"Folders", 0};
+    return {std::string(FileKinds::title(static_cast<FileKind>(number - 1))),
+            static_cast<std::int64_t>(number)};
+}
+
+constexpr std::pair<std::string_view, std::int64_t> sizeClasses[] = {
+    {"Over 1 GB", 0},      {"100 MB to 1 GB", 1}, {"1 MB to 100 MB", 2},
+    {"100 KB to 1 MB", 3}, {"Under 100 KB", 4},   {"Folders", 9}};
+
+std::size_t sizeClass(const FileItem& item) {
+    if (item.isDirectory || !item.size) return 5;
     const std::int64_t size = *item.size;
-    if (size >= 1'000'000'000) return {"Over 1 GB", 0};
-    if (size >= 100'000'000) return {"100 MB to 1 GB", 1};
-    if (size >= 1'000'000) return {"1 MB to 100 MB", 2};
-    if (size >= 100'000) return {"100 KB to 1 MB", 3};
-    return {"Under 100 KB", 4};
+    if (size >= 1'000'000'000) return 0;
+    if (size >= 100'000'000) return 1;
+    if (size >= 1'000'000) return 2;
+    return size >= 100'000 ? 3 : 4;
 }
 
-Key tagsKey(const FileItem& item) {
-    if (item.tags.empty()) return {"No Tags", 1};
-    return {item.tags.front(), 0};
-}
+// Calendar days from here to now, up to which a header reaches.
+constexpr int week = 7;
+constexpr int thirtyDays = 30;
 
 }  // namespace
 
@@ -76,38 +85,86 @@ std::pair<std::string, std::int64_t> dateKey(std::optional<Date> date, Date now,
     const int days = calendar.daysBetween(*date, now);
     if (days <= 0) return {"Today", 0};
     if (days == 1) return {"Yesterday", 1};
-    if (days < 7) return {"Previous 7 Days", 2};
-    if (days < 30) return {"Previous 30 Days", 3};
+    if (days < week) return {"Previous 7 Days", 2};
+    if (days < thirtyDays) return {"Previous 30 Days", 3};
     const CivilDay day = calendar.day(*date);
     if (day.year != calendar.day(now).year)
         return {std::to_string(day.year), 1000 + (10000 - std::int64_t{day.year})};
     return {locale.monthName(day.month), 100 - day.month};
 }
 
-std::size_t Dealer::group(const FileItem& item) {
-    const auto keyOf = [&]() -> Key {
-        switch (field_) {
-            case GroupField::none:
-                return {"", 0};
-            case GroupField::kind:
-                return kindKey(item);
-            case GroupField::modified:
-                return dateKey(item.modified, now_, calendar_, locale_);
-            case GroupField::created:
-                return dateKey(item.created, now_, calendar_, locale_);
-            case GroupField::added:
-                return dateKey(item.added, now_, calendar_, locale_);
-            case GroupField::size:
-                return sizeKey(item);
-            case GroupField::tags:
-                return tagsKey(item);
-        }
-        return {"", 0};
+std::size_t Dealer::ofTitle(std::string_view title, std::int64_t order) {
+    if (const auto known = byTitle_.find(title); known != byTitle_.end()) return known->second;
+    byTitle_.emplace(title, groups_.size());
+    groups_.push_back({std::string(title), order});
+    return groups_.size() - 1;
+}
+
+template <class Key>
+std::size_t Dealer::ofClass(std::size_t number, const Key& key) {
+    if (number >= byClass_.size()) byClass_.resize(number + 1);
+    if (!byClass_[number]) {
+        const auto [title, order] = key();
+        byClass_[number] = ofTitle(title, order);
+    }
+    return *byClass_[number];
+}
+
+DateInterval Dealer::sameGroup(Date date) const {
+    const auto dayBefore = [this](int days) {
+        return calendar_.start(calendar_.adding(CalendarUnit::day, -days, calendar_.day(now_)));
     };
-    auto [title, order] = keyOf();
-    const auto [place, isNew] = byTitle_.try_emplace(title, groups_.size());
-    if (isNew) groups_.push_back({std::move(title), order});
-    return place->second;
+    const int days = calendar_.daysBetween(date, now_);
+    if (days <= 0) return {dayBefore(0), Date{std::numeric_limits<double>::infinity()}};
+    if (days == 1) return {dayBefore(1), dayBefore(0)};
+    if (days < week) return {dayBefore(week - 1), dayBefore(1)};
+    const Date monthAgo = dayBefore(thirtyDays - 1);
+    if (days < thirtyDays) return {monthAgo, dayBefore(week - 1)};
+    const bool isThisYear = calendar_.day(date).year == calendar_.day(now_).year;
+    const DateInterval whole =
+        calendar_.interval(isThisYear ? CalendarUnit::month : CalendarUnit::year, date);
+    return {whole.start, std::min(whole.end, monthAgo)};
+}
+
+std::size_t Dealer::ofDate(const std::optional<Date>& date) {
+    if (!date) return ofClass(0, [this] { return dateKey({}, now_, calendar_, locale_); });
+    const double at = date->seconds;
+    const auto after =
+        std::upper_bound(stretches_.begin(), stretches_.end(), at,
+                         [](double wanted, const Stretch& one) { return wanted < one.begin; });
+    if (after != stretches_.begin() && at < (after - 1)->end) return (after - 1)->group;
+    const auto [title, order] = dateKey(date, now_, calendar_, locale_);
+    const std::size_t group = ofTitle(title, order);
+    const auto [begin, end] = sameGroup(*date);
+    // Not for a date that no calendar reaches.
+    if (begin.seconds <= at && at < end.seconds)
+        stretches_.insert(after, {begin.seconds, end.seconds, group});
+    return group;
+}
+
+std::size_t Dealer::group(const FileItem& item) {
+    switch (field_) {
+        case GroupField::none:
+            break;
+        case GroupField::kind: {
+            const std::size_t number = kindClass(item);
+            return ofClass(number, [number] { return kindKey(number); });
+        }
+        case GroupField::modified:
+            return ofDate(item.modified);
+        case GroupField::created:
+            return ofDate(item.created);
+        case GroupField::added:
+            return ofDate(item.added);
+        case GroupField::size: {
+            const std::size_t number = sizeClass(item);
+            return ofClass(number, [number] { return sizeClasses[number]; });
+        }
+        case GroupField::tags:
+            if (item.tags.empty()) return ofTitle("No Tags", 1);
+            return ofTitle(item.tags.front(), 0);
+    }
+    return ofTitle("", 0);
 }
 
 std::vector<std::size_t> Dealer::order() const {

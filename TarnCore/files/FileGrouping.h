@@ -1,7 +1,9 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -40,7 +42,8 @@ std::string_view title(GroupField field);
 std::vector<FileGroup> groups(std::vector<FileItem> items, GroupField field, Date now,
                               const Calendar& calendar, const Locale& locale);
 
-/// Deals items out to groups one by one, for who keeps the items elsewhere.
+/// Deals items out to groups one by one, for who keeps the items elsewhere. Titles are made once
+/// for a group, and the calendar is asked once for a stretch of dates, not for every item.
 class Dealer {
 public:
     Dealer(GroupField field, Date now, const Calendar& calendar, const Locale& locale)
@@ -56,12 +59,33 @@ private:
         std::string title;
         std::int64_t order;
     };
+    /// The dates from `begin` until before `end` belong to one group.
+    struct Stretch {
+        double begin;
+        double end;
+        std::size_t group;
+    };
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view title) const noexcept {
+            return std::hash<std::string_view>{}(title);
+        }
+    };
+
+    std::size_t ofTitle(std::string_view title, std::int64_t order);
+    template <class Key>  // std::pair<std::string, std::int64_t>()
+    std::size_t ofClass(std::size_t number, const Key& key);
+    std::size_t ofDate(const std::optional<Date>& date);
+    DateInterval sameGroup(Date date) const;
+
     const GroupField field_;
     const Date now_;
     const Calendar calendar_;
     const Locale locale_;
     std::vector<Group> groups_;
-    std::unordered_map<std::string, std::size_t> byTitle_;
+    std::unordered_map<std::string, std::size_t, Hash, std::equal_to<>> byTitle_;
+    std::vector<std::optional<std::size_t>> byClass_;  ///< Of kinds and sizes, which are numbered.
+    std::vector<Stretch> stretches_;                   ///< In their order.
 };
 
 /// The header and its place for a date: "Today", "Yesterday", "Previous 7 Days", "Previous 30

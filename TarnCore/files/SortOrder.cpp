@@ -182,19 +182,20 @@ double number(const FileItem& item, SortField field, const SortOrder::FolderSize
     }
 }
 
-void setPrimaries(std::vector<Row>& rows, const std::vector<FileItem>& items, SortField field,
-                  const SortOrder::FolderSize& folderSize, const SortOrder::Source& source) {
+void setPrimaries(std::vector<Row>& rows, const std::vector<const FileItem*>& items,
+                  SortField field, const SortOrder::FolderSize& folderSize,
+                  const SortOrder::Source& source) {
     const bool byText =
         field == SortField::kind || field == SortField::source || field == SortField::tags;
     if (!byText) {
         for (std::size_t i = 0; i < items.size(); ++i)
-            rows[i].primary = number(items[i], field, folderSize);
+            rows[i].primary = number(*items[i], field, folderSize);
         return;
     }
     std::vector<std::string> texts(items.size());
     TextRanks ranks;
     for (std::size_t i = 0; i < items.size(); ++i) {
-        texts[i] = text(items[i], field, source);
+        texts[i] = text(*items[i], field, source);
         ranks.add(texts[i]);
     }
     ranks.settle();
@@ -272,20 +273,36 @@ std::vector<FileItem> SortOrder::sort(std::vector<FileItem> items, const FolderS
 std::vector<std::uint32_t> SortOrder::sortedIndexes(const std::vector<FileItem>& items,
                                                     const FolderSize& folderSize,
                                                     const Source& source) const {
+    std::vector<const FileItem*> pointers;
+    pointers.reserve(items.size());
+    for (const FileItem& item : items) pointers.push_back(&item);
+    return sortedIndexes(pointers, folderSize, source);
+}
+
+std::vector<std::uint32_t> SortOrder::sortedIndexes(const std::vector<const FileItem*>& items,
+                                                    const FolderSize& folderSize,
+                                                    const Source& source) const {
     const NameKeys keys(items.size(),
-                        [&](std::size_t i) { return std::string_view(items[i].name); });
+                        [&](std::size_t i) { return std::string_view(items[i]->name); });
     auto rows = makeRows(items.size(), keys, foldersFirst,
-                         [&](std::size_t i) { return items[i].isDirectory; });
+                         [&](std::size_t i) { return items[i]->isDirectory; });
     if (field != SortField::name) setPrimaries(rows, items, field, folderSize, source);
     return sorted(std::move(rows), Before(ascending, field == SortField::name));
 }
 
-void SortOrder::sort(std::vector<ListedName>& names) const {
-    const NameKeys keys(names.size(),
-                        [&](std::size_t i) { return std::string_view(names[i].name); });
+std::vector<std::uint32_t> SortOrder::sortedIndexes(
+    const std::vector<ListedNameView>& names) const {
+    const NameKeys keys(names.size(), [&](std::size_t i) { return names[i].name; });
     auto rows = makeRows(names.size(), keys, foldersFirst,
                          [&](std::size_t i) { return names[i].isDirectory; });
-    names = reordered(names, sorted(std::move(rows), Before(ascending, /*byName=*/true)));
+    return sorted(std::move(rows), Before(ascending, /*byName=*/true));
+}
+
+void SortOrder::sort(std::vector<ListedName>& names) const {
+    std::vector<ListedNameView> views;
+    views.reserve(names.size());
+    for (const ListedName& name : names) views.push_back({name.name, name.isDirectory});
+    names = reordered(names, sortedIndexes(views));
 }
 
 void to_json(JSON& json, const SortOrder& order) {

@@ -49,9 +49,13 @@ struct SortOrder {
     std::vector<std::uint32_t> sortedIndexes(const std::vector<FileItem>& items,
                                              const FolderSize& folderSize = {},
                                              const Source& source = {}) const;
+    std::vector<std::uint32_t> sortedIndexes(const std::vector<const FileItem*>& items,
+                                             const FolderSize& folderSize = {},
+                                             const Source& source = {}) const;
 
     /// Bare names by name, whatever `field` says; direction and foldersFirst as above.
     void sort(std::vector<ListedName>& names) const;
+    std::vector<std::uint32_t> sortedIndexes(const std::vector<ListedNameView>& names) const;
 };
 
 void to_json(JSON& json, const SortOrder& order);

@@ -7,6 +7,7 @@
 
 #include "TarnCore/base/Error.h"
 #include "TarnCore/files/DirectoryLister.h"
+#include "TarnCore/files/ItemGathering.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/platform/memory/MemoryFileSystem.h"
 #include "TarnCore/platform/memory/MemoryPlatform.h"
@@ -147,7 +148,7 @@ TEST(DirectoryLister, aDiskWithoutAttributesIsAskedForThemOnce) {
 
 TEST(DirectoryLister, manyThreadsKeepTheOrderOfTheDisk) {
     const TestFolder root;
-    constexpr std::size_t count = DirectoryLister::parallelFrom + 7;
+    constexpr std::size_t count = ItemGathering::parallelFrom + 7;
     for (std::size_t i = 0; i < count; ++i) root.file("file " + std::to_string(i));
     std::vector<std::string> inDiskOrder;
     for (const ListedName& name : DirectoryLister::names(root.url(), false))

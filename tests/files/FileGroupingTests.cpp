@@ -81,6 +81,26 @@ TEST(FileGrouping, datesComeNewestFirstAndUndatedLast) {
                             Pair("2025", "d"), Pair("2024", "a"), Pair("No Date", "-")));
 }
 
+TEST(FileGrouping, datesDealtOutInAnyOrderGetTheHeaderOfTheirDay) {
+    // Every third hour of two years, the nights of the clock changes among them, and far ones.
+    std::vector<Date> dates{at("0001-01-01T00:00:00Z"), at("9999-12-31T00:00:00Z"), Date{1e300}};
+    const Date end = at("2026-04-02T00:00:00Z");
+    for (Date date = at("2024-03-01T00:00:00Z"); date < end; date = date + 3 * 3600 - 1)
+        dates.push_back(date);
+    const Date now = at("2026-03-30T00:30:00+02:00");
+    for (std::size_t step : {1UL, 7UL, dates.size() - 5}) {  // also back and forth
+        FileGrouping::Dealer dealer(GroupField::modified, now, berlin, english);
+        for (std::size_t i = 0, place = 0; i < dates.size();
+             ++i, place = (place + step) % dates.size()) {
+            FileItem dated = item("x");
+            dated.modified = dates[place];
+            ASSERT_EQ(dealer.title(dealer.group(dated)),
+                      FileGrouping::dateKey(dates[place], now, berlin, english).first)
+                << dates[place].seconds;
+        }
+    }
+}
+
 TEST(FileGrouping, sizesComeLargestFirst) {
     const auto sized = [](const char* name, std::int64_t size) {
         FileItem result = item(name);

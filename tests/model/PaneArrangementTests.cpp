@@ -183,6 +183,32 @@ TEST_F(PaneArrangementTest, aFolderThatLiesInItselfEndsSomewhere) {
     }
 }
 
+TEST_F(PaneArrangementTest, theGroupsOfALargeFolderGrowAtTheirEnds) {
+    for (int i = 0; i < 3300; ++i)
+        folder.file("file " + std::to_string(i) + (i % 3 == 0 ? ".jpg" : ".txt"));
+    app.setViewPrefs(folder.url(), {ViewMode::list, SortOrder{}, 96, GroupField::kind});
+    std::vector<SharedRows> seen;
+    QObject::connect(&pane, &PaneModel::rowsChanged, [&] {
+        if (!pane.items().isEmpty()) seen.push_back(pane.items().rows());
+    });
+    open(folder.url());
+    ASSERT_GE(seen.size(), 2u);
+    EXPECT_LT(seen.front()->size(), 1000u);
+    const PaneRows& all = *seen.back();
+    ASSERT_EQ(all.groups().size(), 2u);
+    EXPECT_EQ(all.groups()[0].itemCount, 1100u);
+    EXPECT_EQ(all.groups()[1].first, 1100u);
+    for (const SharedRows& part : seen) {
+        ASSERT_EQ(part->groups().size(), 2u);
+        for (std::size_t i = 0; i < 2; ++i) {
+            EXPECT_EQ(part->groups()[i].title, all.groups()[i].title);
+            for (std::uint32_t row = 0; row < part->groups()[i].itemCount; ++row)
+                ASSERT_EQ(part->item(part->groups()[i].first + row).name,
+                          all.item(all.groups()[i].first + row).name);
+        }
+    }
+}
+
 TEST_F(PaneArrangementTest, theCloudFilterAndThePlaceItBelongsTo) {
     folder.file("a");
     folder.folder("in");

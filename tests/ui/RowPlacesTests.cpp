@@ -24,7 +24,7 @@ SharedRows rowsOf(int count, const std::vector<int>& groupSizes) {
         first += static_cast<std::uint32_t>(size);
     }
     return std::make_shared<const PaneRows>(std::move(rows), std::move(groups),
-                                            std::vector<SharedRows>{flat});
+                                            flat->owners());
 }
 
 TEST(RowPlaces, listsAreLinesBelowEachOther) {
