@@ -15,7 +15,9 @@
 #include "Tarn/ui/transfers/DesktopClipboard.h"
 #include "Tarn/ui/transfers/SleepInhibitor.h"
 #include "Tarn/ui/transfers/TransferNotifier.h"
+#include "Tarn/ui/window/FirstRows.h"
 #include "Tarn/ui/window/SessionWindows.h"
+#include "Tarn/ui/window/WatchedApplication.h"
 #include "TarnCore/base/Error.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 #include "TarnCore/platform/linux/LinuxSoundOutput.h"
@@ -56,7 +58,11 @@ int main(int argc, char** argv) try {
     using namespace tarn;
     Platform::setCurrent(makeLinuxPlatform());
     SoundOutput::setCurrent(std::make_shared<LinuxSoundOutput>());
+#ifdef NDEBUG
     QApplication qt(argc, argv);
+#else
+    WatchedApplication qt(argc, argv);  // Tells which events keep the window waiting.
+#endif
     QApplication::setApplicationName(QStringLiteral("Tarn"));
     QApplication::setDesktopFileName(AppID::name());
     const AppRequest request = requestOf(argc, argv);
@@ -88,7 +94,7 @@ int main(int argc, char** argv) try {
     const TerminationSignals termination;
     QObject::connect(&termination, &TerminationSignals::received, &app,
                      [&app] { SessionWindows::end(app); });
-    app.startBackgroundServices();
+    const FirstRows shown([&app] { app.startBackgroundServices(); });
     const int result = QApplication::exec();
     app.flush();
     return result;

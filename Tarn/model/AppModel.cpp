@@ -63,7 +63,7 @@ AppModel::~AppModel() { flush(); }
 void AppModel::setClipboard(std::unique_ptr<Clipboard> clipboard) {
     clipboard_ = std::move(clipboard);
     connect(clipboard_.get(), &Clipboard::changed, this, &AppModel::readClipboard);
-    readClipboard();
+    if (servicesStarted_) readClipboard();
 }
 
 void AppModel::readClipboard() {
@@ -223,6 +223,8 @@ SessionState AppModel::storedSession() const { return stores_->session.value(); 
 void AppModel::startBackgroundServices() {
     if (servicesStarted_) return;
     servicesStarted_ = true;
+    // What it holds is asked of another program.
+    readClipboard();
     watchStores();
     pool_.run([] { ChangeJournal::repair(); });
     refreshVolumes();

@@ -11,11 +11,11 @@
 #include "Tarn/ui/pane/PaneView.h"
 #include "Tarn/ui/theme/Theme.h"
 #include "Tarn/ui/window/BrowserWindow.h"
+#include "Tarn/ui/window/WatchedApplication.h"
 #include "TarnCore/files/SupportDirectory.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 #include "bench/Bench.h"
 #include "bench/TreeMaker.h"
-#include "bench/ui/TimedApplication.h"
 
 namespace {
 
@@ -44,7 +44,7 @@ constexpr Look looks[] = {{"List", ViewMode::list, GroupField::none},
                           {"Grid, grouped by kind", ViewMode::grid, GroupField::kind}};
 
 /// Goes to the folder from an empty one, and measures until rows are on the screen.
-void open(bench::TimedApplication& qt, BrowserWindow& window, const URL& folder, const Look& look,
+void open(WatchedApplication& qt, BrowserWindow& window, const URL& folder, const Look& look,
           Timings& timings) {
     PaneModel& pane = window.model().active();
     double first = 0;
@@ -55,7 +55,7 @@ void open(bench::TimedApplication& qt, BrowserWindow& window, const URL& folder,
         first = static_cast<double>(timer.nsecsElapsed()) * 1e-9;
     });
     window.model().app().listings().clear();
-    qt.reset();
+    qt.watch().reset();
     timer.start();
     pane.navigate(Location::folder(folder));
     pane.setViewMode(look.mode);
@@ -65,19 +65,19 @@ void open(bench::TimedApplication& qt, BrowserWindow& window, const URL& folder,
     window.repaint();
     timings.allRows.push_back(static_cast<double>(timer.nsecsElapsed()) * 1e-9);
     timings.firstRows.push_back(first);
-    timings.block.push_back(std::max(navigating, qt.longestBlock()));
+    timings.block.push_back(std::max(navigating, qt.watch().longest().seconds));
     QObject::disconnect(shown);
 }
 
-void sort(bench::TimedApplication& qt, PaneModel& pane, Timings& timings) {
+void sort(WatchedApplication& qt, PaneModel& pane, Timings& timings) {
     const SharedRows before = pane.items().rows();
-    qt.reset();
+    qt.watch().reset();
     QElapsedTimer timer;
     timer.start();
     pane.sortBy(SortField::size);
     waitUntil([&] { return pane.items().rows() != before; });
     timings.sorting.push_back(static_cast<double>(timer.nsecsElapsed()) * 1e-9);
-    timings.sortBlock.push_back(qt.longestBlock());
+    timings.sortBlock.push_back(qt.watch().longest().seconds);
     const SharedRows bySize = pane.items().rows();
     pane.sortBy(SortField::name);
     waitUntil([&] { return pane.items().rows() != bySize; });
@@ -100,7 +100,7 @@ void scroll(PaneView* view, Timings& timings) {
 int main(int argc, char** argv) {
     SupportDirectory::useTestFolder();
     Platform::setCurrent(makeLinuxPlatform());
-    bench::TimedApplication qt(argc, argv);
+    WatchedApplication qt(argc, argv);
     const std::string folder = argc > 1 ? argv[1] : "/tmp/tarn-bench-flat-100000";
     const int runs = argc > 2 ? std::atoi(argv[2]) : 5;
     if (!std::filesystem::exists(folder)) bench::TreeMaker().flat(folder, files);

@@ -11,6 +11,7 @@
 
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/ItemIconEngine.h"
+#include "Tarn/ui/theme/PictureIconEngine.h"
 #include "Tarn/ui/theme/SymbolIconEngine.h"
 #include "TarnCore/files/Paths.h"
 
@@ -137,14 +138,18 @@ bool hasSymbol(std::string_view name) {
 }
 
 QIcon symbol(std::string_view name, Tint tint) {
-    static std::map<std::pair<std::string, Tint>, QIcon> icons;
-    const std::string known(hasSymbol(name) ? name : std::string_view("doc"));
-    auto [slot, isNew] = icons.try_emplace({known, tint});
-    if (isNew) slot->second = QIcon(new SymbolIconEngine(resourceName(known), tint));
-    return slot->second;
+    // Rows ask for theirs whenever they are drawn.
+    static std::map<Tint, std::map<std::string, QIcon, std::less<>>> tints;
+    auto& icons = tints[tint];
+    if (const auto known = icons.find(name); known != icons.end()) return known->second;
+    const QString drawn = resourceName(hasSymbol(name) ? name : std::string_view("doc"));
+    return icons.emplace(name, QIcon(new SymbolIconEngine(drawn, tint))).first->second;
 }
 
-QIcon application() { return QIcon(u":/tarn/icons/"_s + resourceName("application") + u".svg"_s); }
+QIcon application() {
+    // Not by the name of its file, for which all plugins for icons and pictures would be loaded.
+    return QIcon(new PictureIconEngine(resourceName("application")));
+}
 
 QIcon folder(std::string_view symbol) {
     if (symbol.empty()) return kindIcon(FileKind::folder);
