@@ -50,7 +50,8 @@ QT_FOLDERS = {"Tarn/ui": "any", "Tarn": "any", "Tarn/model": "core", "Tarn/comma
               "Tarn/model/records": "none"}
 # What models and commands use of Qt, all of it in Qt Core.
 QT_CORE = {
-    "QAbstractItemModel", "QAbstractListModel", "QAbstractTableModel", "QAtomicInt", "QByteArray",
+    "QAbstractEventDispatcher", "QAbstractItemModel", "QAbstractListModel", "QAbstractTableModel",
+    "QAtomicInt", "QByteArray",
     "QCollator", "QCoreApplication", "QCryptographicHash", "QDate", "QDateTime", "QDebug", "QDir",
     "QElapsedTimer", "QEvent", "QEventLoop", "QFile", "QFileInfo", "QHash", "QIODevice",
     "QItemSelectionModel", "QJsonArray", "QJsonDocument", "QJsonObject", "QJsonValue", "QList",

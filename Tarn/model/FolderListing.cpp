@@ -6,6 +6,7 @@
 #include <span>
 #include <utility>
 
+#include "TarnCore/base/Collation.h"
 #include "TarnCore/files/DirectoryLister.h"
 #include "TarnCore/files/ListedFolder.h"
 
@@ -22,6 +23,32 @@ constexpr std::size_t longestSlice = 16'384;
 constexpr std::chrono::milliseconds patience(80);
 constexpr std::chrono::milliseconds laterPatience(250);
 
+std::vector<std::uint32_t> counted(std::size_t count) {
+    std::vector<std::uint32_t> positions(count);
+    std::iota(positions.begin(), positions.end(), 0U);
+    return positions;
+}
+
+/// Those that come first by name. Comparing each name with the last of them takes half as long as
+/// making a key for each, which a whole order needs.
+std::vector<std::uint32_t> firstPositions(const std::vector<ListedNameView>& names,
+                                          const SortOrder& sort) {
+    const auto isBefore = [&](std::uint32_t i, std::uint32_t j) {
+        const ListedNameView& a = names[i];
+        const ListedNameView& b = names[j];
+        if (sort.foldersFirst && a.isDirectory != b.isDirectory) return a.isDirectory;
+        const int order = Collation::compare(a.name, b.name);
+        if (order == 0) return i < j;
+        return (order < 0) == sort.ascending;
+    };
+    std::vector<std::uint32_t> positions = counted(names.size());
+    const std::size_t count = std::min(FolderListing::firstRowCount, positions.size());
+    const auto end = positions.begin() + static_cast<std::ptrdiff_t>(count);
+    std::partial_sort(positions.begin(), end, positions.end(), isBefore);
+    positions.resize(count);
+    return positions;
+}
+
 }  // namespace
 
 SharedRows FolderListing::rows(const URL& folder, bool includeHidden, const SortOrder& sort,
@@ -31,27 +58,34 @@ SharedRows FolderListing::rows(const URL& folder, bool includeHidden, const Sort
     const ListedFolder listed(folder, includeHidden, token);
     const ResourceKeys keys = DirectoryLister::keys(folder, listed.size());
     const bool comesInOrder = sort.field == SortField::name;
-    std::vector<std::uint32_t> positions;
-    if (comesInOrder) {
-        positions = sort.sortedIndexes(listed.names());
-    } else {
-        positions.resize(listed.size());
-        std::iota(positions.begin(), positions.end(), 0U);
-    }
+    const std::vector<ListedNameView> names =
+        comesInOrder ? listed.names() : std::vector<ListedNameView>();
     // Reading sources takes longer than all the rest.
     const bool tellsParts = onPart && sort.field != SortField::source;
     const bool hasQuickStart =
         tellsParts && comesInOrder && DirectoryLister::tagsDeferred(listed.size());
-    std::size_t slice = hasQuickStart ? firstRowCount : firstSlice;
-    if (hasQuickStart) due = {};
-
     std::vector<SharedItems> parts;
+    std::vector<std::uint32_t> first;
+    if (hasQuickStart && !token.isCancelled()) {
+        first = firstPositions(names, sort);
+        parts.push_back(shareItems(listed.items(first, keys, token)));
+        onPart(PaneRows::joined(parts));
+        due = Clock::now() + laterPatience;
+    }
+
+    const std::vector<std::uint32_t> positions =
+        comesInOrder ? sort.sortedIndexes(names) : counted(listed.size());
     std::span<const std::uint32_t> left(positions);
+    if (std::ranges::equal(first, left.first(first.size())))
+        left = left.subspan(first.size());
+    else
+        parts.clear();  // The two ways of comparing names disagree.
+    std::size_t slice = firstSlice;
     while (!left.empty() && !token.isCancelled()) {
         const std::size_t count = std::min(slice, left.size());
         parts.push_back(shareItems(listed.items(left.first(count), keys, token)));
         left = left.subspan(count);
-        slice = std::clamp(slice * 2, firstSlice, longestSlice);
+        slice = std::min(slice * 2, longestSlice);
         if (!tellsParts || left.empty() || Clock::now() < due) continue;
         SharedRows part = PaneRows::joined(parts);
         onPart(comesInOrder ? std::move(part) : PaneRows::sorted(part, sort));

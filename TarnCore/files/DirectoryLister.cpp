@@ -4,8 +4,6 @@
 #include <numeric>
 #include <utility>
 
-#include "TarnCore/base/Guarded.h"
-#include "TarnCore/base/TaskPool.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/ItemGathering.h"
 #include "TarnCore/files/ListedFolder.h"
@@ -69,14 +67,12 @@ std::vector<FileItem> load(const std::vector<URL>& urls, ResourceKeys keys) {
 }
 
 std::unordered_map<URL, std::vector<std::string>> loadTags(const std::vector<URL>& urls) {
-    Guarded<std::unordered_map<URL, std::vector<std::string>>> result;
-    TaskPool::shared().forEach(ItemGathering::mostWorkers, [&](std::size_t worker) {
-        for (std::size_t i = worker; i < urls.size(); i += ItemGathering::mostWorkers) {
-            std::vector<std::string> tags = ResourceReader::tags(urls[i]);
-            if (!tags.empty()) result.lock()->emplace(urls[i], std::move(tags));
-        }
-    });
-    return std::move(*result.lock());
+    std::unordered_map<URL, std::vector<std::string>> result;
+    for (const URL& url : urls) {
+        std::vector<std::string> tags = ResourceReader::tags(url);
+        if (!tags.empty()) result.emplace(url, std::move(tags));
+    }
+    return result;
 }
 
 std::string displayName(const URL& url) {

@@ -40,7 +40,8 @@ std::vector<ListedName> names(const URL& folder, bool includeHidden, const Cance
 /// Items for known URLs, in their order; those that cannot be read are left out.
 std::vector<FileItem> load(const std::vector<URL>& urls, ResourceKeys keys);
 
-/// The tags of those URLs that have any.
+/// The tags of those URLs that have any. On this thread alone, since nobody waits for them: what is
+/// asked for meanwhile, another order say, finds the others free.
 std::unordered_map<URL, std::vector<std::string>> loadTags(const std::vector<URL>& urls);
 
 /// The name to show for a path ("Computer" for "/", else the last component, made valid UTF-8).

@@ -3,14 +3,33 @@
 #include <system_error>
 
 #include <QtGui/QFont>
-#include <QtWidgets/QApplication>
 #include <gtest/gtest.h>
 
 #include "Tarn/ui/theme/Theme.h"
+#include "Tarn/ui/window/WatchedApplication.h"
 #include "TarnCore/base/Collation.h"
 #include "TarnCore/files/SupportDirectory.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
+
+namespace {
+
+/// Fails tests in which one event keeps the main thread for too long.
+class EventListener final : public testing::EmptyTestEventListener {
+public:
+    explicit EventListener(tarn::EventWatch& watch) : watch_(watch) {}
+
+    void OnTestStart(const testing::TestInfo&) override { watch_.reset(); }
+    void OnTestEnd(const testing::TestInfo&) override {
+        const tarn::EventWatch::Event& longest = watch_.longest();
+        EXPECT_LE(longest.seconds, tarn::EventWatch::longestAllowed) << longest.name.toStdString();
+    }
+
+private:
+    tarn::EventWatch& watch_;
+};
+
+}  // namespace
 
 int main(int argc, char** argv) {
     // The same zone, language, screen, font and desktop everywhere.
@@ -23,7 +42,10 @@ int main(int argc, char** argv) {
     tarn::Collation::use("en_US");
     testing::InitGoogleTest(&argc, argv);
     tarn::Platform::setCurrent(tarn::makeLinuxPlatform());
-    QApplication app(argc, argv);
+    WatchedApplication app(argc, argv);
+    // Not by default: code that is not optimised, or watched by a sanitizer, takes longer.
+    if (qEnvironmentVariableIsSet("TARN_WATCH_EVENTS"))
+        testing::UnitTest::GetInstance()->listeners().Append(new EventListener(app.watch()));
     app.setFont(QFont(QStringLiteral("Inter"), 10));
     tarn::Theme& theme = tarn::Theme::install(app);
     theme.setMode(tarn::Theme::Mode::light);
