@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <ctime>
+#include <optional>
 
 #include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QEvent>

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <optional>
 #include <vector>
 
 #include <QtCore/QObject>
