@@ -213,6 +213,7 @@ std::unordered_map<std::string_view, Action> makeActions() {
         {"applications", going(Paths::applications)},
         {"sources", going(Location::sources)},
         {"tags", going(Location::tags)},
+        {"connect", asking(Which::connectServer)},
         {"view.grid", viewing(ViewMode::grid)},
         {"view.list", viewing(ViewMode::list)},
         {"inspector", toggling(&WindowModel::showsInspector, &WindowModel::setShowsInspector)},

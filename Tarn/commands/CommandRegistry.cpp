@@ -31,8 +31,6 @@ std::string_view unavailable(std::string_view id) {
                                       "Finding what can be cleaned up is not built in yet.")},
         {"duplicates",
          QT_TRANSLATE_NOOP("tarn::CommandRegistry", "Finding duplicates is not built in yet.")},
-        {"connect",
-         QT_TRANSLATE_NOOP("tarn::CommandRegistry", "Connecting to servers is not built in yet.")},
         {"smartRename", QT_TRANSLATE_NOOP("tarn::CommandRegistry",
                                           "Suggesting names for files is not built in yet.")},
         {"keepDownloaded",

@@ -9,6 +9,8 @@
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/StoreWatcher.h"
 #include "Tarn/model/TabGroup.h"
+#include "Tarn/model/VolumeEjector.h"
+#include "Tarn/model/VolumeQueues.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/records/Shortcuts.h"
 #include "Tarn/model/records/UserStores.h"
@@ -49,6 +51,7 @@ AppModel::AppModel(TaskPool& pool, QObject* parent)
       pool_(pool),
       stores_(std::make_unique<Stores>()),
       settings_(stores_->settings.value()),
+      ejector_(std::make_unique<VolumeEjector>(*this)),
       transfers_(std::make_unique<TransferList>(history_)),
       contentIndex_(std::make_unique<ContentIndexService>(activities_)) {
     if (const auto layouts = stores_->layouts.value(); !layouts.empty())
@@ -167,12 +170,28 @@ std::optional<Shortcut> AppModel::shortcut(std::string_view commandID) const {
 
 void AppModel::refreshVolumes() {
     pool_.run([self = QPointer<AppModel>(this)] {
-        MainThread::post(self, [volumes = DriveService::volumes()](AppModel& app) {
-            if (app.volumes_ == volumes) return;
-            app.volumes_ = volumes;
-            emit app.volumesChanged();
+        MainThread::post(self, [mounted = DriveService::volumes()](AppModel& app) {
+            app.mounted_ = mounted;
+            app.showVolumes();
         });
     });
+    const auto volumes = Platform::current().volumes;
+    const auto drives = Platform::current().drives;
+    if (!volumes || !drives) return;
+    VolumeQueues::servers().run([volumes, drives, self = QPointer<AppModel>(this)] {
+        MainThread::post(self, [servers = DriveService::servers(*volumes, *drives)](AppModel& app) {
+            app.servers_ = servers;
+            app.showVolumes();
+        });
+    });
+}
+
+void AppModel::showVolumes() {
+    std::vector<Volume> volumes = mounted_;
+    volumes.insert(volumes.end(), servers_.begin(), servers_.end());
+    if (volumes == volumes_) return;
+    volumes_ = std::move(volumes);
+    emit volumesChanged();
 }
 
 void AppModel::windowOpened(WindowModel* window) { windows_.push_back(window); }

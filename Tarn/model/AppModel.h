@@ -35,6 +35,7 @@ namespace tarn {
 class ContentIndexService;
 class StoreWatcher;
 class TabGroup;
+class VolumeEjector;
 class WindowModel;
 
 /// What all windows share: the stores, the volumes, the listings kept in memory, the history of
@@ -81,10 +82,13 @@ public:
     /// The keys of a command, the user's changes applied; absent for none.
     std::optional<Shortcut> shortcut(std::string_view commandID) const;
 
+    /// Those that are mounted, then the servers that are connected.
     const std::vector<Volume>& volumes() const { return volumes_; }
     void refreshVolumes();
+    VolumeEjector& ejector() { return *ejector_; }
 
     UserLists& lists() { return lists_; }
+    const UserLists& lists() const { return lists_; }
 
     HistoryModel& history() { return history_; }
     TransferList& transfers() { return *transfers_; }
@@ -143,6 +147,7 @@ private:
     void showEmptying();
     void showSettings();
     void watchStores();
+    void showVolumes();
 
     TaskPool& pool_;
     std::unique_ptr<Stores> stores_;
@@ -150,7 +155,10 @@ private:
     std::shared_ptr<ArchiveCache> archives_ = std::make_shared<ArchiveCache>();
     AppSettings settings_;
     UserLists lists_;
-    std::vector<Volume> volumes_;
+    std::vector<Volume> mounted_;
+    std::vector<Volume> servers_;
+    std::vector<Volume> volumes_;  ///< Both of them.
+    std::unique_ptr<VolumeEjector> ejector_;
     std::vector<WindowModel*> windows_;
     std::vector<TabGroup*> groups_;
     std::vector<WindowSnapshot> closedTabs_;

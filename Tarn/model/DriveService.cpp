@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "Tarn/model/ServerAddress.h"
+#include "TarnCore/base/Error.h"
+#include "TarnCore/base/Text.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/platform/Platform.h"
 
@@ -36,6 +39,29 @@ bool isInRuntimeFolder(const Mount& mount) {
            !mount.isRemovable && !mount.isNetwork;
 }
 
+Volume volumeOf(const Mount& mount, const Volumes& service) {
+    Volume volume;
+    volume.url = mount.mountPoint;
+    volume.name = service.displayName(mount);
+    volume.isRemovable = mount.isRemovable && !mount.isNetwork;
+    volume.isNetwork = mount.isNetwork;
+    volume.isInternal = !mount.isRemovable && !mount.isNetwork;
+    volume.isEjectable = !volume.isInternal;
+    volume.format = mount.fileSystem;
+    return volume;
+}
+
+std::optional<Mount> mountAt(const URL& url, const Volumes& volumes, Drives& drives) {
+    std::optional<Mount> found;
+    // The last of several is the one that is seen.
+    for (Mount& mount : volumes.mounts())
+        if (mount.mountPoint == url && !mount.isPseudo) found = std::move(mount);
+    if (found) return found;
+    for (Mount& mount : drives.connectedServers())
+        if (mount.mountPoint == url) return std::move(mount);
+    return std::nullopt;
+}
+
 }  // namespace
 
 std::string_view Volume::symbol() const {
@@ -53,15 +79,8 @@ std::vector<Volume> DriveService::volumes() {
             continue;
         // A home on a disk of its own is in the list of places already.
         if (mount.mountPoint == Paths::home()) continue;
-        Volume volume;
-        volume.url = mount.mountPoint;
-        volume.name = service->displayName(mount);
-        volume.isRemovable = mount.isRemovable && !mount.isNetwork;
-        volume.isNetwork = mount.isNetwork;
-        volume.isInternal = !mount.isRemovable && !mount.isNetwork;
-        volume.isEjectable = !volume.isInternal;
-        volume.format = mount.fileSystem;
-        volumes.push_back(std::move(volume));
+        if (mount.fileSystem == "fuse.gvfsd-fuse") continue;
+        volumes.push_back(volumeOf(mount, *service));
     }
     std::stable_partition(volumes.begin(), volumes.end(),
                           [](const Volume& volume) { return volume.url.isRoot(); });
@@ -78,6 +97,33 @@ std::vector<Volume> DriveService::withSpace(std::vector<Volume> volumes) {
         }
     }
     return volumes;
+}
+
+std::vector<Volume> DriveService::servers(const Volumes& volumes, Drives& drives) {
+    std::vector<Volume> servers;
+    for (const Mount& mount : drives.connectedServers())
+        servers.push_back(volumeOf(mount, volumes));
+    return servers;
+}
+
+EjectResult DriveService::eject(const URL& url, bool force) {
+    const auto volumes = Platform::current().volumes;
+    const auto drives = Platform::current().drives;
+    const auto mount = volumes && drives ? mountAt(url, *volumes, *drives) : std::nullopt;
+    if (!mount || url.isRoot() || isSystemPart(*mount))
+        return {EjectResult::Outcome::failed,
+                Text::quoted(Paths::displayName(url)) + " is not a volume that can be ejected."};
+    return drives->eject(*mount, volumes->displayName(*mount), force);
+}
+
+std::vector<BlockingProcess> DriveService::blockingProcesses(const URL& on) {
+    const auto drives = Platform::current().drives;
+    if (!drives) throw Error("Which programs use it can’t be found out here.");
+    return drives->blockingProcesses(on);
+}
+
+std::optional<std::string> DriveService::serverURL(std::string_view text) {
+    return ServerAddress::parse(text);
 }
 
 }  // namespace tarn

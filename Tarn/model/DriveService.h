@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "TarnCore/base/URL.h"
+#include "TarnCore/platform/Drives.h"
 
 namespace tarn {
 
@@ -27,25 +28,36 @@ struct Volume {
     bool operator==(const Volume&) const = default;
 };
 
-/// A program that keeps files of a volume open.
-struct BlockingProcess {
-    std::int32_t pid = 0;
-    std::string command;
-    std::vector<std::string> files;  ///< Paths on the volume.
-    bool operator==(const BlockingProcess&) const = default;
-};
-
-/// The disks of the machine, from Platform::current().volumes. Callable from any thread.
+/// The disks of the machine and its servers, from Platform::current(). Callable from any thread;
+/// what is said to wait, never on the main thread.
 namespace DriveService {
 
+using tarn::EjectResult;
+
 /// The volumes that hold a person's files: "/" first, then external drives and shares in the
-/// order of their mounting. Pseudo file systems, memory and the parts of the running system are
-/// left out. Reads the mount table only and touches no disk.
+/// order of their mounting. Pseudo file systems, memory, the parts of the running system and the
+/// folder in which the desktop shows its servers are left out. Reads the mount table only and
+/// touches no disk.
 std::vector<Volume> volumes();
 
 /// The same volumes with their sizes filled in. Asks every disk and may wait for a dead server:
 /// never on the main thread.
 std::vector<Volume> withSpace(std::vector<Volume> volumes);
+
+/// The servers that are connected without being mounted by the system, as the desktop does it.
+/// Waits for the program that keeps them.
+std::vector<Volume> servers(const Volumes& volumes, Drives& drives);
+
+/// Unmounts the volume at `url` and lets go of its disk; with `force` even while it is in use.
+/// Waits for the disk, for as long as it has to write.
+EjectResult eject(const URL& url, bool force);
+
+/// Who keeps files of it open. Waits up to 30 seconds. Throws tarn::Error when that cannot be found
+/// out.
+std::vector<BlockingProcess> blockingProcesses(const URL& on);
+
+/// The URL of a server from what was typed, as ServerAddress::parse() has it.
+std::optional<std::string> serverURL(std::string_view text);
 
 }  // namespace DriveService
 

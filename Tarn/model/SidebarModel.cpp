@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-#include <QtCore/QCoreApplication>
-
+#include "Tarn/model/AppModel.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
-#include "TarnCore/base/TaskPool.h"
+#include "Tarn/model/ServerAddress.h"
+#include "Tarn/model/VolumeEjector.h"
+#include "Tarn/model/records/Favorites.h"
 #include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/platform/Platform.h"
@@ -15,24 +16,25 @@
 namespace tarn {
 namespace {
 
-SidebarRow heading(const QString& title) {
-    SidebarRow row;
-    row.kind = SidebarRow::Kind::heading;
-    row.title = title;
-    return row;
-}
+constexpr SidebarSection sections[] = {SidebarSection::favorites, SidebarSection::smartFolders,
+                                       SidebarSection::tags, SidebarSection::volumes,
+                                       SidebarSection::network};
+/// Beside the standard tags; all of them have a page.
+constexpr std::size_t mostOwnTags = 12;
 
-SidebarRow place(const QString& title, std::string_view symbol, const URL& url) {
+SidebarRow place(const QString& title, std::string_view symbol, const Location& location,
+                 SidebarSection section) {
     SidebarRow row;
+    row.section = section;
     row.title = title;
     row.symbol = symbol;
-    row.location = Location::folder(url);
+    row.location = location;
     return row;
 }
 
 }  // namespace
 
-SidebarModel::SidebarModel(QObject* parent) : QAbstractListModel(parent) {
+SidebarModel::SidebarModel(AppModel& app, QObject* parent) : QAbstractListModel(parent), app_(app) {
     connect(&probe_, &VolumeProbe::answered, this,
             [this](const URL& mountPoint, const std::optional<VolumeSpace>& space) {
                 setAnswer(mountPoint, space ? SidebarRow::Answer::ready : SidebarRow::Answer::none,
@@ -41,13 +43,17 @@ SidebarModel::SidebarModel(QObject* parent) : QAbstractListModel(parent) {
     connect(&probe_, &VolumeProbe::silent, this, [this](const URL& mountPoint) {
         setAnswer(mountPoint, SidebarRow::Answer::silent, {});
     });
-    if (const auto& volumes = Platform::current().volumes) {
-        mountWatch_ = volumes->observe([self = QPointer(this)] {
-            MainThread::post(self, [](SidebarModel& model) { model.refresh(); });
-        });
-    }
-    // Home is there at once; the rest follows when it is known to exist.
-    rebuild({true}, {});
+    connect(&app.lists(), &UserLists::favoritesChanged, this, &SidebarModel::rebuild);
+    connect(&app.lists(), &UserLists::smartFoldersChanged, this, &SidebarModel::rebuild);
+    connect(&app.lists(), &UserLists::serversChanged, this, &SidebarModel::rebuild);
+    connect(&app.tagColors(), &TagColors::changed, this, &SidebarModel::rebuild);
+    connect(&app.trash(), &TrashService::changed, this, &SidebarModel::rebuild);
+    connect(&app.ejector(), &VolumeEjector::changed, this, &SidebarModel::rebuild);
+    connect(&app, &AppModel::volumesChanged, this, [this] {
+        rebuild();
+        askVolumes();
+    });
+    rebuild();
     refresh();
 }
 
@@ -67,7 +73,7 @@ void SidebarModel::refresh() {
     const auto generation = ++generation_;
     std::vector<URL> folders;
     for (const Folder& folder : wellKnownFolders()) folders.push_back(folder.url);
-    TaskPool::shared().run([generation, folders = std::move(folders), self = QPointer(this)] {
+    app_.pool().run([generation, folders = std::move(folders), self = QPointer(this)] {
         const FileSystem& files = *Platform::current().files;
         std::vector<bool> exists;
         for (const URL& folder : folders) {
@@ -77,69 +83,255 @@ void SidebarModel::refresh() {
                              (exists.empty() || folder != folders.front()));
         }
         exists.front() = true;
-        auto volumes = DriveService::volumes();
-        MainThread::post(self, [generation, exists = std::move(exists),
-                                volumes = std::move(volumes)](SidebarModel& model) mutable {
-            if (generation == model.generation_) model.rebuild(exists, std::move(volumes));
+        MainThread::post(self, [generation, exists = std::move(exists)](SidebarModel& model) {
+            if (generation != model.generation_) return;
+            model.exists_ = exists;
+            model.rebuild();
         });
     });
+    app_.refreshVolumes();
+    askVolumes();
 }
 
-void SidebarModel::rebuild(const std::vector<bool>& exists, std::vector<Volume> volumes) {
+void SidebarModel::askVolumes() {
+    for (const Volume& volume : app_.volumes()) probe_.ask(volume.url);
+}
+
+// --- Rows
+
+std::vector<SidebarRow> SidebarModel::favoriteRows() const {
     std::vector<SidebarRow> rows;
-    rows.push_back(heading(tr("Folders")));
     const auto folders = wellKnownFolders();
-    for (std::size_t i = 0; i < folders.size() && i < exists.size(); ++i)
-        if (exists[i])
-            rows.push_back(place(tr(folders[i].title), folders[i].symbol, folders[i].url));
-    rows.push_back(heading(tr("Locations")));
-    std::vector<URL> mounted;
-    for (const Volume& volume : volumes) {
-        SidebarRow row = place(displayText(volume.name), volume.symbol(), volume.url);
-        row.kind = SidebarRow::Kind::volume;
-        row.answer = SidebarRow::Answer::waiting;
-        // What is known stays shown until the new answer comes.
-        const auto before = std::find_if(rows_.begin(), rows_.end(), [&row](const SidebarRow& old) {
-            return old.kind == row.kind && old.location == row.location;
-        });
-        if (before != rows_.end()) {
-            row.answer = before->answer;
-            row.total = before->total;
-            row.available = before->available;
-        }
-        mounted.push_back(volume.url);
+    for (std::size_t i = 0; i < folders.size() && i < exists_.size(); ++i) {
+        // One that is a favourite as well stands where the user has put it.
+        if (exists_[i] && !app_.lists().favorite(folders[i].url))
+            rows.push_back(place(tr(folders[i].title), folders[i].symbol,
+                                 Location::folder(folders[i].url), SidebarSection::favorites));
+    }
+    for (const Favorite& favorite : app_.lists().favorites()) {
+        const Location location = Location::folder(Favorites::folder(favorite));
+        SidebarRow row = place(displayText(Favorites::title(favorite)), location.symbol(), location,
+                               SidebarSection::favorites);
+        row.kind = SidebarRow::Kind::favorite;
+        row.id = favorite.id;
         rows.push_back(std::move(row));
     }
-    rows.push_back(place(tr("Trash"), "trash", Paths::trash()));
-    if (rows != rows_) {
-        beginResetModel();
-        rows_ = std::move(rows);
-        endResetModel();
+    return rows;
+}
+
+std::vector<SidebarRow> SidebarModel::smartFolderRows() const {
+    std::vector<SidebarRow> rows;
+    for (const SmartFolder& folder : app_.lists().smartFolders()) {
+        SidebarRow row = place(displayText(folder.name), folder.symbol,
+                               Location::smartFolder(folder.id), SidebarSection::smartFolders);
+        row.kind = SidebarRow::Kind::smartFolder;
+        row.id = folder.id;
+        row.isBuiltIn = folder.builtIn;
+        rows.push_back(std::move(row));
     }
-    for (const URL& volume : mounted) probe_.ask(volume);
-    emit refreshed();
+    return rows;
+}
+
+std::vector<SidebarRow> SidebarModel::tagRows() const {
+    std::vector<SidebarRow> rows;
+    std::vector<FinderTag> tags = app_.tagColors().known();
+    tags.resize(std::min(tags.size(), FinderTag::standard().size() + mostOwnTags));
+    for (const FinderTag& tag : tags) {
+        SidebarRow row =
+            place(displayText(tag.name), "tag", Location::tag(tag.name), SidebarSection::tags);
+        row.kind = SidebarRow::Kind::tag;
+        row.tag = tag;
+        rows.push_back(std::move(row));
+    }
+    rows.push_back(place(tr("All Tags"), "tag", Location::tags(), SidebarSection::tags));
+    return rows;
+}
+
+std::vector<SidebarRow> SidebarModel::volumeRows(bool areNetwork) const {
+    std::vector<SidebarRow> rows;
+    for (const Volume& volume : app_.volumes()) {
+        if (volume.isNetwork != areNetwork) continue;
+        SidebarRow row =
+            place(displayText(volume.name), volume.symbol(), Location::folder(volume.url),
+                  areNetwork ? SidebarSection::network : SidebarSection::volumes);
+        row.kind = SidebarRow::Kind::volume;
+        row.volume = volume;
+        row.isEjecting = app_.ejector().isEjecting(volume.url);
+        row.answer = SidebarRow::Answer::waiting;
+        if (const auto known = spaces_.find(volume.url); known != spaces_.end()) {
+            row.answer = known->second.answer;
+            row.total = known->second.space.total;
+            row.available = known->second.space.free;
+        }
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+std::vector<SidebarRow> SidebarModel::networkRows() const {
+    std::vector<SidebarRow> rows = volumeRows(true);
+    const auto isConnected = [&rows](const QString& title) {
+        return std::any_of(rows.begin(), rows.end(), [&title](const SidebarRow& row) {
+            return row.title.compare(title, Qt::CaseInsensitive) == 0;
+        });
+    };
+    std::vector<SidebarRow> servers;
+    for (const std::string& typed : app_.lists().servers()) {
+        const auto address = DriveService::serverURL(typed);
+        if (!address) continue;
+        const QString title = displayText(ServerAddress::title(*address));
+        // The desktop names what is connected in the same way.
+        if (isConnected(title)) continue;
+        SidebarRow row = place(title, "server.rack", {}, SidebarSection::network);
+        row.kind = SidebarRow::Kind::server;
+        row.address = typed;
+        servers.push_back(std::move(row));
+    }
+    rows.insert(rows.end(), servers.begin(), servers.end());
+    SidebarRow connect = place(tr("Connect to Server…"), "network", {}, SidebarSection::network);
+    connect.kind = SidebarRow::Kind::connect;
+    rows.push_back(std::move(connect));
+    return rows;
+}
+
+SidebarRow SidebarModel::trashRow() const {
+    SidebarRow row =
+        place(tr("Trash"), "trash", Location::folder(Paths::trash()), SidebarSection::none);
+    row.kind = SidebarRow::Kind::trash;
+    const TrashService& trash = app_.trash();
+    if (trash.isEmptying())
+        row.detail = tr("Emptying…");
+    else if (trash.bytes() && trash.items() == 0 && !trash.isUnreadable())
+        row.detail = tr("Empty");
+    else if (trash.bytes())
+        row.detail = tr("%1 · %2", "items and size of the Trash")
+                         .arg(displayText(Format::count(trash.items(), "item")),
+                              displayText(Format::bytes(*trash.bytes())));
+    return row;
+}
+
+void SidebarModel::rebuild() {
+    std::vector<SidebarRow> rows;
+    for (const SidebarSection section : sections) {
+        SidebarRow heading;
+        heading.kind = SidebarRow::Kind::heading;
+        heading.section = section;
+        heading.title = SidebarSections::title(section);
+        heading.isFolded = isFolded(section);
+        std::vector<SidebarRow> places;
+        switch (section) {
+            case SidebarSection::favorites:
+                places = favoriteRows();
+                break;
+            case SidebarSection::smartFolders:
+                places = smartFolderRows();
+                break;
+            case SidebarSection::tags:
+                places = tagRows();
+                break;
+            case SidebarSection::volumes:
+                places = volumeRows(false);
+                break;
+            case SidebarSection::network:
+                places = networkRows();
+                break;
+            case SidebarSection::none:
+                break;
+        }
+        if (places.empty()) continue;
+        rows.push_back(heading);
+        if (!heading.isFolded)
+            rows.insert(rows.end(), std::make_move_iterator(places.begin()),
+                        std::make_move_iterator(places.end()));
+    }
+    rows.push_back(trashRow());
+    show(std::move(rows));
+}
+
+void SidebarModel::show(std::vector<SidebarRow> rows) {
+    const auto same = [](const SidebarRow& a, const SidebarRow& b) { return a.isSame(b); };
+    const auto [oldFirst, newFirst] =
+        std::mismatch(rows_.begin(), rows_.end(), rows.begin(), rows.end(), same);
+    const auto first = static_cast<int>(oldFirst - rows_.begin());
+    const auto [oldLast, newLast] =
+        std::mismatch(rows_.rbegin(), std::make_reverse_iterator(oldFirst), rows.rbegin(),
+                      std::make_reverse_iterator(newFirst), same);
+    const auto gone = static_cast<int>(oldLast.base() - oldFirst);
+    const auto come = static_cast<int>(newLast.base() - newFirst);
+    if (gone > 0) {
+        beginRemoveRows({}, first, first + gone - 1);
+        rows_.erase(oldFirst, oldLast.base());
+        endRemoveRows();
+    }
+    if (come > 0) {
+        beginInsertRows({}, first, first + come - 1);
+        rows_.insert(rows_.begin() + first, newFirst, newLast.base());
+        endInsertRows();
+    }
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        if (rows_[i] == rows[i]) continue;
+        rows_[i] = std::move(rows[i]);
+        const QModelIndex changed = index(static_cast<int>(i));
+        emit dataChanged(changed, changed);
+    }
+    if (gone > 0 || come > 0) emit refreshed();
 }
 
 void SidebarModel::setAnswer(const URL& mountPoint, SidebarRow::Answer answer,
                              const VolumeSpace& space) {
-    for (std::size_t i = 0; i < rows_.size(); ++i) {
-        SidebarRow& row = rows_[i];
-        if (row.kind != SidebarRow::Kind::volume || row.location.url != mountPoint) continue;
-        row.answer = answer;
-        row.total = space.total;
-        row.available = space.free;
-        const QModelIndex changed = index(static_cast<int>(i));
-        emit dataChanged(changed, changed);
-    }
+    spaces_[mountPoint] = {answer, space};
+    rebuild();
 }
+
+// --- Folding
+
+void SidebarModel::setFolded(SidebarSection section, bool isFolded) {
+    if (section == SidebarSection::none || isFolded == this->isFolded(section)) return;
+    if (isFolded)
+        folded_.insert(section);
+    else
+        folded_.erase(section);
+    rebuild();
+    emit foldedChanged();
+}
+
+std::vector<std::string> SidebarModel::foldedNames() const {
+    std::vector<std::string> names;
+    for (const SidebarSection section : folded_) names.emplace_back(SidebarSections::name(section));
+    return names;
+}
+
+void SidebarModel::setFoldedNames(const std::vector<std::string>& names) {
+    folded_.clear();
+    for (const SidebarSection section : sections)
+        if (std::find(names.begin(), names.end(), SidebarSections::name(section)) != names.end())
+            folded_.insert(section);
+    rebuild();
+}
+
+// --- Looking up
 
 std::optional<int> SidebarModel::indexOf(const Location& location) const {
     const Location wanted = location.canonical();
-    // The last one wins: a volume that is also a well-known folder is shown as the folder.
     for (std::size_t i = 0; i < rows_.size(); ++i)
-        if (rows_[i].kind != SidebarRow::Kind::heading && rows_[i].location.canonical() == wanted)
+        if (rows_[i].isPlace() && rows_[i].location.canonical() == wanted)
             return static_cast<int>(i);
     return std::nullopt;
+}
+
+std::optional<int> SidebarModel::indexOf(const SidebarRow& row) const {
+    const auto found = std::find_if(rows_.begin(), rows_.end(),
+                                    [&row](const SidebarRow& one) { return one.isSame(row); });
+    if (found == rows_.end()) return std::nullopt;
+    return static_cast<int>(found - rows_.begin());
+}
+
+std::size_t SidebarModel::position(int index) const {
+    const SidebarRow& wanted = row(index);
+    return static_cast<std::size_t>(
+        std::count_if(rows_.begin(), rows_.begin() + index, [&wanted](const SidebarRow& one) {
+            return one.section == wanted.section && one.isMovable();
+        }));
 }
 
 int SidebarModel::rowCount(const QModelIndex& parent) const {
@@ -154,12 +346,15 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const {
         case Qt::AccessibleTextRole:
             return shown.title;
         case Qt::AccessibleDescriptionRole:
-            return spaceSentence(shown);
+            return shown.note();
         case Qt::ToolTipRole: {
+            const QString note = shown.note();
             if (shown.kind == SidebarRow::Kind::heading) return {};
+            if (shown.kind == SidebarRow::Kind::server)
+                return displayText(shown.address) + u'\n' + note;
+            if (!shown.location.isFolder()) return note;
             const QString path = displayText(Paths::abbreviate(shown.location.url));
-            const QString space = spaceSentence(shown);
-            return space.isEmpty() ? path : path + u'\n' + space;
+            return note.isEmpty() ? path : path + u'\n' + note;
         }
         case isHeadingRole:
             return shown.kind == SidebarRow::Kind::heading;
@@ -169,25 +364,8 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const {
 }
 
 Qt::ItemFlags SidebarModel::flags(const QModelIndex& index) const {
-    if (!index.isValid() || row(index.row()).kind == SidebarRow::Kind::heading)
-        return Qt::NoItemFlags;
+    if (!index.isValid()) return Qt::NoItemFlags;
     return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
-}
-
-QString spaceSentence(const SidebarRow& row) {
-    switch (row.answer) {
-        case SidebarRow::Answer::silent:
-            return QCoreApplication::translate("tarn::SidebarModel", "Not responding");
-        case SidebarRow::Answer::ready:
-            if (row.total <= 0) return {};
-            return QCoreApplication::translate("tarn::SidebarModel", "%1 of %2 available")
-                .arg(displayText(Format::bytes(row.available)),
-                     displayText(Format::bytes(row.total)));
-        case SidebarRow::Answer::none:
-        case SidebarRow::Answer::waiting:
-            return {};
-    }
-    return {};
 }
 
 }  // namespace tarn

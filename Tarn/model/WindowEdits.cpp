@@ -164,10 +164,14 @@ void WindowEdits::openTemplatesFolder() {
 
 // --- Tags
 
-void WindowEdits::changeTags(const std::string& title, const std::string& message,
+std::vector<URL> WindowEdits::taggableURLs() const {
+    return window_.active().showsMembers() ? std::vector<URL>() : selectedURLs();
+}
+
+void WindowEdits::changeTags(const std::vector<URL>& urls, const std::string& title,
+                             const std::string& message,
                              std::function<std::optional<Step>(const URL&)> change) {
-    const std::vector<URL> urls = selectedURLs();
-    if (urls.empty() || window_.active().showsMembers()) return;
+    if (urls.empty()) return;
     window_.operations().perform(
         [urls, title, message, change = std::move(change)] {
             PerformedChange tagged;
@@ -196,21 +200,24 @@ void WindowEdits::changeTags(const std::string& title, const std::string& messag
         });
 }
 
-void WindowEdits::addTag(const FinderTag& tag) {
+void WindowEdits::addTag(const FinderTag& tag) { addTagTo(taggableURLs(), tag); }
+
+void WindowEdits::addTagTo(const std::vector<URL>& urls, const FinderTag& tag) {
     window_.app().tagColors().remember(tag);
     const std::string name = Text::quoted(tag.name);
-    changeTags("Tag %1 with " + name, "Tagged %1 with " + name,
+    changeTags(urls, "Tag %1 with " + name, "Tagged %1 with " + name,
                [tag](const URL& url) { return TagStore::add(tag, url); });
 }
 
 void WindowEdits::removeTag(const std::string& tag) {
     const std::string name = Text::quoted(tag);
-    changeTags("Remove the tag " + name + " from %1", "Removed the tag " + name + " from %1",
+    changeTags(taggableURLs(), "Remove the tag " + name + " from %1",
+               "Removed the tag " + name + " from %1",
                [tag](const URL& url) { return TagStore::remove(tag, url); });
 }
 
 void WindowEdits::removeAllTags() {
-    changeTags("Remove all tags from %1", "Removed all tags from %1",
+    changeTags(taggableURLs(), "Remove all tags from %1", "Removed all tags from %1",
                [](const URL& url) -> std::optional<Step> {
                    if (TagStore::tags(url).empty()) return std::nullopt;
                    return FileOps::setTags({}, url);

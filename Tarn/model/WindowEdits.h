@@ -47,6 +47,8 @@ public:
     // Tags of the selected items.
 
     void addTag(const FinderTag& tag);
+    /// Of any others.
+    void addTagTo(const std::vector<URL>& urls, const FinderTag& tag);
     void removeTag(const std::string& name);
     void removeAllTags();
     /// Gives the tag to those that lack it; takes it from all when all have it.
@@ -81,7 +83,10 @@ private:
     std::vector<URL> selectedURLs() const;
     /// Work that takes long: shown as an activity, then recorded and told like any other.
     void performLong(const QString& title, Change work);
-    void changeTags(const std::string& title, const std::string& message,
+    /// Of those that are selected, in a place whose files can have tags.
+    std::vector<URL> taggableURLs() const;
+    void changeTags(const std::vector<URL>& urls, const std::string& title,
+                    const std::string& message,
                     std::function<std::optional<Step>(const URL&)> change);
 
     WindowModel& window_;

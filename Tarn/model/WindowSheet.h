@@ -6,6 +6,7 @@
 
 #include "Tarn/model/DriveService.h"
 #include "Tarn/model/records/Favorite.h"
+#include "Tarn/model/records/SmartFolder.h"
 #include "Tarn/model/records/ViewMode.h"
 #include "TarnCore/base/URL.h"
 
@@ -28,12 +29,15 @@ struct WindowSheet {
     };
     Which which = Which::batchRename;
     std::vector<URL> urls;  ///< The files that it concerns, in the order they are shown.
-    std::string text = {};  ///< The query of `newSmartFolder`, the action of `imageAction`.
+    /// The query of `newSmartFolder`, the action of `imageAction`, the address of `connectServer`.
+    std::string text = {};
     SearchScopeSetting scope = SearchScopeSetting::home;  ///< Of `newSmartFolder`.
     std::optional<Favorite> favorite = std::nullopt;      ///< Of `renameFavorite`.
-    std::optional<Volume> volume = std::nullopt;          ///< Of `eject`.
-    std::vector<BlockingProcess> processes = {};          ///< What keeps `volume` busy.
-    std::string message = {};                             ///< Why it could not be ejected.
+    /// Of `newSmartFolder`, which changes it then.
+    std::optional<SmartFolder> smartFolder = std::nullopt;
+    std::optional<Volume> volume = std::nullopt;  ///< Of `eject`.
+    std::vector<BlockingProcess> processes = {};  ///< What keeps `volume` busy.
+    std::string message = {};                     ///< Why it could not be ejected.
     bool operator==(const WindowSheet&) const = default;
 };
 

@@ -21,6 +21,8 @@
 
 namespace tarn {
 
+class Drives;
+
 /// The services of the machine. All are present except those said to be null where missing.
 struct Platform {
     std::shared_ptr<FileSystem> files;
@@ -31,6 +33,7 @@ struct Platform {
     std::shared_ptr<Archives> archives;
     std::shared_ptr<FolderWatching> watching;
     std::shared_ptr<Volumes> volumes;
+    std::shared_ptr<Drives> drives;  ///< Null where volumes cannot be taken off the machine.
     std::shared_ptr<RecentFiles> recentFiles;
     std::shared_ptr<MediaMetadata> metadata;
     std::shared_ptr<PictureDecoding> pictures;     ///< Null where no library reads pictures.

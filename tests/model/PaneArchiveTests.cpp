@@ -96,7 +96,7 @@ TEST_F(PaneArchiveTest, saysWhyAnArchiveCannotBeShown) {
         {Location::archive(broken, ""), ListingError::Reason::other,
          "This archive couldn’t be read. "},
         {Location::archive(other, ""), ListingError::Reason::other,
-         "Tarn can’t open this kind of archive."},
+         "This archive couldn’t be read. "},
         {Location::archive(folder / "gone.zip", ""), ListingError::Reason::notFound, "“gone.zip”"},
         {Location::archive(zip, "docs/new"), ListingError::Reason::notFound, "“new”"},
     };

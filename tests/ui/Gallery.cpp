@@ -184,7 +184,8 @@ std::unique_ptr<QWidget> window() {
     auto* columns = new QHBoxLayout(page.get());
     columns->setContentsMargins(0, 0, 0, 0);
     columns->setSpacing(0);
-    static SidebarModel places;
+    static AppModel app;
+    static SidebarModel places(app);
     auto* sidebar = new Sidebar;
     sidebar->setModel(&places);
     sidebar->setFixedWidth(Metrics::sidebarDefault);

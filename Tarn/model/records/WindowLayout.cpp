@@ -10,7 +10,8 @@ void to_json(JSON& json, const WindowLayout& layout) {
                 {"isMaximized", layout.isMaximized},
                 {"sidebarWidth", layout.sidebarWidth},
                 {"inspectorWidth", layout.inspectorWidth},
-                {"currentTab", layout.currentTab}};
+                {"currentTab", layout.currentTab},
+                {"foldedSections", layout.foldedSections}};
 }
 
 void from_json(const JSON& json, WindowLayout& layout) {
@@ -20,6 +21,7 @@ void from_json(const JSON& json, WindowLayout& layout) {
     JSONFields::read(json, "sidebarWidth", layout.sidebarWidth);
     JSONFields::read(json, "inspectorWidth", layout.inspectorWidth);
     JSONFields::read(json, "currentTab", layout.currentTab);
+    JSONFields::read(json, "foldedSections", layout.foldedSections);
 }
 
 }  // namespace tarn

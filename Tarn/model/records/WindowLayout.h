@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "TarnCore/base/JSON.h"
@@ -15,6 +16,7 @@ struct WindowLayout {
     int sidebarWidth = 0;
     int inspectorWidth = 0;
     int currentTab = 0;
+    std::vector<std::string> foldedSections = {};  ///< Of the sidebar, by their names.
     bool operator==(const WindowLayout&) const = default;
 };
 

@@ -29,11 +29,16 @@ DropLabel* DropLabel::of(QWidget& target) {
 }
 
 void DropLabel::show(QWidget& target, const QPoint& point, const FileDrop& drop) {
+    show(target, point, drop.label(), drop.symbol());
+}
+
+void DropLabel::show(QWidget& target, const QPoint& point, const QString& text,
+                     std::string_view symbol) {
     DropLabel* label = of(target);
     if (!label) label = new DropLabel(target.window());
-    if (const QString text = drop.label(); text != label->text_) {
+    if (text != label->text_) {
         label->text_ = text;
-        label->symbol_ = drop.symbol();
+        label->symbol_ = symbol;
         label->setAccessibleName(text);
         label->update();
     }

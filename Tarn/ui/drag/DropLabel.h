@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <string_view>
+
 #include <QtWidgets/QWidget>
 
 #include "Tarn/ui/drag/FileDrop.h"
@@ -13,6 +16,8 @@ class DropLabel final : public QWidget {
 public:
     /// Shows it in the window of `target`, at a point of that widget.
     static void show(QWidget& target, const QPoint& point, const FileDrop& drop);
+    static void show(QWidget& target, const QPoint& point, const QString& text,
+                     std::string_view symbol);
     static void hide(QWidget& target);
 
     const QString& text() const { return text_; }

@@ -72,6 +72,13 @@ void addTags(QMenu& menu, WindowModel& window) {
     TagMenu::addNames(*names, window);
 }
 
+/// A folder that is selected alone, or the one that is shown.
+void addFavorite(QMenu& menu, WindowModel& window, const URL& folder) {
+    if (window.app().lists().favorite(folder)) return;
+    menu.addAction(Icons::symbol("star"), text("Add to Favourites"), &menu,
+                   [&window, folder] { window.app().lists().addFavorite(folder); });
+}
+
 /// The rows of a folder or of results.
 void fillForFiles(QMenu& menu, WindowModel& window, const std::vector<FileItem>& items) {
     Builder builder(menu, window);
@@ -96,6 +103,8 @@ void fillForFiles(QMenu& menu, WindowModel& window, const std::vector<FileItem>&
         builder.add("extract");
     else
         builder.add("compress");
+    if (items.size() == 1 && items.front().isDirectory)
+        addFavorite(menu, window, items.front().url);
     builder.separate();
     addTags(menu, window);
     builder.separate();
@@ -191,6 +200,7 @@ void fillForPlace(QMenu& menu, WindowModel& window) {
         menu.addMenu(new NewFileMenu(window, &menu));
         builder.separate();
         builder.add("paste");
+        addFavorite(menu, window, pane.location().url);
         builder.separate();
     }
     addArrangement(menu, window.active());

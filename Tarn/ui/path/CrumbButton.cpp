@@ -3,9 +3,12 @@
 #include <algorithm>
 
 #include <QtGui/QDropEvent>
+#include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
+#include <QtWidgets/QApplication>
 
 #include "Tarn/ui/drag/DropLabel.h"
+#include "Tarn/ui/drag/FileDrag.h"
 #include "Tarn/ui/drag/FileDrop.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
@@ -113,6 +116,25 @@ void CrumbButton::dropEvent(QDropEvent* event) {
     if (!drop) return;
     drop->accept(*event);
     emit dropped(*drop);
+}
+
+void CrumbButton::mousePressEvent(QMouseEvent* event) {
+    pressedAt_ = event->pos();
+    QAbstractButton::mousePressEvent(event);
+}
+
+void CrumbButton::mouseMoveEvent(QMouseEvent* event) {
+    const bool isFar =
+        (event->pos() - pressedAt_).manhattanLength() >= QApplication::startDragDistance();
+    if (!folder_ || !isDown() || !isFar) return QAbstractButton::mouseMoveEvent(event);
+    setDown(false);
+    FileItem item;
+    item.url = *folder_;
+    item.name = folder_->name();
+    item.isDirectory = true;
+    // The way to where one is must not be moved away by a slip of the hand.
+    FileDrag::start(*this, {*folder_}, FileDrag::image({item}, {}, devicePixelRatioF()),
+                    Qt::CopyAction | Qt::LinkAction);
 }
 
 }  // namespace tarn

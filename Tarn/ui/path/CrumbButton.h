@@ -20,7 +20,7 @@ public:
 
     /// The last crumb is where one is: it stands out and leads nowhere.
     void setLast(bool last);
-    /// Files can be dropped on it, for that folder.
+    /// Files can be dropped on it, for that folder, which itself can be dragged from here.
     void setDropFolder(const URL& folder);
     QSize sizeHint() const override;
     /// Enough for a few letters and the dots.
@@ -36,6 +36,8 @@ protected:
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dragLeaveEvent(QDragLeaveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
 
 private:
     int textLeft() const;
@@ -45,6 +47,7 @@ private:
 
     bool last_ = false;
     bool isDropTarget_ = false;
+    QPoint pressedAt_;
     std::optional<URL> folder_;  ///< Takes what is dropped.
 };
 

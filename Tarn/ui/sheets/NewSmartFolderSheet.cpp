@@ -22,21 +22,38 @@ namespace {
 
 constexpr int sheetWidth = 480;
 
+SmartFolder searching(const std::string& query, SearchScopeSetting scope) {
+    SmartFolder folder;
+    folder.query = query;
+    folder.scope = scope;
+    return folder;
+}
+
 }  // namespace
 
 NewSmartFolderSheet::NewSmartFolderSheet(QWidget& window, WindowModel& model,
                                          const std::string& query, SearchScopeSetting scope)
+    : NewSmartFolderSheet(window, model, searching(query, scope), true) {}
+
+NewSmartFolderSheet::NewSmartFolderSheet(QWidget& window, WindowModel& model,
+                                         const SmartFolder& changed)
+    : NewSmartFolderSheet(window, model, changed, false) {}
+
+NewSmartFolderSheet::NewSmartFolderSheet(QWidget& window, WindowModel& model,
+                                         const SmartFolder& shown, bool isNew)
     : Sheet(window, sheetWidth),
       model_(model),
-      name_(new QLineEdit),
-      query_(new QLineEdit(displayText(query))),
+      changed_(isNew ? std::nullopt : std::optional(shown)),
+      name_(new QLineEdit(displayText(shown.name))),
+      query_(new QLineEdit(displayText(shown.query))),
       chips_(new ChipRow),
       terms_(new QLabel),
       scope_(new QComboBox),
       note_(new QLabel),
       save_(new QPushButton(tr("Save"))) {
     setObjectName(QStringLiteral("newSmartFolderSheet"));
-    setTitle(tr("New Smart Folder"));
+    setTitle(isNew ? tr("New Smart Folder") : tr("Edit Smart Folder"));
+    name_->selectAll();
     name_->setPlaceholderText(tr("Name"));
     query_->setPlaceholderText(tr("pdfs from last week"));
     chips_->setReadOnly(true);
@@ -51,7 +68,7 @@ NewSmartFolderSheet::NewSmartFolderSheet(QWidget& window, WindowModel& model,
                     static_cast<int>(SearchScopeSetting::currentFolder));
     scope_->addItem(tr("the home folder"), static_cast<int>(SearchScopeSetting::home));
     scope_->addItem(tr("the whole computer"), static_cast<int>(SearchScopeSetting::thisMac));
-    scope_->setCurrentIndex(scope_->findData(static_cast<int>(scope)));
+    scope_->setCurrentIndex(scope_->findData(static_cast<int>(shown.scope)));
 
     addRow(tr("Name"), name_);
     addRow(tr("Search for"), query_);
@@ -110,7 +127,8 @@ void NewSmartFolderSheet::check() {
     if (!name_->text().trimmed().isEmpty()) {
         try {
             SmartFolders::requireName(model_.app().lists().smartFolders(),
-                                      name_->text().toStdString());
+                                      name_->text().toStdString(),
+                                      changed_ ? changed_->id : UUID());
         } catch (const ListError& error) {
             note = displayText(error.what());
             isFine = false;
@@ -124,10 +142,15 @@ void NewSmartFolderSheet::check() {
 
 void NewSmartFolderSheet::apply() {
     if (!save_->isEnabled()) return;
+    SmartFolder folder = changed_.value_or(SmartFolder());
+    folder.name = name_->text().toStdString();
+    folder.query = query_->text().toStdString();
+    folder.scope = static_cast<SearchScopeSetting>(scope_->currentData().toInt());
     try {
-        model_.app().lists().addSmartFolder(
-            name_->text().toStdString(), query_->text().toStdString(),
-            static_cast<SearchScopeSetting>(scope_->currentData().toInt()));
+        if (changed_)
+            model_.app().lists().changeSmartFolder(folder);
+        else
+            model_.app().lists().addSmartFolder(folder.name, folder.query, folder.scope);
     } catch (const ListError&) {
         return check();  // Taken by another process a moment ago.
     }

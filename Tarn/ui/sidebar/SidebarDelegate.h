@@ -6,7 +6,7 @@ namespace tarn {
 
 class Sidebar;
 
-/// Draws headings, places, and volumes with how full they are.
+/// Draws headings, places, volumes with how full they are, and the Trash as a card.
 class SidebarDelegate final : public QStyledItemDelegate {
     Q_OBJECT
 public:
@@ -17,6 +17,13 @@ public:
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
 private:
+    void paintHeading(QPainter& painter, const QStyleOptionViewItem& option,
+                      const QModelIndex& index) const;
+    void paintPlace(QPainter& painter, const QStyleOptionViewItem& option,
+                    const QModelIndex& index) const;
+    void paintTrash(QPainter& painter, const QStyleOptionViewItem& option,
+                    const QModelIndex& index) const;
+
     const Sidebar& sidebar_;
 };
 

@@ -3,13 +3,11 @@
 #include <QtCore/QUrl>
 #include <QtGui/QDesktopServices>
 #include <QtGui/QScreen>
-#include <QtWidgets/QMenu>
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QToolButton>
 
 #include "Tarn/model/AppModel.h"
-#include "Tarn/model/DisplayText.h"
 #include "Tarn/model/SidebarModel.h"
 #include "Tarn/model/TabGroup.h"
 #include "Tarn/model/WindowModel.h"
@@ -24,7 +22,7 @@
 #include "Tarn/ui/search/SearchField.h"
 #include "Tarn/ui/settings/SettingsSheet.h"
 #include "Tarn/ui/sidebar/Sidebar.h"
-#include "Tarn/ui/theme/Icons.h"
+#include "Tarn/ui/sidebar/SidebarActions.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/trash/TrashBar.h"
 #include "Tarn/ui/window/BrowserToolbar.h"
@@ -34,8 +32,6 @@
 #include "Tarn/ui/window/TabStrip.h"
 #include "Tarn/ui/window/WindowChanges.h"
 #include "Tarn/ui/window/WindowMenu.h"
-#include "TarnCore/files/Format.h"
-#include "TarnCore/files/Paths.h"
 
 namespace tarn {
 namespace {
@@ -64,7 +60,7 @@ BrowserWindow::BrowserWindow(std::unique_ptr<WindowModel> tab)
 BrowserWindow::BrowserWindow(std::unique_ptr<TabGroup> group)
     : group_(std::move(group)),
       actions_(new WindowActions(group_->app(), *this)),
-      sidebarModel_(new SidebarModel(this)),
+      sidebarModel_(new SidebarModel(group_->app(), this)),
       sidebar_(new Sidebar(this)),
       splitter_(new QSplitter(Qt::Horizontal, this)),
       pages_(new QStackedWidget(this)),
@@ -151,6 +147,9 @@ void BrowserWindow::makeActions() {
         "sidebar.left");
     add("fullScreen", tr("Full Screen"), {QKeySequence(Qt::Key_F11)},
         [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
+    actions_->add(
+        "favorite.add", tr("Add to Favourites"), {QKeySequence(Qt::CTRL | Qt::Key_B)},
+        [this] { SidebarActions::addFavorite(model()); }, "star");
     add("undo", tr("Undo"), QKeySequence::keyBindings(QKeySequence::Undo),
         [this] { model().operations().undo(); });
     add("redo", tr("Redo"),
@@ -197,8 +196,11 @@ void BrowserWindow::connectParts() {
         page().takeFocus();
     });
     const auto drop = [this](const FileDrop& dropped) { dropped.perform(model().operations()); };
-    connect(sidebar_, &Sidebar::dropped, this, drop);
-    connect(sidebar_, &Sidebar::menuRequested, this, &BrowserWindow::openPlaceMenu);
+    sidebarActions_ = new SidebarActions(*sidebar_, *group_, *this);
+    connect(sidebarActions_, &SidebarActions::windowWanted, this,
+            [this](const Location& location) { openWindow(location); });
+    connect(sidebarActions_, &SidebarActions::emptyTrashWanted, this,
+            [this] { page().active().trash().ask(); });
     connect(&toolbar_->path(), &PathBar::dropped, this, drop);
     connect(toolbar_, &BrowserToolbar::wentSomewhere, this, [this] { page().takeFocus(); });
     const auto enter = [this] { page().active().rows().enter(); };
@@ -364,6 +366,9 @@ void BrowserWindow::restoreLayout() {
     const int inspector =
         layout.inspectorWidth > 0 ? layout.inspectorWidth : Metrics::inspectorMinimum;
     splitter_->setSizes({sidebar, width() - sidebar - inspector, inspector});
+    sidebarModel_->setFoldedNames(layout.foldedSections);
+    connect(sidebarModel_, &SidebarModel::foldedChanged, &layoutTimer_,
+            qOverload<>(&QTimer::start));
     layoutTimer_.setSingleShot(true);
     layoutTimer_.setInterval(layoutDelay);
     connect(&layoutTimer_, &QTimer::timeout, this, &BrowserWindow::rememberLayout);
@@ -380,6 +385,7 @@ void BrowserWindow::rememberLayout() {
         layout.height = height();
     }
     if (sidebar_->isVisible()) layout.sidebarWidth = sidebar_->width();
+    layout.foldedSections = sidebarModel_->foldedNames();
     if (inspector_->isVisible()) layout.inspectorWidth = inspector_->width();
     group_->setLayout(layout);
 }
@@ -410,27 +416,6 @@ void BrowserWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 // --- Going places
-
-void BrowserWindow::openPlaceMenu(const Location& place, const QPoint& globalPosition) {
-    QMenu menu(this);
-    menu.addAction(Icons::symbol("arrow.up.forward.app"), tr("Open"), this,
-                   [this, place] { emit sidebar_->chosen(place); });
-    menu.addAction(Icons::symbol("plus.square.on.square"), tr("Open in New Tab"), this,
-                   [this, place] { group_->open(showing(place)); });
-    menu.addAction(Icons::symbol("rectangle.on.rectangle"), tr("Open in New Window"), this,
-                   [this, place] { openWindow(place); });
-    if (TrashBar::isTrash(place)) {
-        const TrashService& trash = group_->app().trash();
-        menu.addSeparator();
-        // The size stands where other entries have their keys.
-        QString text = tr("Empty Trash…");
-        if (TrashBar::canEmpty(trash) && trash.bytes())
-            text += u'\t' + displayText(Format::bytes(*trash.bytes()));
-        menu.addAction(Icons::symbol("trash"), text, &page().active().trash(), &TrashBar::ask)
-            ->setEnabled(TrashBar::canEmpty(trash));
-    }
-    menu.exec(globalPosition);
-}
 
 BrowserWindow& BrowserWindow::openWindow(const Location& location) {
     auto* window =

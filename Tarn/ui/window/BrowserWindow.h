@@ -17,6 +17,7 @@ class QuickLook;
 class SearchRow;
 class SettingsSheet;
 class Sidebar;
+class SidebarActions;
 class SidebarModel;
 class TabGroup;
 class TabPage;
@@ -77,13 +78,13 @@ private:
     void rememberLayout();
     void closeTab(int index);
     void detachTab(int index);
-    void openPlaceMenu(const Location& place, const QPoint& globalPosition);
 
     std::unique_ptr<TabGroup> group_;
     WindowActions* actions_;
     WindowMenu* menu_ = nullptr;
     SidebarModel* sidebarModel_;
     Sidebar* sidebar_;
+    SidebarActions* sidebarActions_ = nullptr;
     QSplitter* splitter_;
     QStackedWidget* pages_;
     Inspector* inspector_;

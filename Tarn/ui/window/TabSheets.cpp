@@ -3,6 +3,8 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/palette/GoToFolderSheet.h"
 #include "Tarn/ui/rename/RenameSheet.h"
+#include "Tarn/ui/sheets/ConnectServerSheet.h"
+#include "Tarn/ui/sheets/EjectSheet.h"
 #include "Tarn/ui/sheets/HistorySheet.h"
 #include "Tarn/ui/sheets/NewSmartFolderSheet.h"
 #include "Tarn/ui/sheets/RenameFavoriteSheet.h"
@@ -45,7 +47,9 @@ void TabSheets::showQuestion() {
             put(new GoToFolderSheet(window_, tab_));
             break;
         case WindowSheet::Which::newSmartFolder:
-            put(new NewSmartFolderSheet(window_, tab_, wanted->text, wanted->scope));
+            put(wanted->smartFolder
+                    ? new NewSmartFolderSheet(window_, tab_, *wanted->smartFolder)
+                    : new NewSmartFolderSheet(window_, tab_, wanted->text, wanted->scope));
             break;
         case WindowSheet::Which::renameFavorite:
             if (!wanted->favorite) return tab_.closeSheet();
@@ -53,6 +57,13 @@ void TabSheets::showQuestion() {
             break;
         case WindowSheet::Which::saveWorkspace:
             put(new SaveWorkspaceSheet(window_, tab_));
+            break;
+        case WindowSheet::Which::eject:
+            if (!wanted->volume) return tab_.closeSheet();
+            put(new EjectSheet(window_, tab_, *wanted->volume, wanted->processes, wanted->message));
+            break;
+        case WindowSheet::Which::connectServer:
+            put(new ConnectServerSheet(window_, tab_, wanted->text));
             break;
         default:  // Their sheets come with what asks for them.
             tab_.closeSheet();

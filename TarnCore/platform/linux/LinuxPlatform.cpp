@@ -4,6 +4,7 @@
 #include "TarnCore/platform/linux/LinuxArchives.h"
 #include "TarnCore/platform/linux/LinuxContentTypes.h"
 #include "TarnCore/platform/linux/LinuxDocumentText.h"
+#include "TarnCore/platform/linux/LinuxDrives.h"
 #include "TarnCore/platform/linux/LinuxExtendedAttributes.h"
 #include "TarnCore/platform/linux/LinuxFileCopy.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
@@ -27,6 +28,7 @@ Platform makeLinuxPlatform() {
     platform.archives = std::make_shared<LinuxArchives>();
     platform.watching = std::make_shared<InotifyWatching>();
     platform.volumes = std::make_shared<LinuxVolumes>();
+    platform.drives = std::make_shared<LinuxDrives>();
     platform.recentFiles = std::make_shared<LinuxRecentFiles>();
     platform.metadata = std::make_shared<LinuxMediaMetadata>(
         platform.files, platform.types, platform.recentFiles, platform.volumes);

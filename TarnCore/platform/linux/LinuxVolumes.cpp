@@ -12,6 +12,7 @@
 #include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/SerialQueue.h"
 #include "TarnCore/platform/linux/MountTable.h"
+#include "TarnCore/platform/linux/ServerFolder.h"
 
 namespace tarn {
 namespace {
@@ -76,6 +77,8 @@ std::optional<Mount> LinuxVolumes::mountHolding(const URL& url) const {
 std::string LinuxVolumes::displayName(const Mount& mount) const {
     if (mount.mountPoint.isRoot()) return "Computer";
     if (mount.fileSystem == "fuse.gvfsd-fuse") return "Network";
+    if (mount.fileSystem == serverFileSystem)
+        if (auto title = serverTitle(mount.mountPoint.name())) return *title;
     if (mount.isNetwork) {
         std::string name = shareName(mount.source);
         if (!name.empty()) return name;

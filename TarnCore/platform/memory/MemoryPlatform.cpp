@@ -1,6 +1,7 @@
 #include "TarnCore/platform/memory/MemoryPlatform.h"
 
 #include "TarnCore/platform/memory/MemoryContentTypes.h"
+#include "TarnCore/platform/memory/MemoryDrives.h"
 #include "TarnCore/platform/memory/MemoryExtendedAttributes.h"
 #include "TarnCore/platform/memory/MemoryFileCopy.h"
 #include "TarnCore/platform/memory/MemoryFileSystem.h"
@@ -20,6 +21,7 @@ MemoryPlatform::MemoryPlatform(Date now)
       copying(std::make_shared<MemoryFileCopy>(files)),
       watching(std::make_shared<MemoryFolderWatching>()),
       volumes(std::make_shared<MemoryVolumes>()),
+      drives(std::make_shared<MemoryDrives>(volumes)),
       recentFiles(std::make_shared<MemoryRecentFiles>()),
       metadata(std::make_shared<MemoryMediaMetadata>()),
       load(std::make_shared<MemoryMachineLoad>()),
@@ -39,6 +41,7 @@ Platform MemoryPlatform::services() const {
     platform.copying = copying;
     platform.watching = watching;
     platform.volumes = volumes;
+    platform.drives = drives;
     platform.recentFiles = recentFiles;
     platform.metadata = metadata;
     platform.load = load;

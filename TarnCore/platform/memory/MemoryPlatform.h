@@ -11,6 +11,7 @@ class MemoryFileSystem;
 class MemoryContentTypes;
 class MemoryExtendedAttributes;
 class MemoryFolderWatching;
+class MemoryDrives;
 class MemoryVolumes;
 class MemoryRecentFiles;
 class MemoryMachineLoad;
@@ -25,6 +26,7 @@ struct MemoryPlatform {
     std::shared_ptr<MemoryFileCopy> copying;
     std::shared_ptr<MemoryFolderWatching> watching;
     std::shared_ptr<MemoryVolumes> volumes;
+    std::shared_ptr<MemoryDrives> drives;
     std::shared_ptr<MemoryRecentFiles> recentFiles;
     std::shared_ptr<MemoryMediaMetadata> metadata;
     std::shared_ptr<MemoryMachineLoad> load;
