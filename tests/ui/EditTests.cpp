@@ -228,8 +228,8 @@ TEST_F(EditTest, theMenuOffersWhatCanBeDone) {
               (Titles{"Open", "Cut", "Copy", "Copy Path", "Rename", "Duplicate", "Extract Archive",
                       "", "Tags", "Move to Trash"}));
     EXPECT_EQ(titlesOf(*menuFor({})),
-              (Titles{"New Folder", "New File", "Paste", "Sort By", "Columns", "Group By",
-                      "Select All", "Refresh", "Copy Path"}));
+              (Titles{"New Folder", "New File", "Paste", "Add to Favourites", "Sort By", "Columns",
+                      "Group By", "Select All", "Refresh", "Copy Path"}));
     const URL zip = ArchiveReader::compress({folder / "beta.txt"});
     pane().navigate(Location::archive(zip, ""));
     ASSERT_TRUE(waitFor([this] { return pane().items().count() == 1; }));
