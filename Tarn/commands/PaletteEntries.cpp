@@ -71,14 +71,6 @@ void appendPlaces(std::vector<PaletteRow>& rows, const Offers& offers, std::stri
     for (const Found& one : found) rows.push_back(row(*one.entry, one.match));
 }
 
-/// In their order, behind the tab that is shown; the first of them is shown then.
-void openTabs(TabGroup& group, const std::vector<WindowSnapshot>& tabs) {
-    if (tabs.empty()) return;
-    const int first = group.currentIndex() + 1;
-    for (const WindowSnapshot& tab : tabs) group.open(tab);
-    group.setCurrent(first);
-}
-
 }  // namespace
 
 PaletteEntries::PaletteEntries(WindowModel& window) {
@@ -165,7 +157,7 @@ bool PaletteEntries::run(const PaletteEntry& entry, WindowModel& window) {
         case PaletteEntry::Kind::workspace: {
             const Workspace* workspace = window.app().lists().workspace(entry.workspace);
             if (!workspace || !window.group()) return false;
-            openTabs(*window.group(), workspace->tabs);
+            window.group()->open(workspace->tabs);
             return true;
         }
     }

@@ -5,7 +5,6 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/WindowModel.h"
-#include "Tarn/model/records/Workspace.h"
 
 namespace tarn {
 
@@ -47,11 +46,12 @@ WindowModel& TabGroup::open(const WindowSnapshot& snapshot, bool makeCurrent) {
     return tab(index);
 }
 
-void TabGroup::open(const Workspace& workspace) {
-    const int first = count();
-    for (const WindowSnapshot& snapshot : workspace.tabs)
-        insert(count(), std::make_unique<WindowModel>(app_, snapshot), false);
-    setCurrent(first);
+void TabGroup::open(const std::vector<WindowSnapshot>& tabs) {
+    const int first = current_ + 1;
+    for (int i = 0; i < std::ssize(tabs); ++i)
+        insert(first + i, std::make_unique<WindowModel>(app_, tabs[static_cast<std::size_t>(i)]),
+               false);
+    if (!tabs.empty()) setCurrent(first);
 }
 
 WindowModel& TabGroup::add(std::unique_ptr<WindowModel> tab, bool makeCurrent) {

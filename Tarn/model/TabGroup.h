@@ -12,7 +12,6 @@
 namespace tarn {
 
 class AppModel;
-struct Workspace;
 class WindowModel;
 
 /// The tabs of one window, in their order; each is a WindowModel of its own.
@@ -40,8 +39,8 @@ public:
 
     /// Adds a tab after the current one.
     WindowModel& open(const WindowSnapshot& snapshot, bool makeCurrent = true);
-    /// Adds the tabs of a workspace at the end, the first of them in front.
-    void open(const Workspace& workspace);
+    /// Adds tabs in their order after the current one, the first of them in front.
+    void open(const std::vector<WindowSnapshot>& tabs);
     /// Adds a tab that was made elsewhere, at the end.
     WindowModel& add(std::unique_ptr<WindowModel> tab, bool makeCurrent = true);
     /// Gives a tab away, as a window of its own; the same then happens as for one that is closed.

@@ -17,7 +17,7 @@ constexpr std::size_t mostPanes = 2;
 }  // namespace
 
 WindowModel::WindowModel(AppModel& app, const Location& start, QObject* parent)
-    : WindowModel(app, WindowSnapshot{{{start, std::nullopt}}, 0, true, false}, parent) {}
+    : WindowModel(app, WindowSnapshot::of(start), parent) {}
 
 WindowModel::WindowModel(AppModel& app, const WindowSnapshot& snapshot, QObject* parent)
     : QObject(parent),
@@ -151,8 +151,7 @@ void WindowModel::openSelection() {
     std::vector<URL> files;
     for (const FileItem& item : items) {
         if (item.isDirectory && group_)
-            group_->open({{{Location::folder(item.url), std::nullopt}}, 0, sidebarVisible_, false},
-                         false);
+            group_->open(WindowSnapshot::of(Location::folder(item.url), sidebarVisible_), false);
         else if (item.isDirectory)
             emit openWindowRequested(item.url);
         else

@@ -155,14 +155,11 @@ TEST_F(SessionTest, aWindowHasOnePaneOrTwo) {
 }
 
 TEST_F(SessionTest, aWorkspaceOpensItsTabsBesideThoseThatAreOpen) {
-    TabGroup group(app, {at("a")});
-    Workspace workspace;
-    workspace.tabs = {at("b"), at("c")};
-    group.open(workspace);
-    EXPECT_EQ(names(group), "a*bc");
-    workspace.tabs.clear();
-    group.open(workspace);
-    EXPECT_EQ(names(group), "a*bc");
+    TabGroup group(app, {at("a"), at("d")});
+    group.open(std::vector{at("b"), at("c")});
+    EXPECT_EQ(names(group), "a*bcd");
+    group.open(std::vector<WindowSnapshot>());
+    EXPECT_EQ(names(group), "a*bcd");
 }
 
 TEST_F(SessionTest, theSidebarIsShownOrHiddenForAllTabs) {

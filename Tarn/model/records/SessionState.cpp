@@ -1,8 +1,17 @@
 #include "Tarn/model/records/SessionState.h"
 
+#include <utility>
+
 #include "TarnCore/base/JSONFields.h"
 
 namespace tarn {
+
+WindowSnapshot WindowSnapshot::of(Location location, bool showSidebar) {
+    WindowSnapshot snapshot;
+    snapshot.panes.push_back({std::move(location), std::nullopt});
+    snapshot.showSidebar = showSidebar;
+    return snapshot;
+}
 
 void to_json(JSON& json, const PaneSnapshot& pane) {
     json = JSON{{"location", pane.location}};

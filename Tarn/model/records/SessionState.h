@@ -21,6 +21,9 @@ struct WindowSnapshot {
     int activePane = 0;
     bool showSidebar = true;
     bool showInspector = false;
+
+    /// One pane, shown as the place is by default.
+    static WindowSnapshot of(Location location, bool showSidebar = true);
     bool operator==(const WindowSnapshot&) const = default;
 };
 

@@ -86,10 +86,6 @@ WindowModel& bringForward(const Shown& shown, const std::string& token) {
     return tab;
 }
 
-WindowSnapshot snapshotOf(const Location& location) {
-    return {{{location, std::nullopt}}, 0, true, false};
-}
-
 }  // namespace
 
 AppRequests::AppRequests(AppModel& app, QObject* parent) : QObject(parent), app_(app) {}
@@ -183,7 +179,7 @@ void AppRequests::showItems(const std::vector<URL>& items, bool withProperties,
     for (auto& [place, selected] : places) {
         const auto shown = find(app_, place);
         if (!shown) {
-            missing.push_back(snapshotOf(place));
+            missing.push_back(WindowSnapshot::of(place));
             missing.back().showInspector = withProperties;
             missingItems.push_back(std::move(selected));
             continue;

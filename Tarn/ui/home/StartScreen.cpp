@@ -75,7 +75,7 @@ void StartScreen::connectSection(StartSection& section) {
             [this](const Location& location) { pane_.navigate(location); });
     connect(&section, &StartSection::chosenAside, this, [this](const Location& location) {
         if (TabGroup* group = tab_.group())
-            group->open({{{location, std::nullopt}}, 0, tab_.sidebarVisible(), false}, false);
+            group->open(WindowSnapshot::of(location, tab_.sidebarVisible()), false);
     });
 }
 

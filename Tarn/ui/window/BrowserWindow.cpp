@@ -48,10 +48,6 @@ std::unique_ptr<TabGroup> groupOf(std::unique_ptr<WindowModel> tab) {
     return group;
 }
 
-WindowSnapshot showing(const Location& location) {
-    return {{{location, std::nullopt}}, 0, true, false};
-}
-
 }  // namespace
 
 BrowserWindow::BrowserWindow(std::unique_ptr<WindowModel> tab)
@@ -418,8 +414,8 @@ void BrowserWindow::keyPressEvent(QKeyEvent* event) {
 // --- Going places
 
 BrowserWindow& BrowserWindow::openWindow(const Location& location) {
-    auto* window =
-        new BrowserWindow(std::make_unique<WindowModel>(group_->app(), showing(location)));
+    auto* window = new BrowserWindow(
+        std::make_unique<WindowModel>(group_->app(), WindowSnapshot::of(location)));
     window->resize(size());
     window->show();
     return *window;
