@@ -12,6 +12,7 @@
 #include "Tarn/ui/desktop/AppInstance.h"
 #include "Tarn/ui/desktop/AppRequests.h"
 #include "Tarn/ui/theme/Theme.h"
+#include "Tarn/ui/thumbnails/ThumbnailPreloader.h"
 #include "Tarn/ui/transfers/DesktopClipboard.h"
 #include "Tarn/ui/transfers/SleepInhibitor.h"
 #include "Tarn/ui/transfers/TransferNotifier.h"
@@ -94,7 +95,10 @@ int main(int argc, char** argv) try {
     const TerminationSignals termination;
     QObject::connect(&termination, &TerminationSignals::received, &app,
                      [&app] { SessionWindows::end(app); });
-    const FirstRows shown([&app] { app.startBackgroundServices(); });
+    ThumbnailPreloader preloader;
+    app.setThumbnailPreloading([&preloader](AppModel& model) { preloader.preloadVisited(model); });
+    const bool isInitialSetup = request.isPlain() && !app.settings().hasOnboarded;
+    const FirstRows shown([&app, isInitialSetup] { app.startBackgroundServices(isInitialSetup); });
     const int result = QApplication::exec();
     app.flush();
     return result;

@@ -219,7 +219,7 @@ std::unordered_map<std::string_view, Action> makeActions() {
         {"inspector", toggling(&WindowModel::showsInspector, &WindowModel::setShowsInspector)},
         {"hidden", toggling(&WindowModel::showHidden, &WindowModel::setShowHidden)},
         {"split", toggling(&WindowModel::isSplit, &WindowModel::setSplit)},
-        {"refresh", doing(&PaneModel::reload)},
+        {"refresh", [](WindowModel& window) { window.active().reload(true); }},
         {"transfers", toggling(&WindowModel::showsTransfers, &WindowModel::setShowsTransfers)},
         {"history", toggling(&WindowModel::showsHistory, &WindowModel::setShowsHistory)},
         {"search", [](WindowModel& window) { window.focusSearch(); }},

@@ -1,10 +1,12 @@
 #include "Tarn/model/AppModel.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
 #include "Tarn/model/ContentIndexService.h"
+#include "Tarn/model/DownloadsService.h"
 #include "Tarn/model/FileMime.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/StoreWatcher.h"
@@ -53,6 +55,7 @@ AppModel::AppModel(TaskPool& pool, QObject* parent)
       settings_(stores_->settings.value()),
       ejector_(std::make_unique<VolumeEjector>(*this)),
       transfers_(std::make_unique<TransferList>(history_)),
+      downloads_(std::make_unique<DownloadsService>()),
       contentIndex_(std::make_unique<ContentIndexService>(activities_)) {
     if (const auto layouts = stores_->layouts.value(); !layouts.empty())
         lastLayout_ = layouts.front();
@@ -94,6 +97,7 @@ void AppModel::showSettings() {
     if (settings == settings_) return;
     settings_ = std::move(settings);
     contentIndex_->setSettings(IndexSettings::of(settings_));
+    if (settings_.hasOnboarded && std::exchange(initialSetupStarted_, false)) startContentIndex();
     emit settingsChanged();
 }
 
@@ -152,6 +156,19 @@ std::int64_t AppModel::visitCount(const URL& folder) const {
     const auto visits = stores_->folderVisits.value();
     const auto found = visits.find(JSONText::fromPath(folder));
     return found == visits.end() ? 0 : found->second;
+}
+
+std::vector<URL> AppModel::mostVisited(std::size_t count) const {
+    std::vector<std::pair<std::int64_t, std::string>> visits;
+    for (const auto& [path, times] : stores_->folderVisits.value())
+        visits.emplace_back(-times, path);
+    std::ranges::sort(visits);
+    std::vector<URL> folders;
+    for (const auto& [times, path] : visits) {
+        if (folders.size() == count) break;
+        if (auto url = JSONText::toPath(path)) folders.push_back(std::move(*url));
+    }
+    return folders;
 }
 
 std::int64_t AppModel::usageCount(std::string_view commandID) const {
@@ -239,9 +256,18 @@ std::vector<WindowLayout> AppModel::storedLayouts() const { return stores_->layo
 
 SessionState AppModel::storedSession() const { return stores_->session.value(); }
 
-void AppModel::startBackgroundServices() {
-    if (servicesStarted_) return;
-    servicesStarted_ = true;
+void AppModel::setThumbnailPreloading(std::function<void(AppModel&)> start) {
+    preloading_ = std::move(start);
+}
+
+void AppModel::startContentIndex() {
+    contentIndex_->start();
+    emit serviceStarted(Service::contentIndex);
+}
+
+void AppModel::startBackgroundServices(bool initialSetup) {
+    if (std::exchange(servicesStarted_, true)) return;
+    initialSetupStarted_ = initialSetup;
     // What it holds is asked of another program.
     readClipboard();
     watchStores();
@@ -252,8 +278,14 @@ void AppModel::startBackgroundServices() {
             MainThread::post(self, [](AppModel& app) { app.refreshVolumes(); });
         });
     }
-    contentIndex_->start();
+    emit serviceStarted(Service::volumes);
+    downloads_->start();
+    emit serviceStarted(Service::downloads);
+    if (!initialSetupStarted_) startContentIndex();
+    if (preloading_) preloading_(*this);
+    emit serviceStarted(Service::thumbnails);
     trash_.measure();
+    emit serviceStarted(Service::trash);
 }
 
 void AppModel::showEmptying() {

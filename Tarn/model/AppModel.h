@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -33,6 +34,7 @@
 namespace tarn {
 
 class ContentIndexService;
+class DownloadsService;
 class StoreWatcher;
 class TabGroup;
 class VolumeEjector;
@@ -75,6 +77,8 @@ public:
     void noteVisited(const URL& folder);
     std::vector<URL> recentFolders() const;
     std::int64_t visitCount(const URL& folder) const;
+    /// The folder visited most first.
+    std::vector<URL> mostVisited(std::size_t count) const;
 
     /// How often a command was run from the palette.
     std::int64_t usageCount(std::string_view commandID) const;
@@ -129,14 +133,23 @@ public:
     const WindowLayout& lastLayout() const { return lastLayout_; }
     void setLastLayout(const WindowLayout& layout) { lastLayout_ = layout; }
 
-    /// Starts what runs beside the windows; once, later calls do nothing.
-    void startBackgroundServices();
+    DownloadsService& downloads() { return *downloads_; }
+
+    /// What runs beside the windows, in the order in which it is started.
+    enum class Service { volumes, downloads, contentIndex, thumbnails, trash };
+    Q_ENUM(Service)
+    /// Once; later calls do nothing. With `initialSetup` the person is being asked what shall be
+    /// read in files: that waits until they have answered, `AppSettings::hasOnboarded`.
+    void startBackgroundServices(bool initialSetup);
+    /// Makes small pictures ahead of time; called once, when its turn has come. Before the start.
+    void setThumbnailPreloading(std::function<void(AppModel&)> start);
 
     /// Waits until every store is on the disk.
     void flush();
 
 signals:
     void settingsChanged();
+    void serviceStarted(tarn::AppModel::Service service);
     void volumesChanged();
     void cutURLsChanged();
 
@@ -148,6 +161,7 @@ private:
     void showSettings();
     void watchStores();
     void showVolumes();
+    void startContentIndex();
 
     TaskPool& pool_;
     std::unique_ptr<Stores> stores_;
@@ -171,6 +185,9 @@ private:
     TrashService trash_;
     std::unique_ptr<TransferList> transfers_;  ///< Ends before the history does.
     bool servicesStarted_ = false;
+    bool initialSetupStarted_ = false;  ///< And not over.
+    std::function<void(AppModel&)> preloading_;
+    std::unique_ptr<DownloadsService> downloads_;
     TagColors tagColors_{pool_};
     ListColumns listColumns_;
     ArchiveMembers archiveMembers_;

@@ -5,6 +5,7 @@
 
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/files/Paths.h"
+#include "TarnCore/platform/Platform.h"
 
 namespace tarn {
 namespace {
@@ -18,6 +19,23 @@ constexpr int laterPublish = 200;
 constexpr qint64 restPerRun = 100;
 
 SharedRows noRows() { return std::make_shared<const PaneRows>(std::vector<FileItem>()); }
+
+/// Of the whole computer, the parts in which a person's files change. A watch over all of it would
+/// take more than other programs can spare.
+std::vector<URL> worthWatching(const std::vector<URL>& roots) {
+    std::vector<URL> watched;
+    for (const URL& root : roots) {
+        if (!root.isRoot()) {
+            watched.push_back(root);
+            continue;
+        }
+        watched.push_back(Paths::home());
+        for (const Mount& mount : Platform::current().volumes->mounts())
+            if (mount.isRemovable && !mount.isNetwork && !mount.isPseudo)
+                watched.push_back(mount.mountPoint);
+    }
+    return watched;
+}
 
 /// Without those that lie inside another one.
 std::vector<std::string> outermost(const std::set<std::string>& paths) {
@@ -84,11 +102,8 @@ void LiveList::start(LiveQuery query, const SortOrder& sort) {
     isRunning_ = true;
     clock_.start();
     found_ = std::make_shared<Found>();
-    // A watch over the whole computer would take more than other programs can spare.
-    std::vector<URL> watched = query_.roots();
-    for (URL& root : watched)
-        if (root.isRoot()) root = Paths::home();
-    watcher_.watch(watched, WatchDepth::tree, timing_.latency);
+    watched_ = worthWatching(query_.roots());
+    watcher_.watch(watched_, WatchDepth::tree, timing_.latency);
     run(found_);
 }
 
@@ -223,9 +238,8 @@ void LiveList::ordered(std::uint64_t run, SharedRows rows, const SortOrder& sort
 
 void LiveList::changed(const std::vector<std::string>& paths) {
     for (const std::string& path : paths) {
-        const bool isRoot = std::ranges::any_of(query_.roots(), [&](const URL& root) {
-            return path == (root.isRoot() ? Paths::home() : root).path();
-        });
+        const bool isRoot =
+            std::ranges::any_of(watched_, [&](const URL& root) { return path == root.path(); });
         if (isRoot) {
             if (repeatTimer_.isActive()) continue;
             const auto pause = std::max(static_cast<qint64>(timing_.betweenWholeRuns * 1000),

@@ -32,7 +32,8 @@ struct LiveTiming {
 ///
 /// Main thread only. The query runs once over its roots; meanwhile rows come in batches, and those
 /// that were on the screen keep their places. Afterwards the roots are watched, and only what lies
-/// at a path that changed is asked again. Of the whole computer the home folder alone is watched.
+/// at a path that changed is asked again. Of the whole computer the home folder and the
+/// disks beside the system's are watched: what lies elsewhere belongs to the system.
 /// The watch begins with the run and may be ready after the walk has passed: a file that changes in
 /// this moment shows with its next change.
 class LiveList final : public QObject {
@@ -97,6 +98,7 @@ private:
     std::shared_ptr<Found> found_;    ///< What the rows are made of.
     std::shared_ptr<Found> renewed_;  ///< Of a repeated run, until it is over.
     PaneWatcher watcher_;
+    std::vector<URL> watched_;
     std::set<std::string> pending_;  ///< Paths that changed and were not asked again yet.
     QTimer repeatTimer_;
     QElapsedTimer sinceRun_;

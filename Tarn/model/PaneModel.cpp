@@ -6,6 +6,7 @@
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/ArchiveListing.h"
 #include "Tarn/model/ContentIndexService.h"
+#include "Tarn/model/DownloadsService.h"
 #include "Tarn/model/FolderListing.h"
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/files/DirectoryLister.h"
@@ -70,17 +71,13 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
                 if (changesView) setViewMode(view);
                 if (changesOrder) {
                     sort_.foldersFirst = foldersFirst;
-                    emit sortChanged();
-                    if (location_.isQuery())
-                        live_.setSort(sort_);
-                    else
-                        resortListing();
-                    if (query_) search_.setOrder(sort_, isRanked_);
+                    orderChanged();
                 }
                 applyingPrefs_ = false;
                 if (changesView && !tree_.isEmpty()) arrange();
             });
     connect(&watcher_, &PaneWatcher::changed, this, &PaneModel::refreshSoon);
+    connect(&app.downloads(), &DownloadsService::arrived, &overview_, &PlaceOverview::filesArrived);
     connect(&tree_, &PaneTree::changed, this, &PaneModel::arrange);
     connect(&tree_, &PaneTree::failed, this, &PaneModel::unfoldingFailed);
     connect(&app.lists(), &UserLists::smartFoldersChanged, this, &PaneModel::smartFoldersChanged);
@@ -235,6 +232,10 @@ void PaneModel::sortBy(SortField field) {
     }
     savePrefs();
     isRanked_ = false;
+    orderChanged();
+}
+
+void PaneModel::orderChanged() {
     emit sortChanged();
     if (location_.isQuery())
         live_.setSort(sort_);
@@ -315,7 +316,9 @@ void PaneModel::watchAndList() {
                    });
 }
 
-void PaneModel::reload() {
+void PaneModel::reload(bool clearThumbnails) {
+    reloadToken_ = UUID::random();
+    emit reloaded(clearThumbnails);
     tree_.reload();
     overview_.refresh();
     relist();

@@ -66,8 +66,11 @@ public:
 
     /// Enters a folder or an archive; false for anything that does not open inside the pane.
     bool browse(const FileItem& item);
-    /// Reads the place again. What is shown stays until the answer is there.
-    void reload();
+    /// Reads the place again. What is shown stays until the answer is there. With
+    /// `clearThumbnails` the pictures of files are taken from the disk again, too.
+    void reload(bool clearThumbnails = false);
+    /// Another one after every reload.
+    const UUID& reloadToken() const { return reloadToken_; }
     /// The same, once for a burst of calls.
     void refreshSoon();
     /// Something has become of these files, as far as they are shown here.
@@ -177,6 +180,8 @@ public:
 
 signals:
     void locationChanged();
+    /// After reload(), before its rows.
+    void reloaded(bool clearThumbnails);
     /// isLoading, listingError or isSearching has changed.
     void stateChanged();
     void searchChanged();  ///< Text, query or scope.
@@ -202,6 +207,8 @@ private:
     void relist();
     void applyPrefs();
     void savePrefs();
+    /// Hands the order on to whatever is shown.
+    void orderChanged();
     void load();
     /// What reads the place and posts the answer; for the pool.
     std::function<void()> listing();
@@ -262,6 +269,7 @@ private:
     QItemSelectionModel selection_{&items_};
     PaneHistory history_;
     std::uint64_t navigationID_ = 0;
+    UUID reloadToken_ = UUID::random();
 
     ViewMode viewMode_ = ViewMode::grid;
     SortOrder sort_;

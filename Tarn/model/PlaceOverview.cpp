@@ -14,6 +14,9 @@
 namespace tarn {
 namespace {
 
+/// Milliseconds; counting walks over all of the home folder, and files may come one by one.
+constexpr int arrivalPause = 2000;
+
 struct TagCount {
     TagColor color = TagColor::none;
     std::int64_t count = 0;
@@ -56,7 +59,11 @@ std::vector<OverviewRow> sourceRows(const CancelToken& token) {
 }  // namespace
 
 PlaceOverview::PlaceOverview(TaskPool& pool, TagColors& colors, QObject* parent)
-    : QAbstractListModel(parent), pool_(pool), colors_(colors) {}
+    : QAbstractListModel(parent), pool_(pool), colors_(colors) {
+    arrivalTimer_.setSingleShot(true);
+    arrivalTimer_.setInterval(arrivalPause);
+    connect(&arrivalTimer_, &QTimer::timeout, this, &PlaceOverview::refresh);
+}
 
 PlaceOverview::~PlaceOverview() { token_.cancel(); }
 
@@ -103,6 +110,10 @@ void PlaceOverview::refresh() {
             all.take(std::move(rows));
         });
     });
+}
+
+void PlaceOverview::filesArrived() {
+    if (place_ == Location::Case::sources && !arrivalTimer_.isActive()) arrivalTimer_.start();
 }
 
 void PlaceOverview::take(std::vector<OverviewRow> rows) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <QtCore/QAbstractListModel>
+#include <QtCore/QTimer>
 
 #include "Tarn/model/TagColors.h"
 #include "Tarn/model/records/Location.h"
@@ -37,6 +38,8 @@ public:
     /// `place` is one of `tags` and `sources`; anything else ends it and empties the rows.
     void show(Location::Case place);
     void refresh();
+    /// Files have come: the sources are counted again, once for a burst.
+    void filesArrived();
     bool isLoading() const { return isLoading_; }
 
     const OverviewRow& row(int index) const { return rows_[static_cast<std::size_t>(index)]; }
@@ -60,6 +63,7 @@ private:
     bool isLoading_ = false;
     std::uint64_t generation_ = 0;
     CancelToken token_;
+    QTimer arrivalTimer_;
 };
 
 }  // namespace tarn

@@ -23,6 +23,8 @@ SourceNames& SourceNames::shared() {
     return names;
 }
 
+void SourceNames::forget(const URL& url) { entries_.lock()->erase(url); }
+
 std::optional<std::string> SourceNames::known(const FileItem& item) const {
     const auto entries = entries_.lock();
     const auto found = entries->find(item.url);

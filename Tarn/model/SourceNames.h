@@ -29,6 +29,9 @@ public:
     std::vector<std::uint32_t> sortedIndexes(const std::vector<const FileItem*>& items,
                                              const SortOrder& sort);
 
+    /// Who asks for it next has it read again.
+    void forget(const URL& url);
+
     static SourceNames& shared();
 
 private:

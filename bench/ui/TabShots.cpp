@@ -110,7 +110,7 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     Theme::install(qt);
     AppModel app;
-    app.startBackgroundServices();
+    app.startBackgroundServices(false);
     for (const Scene& scene : scenes) {
         bool wanted = argc == 2;
         for (int i = 2; i < argc; ++i) wanted |= QByteArray(argv[i]) == scene.name;

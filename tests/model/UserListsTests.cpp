@@ -165,7 +165,7 @@ TEST_F(UserListsTest, theLatestServersAreKept) {
 
 TEST_F(UserListsTest, whatAnotherProcessChangesShows) {
     AppModel app;
-    app.startBackgroundServices();
+    app.startBackgroundServices(false);
     const QSignalSpy settings(&app, &AppModel::settingsChanged);
     const QSignalSpy favorites(&app.lists(), &UserLists::favoritesChanged);
     const QSignalSpy folders(&app.lists(), &UserLists::smartFoldersChanged);

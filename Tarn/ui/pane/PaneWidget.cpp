@@ -120,6 +120,11 @@ void PaneWidget::connectThumbnails() {
     connect(&thumbnails_, &ThumbnailLoader::ready, grid_,
             [this](const URL& file) { grid_->showThumbnail(file); });
     connect(&pane_, &PaneModel::locationChanged, this, [this] { thumbnails_.cancelAll(); });
+    connect(&pane_, &PaneModel::reloaded, this, [this](bool clearThumbnails) {
+        if (!clearThumbnails) return;
+        thumbnails_.forgetAll();
+        grid_->viewport()->update();
+    });
     // What has been scrolled past is not worth a picture any more.
     connect(grid_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
         std::vector<URL> seen;

@@ -26,36 +26,6 @@ QImage fitted(const QImage& image, int pixels) {
     return image.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
-struct Made {
-    Date modified;
-    QImage image;  ///< Null when there is none.
-};
-
-Made make(const ThumbnailCache& cache, const URL& file, Date expected, int pixels) {
-    const Platform& platform = Platform::current();
-    if (cache.holds(file)) return {expected, {}};
-    const auto mount = platform.volumes->mountHolding(file);
-    if (mount && mount->isNetwork) return {expected, {}};
-    const auto facts = platform.files->attributes(file, Links::follow);
-    if (!facts || facts->type != FileType::file) return {expected, {}};
-    const Date modified = facts->modified;
-    if (auto stored = cache.find(file, modified, pixels))
-        return {modified, fitted(*stored, pixels)};
-    if (cache.hasFailed(file, modified)) return {modified, {}};
-    const int size = ThumbnailCache::storedSize(pixels);
-    const QImage image = PictureDecoder::decode(file, size);
-    // A file that is just being written must not be remembered as broken.
-    const auto after = platform.files->attributes(file, Links::follow);
-    if (!after || after->modified != modified || after->size != facts->size)
-        return {expected, image.isNull() ? image : fitted(image, pixels)};
-    if (image.isNull()) {
-        cache.storeFailure(file, modified);
-        return {modified, {}};
-    }
-    cache.store(file, modified, pixels, image);
-    return {modified, fitted(image, pixels)};
-}
-
 }  // namespace
 
 /// What is still to be made; the workers take from the end.
@@ -88,6 +58,32 @@ ThumbnailLoader::ThumbnailLoader(ThumbnailCache cache, QObject* parent)
       pool_(workerCount()) {}
 
 ThumbnailLoader::~ThumbnailLoader() { cancelAll(); }
+
+ThumbnailLoader::Made ThumbnailLoader::make(const ThumbnailCache& cache, const URL& file,
+                                            Date expected, int pixels) {
+    const Platform& platform = Platform::current();
+    if (cache.holds(file)) return {expected, {}};
+    const auto mount = platform.volumes->mountHolding(file);
+    if (mount && mount->isNetwork) return {expected, {}};
+    const auto facts = platform.files->attributes(file, Links::follow);
+    if (!facts || facts->type != FileType::file) return {expected, {}};
+    const Date modified = facts->modified;
+    if (auto stored = cache.find(file, modified, pixels))
+        return {modified, fitted(*stored, pixels)};
+    if (cache.hasFailed(file, modified)) return {modified, {}};
+    const int size = ThumbnailCache::storedSize(pixels);
+    const QImage image = PictureDecoder::decode(file, size);
+    // A file that is just being written must not be remembered as broken.
+    const auto after = platform.files->attributes(file, Links::follow);
+    if (!after || after->modified != modified || after->size != facts->size)
+        return {expected, image.isNull() ? image : fitted(image, pixels)};
+    if (image.isNull()) {
+        cache.storeFailure(file, modified);
+        return {modified, {}};
+    }
+    cache.store(file, modified, pixels, image);
+    return {modified, fitted(image, pixels)};
+}
 
 bool ThumbnailLoader::canThumbnail(const FileItem& item) {
     return !item.isDirectory && item.kind == FileKind::image && item.size.value_or(0) > 0 &&

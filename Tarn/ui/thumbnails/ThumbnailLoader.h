@@ -45,6 +45,16 @@ public:
     /// Drops the wishes for all files but these, in whose order the rest are met.
     void setVisible(const std::vector<URL>& files);
     void cancelAll();
+    /// Forgets the pictures in memory; those in the store stay, which go by the time of the file.
+    void forgetAll() { kept_.clear(); }
+
+    /// What a request comes to: the time of the file and its picture, null when it has none. Stores
+    /// what it had to make. From any thread but the main one.
+    struct Made {
+        Date modified;
+        QImage image;
+    };
+    static Made make(const ThumbnailCache& cache, const URL& file, Date expected, int pixels);
 
 signals:
     void ready(const tarn::URL& file, const QImage& image);
