@@ -1,5 +1,7 @@
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
+#include <utility>
 
 #include <QtCore/QDir>
 #include <QtCore/QTimer>
@@ -11,6 +13,7 @@
 #include "Tarn/ui/desktop/AppID.h"
 #include "Tarn/ui/desktop/AppInstance.h"
 #include "Tarn/ui/desktop/AppRequests.h"
+#include "Tarn/ui/desktop/LoginEntry.h"
 #include "Tarn/ui/theme/Theme.h"
 #include "Tarn/ui/thumbnails/ThumbnailPreloader.h"
 #include "Tarn/ui/transfers/DesktopClipboard.h"
@@ -51,6 +54,24 @@ tarn::AppRequest requestOf(int argc, char** argv) {
     if (const char* token = std::getenv("XDG_ACTIVATION_TOKEN")) request.activationToken = token;
     qunsetenv("XDG_ACTIVATION_TOKEN");
     return request;
+}
+
+/// Keeps the entry for logins as the settings want it.
+void followLogin(tarn::AppModel& app) {
+    using namespace tarn;
+    auto apply = [&app, applied = std::optional<bool>()]() mutable {
+        const bool opens = app.settings().openAtLogin;
+        if (std::exchange(applied, opens) == opens) return;
+        app.pool().run([opens, program = QCoreApplication::applicationFilePath().toStdString()] {
+            try {
+                LoginEntry::set(opens, program);
+            } catch (const Error& error) {
+                std::fprintf(stderr, "%s\n", error.what());
+            }
+        });
+    };
+    apply();
+    QObject::connect(&app, &AppModel::settingsChanged, &app, apply);
 }
 
 }  // namespace
@@ -95,6 +116,7 @@ int main(int argc, char** argv) try {
     const TerminationSignals termination;
     QObject::connect(&termination, &TerminationSignals::received, &app,
                      [&app] { SessionWindows::end(app); });
+    followLogin(app);
     ThumbnailPreloader preloader;
     app.setThumbnailPreloading([&preloader](AppModel& model) { preloader.preloadVisited(model); });
     const bool isInitialSetup = request.isPlain() && !app.settings().hasOnboarded;

@@ -19,6 +19,7 @@ GeneralSection::GeneralSection(AppModel& app, QWidget* parent) : SettingsForm(ap
                {tr("Dark"), static_cast<int>(Appearance::dark)}});
     addSwitch(tr("Open the windows of last time"), &AppSettings::restoreWindows,
               tr("With their tabs, when Tarn starts without being given a folder."));
+    addSwitch(tr("Open Tarn at login"), &AppSettings::openAtLogin);
     addSwitch(tr("Return opens what is selected"), &AppSettings::returnOpens,
               tr("Otherwise it renames, and Ctrl+Down opens."));
     addGap();

@@ -12,6 +12,8 @@ ViewSection::ViewSection(AppModel& app, QWidget* parent) : SettingsForm(app, par
     addGap();
     addSwitch(tr("Folders first"), &AppSettings::foldersFirst,
               tr("Folders stand before files, whatever the order."));
+    addSwitch(tr("Show how large folders are"), &AppSettings::showFolderSizes,
+              tr("In the inspector, which counts all that is in them."));
     addSwitch(tr("Show hidden files in new windows"), &AppSettings::showHiddenByDefault);
     start();
 }
