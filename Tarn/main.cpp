@@ -5,20 +5,27 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QTimer>
+#include <QtCore/QUrl>
+#include <QtDBus/QDBusConnection>
+#include <QtGui/QDesktopServices>
 #include <QtWidgets/QApplication>
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/TerminalCalls.h"
 #include "Tarn/model/TerminationSignals.h"
+#include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/desktop/AppID.h"
 #include "Tarn/ui/desktop/AppInstance.h"
 #include "Tarn/ui/desktop/AppRequests.h"
 #include "Tarn/ui/desktop/LoginEntry.h"
+#include "Tarn/ui/quicksearch/QuickSearch.h"
+#include "Tarn/ui/quicksearch/XDisplay.h"
 #include "Tarn/ui/theme/Theme.h"
 #include "Tarn/ui/thumbnails/ThumbnailPreloader.h"
 #include "Tarn/ui/transfers/DesktopClipboard.h"
 #include "Tarn/ui/transfers/SleepInhibitor.h"
 #include "Tarn/ui/transfers/TransferNotifier.h"
+#include "Tarn/ui/window/BrowserWindow.h"
 #include "Tarn/ui/window/FirstRows.h"
 #include "Tarn/ui/window/SessionWindows.h"
 #include "Tarn/ui/window/WatchedApplication.h"
@@ -74,6 +81,24 @@ void followLogin(tarn::AppModel& app) {
     QObject::connect(&app, &AppModel::settingsChanged, &app, apply);
 }
 
+/// Shows in windows what is chosen in the quick search.
+void follow(tarn::QuickSearch& search, tarn::AppModel& app, tarn::AppRequests& requests) {
+    using namespace tarn;
+    QObject::connect(&search, &QuickSearch::placeRequested, &requests,
+                     [&app, &requests](const Location& place, const std::vector<URL>& select) {
+                         AppRequest request;
+                         request.items = select;
+                         if (select.empty() && place.isFolder()) request.folders = {place.url};
+                         if (!request.isPlain()) return requests.carryOut(request);
+                         auto tab = std::make_unique<WindowModel>(app, place);
+                         AppRequests::raise(*new BrowserWindow(std::move(tab)), {});
+                     });
+    QObject::connect(&search, &QuickSearch::fileRequested, &app, [](const URL& file) {
+        QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(file.string())));
+    });
+    QObject::connect(&requests, &AppRequests::quickSearchRequested, &search, &QuickSearch::open);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) try {
@@ -105,6 +130,13 @@ int main(int argc, char** argv) try {
 
     AppRequests requests(app);
     if (!request.isService) requests.carryOut(request);
+    // Behind the first window, which does not wait for it.
+    QuickSearch quickSearch(app,
+                            QDBusConnection::connectToBus(QDBusConnection::SessionBus,
+                                                          QStringLiteral("tarn-quick-search")),
+                            XDisplay::connection());
+    follow(quickSearch, app, requests);
+    if (request.wantsQuickSearch) quickSearch.open(request.activationToken);
     QObject::connect(&instance, &AppInstance::requested, &requests, &AppRequests::carryOut);
     instance.begin();
     instance.offerAsFileManager();

@@ -114,7 +114,10 @@ void WindowChanges::quit() {
         app.setKeepSessionWhileClosing(true);
         QApplication::closeAllWindows();
         // With one that stays open after all, the session goes on.
-        if (hasOtherWindow(nullptr)) app.setKeepSessionWhileClosing(false);
+        if (hasOtherWindow(nullptr))
+            app.setKeepSessionWhileClosing(false);
+        else
+            QCoreApplication::quit();  // Also where it would go on without a window.
     };
     if (!isBusy()) return closeAll();
     askToStop(tr("Quitting stops it and removes what is unfinished."), tr("Stop and Quit"),
