@@ -30,6 +30,7 @@
 #include "Tarn/ui/window/SessionWindows.h"
 #include "Tarn/ui/window/WatchedApplication.h"
 #include "TarnCore/base/Error.h"
+#include "TarnCore/platform/linux/LinuxOpenedFiles.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 #include "TarnCore/platform/linux/LinuxSoundOutput.h"
 
@@ -105,6 +106,7 @@ int main(int argc, char** argv) try {
     using namespace tarn;
     Platform::setCurrent(makeLinuxPlatform());
     SoundOutput::setCurrent(std::make_shared<LinuxSoundOutput>());
+    OpenedFiles::setCurrent(std::make_shared<LinuxOpenedFiles>());
 #ifdef NDEBUG
     QApplication qt(argc, argv);
 #else
@@ -128,6 +130,10 @@ int main(int argc, char** argv) try {
     const TransferNotifier notifier(app.transfers());
     const TerminalCalls calls(app.history());
 
+    // Before there are windows, whose session would be lost with a signal that ends the process.
+    const TerminationSignals termination;
+    QObject::connect(&termination, &TerminationSignals::received, &app,
+                     [&app] { SessionWindows::end(app); });
     AppRequests requests(app);
     if (!request.isService) requests.carryOut(request);
     // Behind the first window, which does not wait for it.
@@ -145,9 +151,6 @@ int main(int argc, char** argv) try {
             if (QApplication::topLevelWidgets().isEmpty()) QApplication::quit();
         });
 
-    const TerminationSignals termination;
-    QObject::connect(&termination, &TerminationSignals::received, &app,
-                     [&app] { SessionWindows::end(app); });
     followLogin(app);
     ThumbnailPreloader preloader;
     app.setThumbnailPreloading([&preloader](AppModel& model) { preloader.preloadVisited(model); });

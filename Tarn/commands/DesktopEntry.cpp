@@ -14,6 +14,9 @@
 
 #include <unistd.h>
 
+#include "Tarn/commands/DesktopFiles.h"
+#include "Tarn/commands/KeyFile.h"
+#include "Tarn/commands/MimeApps.h"
 #include "TarnCore/base/Collation.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/Paths.h"
@@ -23,40 +26,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Group = std::map<std::string, std::string, std::less<>>;
-
-/// The largest file that is taken for a desktop entry or a list of defaults, in bytes.
-constexpr std::uintmax_t largestFile = 1 << 20;
-
-std::string contents(const fs::path& file) {
-    std::error_code error;
-    if (!fs::is_regular_file(file, error) || fs::file_size(file, error) > largestFile) return {};
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
-/// The keys of one group of a file in the form of desktop entries.
-Group group(std::string_view text, std::string_view name) {
-    Group keys;
-    bool isInside = false;
-    for (const std::string_view piece : Text::split(text, '\n')) {
-        const std::string_view line = Text::trimmed(piece);
-        if (line.starts_with('[')) {
-            isInside = line.size() > 2 && line.substr(1, line.size() - 2) == name;
-        } else if (isInside && !line.starts_with('#')) {
-            const std::size_t equals = line.find('=');
-            if (equals == line.npos) continue;
-            keys.emplace(Text::trimmed(line.substr(0, equals)),
-                         Text::trimmed(line.substr(equals + 1)));
-        }
-    }
-    return keys;
-}
-
-std::string value(const Group& keys, std::string_view key) {
-    const auto found = keys.find(key);
-    return found == keys.end() ? std::string() : found->second;
-}
+using Group = KeyFile::Group;
+using KeyFile::value;
 
 /// The value for the user's language: that of language and country, of the language, of none.
 std::string localized(const Group& keys, const std::string& key) {
@@ -127,38 +98,6 @@ std::vector<std::string> words(std::string_view text) {
     return all;
 }
 
-std::vector<fs::path> folders(const char* variable, std::string_view fallback) {
-    const char* set = std::getenv(variable);
-    std::vector<fs::path> all;
-    for (const std::string_view piece : Text::split(set && *set ? set : fallback, ':'))
-        if (piece.starts_with('/')) all.emplace_back(piece);
-    return all;
-}
-
-/// Where entries are installed, the user's own first.
-std::vector<fs::path> entryFolders() {
-    std::vector<fs::path> all = {fs::path(Paths::dataHome().path()) / "applications"};
-    for (const fs::path& folder : folders("XDG_DATA_DIRS", "/usr/local/share:/usr/share"))
-        all.push_back(folder / "applications");
-    return all;
-}
-
-/// Where the defaults are listed, the user's own first.
-std::vector<fs::path> defaultLists() {
-    std::vector<fs::path> all;
-    const char* desktop = std::getenv("XDG_CURRENT_DESKTOP");
-    const auto add = [&](const fs::path& folder) {
-        for (const std::string_view piece : Text::split(desktop ? desktop : "", ':'))
-            if (!piece.empty())
-                all.push_back(folder / (Text::lowercased(piece) + "-mimeapps.list"));
-        all.push_back(folder / "mimeapps.list");
-    };
-    add(Paths::configHome().path());
-    for (const fs::path& folder : folders("XDG_CONFIG_DIRS", "/etc/xdg")) add(folder);
-    for (const fs::path& folder : entryFolders()) add(folder);
-    return all;
-}
-
 /// An id may name a subfolder: "kde-konsole.desktop" is "kde/konsole.desktop".
 std::optional<fs::path> entryFile(const fs::path& folder, std::string id) {
     std::error_code error;
@@ -173,7 +112,7 @@ std::optional<fs::path> entryFile(const fs::path& folder, std::string id) {
 /// In their order; each once.
 std::set<std::string> installedIDs() {
     std::set<std::string> ids;
-    for (const fs::path& folder : entryFolders()) {
+    for (const fs::path& folder : DesktopFiles::entryFolders()) {
         std::error_code error;
         for (fs::recursive_directory_iterator files(folder, error), end; !error && files != end;
              files.increment(error)) {
@@ -186,18 +125,10 @@ std::set<std::string> installedIDs() {
     return ids;
 }
 
-std::optional<DesktopEntry> firstOf(std::string_view ids) {
-    for (const std::string_view id : Text::split(ids, ';')) {
-        if (id.empty()) continue;
-        if (auto entry = DesktopEntries::find(id)) return entry;
-    }
-    return std::nullopt;
-}
-
 }  // namespace
 
 std::optional<DesktopEntry> DesktopEntry::parse(std::string_view text, std::string id) {
-    const Group keys = group(text, "Desktop Entry");
+    const Group keys = KeyFile::group(text, "Desktop Entry");
     if (value(keys, "Type") != "Application" || value(keys, "Hidden") == "true")
         return std::nullopt;
     DesktopEntry entry;
@@ -259,14 +190,24 @@ std::vector<std::string> DesktopEntry::command(const std::vector<URL>& files) co
     return out;
 }
 
+std::vector<std::vector<std::string>> DesktopEntry::commands(const std::vector<URL>& files) const {
+    const auto takesOne = [](const std::string& word) {
+        return word.find("%f") != word.npos || word.find("%u") != word.npos;
+    };
+    if (files.size() < 2 || !std::ranges::any_of(exec, takesOne)) return {command(files)};
+    std::vector<std::vector<std::string>> all;
+    for (const URL& file : files) all.push_back(command({file}));
+    return all;
+}
+
 std::optional<DesktopEntry> DesktopEntries::find(std::string_view id) {
     if (id.empty() || id.find('/') != id.npos) return std::nullopt;
     std::string file(id);
     if (!file.ends_with(".desktop")) file += ".desktop";
-    for (const fs::path& folder : entryFolders()) {
+    for (const fs::path& folder : DesktopFiles::entryFolders()) {
         // The first of that name counts, also when it hides the program.
         if (const auto found = entryFile(folder, file))
-            return DesktopEntry::parse(contents(*found), file);
+            return DesktopEntry::parse(DesktopFiles::contents(*found), file);
     }
     return std::nullopt;
 }
@@ -290,15 +231,27 @@ std::vector<DesktopEntry> DesktopEntries::all() {
 }
 
 std::optional<DesktopEntry> DesktopEntries::defaultFor(std::string_view mimeType) {
-    for (const fs::path& list : defaultLists()) {
-        const Group chosen = group(contents(list), "Default Applications");
-        if (auto entry = firstOf(value(chosen, mimeType))) return entry;
-    }
-    for (const fs::path& folder : entryFolders()) {
-        const Group all = group(contents(folder / "mimeinfo.cache"), "MIME Cache");
-        if (auto entry = firstOf(value(all, mimeType))) return entry;
-    }
+    for (const std::string& id : MimeApps::defaults(mimeType))
+        if (auto entry = find(id)) return entry;
+    for (const std::string& id : MimeApps::openers(mimeType))
+        if (auto entry = find(id)) return entry;
     return std::nullopt;
+}
+
+std::vector<DesktopEntry> DesktopEntries::openers(const std::vector<std::string>& mimeTypes) {
+    std::vector<DesktopEntry> entries;
+    const auto add = [&entries](const std::vector<std::string>& ids) {
+        for (const std::string& id : ids) {
+            const auto isSame = [&id](const DesktopEntry& one) { return one.id == id; };
+            if (std::ranges::any_of(entries, isSame)) continue;
+            if (auto entry = find(id)) entries.push_back(*std::move(entry));
+        }
+    };
+    for (const std::string& type : mimeTypes) {
+        add(MimeApps::defaults(type));
+        add(MimeApps::openers(type));
+    }
+    return entries;
 }
 
 std::optional<std::string> DesktopEntries::executable(std::string_view name) {
@@ -313,7 +266,7 @@ std::optional<std::string> DesktopEntries::executable(std::string_view name) {
         return std::nullopt;
     }
     if (name.empty() || name.find('/') != name.npos) return std::nullopt;
-    for (const fs::path& folder : folders("PATH", "/usr/local/bin:/usr/bin:/bin")) {
+    for (const fs::path& folder : DesktopFiles::folders("PATH", "/usr/local/bin:/usr/bin:/bin")) {
         std::string path = (folder / name).string();
         if (isProgram(path)) return path;
     }

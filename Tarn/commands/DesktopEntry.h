@@ -26,6 +26,8 @@ struct DesktopEntry {
     /// The words to start it with, by the desktop entry specification: the field codes replaced by
     /// what they stand for. `files` are left out where the program takes none.
     std::vector<std::string> command(const std::vector<URL>& files) const;
+    /// The same for a program that takes one file at a time: a command for each.
+    std::vector<std::vector<std::string>> commands(const std::vector<URL>& files) const;
 };
 
 /// The desktop entries that are installed. Reads the disk; any thread.
@@ -39,6 +41,9 @@ std::optional<DesktopEntry> anyTerminal();
 std::vector<DesktopEntry> all();
 /// What opens this type: the user's choice in mimeapps.list, the desktop's, or any that says so.
 std::optional<DesktopEntry> defaultFor(std::string_view mimeType);
+/// What opens files of the first of these types, or of those that it is derived from: what the
+/// person or the desktop prefers first, each once.
+std::vector<DesktopEntry> openers(const std::vector<std::string>& mimeTypes);
 
 /// The program of that name in $PATH, or itself when it is an absolute path to one.
 std::optional<std::string> executable(std::string_view name);

@@ -51,6 +51,15 @@ bool takesCommandAsItIs(const std::string& program) {
     return program.ends_with("/xdg-terminal-exec");
 }
 
+/// The command as one that a terminal runs; absent without a terminal.
+std::optional<Words> insideTerminal(const std::string& setting, const Words& words) {
+    auto inside = terminalWords(setting);
+    if (!inside) return std::nullopt;
+    if (!takesCommandAsItIs(inside->front())) inside->push_back("-e");
+    inside->insert(inside->end(), words.begin(), words.end());
+    return inside;
+}
+
 }  // namespace
 
 std::optional<Call> terminal(const std::string& setting, const URL& folder) {
@@ -69,12 +78,21 @@ std::optional<Call> editor(const std::string& setting, const std::string& termin
         words = standard->command(files);
         needsTerminal = standard->needsTerminal;
     }
-    if (!needsTerminal) return Call{std::move(*words), folder};
-    auto inside = terminalWords(terminalSetting);
-    if (!inside) return std::nullopt;
-    if (!takesCommandAsItIs(inside->front())) inside->push_back("-e");
-    inside->insert(inside->end(), words->begin(), words->end());
-    return Call{std::move(*inside), folder};
+    if (needsTerminal) words = insideTerminal(terminalSetting, *words);
+    if (!words) return std::nullopt;
+    return Call{std::move(*words), folder};
+}
+
+std::vector<Call> calls(const DesktopEntry& program, const std::string& terminalSetting,
+                        const std::vector<URL>& files) {
+    std::vector<Call> all;
+    for (Words& words : program.commands(files)) {
+        auto complete = program.needsTerminal ? insideTerminal(terminalSetting, words)
+                                              : std::optional(std::move(words));
+        if (!complete) return {};
+        all.push_back({*std::move(complete), std::nullopt});
+    }
+    return all;
 }
 
 bool start(const Call& call) {

@@ -6,6 +6,10 @@
 
 #include "TarnCore/base/URL.h"
 
+namespace tarn {
+struct DesktopEntry;
+}
+
 /// The person's terminal and text editor: which programs these are, and how to start them.
 ///
 /// The setting names a desktop entry ("org.kde.konsole", with or without ".desktop") or a program
@@ -26,6 +30,11 @@ std::optional<Call> terminal(const std::string& setting, const URL& folder);
 /// the default of the type text/plain.
 std::optional<Call> editor(const std::string& setting, const std::string& terminalSetting,
                            const std::vector<URL>& files, const URL& folder);
+
+/// What opens these files: one command for all of them, or one for each where the program takes no
+/// more. None when it needs a terminal and there is none.
+std::vector<Call> calls(const DesktopEntry& program, const std::string& terminalSetting,
+                        const std::vector<URL>& files);
 
 /// Starts it on its own: it outlives this program. False when it could not be started.
 bool start(const Call& call);

@@ -1,13 +1,16 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 
 #include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
 #include "Tarn/commands/DesktopEntry.h"
+#include "Tarn/commands/MimeApps.h"
 #include "Tarn/commands/Programs.h"
+#include "TarnCore/base/Error.h"
 #include "TarnCore/files/Paths.h"
 #include "tests/support/TestFolder.h"
 
@@ -182,6 +185,70 @@ TEST_F(ProgramsTest, startsAProgramWithTheBytesOfTheNameInTheFolder) {
     const std::string text{std::istreambuf_iterator<char>(told), std::istreambuf_iterator<char>()};
     EXPECT_EQ(text, "a\xff\n|folder");
     EXPECT_FALSE(Programs::start({{"/bin/true"}, URL::fromPath(file("no such folder"))}));
+}
+
+TEST_F(ProgramsTest, whatOpensATypeComesInTheOrderOfTheLists) {
+    for (const char* name : {"one", "two", "three", "four", "five", "six"}) {
+        program(name);
+        entry(std::string(name) + ".desktop", std::string("Exec=") + name + " %U");
+    }
+    write("config/mimeapps.list",
+          "[Default Applications]\ntext/x-a=gone.desktop;three.desktop;\n"
+          "[Added Associations]\ntext/x-a=four.desktop\n"
+          "[Removed Associations]\ntext/x-a=two.desktop;\n");
+    write("share/applications/mimeapps.list",
+          "[Default Applications]\ntext/x-a=five.desktop\ntext/plain=six.desktop\n");
+    write(
+        "share/applications/mimeinfo.cache",
+        "[MIME Cache]\ntext/x-a=one.desktop;two.desktop;three.desktop;\ntext/plain=one.desktop;\n");
+    Words ids;
+    for (const DesktopEntry& entry : DesktopEntries::openers({"text/x-a", "text/plain"}))
+        ids.push_back(entry.id);
+    EXPECT_EQ(ids, (Words{"three.desktop", "five.desktop", "four.desktop", "one.desktop",
+                          "six.desktop"}));
+    EXPECT_EQ(DesktopEntries::defaultFor("text/x-a")->id, "three.desktop");
+}
+
+TEST_F(ProgramsTest, theChoiceOfAProgramIsWrittenAndTakenBack) {
+    program("ours");
+    program("theirs");
+    entry("ours.desktop", "Exec=ours %U");
+    entry("theirs.desktop", "Exec=theirs %U");
+    MimeApps::choose("inode/directory", "ours.desktop");
+    EXPECT_EQ(DesktopEntries::defaultFor("inode/directory")->id, "ours.desktop");
+    MimeApps::forget("inode/directory", "ours.desktop");
+    EXPECT_EQ(DesktopEntries::defaultFor("inode/directory"), std::nullopt);
+
+    const std::string list =
+        "# mine\r\n[Default Applications]\ninode/directory=theirs.desktop\n\n[Odd]\nx\n";
+    write("elsewhere/list", list);
+    fs::remove(file("config/mimeapps.list"));
+    fs::create_symlink(file("elsewhere/list"), file("config/mimeapps.list"));
+    fs::permissions(file("elsewhere/list"), fs::perms::owner_read | fs::perms::owner_write);
+    MimeApps::choose("inode/directory", "ours.desktop");
+    EXPECT_EQ(DesktopEntries::defaultFor("inode/directory")->id, "ours.desktop");
+    EXPECT_TRUE(fs::is_symlink(file("config/mimeapps.list")));
+    EXPECT_EQ(fs::status(file("elsewhere/list")).permissions(),
+              fs::perms::owner_read | fs::perms::owner_write);
+    MimeApps::forget("inode/directory", "ours.desktop");
+    std::ifstream stream(file("elsewhere/list"), std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(stream), {}), list);
+
+    // What is no list is not replaced.
+    fs::remove(file("config/mimeapps.list"));
+    fs::create_directory(file("config/mimeapps.list"));
+    EXPECT_THROW(MimeApps::choose("inode/directory", "ours.desktop"), Error);
+}
+
+TEST_F(ProgramsTest, aProgramForOneFileIsStartedForEach) {
+    program("one");
+    entry("one.desktop", "Exec=one --open %f");
+    entry("many.desktop", "Exec=one %F");
+    EXPECT_EQ(DesktopEntries::find("one")->commands(files_),
+              (std::vector<Words>{{"one", "--open", files_[0].path()},
+                                  {"one", "--open", files_[1].path()}}));
+    EXPECT_EQ(DesktopEntries::find("many")->commands(files_),
+              (std::vector<Words>{{"one", files_[0].path(), files_[1].path()}}));
 }
 
 }  // namespace

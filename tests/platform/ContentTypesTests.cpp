@@ -127,6 +127,7 @@ public:
     std::string genericIcon(const std::string& mimeType) const override {
         return mimeType == "application/x-fictionbook+xml" ? "x-office-document" : "";
     }
+    bool remembersRecentFiles() const override { return true; }
     static FakeServices& instance() {
         static FakeServices services;
         return services;

@@ -219,14 +219,15 @@ TEST_F(EditTest, theMenuOffersWhatCanBeDone) {
         return PaneMenu::make(window->model(), window);
     };
     EXPECT_EQ(titlesOf(*menuFor({"beta.txt"})),
-              (Titles{"Open", "Cut", "Copy", "Copy Path", "Rename", "Duplicate", "Compress", "",
-                      "Tags", "Move to Trash"}));
-    EXPECT_EQ(titlesOf(*menuFor({"beta.txt", "gamma.txt"})),
-              (Titles{"Open", "Cut", "Copy", "Copy Path", "Rename 2 Items…", "Duplicate",
-                      "New Folder with Selection", "Compress", "", "Tags", "Move to Trash"}));
+              (Titles{"Open", "Open With", "Cut", "Copy", "Copy Path", "Rename", "Duplicate",
+                      "Compress", "", "Tags", "Move to Trash"}));
+    EXPECT_EQ(
+        titlesOf(*menuFor({"beta.txt", "gamma.txt"})),
+        (Titles{"Open", "Open With", "Cut", "Copy", "Copy Path", "Rename 2 Items…", "Duplicate",
+                "New Folder with Selection", "Compress", "", "Tags", "Move to Trash"}));
     EXPECT_EQ(titlesOf(*menuFor({"alpha.tar.gz"})),
-              (Titles{"Open", "Cut", "Copy", "Copy Path", "Rename", "Duplicate", "Extract Archive",
-                      "", "Tags", "Move to Trash"}));
+              (Titles{"Open", "Open With", "Cut", "Copy", "Copy Path", "Rename", "Duplicate",
+                      "Extract Archive", "", "Tags", "Move to Trash"}));
     EXPECT_EQ(titlesOf(*menuFor({})),
               (Titles{"New Folder", "New File", "Paste", "Add to Favourites", "Sort By", "Columns",
                       "Group By", "Select All", "Refresh", "Copy Path"}));

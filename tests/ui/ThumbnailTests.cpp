@@ -77,6 +77,31 @@ TEST_F(ThumbnailTest, fitsTheSquareAndIsLeftForOtherPrograms) {
     EXPECT_EQ(kept.text(u"Thumb::MTime"_s), QString::number(firstTime.unixSeconds()));
 }
 
+TEST_F(ThumbnailTest, theDesktopsLibraryReadsWhoseAPictureIs) {
+    // It knows neither packed texts nor a ';' that is not escaped.
+    const URL url = picture("a name of more than forty characters; and another.png", Qt::red);
+    load(url, 100);
+    std::string uri = url.string();
+    uri.replace(uri.find(';'), 1, "%3B");
+    const QByteArray digest =
+        QCryptographicHash::hash(QByteArray::fromStdString(uri), QCryptographicHash::Md5);
+    const std::string bytes =
+        root.read("cache/thumbnails/normal/" + digest.toHex().toStdString() + ".png");
+    const std::string time = std::to_string(firstTime.unixSeconds());
+    EXPECT_NE(bytes.find(std::string("tEXtThumb::URI") + '\0' + uri), bytes.npos);
+    EXPECT_NE(bytes.find(std::string("tEXtThumb::MTime") + '\0' + time), bytes.npos);
+    EXPECT_EQ(bytes.find("zTXt"), bytes.npos);
+    EXPECT_LT(bytes.find("tEXt"), bytes.find("IDAT"));
+    // Under the name that others give it.
+    EXPECT_TRUE(cache.find(url, firstTime, 128).has_value());
+    ASSERT_EQ(
+        rename(
+            (root / ("cache/thumbnails/normal/" + digest.toHex().toStdString() + ".png")).c_str(),
+            stored("normal", url).c_str()),
+        0);
+    EXPECT_TRUE(cache.find(url, firstTime, 128).has_value());
+}
+
 TEST_F(ThumbnailTest, choosesTheFolderByDevicePixels) {
     const URL url = picture("large.png", Qt::red, {3000, 1500});
     const struct {

@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 #include <string_view>
+#include <vector>
 
 #include <QtCore/QCoreApplication>
 #include <QtGui/QActionGroup>
@@ -12,6 +13,7 @@
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/menus/OpenWithMenu.h"
 #include "Tarn/ui/pane/ColumnMenu.h"
 #include "Tarn/ui/pane/NewFileMenu.h"
 #include "Tarn/ui/tags/TagMenu.h"
@@ -80,9 +82,15 @@ void addFavorite(QMenu& menu, WindowModel& window, const URL& folder) {
 }
 
 /// The rows of a folder or of results.
-void fillForFiles(QMenu& menu, WindowModel& window, const std::vector<FileItem>& items) {
+void fillForFiles(QMenu& menu, WindowModel& window, const std::vector<FileItem>& items,
+                  QWidget& parent) {
     Builder builder(menu, window);
     builder.add("open");
+    std::vector<URL> files;
+    for (const FileItem& item : items)
+        if (!item.isDirectory) files.push_back(item.url);
+    if (!files.empty() && files.size() == items.size())
+        menu.addMenu(new OpenWithMenu(window, std::move(files), *parent.window(), &menu));
     const bool isGathered = window.active().showsResults() || window.active().location().isQuery();
     if (isGathered && items.size() == 1) {
         menu.addAction(Icons::symbol("folder"), text("Show in Folder"), &menu,
@@ -218,7 +226,7 @@ std::unique_ptr<QMenu> make(WindowModel& window, QWidget* parent) {
     else if (window.active().showsMembers())
         fillForMembers(*menu, window);
     else
-        fillForFiles(*menu, window, items);
+        fillForFiles(*menu, window, items, *parent);
     return menu;
 }
 

@@ -4,13 +4,25 @@
 
 #include <QtCore/QPointer>
 #include <QtGui/QIcon>
+#include <QtWidgets/QBoxLayout>
+#include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QLabel>
 
+#include "Tarn/commands/MimeApps.h"
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/ui/desktop/AppID.h"
+#include "Tarn/ui/theme/Metrics.h"
+#include "TarnCore/base/Error.h"
 
 namespace tarn {
+namespace {
+
+constexpr const char* folderType = "inode/directory";
+
+}  // namespace
 
 GeneralSection::GeneralSection(AppModel& app, QWidget* parent) : SettingsForm(app, parent) {
     addChoice(tr("Appearance"), &AppSettings::appearance,
@@ -22,6 +34,7 @@ GeneralSection::GeneralSection(AppModel& app, QWidget* parent) : SettingsForm(ap
     addSwitch(tr("Open Tarn at login"), &AppSettings::openAtLogin);
     addSwitch(tr("Return opens what is selected"), &AppSettings::returnOpens,
               tr("Otherwise it renames, and Ctrl+Down opens."));
+    addFolderSwitch();
     addGap();
     terminals_ = addAppList(tr("“Open in Terminal” uses"), &AppSettings::terminalApp);
     editors_ = addAppList(tr("“Open in Editor” uses"), &AppSettings::editorApp);
@@ -46,6 +59,58 @@ GeneralSection::AppList GeneralSection::addAppList(const QString& label,
         change([&](AppSettings& settings) { settings.*field = id; });
     });
     return {list, field, {}};
+}
+
+void GeneralSection::addFolderSwitch() {
+    opensFolders_ = new QCheckBox(tr("Make Tarn the default for folders"));
+    opensFolders_->setObjectName(QStringLiteral("defaultForFolders"));
+    opensFolders_->setEnabled(false);
+    opensFoldersNote_ = makeNote();
+    opensFoldersNote_->setContentsMargins(Metrics::space24, 0, 0, 0);
+    column()->addWidget(opensFolders_);
+    column()->addWidget(opensFoldersNote_);
+    connect(opensFolders_, &QCheckBox::clicked, this,
+            [this](bool isOn) { askFolderProgram(isOn); });
+    askFolderProgram(std::nullopt);
+}
+
+void GeneralSection::askFolderProgram(std::optional<bool> makeOurs) {
+    const std::string id = AppID::name().toStdString() + ".desktop";
+    app().pool().run([self = QPointer<GeneralSection>(this), id, makeOurs] {
+        FolderProgram program;
+        try {
+            if (makeOurs) (*makeOurs ? MimeApps::choose : MimeApps::forget)(folderType, id);
+        } catch (const Error& error) {
+            program.failure = error.what();
+        }
+        program.isInstalled = DesktopEntries::find(id).has_value();
+        if (const auto chosen = DesktopEntries::defaultFor(folderType)) {
+            program.isOurs = chosen->id == id;
+            program.name = chosen->name;
+        }
+        MainThread::post(
+            self, [program](GeneralSection& section) { section.takeFolderProgram(program); });
+    });
+}
+
+void GeneralSection::takeFolderProgram(const FolderProgram& program) {
+    opensFolders_->setEnabled(program.isInstalled);
+    opensFolders_->setChecked(program.isOurs);
+    QString note;
+    if (!program.failure.empty())
+        note = displayText(program.failure);
+    else if (!program.isInstalled)
+        note = tr("The desktop does not know Tarn: it was started without being installed.");
+    else if (program.isOurs)
+        note =
+            tr("Folders from other programs open in Tarn. Switched off, the program that was "
+               "chosen before opens them again.");
+    else if (program.name.empty())
+        note = tr("No program is chosen for the folders that other programs open.");
+    else
+        note = tr("Folders from other programs open in %1 now.").arg(displayText(program.name));
+    opensFoldersNote_->setText(note);
+    opensFolders_->setAccessibleDescription(note);
 }
 
 void GeneralSection::takeApps(const std::vector<DesktopEntry>& apps) {

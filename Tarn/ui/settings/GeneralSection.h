@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,15 @@ public:
     /// As if these were the programs of the computer; they are looked up in the background.
     void takeApps(const std::vector<DesktopEntry>& apps);
 
+    /// Who opens the folders that other programs want opened. Names as people know them.
+    struct FolderProgram {
+        bool isInstalled = true;  ///< The desktop knows this program at all.
+        bool isOurs = false;
+        std::string name;     ///< Empty where nobody does.
+        std::string failure;  ///< Why it could not be changed, as a sentence.
+    };
+    void takeFolderProgram(const FolderProgram& program);
+
 protected:
     void showSettings() override;
 
@@ -28,7 +38,12 @@ private:
     };
     AppList addAppList(const QString& label, std::string AppSettings::*field);
     void fill(const AppList& apps);
+    void addFolderSwitch();
+    /// Has it looked up, after a change when there is to be one.
+    void askFolderProgram(std::optional<bool> makeOurs);
 
+    QCheckBox* opensFolders_ = nullptr;
+    QLabel* opensFoldersNote_ = nullptr;
     AppList terminals_;
     AppList editors_;
 };

@@ -1,8 +1,10 @@
 #include "Tarn/ui/thumbnails/ThumbnailCache.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 
 #include <sys/stat.h>
 
@@ -17,6 +19,7 @@
 #include "TarnCore/base/UUID.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/files/SupportDirectory.h"
+#include "TarnCore/platform/DesktopURI.h"
 
 namespace tarn {
 namespace {
@@ -27,13 +30,15 @@ struct SizeFolder {
 };
 constexpr SizeFolder sizeFolders[] = {
     {"normal", 128}, {"large", 256}, {"x-large", 512}, {"xx-large", 1024}};
-constexpr const char* failFolder = "fail/tarn";
+/// The number is for what can be drawn: with a higher one, the files that failed are tried again.
+constexpr const char* failFolder = "fail/tarn-1";
+/// Of a PNG file: its signature, and the chunk with its sizes.
+constexpr qsizetype headerSize = 8 + 25;
 constexpr const char* uriKey = "Thumb::URI";
 constexpr const char* timeKey = "Thumb::MTime";
 constexpr int quickCompression = 30;  // Qt's scale turns it into zlib's level 6
 
-std::string pictureName(const URL& file) {
-    const std::string uri = file.string();
+std::string pictureName(const std::string& uri) {
     const QByteArray digest = QCryptographicHash::hash(
         QByteArrayView(uri.data(), static_cast<qsizetype>(uri.size())), QCryptographicHash::Md5);
     return digest.toHex().toStdString() + ".png";
@@ -56,8 +61,45 @@ std::optional<QImage> readValid(const URL& picture, const URL& file, Date modifi
     // A time with a fraction, as some programs write, still means the same second.
     const QString time = image.text(QString::fromLatin1(timeKey)).section(u'.', 0, 0);
     if (time != timeText(modified)) return std::nullopt;
-    if (image.text(QString::fromLatin1(uriKey)).toStdString() != file.string()) return std::nullopt;
+    // However it is escaped.
+    if (URL::parse(image.text(QString::fromLatin1(uriKey)).toStdString()) != file)
+        return std::nullopt;
     return image;
+}
+
+/// The picture of a file in a folder of the store, by whatever library it was made.
+std::optional<QImage> readValidIn(const URL& folder, const URL& file, Date modified) {
+    const std::string uri = desktopURI(file);
+    if (auto image = readValid(folder.appending(pictureName(uri)), file, modified)) return image;
+    const std::string other = file.string();
+    if (other == uri) return std::nullopt;
+    return readValid(folder.appending(pictureName(other)), file, modified);
+}
+
+std::uint32_t crc32(std::string_view bytes) {
+    std::uint32_t crc = ~0U;
+    for (const char byte : bytes) {
+        crc ^= static_cast<unsigned char>(byte);
+        for (int bit = 0; bit < 8; ++bit) crc = (crc >> 1) ^ ((crc & 1U) ? 0xEDB88320U : 0U);
+    }
+    return ~crc;
+}
+
+void appendNumber(std::string& out, std::uint32_t number) {
+    for (int shift = 24; shift >= 0; shift -= 8) out += static_cast<char>((number >> shift) & 0xFF);
+}
+
+/// A chunk of plain text for a PNG file (Portable Network Graphics, 11.3.4.3).
+std::string textChunk(std::string_view key, std::string_view value) {
+    std::string body = "tEXt";
+    body += key;
+    body += '\0';
+    body += value;
+    std::string chunk;
+    appendNumber(chunk, static_cast<std::uint32_t>(body.size() - 4));
+    chunk += body;
+    appendNumber(chunk, crc32(body));
+    return chunk;
 }
 
 bool makePrivateFolder(const URL& folder) {
@@ -79,23 +121,26 @@ bool writeAll(int descriptor, const QByteArray& bytes) {
     return true;
 }
 
-void write(const URL& folder, const URL& file, Date modified, QImage image) {
-    image.setText(QString::fromLatin1(uriKey), QString::fromStdString(file.string()));
-    image.setText(QString::fromLatin1(timeKey), timeText(modified));
-    image.setText(QStringLiteral("Software"), QStringLiteral("Tarn"));
+void write(const URL& folder, const URL& file, Date modified, const QImage& image) {
+    const std::string uri = desktopURI(file);
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     QImageWriter writer(&buffer, "png");
     writer.setCompression(quickCompression);
-    if (!writer.write(image) || !makePrivateFolder(folder)) return;
+    if (!writer.write(image) || bytes.size() < headerSize || !makePrivateFolder(folder)) return;
+    // Qt packs texts of more than 40 characters, and the desktop's library reads plain ones only.
+    const std::string texts = textChunk(uriKey, uri) +
+                              textChunk(timeKey, timeText(modified).toStdString()) +
+                              textChunk("Software", "Tarn");
+    bytes.insert(headerSize, texts.data(), static_cast<qsizetype>(texts.size()));
     const URL beside = folder.appending("." + UUID::random().string() + ".tmp");
     const int descriptor =
         ::open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (descriptor < 0) return;
     const bool written = writeAll(descriptor, bytes);
     if (::close(descriptor) != 0 || !written ||
-        ::rename(beside.c_str(), folder.appending(pictureName(file)).c_str()) != 0)
+        ::rename(beside.c_str(), folder.appending(pictureName(uri)).c_str()) != 0)
         ::unlink(beside.c_str());
 }
 
@@ -115,11 +160,9 @@ int ThumbnailCache::storedSize(int pixels) {
 }
 
 std::optional<QImage> ThumbnailCache::find(const URL& file, Date modified, int pixels) const {
-    const std::string name = pictureName(file);
     for (const SizeFolder& folder : sizeFolders) {
         if (folder.pixels < storedSize(pixels)) continue;
-        if (auto image = readValid(folder_.appending(folder.name).appending(name), file, modified))
-            return image;
+        if (auto image = readValidIn(folder_.appending(folder.name), file, modified)) return image;
     }
     return std::nullopt;
 }
@@ -131,8 +174,7 @@ void ThumbnailCache::store(const URL& file, Date modified, int pixels, const QIm
 }
 
 bool ThumbnailCache::hasFailed(const URL& file, Date modified) const {
-    return readValid(folder_.appending(failFolder).appending(pictureName(file)), file, modified)
-        .has_value();
+    return readValidIn(folder_.appending(failFolder), file, modified).has_value();
 }
 
 void ThumbnailCache::storeFailure(const URL& file, Date modified) const {

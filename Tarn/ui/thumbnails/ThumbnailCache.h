@@ -13,7 +13,7 @@ namespace tarn {
 /// folders "normal", "large", "x-large" and "xx-large" for 128, 256, 512 and 1024 pixels, in each
 /// a PNG per file named by the MD5 of its URI, with the URI in the text key "Thumb::URI" and the
 /// whole seconds of the file's time in "Thumb::MTime". A picture with another time is stale.
-/// "fail/tarn" holds marks, of the same form, for files that cannot be drawn. Other programs read
+/// "fail/tarn-1" holds marks, of the same form, for files that cannot be drawn. Other programs read
 /// what is written here, and the other way round.
 ///
 /// A value; callable from any thread. Nothing throws: a store that cannot be used is empty.

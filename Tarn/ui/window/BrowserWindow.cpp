@@ -1,7 +1,5 @@
 #include "Tarn/ui/window/BrowserWindow.h"
 
-#include <QtCore/QUrl>
-#include <QtGui/QDesktopServices>
 #include <QtGui/QScreen>
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QStackedWidget>
@@ -12,6 +10,7 @@
 #include "Tarn/model/TabGroup.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/WindowOperations.h"
+#include "Tarn/ui/desktop/FileOpener.h"
 #include "Tarn/ui/drag/FileDrop.h"
 #include "Tarn/ui/inspector/Inspector.h"
 #include "Tarn/ui/menus/WindowActions.h"
@@ -230,10 +229,8 @@ void BrowserWindow::addPage(int index) {
             [this] { toolbar_->search().continueEditing(); });
     connect(&tab, &WindowModel::openWindowRequested, page,
             [this](const URL& folder) { openWindow(Location::folder(folder)); });
-    connect(&tab, &WindowModel::openFilesRequested, page, [](const std::vector<URL>& files) {
-        for (const URL& file : files)
-            QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(file.string())));
-    });
+    connect(&tab, &WindowModel::openFilesRequested, page,
+            [&tab](const std::vector<URL>& files) { FileOpener::open(tab, files); });
 }
 
 void BrowserWindow::removePage(WindowModel& tab) {

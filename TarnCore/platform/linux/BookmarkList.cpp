@@ -1,135 +1,202 @@
 #include "TarnCore/platform/linux/BookmarkList.h"
 
+#include <algorithm>
 #include <charconv>
-#include <optional>
-#include <string>
+#include <cstdint>
 
-#include "TarnCore/base/Text.h"
+#include "TarnCore/platform/DesktopURI.h"
+#include "TarnCore/platform/linux/XMLTags.h"
 
 namespace tarn {
 namespace {
 
-constexpr std::string_view spaces = " \t\r\n";
+constexpr std::string_view desktopOwner = "http://freedesktop.org";
+constexpr std::string_view emptyList =
+    R"(<?xml version="1.0" encoding="UTF-8"?>
+<xbel version="1.0"
+      xmlns:bookmark="http://www.freedesktop.org/standards/desktop-bookmarks"
+      xmlns:mime="http://www.freedesktop.org/standards/shared-mime-info"
+>
+</xbel>
+)";
 
-/// The character that "#65", "#x41" or "amp" stands for; 0 for none.
-char32_t entity(std::string_view name) {
-    constexpr struct {
-        std::string_view name;
-        char32_t character;
-    } named[] = {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}};
-    for (const auto& one : named)
-        if (one.name == name) return one.character;
-    if (!name.starts_with('#')) return 0;
-    const bool isHex = name.size() > 1 && (name[1] == 'x' || name[1] == 'X');
-    const std::string_view digits = name.substr(isHex ? 2 : 1);
-    std::uint32_t value = 0;
-    const auto [end, error] =
-        std::from_chars(digits.data(), digits.data() + digits.size(), value, isHex ? 16 : 10);
-    const bool isCharacter = value < 0x110000 && (value < 0xD800 || value > 0xDFFF);
-    if (error != std::errc() || end != digits.data() + digits.size() || !isCharacter) return 0;
-    return static_cast<char32_t>(value);
+std::string valueOf(std::string_view text, const XMLTag& tag, std::string_view name) {
+    const XMLTag::Attribute* attribute = tag.attribute(name);
+    if (!attribute) return {};
+    return XMLText::unescaped(text.substr(attribute->begin, attribute->end - attribute->begin));
 }
 
-std::string unescaped(std::string_view text) {
-    constexpr std::size_t longestEntity = 10;
-    std::string out;
-    while (!text.empty()) {
-        const std::size_t ampersand = text.find('&');
-        out += text.substr(0, ampersand);
-        if (ampersand == text.npos) break;
-        text.remove_prefix(ampersand);
-        const std::size_t end = text.substr(0, longestEntity).find(';');
-        const char32_t character = end == text.npos ? 0 : entity(text.substr(1, end - 1));
-        if (character == 0) {
-            out += '&';
-            text.remove_prefix(1);
-        } else {
-            Text::append(out, character);
-            text.remove_prefix(end + 1);
+std::optional<URL> urlOf(std::string_view text, const XMLTag& tag) {
+    return URL::parse(valueOf(text, tag, "href"));
+}
+
+std::string applicationTag(const BookmarkUse& use) {
+    // The command is quoted as for a shell, which is how the desktop's own library writes it.
+    return "<bookmark:application name=\"" + XMLText::escaped(use.program) + "\" exec=\"" +
+           XMLText::escaped("'" + use.command + "'") + "\" modified=\"" + use.when.iso8601() +
+           "\" count=\"1\"/>";
+}
+
+std::string infoElement(const BookmarkUse& use) {
+    return "    <info>\n      <metadata owner=\"" + std::string(desktopOwner) +
+           "\">\n        <mime:mime-type type=\"" + XMLText::escaped(use.mimeType) +
+           "\"/>\n        <bookmark:applications>\n          " + applicationTag(use) +
+           "\n        </bookmark:applications>\n      </metadata>\n    </info>\n";
+}
+
+/// Changes to a text at places of it.
+class Edits {
+public:
+    explicit Edits(std::string_view text) : text_(text) {}
+
+    void insert(std::size_t at, std::string with) { replace(at, at, std::move(with)); }
+    void replace(std::size_t begin, std::size_t end, std::string with) {
+        edits_.push_back({begin, end, std::move(with)});
+    }
+    /// Puts the value in the place of what the tag says, or at its end.
+    void set(const XMLTag& tag, std::string_view name, const std::string& value) {
+        if (const XMLTag::Attribute* attribute = tag.attribute(name))
+            return replace(attribute->begin, attribute->end, XMLText::escaped(value));
+        insert(tag.end - (tag.isEmpty ? 2 : 1),
+               " " + std::string(name) + "=\"" + XMLText::escaped(value) + "\"");
+    }
+
+    std::string result() {
+        std::ranges::stable_sort(edits_, {}, &Edit::begin);
+        std::string out;
+        std::size_t at = 0;
+        for (const Edit& edit : edits_) {
+            out += text_.substr(at, edit.begin - at);
+            out += edit.with;
+            at = edit.end;
         }
+        out += text_.substr(at);
+        return out;
     }
-    return out;
-}
 
-struct Bookmark {
-    std::optional<std::string> href;
-    std::optional<Date> visited;
-    std::optional<Date> modified;
-    std::optional<Date> added;
-
-    void set(std::string_view name, std::string_view value) {
-        if (name == "href") href = unescaped(value);
-        if (name == "visited") visited = Date::fromISO8601(value);
-        if (name == "modified") modified = Date::fromISO8601(value);
-        if (name == "added") added = Date::fromISO8601(value);
-    }
+private:
+    struct Edit {
+        std::size_t begin;
+        std::size_t end;
+        std::string with;
+    };
+    std::string_view text_;
+    std::vector<Edit> edits_;
 };
 
-/// Reads attributes up to the end of the tag and drops them from `text`.
-Bookmark takeAttributes(std::string_view& text) {
+/// What stands in the element of one file.
+struct Bookmark {
+    XMLTag open;
+    std::optional<XMLTag> application;   ///< Of the program that is noted.
+    std::optional<XMLTag> applications;  ///< The end of their list.
+    std::optional<XMLTag> metadata;      ///< The end of what the desktop keeps.
+    std::optional<XMLTag> close;
+};
+
+/// Reads on behind the opening tag.
+Bookmark read(std::string_view text, XMLTagReader& tags, const XMLTag& open,
+              const std::string& program) {
     Bookmark bookmark;
-    for (;;) {
-        const std::size_t begin = text.find_first_not_of(" \t\r\n/");
-        if (begin == text.npos) {
-            text = {};
-            return bookmark;
+    bookmark.open = open;
+    bool isDesktops = false;
+    while (!open.isEmpty) {
+        const auto tag = tags.next();
+        if (!tag) break;
+        if (tag->isEnd && tag->name == "bookmark") {
+            bookmark.close = tag;
+            break;
         }
-        text.remove_prefix(begin);
-        if (text[0] == '>') return bookmark;
-        const std::size_t equals = text.find_first_of("=>");
-        if (equals == text.npos || text[equals] == '>') {
-            text.remove_prefix(equals == text.npos ? text.size() : equals);
-            return bookmark;
+        if (tag->name == "metadata" && !tag->isEnd && !tag->isEmpty)
+            isDesktops = valueOf(text, *tag, "owner") == desktopOwner;
+        if (!isDesktops) continue;
+        if (tag->name == "metadata" && tag->isEnd) {
+            bookmark.metadata = tag;
+            isDesktops = false;
         }
-        std::string_view name = text.substr(0, equals);
-        name = name.substr(0, name.find_first_of(spaces));
-        const std::size_t quote = text.find_first_not_of(spaces, equals + 1);
-        if (quote == text.npos || (text[quote] != '"' && text[quote] != '\'')) {
-            text.remove_prefix(equals + 1);
-            continue;
-        }
-        const std::size_t end = text.find(text[quote], quote + 1);
-        if (end == text.npos) {
-            text = {};
-            return bookmark;
-        }
-        bookmark.set(name, text.substr(quote + 1, end - quote - 1));
-        text.remove_prefix(end + 1);
+        if (tag->name == "bookmark:applications" && tag->isEnd) bookmark.applications = tag;
+        if (tag->name == "bookmark:application" && !tag->isEnd &&
+            valueOf(text, *tag, "name") == program)
+            bookmark.application = tag;
     }
+    return bookmark;
 }
 
-/// Drops everything up to and with `end`; all of it when there is no end.
-void skipPast(std::string_view& text, std::string_view end) {
-    const std::size_t at = text.find(end);
-    text = at == text.npos ? std::string_view{} : text.substr(at + end.size());
+std::int64_t number(const std::string& text) {
+    std::int64_t value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+void noteUse(Edits& edits, std::string_view text, const Bookmark& bookmark,
+             const BookmarkUse& use) {
+    const std::string when = use.when.iso8601();
+    if (bookmark.open.isEmpty) {
+        edits.set(bookmark.open, "modified", when);
+        edits.set(bookmark.open, "visited", when);
+        edits.replace(bookmark.open.end - 2, bookmark.open.end,
+                      ">\n" + infoElement(use) + "  </bookmark>");
+        return;
+    }
+    edits.set(bookmark.open, "modified", when);
+    edits.set(bookmark.open, "visited", when);
+    if (bookmark.application) {
+        const std::int64_t count = number(valueOf(text, *bookmark.application, "count"));
+        edits.set(*bookmark.application, "modified", when);
+        edits.set(*bookmark.application, "count",
+                  std::to_string(std::max<std::int64_t>(count, 0) + 1));
+    } else if (bookmark.applications) {
+        edits.insert(bookmark.applications->begin, "  " + applicationTag(use) + "\n        ");
+    } else if (bookmark.metadata) {
+        edits.insert(bookmark.metadata->begin, "  <bookmark:applications>\n          " +
+                                                   applicationTag(use) +
+                                                   "\n        </bookmark:applications>\n      ");
+    } else {
+        edits.insert(bookmark.close->begin, "\n" + infoElement(use) + "  ");
+    }
 }
 
 }  // namespace
 
 std::vector<RecentFile> parseBookmarkList(std::string_view text) {
-    constexpr std::string_view tag = "<bookmark";
     std::vector<RecentFile> files;
-    for (;;) {
-        const std::size_t open = text.find('<');
-        if (open == text.npos) return files;
-        text.remove_prefix(open);
-        if (text.starts_with("<!--")) {
-            skipPast(text, "-->");
-        } else if (text.starts_with("<![CDATA[")) {
-            skipPast(text, "]]>");
-        } else if (text.starts_with(tag) && text.size() > tag.size() &&
-                   spaces.find(text[tag.size()]) != spaces.npos) {
-            text.remove_prefix(tag.size());
-            const Bookmark bookmark = takeAttributes(text);
-            const auto url = bookmark.href ? URL::parse(*bookmark.href) : std::nullopt;
-            const auto date = bookmark.visited    ? bookmark.visited
-                              : bookmark.modified ? bookmark.modified
-                                                  : bookmark.added;
-            if (url && date) files.push_back({*url, *date});
-        } else {
-            text.remove_prefix(1);
+    XMLTagReader tags(text);
+    while (const auto tag = tags.next()) {
+        if (tag->name != "bookmark" || tag->isEnd) continue;
+        const auto url = urlOf(text, *tag);
+        if (!url) continue;
+        for (const char* name : {"visited", "modified", "added"}) {
+            const auto date = Date::fromISO8601(valueOf(text, *tag, name));
+            if (!date) continue;
+            files.push_back({*url, *date});
+            break;
         }
     }
+    return files;
+}
+
+std::optional<std::string> noteInBookmarkList(std::string_view text, const BookmarkUse& use) {
+    if (text.empty()) text = emptyList;
+    Edits edits(text);
+    XMLTagReader tags(text);
+    std::optional<std::size_t> end;
+    bool isNoted = false;
+    while (const auto tag = tags.next()) {
+        if (tag->name == "xbel" && tag->isEnd) end = tag->begin;
+        if (isNoted || tag->name != "bookmark" || tag->isEnd || urlOf(text, *tag) != use.url)
+            continue;
+        const Bookmark bookmark = read(text, tags, *tag, use.program);
+        if (!bookmark.open.isEmpty && !bookmark.close) return std::nullopt;
+        noteUse(edits, text, bookmark, use);
+        isNoted = true;
+    }
+    if (!end) return std::nullopt;
+    if (!isNoted) {
+        const std::string when = use.when.iso8601();
+        edits.insert(*end, "  <bookmark href=\"" + XMLText::escaped(desktopURI(use.url)) +
+                               "\" added=\"" + when + "\" modified=\"" + when + "\" visited=\"" +
+                               when + "\">\n" + infoElement(use) + "  </bookmark>\n");
+    }
+    return edits.result();
 }
 
 }  // namespace tarn

@@ -20,12 +20,15 @@ public:
     virtual std::string description(const std::string& mimeType) const = 0;
     /// "package-x-generic", "text-x-script", …; empty when there is none.
     virtual std::string genericIcon(const std::string& mimeType) const = 0;
+
+    /// False where the desktop's privacy settings say that recent files are not to be kept.
+    virtual bool remembersRecentFiles() const = 0;
 };
 
 /// The module exports one function of this type and name, which returns null when the module was
 /// built for another version of the interface. What it returns lives as long as the process.
 using DesktopServicesEntry = const DesktopServices*(int version);
-inline constexpr int desktopServicesVersion = 1;
+inline constexpr int desktopServicesVersion = 2;
 inline constexpr const char* desktopServicesSymbol = "tarnDesktopServices";
 
 /// Loads the module at the first call; null when it is not installed. Callable from any thread.

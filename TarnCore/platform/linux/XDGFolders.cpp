@@ -43,6 +43,7 @@ URL home() {
 }
 
 URL dataHome() { return folder("XDG_DATA_HOME", ".local/share"); }
+URL configHome() { return folder("XDG_CONFIG_HOME", ".config"); }
 URL cacheHome() { return folder("XDG_CACHE_HOME", ".cache"); }
 
 }  // namespace tarn::XDGFolders

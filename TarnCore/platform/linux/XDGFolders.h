@@ -9,6 +9,7 @@
 /// at every call.
 namespace tarn::XDGFolders {
 URL home();
-URL dataHome();   ///< $XDG_DATA_HOME, else ~/.local/share.
-URL cacheHome();  ///< $XDG_CACHE_HOME, else ~/.cache.
+URL dataHome();    ///< $XDG_DATA_HOME, else ~/.local/share.
+URL configHome();  ///< $XDG_CONFIG_HOME, else ~/.config.
+URL cacheHome();   ///< $XDG_CACHE_HOME, else ~/.cache.
 }  // namespace tarn::XDGFolders

@@ -31,6 +31,22 @@ public:
     std::string genericIcon(const std::string& mimeType) const override {
         return taken(g_content_type_get_generic_icon_name(mimeType.c_str()));
     }
+    bool remembersRecentFiles() const override {
+        // Asking for settings that are not installed would end the program.
+        GSettingsSchemaSource* installed = g_settings_schema_source_get_default();
+        if (!installed) return true;
+        GSettingsSchema* schema =
+            g_settings_schema_source_lookup(installed, "org.gnome.desktop.privacy", TRUE);
+        if (!schema) return true;
+        bool remembers = true;
+        if (g_settings_schema_has_key(schema, "remember-recent-files")) {
+            GSettings* privacy = g_settings_new_full(schema, nullptr, nullptr);
+            remembers = g_settings_get_boolean(privacy, "remember-recent-files");
+            g_object_unref(privacy);
+        }
+        g_settings_schema_unref(schema);
+        return remembers;
+    }
 };
 
 }  // namespace
