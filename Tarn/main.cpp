@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <QtCore/QDir>
+#include <QtCore/QLocale>
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtDBus/QDBusConnection>
@@ -18,6 +19,7 @@
 #include "Tarn/ui/desktop/AppInstance.h"
 #include "Tarn/ui/desktop/AppRequests.h"
 #include "Tarn/ui/desktop/LoginEntry.h"
+#include "Tarn/ui/language/Language.h"
 #include "Tarn/ui/quicksearch/QuickSearch.h"
 #include "Tarn/ui/quicksearch/XDisplay.h"
 #include "Tarn/ui/theme/Theme.h"
@@ -119,6 +121,7 @@ int main(int argc, char** argv) try {
     if (instance.handOver(request)) return EXIT_SUCCESS;
 
     Theme::install(qt);
+    Language::use(QLocale());
     AppModel app;
     const auto showAppearance = [&app] {
         Theme::shared().setMode(mode(app.settings().appearance));

@@ -7,12 +7,12 @@
 
 #include "Tarn/commands/CommandRegistry.h"
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/TabGroup.h"
 #include "Tarn/model/UserLists.h"
 #include "Tarn/model/WindowModel.h"
 #include "TarnCore/base/Text.h"
-#include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
 
 namespace tarn {
@@ -118,8 +118,7 @@ void PaletteEntries::addWorkspaces(WindowModel& window) {
         entry.workspace = workspace.id;
         entry.title = displayText(workspace.name);
         entry.symbol = "rectangle.on.rectangle";
-        entry.detail =
-            displayText(Format::count(static_cast<std::int64_t>(workspace.tabs.size()), "tab"));
+        entry.detail = Counts::tabs(static_cast<std::int64_t>(workspace.tabs.size()));
         const std::string title = entry.title.toStdString();
         workspaces_.push_back({std::move(entry), MatchedTitle(title)});
     }

@@ -24,9 +24,10 @@ struct Texts {
     bool isComplete = false;
 };
 
-QString translated(const char* text, int count = -1) {
-    return QCoreApplication::translate("tarn::PictureTexts", text, nullptr, count);
-}
+/// Whose texts they are.
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(tarn::PictureTexts)
+};
 
 void tell(WindowModel& window, const QString& message, bool isError) {
     Toast toast;
@@ -40,17 +41,17 @@ void finish(WindowModel& window, const Texts& texts, std::size_t asked) {
     if (texts.found.empty()) {
         if (!texts.problem.empty()) return tell(window, displayText(texts.problem), true);
         return tell(window,
-                    asked == 1 ? translated("No text was found in the picture.")
-                               : translated("No text was found in the pictures."),
+                    asked == 1 ? Words::tr("No text was found in the picture.")
+                               : Words::tr("No text was found in the pictures."),
                     true);
     }
     auto data = std::make_unique<QMimeData>();
     data->setText(QString::fromStdString(Text::join(texts.found, "\n\n")));
     window.app().clipboard().set(std::move(data));
     tell(window,
-         texts.found.size() == 1
-             ? translated("Copied the text of one picture.")
-             : translated("Copied the texts of %n pictures.", static_cast<int>(texts.found.size())),
+         texts.found.size() == 1 ? Words::tr("Copied the text of one picture.")
+                                 : Words::tr("Copied the texts of %n pictures.", nullptr,
+                                             static_cast<int>(texts.found.size())),
          false);
 }
 
@@ -67,7 +68,7 @@ void copy(WindowModel& window) {
     options.languages = window.app().settings().ocrLanguages;
     auto texts = std::make_shared<Texts>();
     window.app().activities().add(
-        translated("Copy Text from Images"),
+        Words::tr("Copy Text from Images"),
         [options, pictures = std::move(pictures), texts](ActivityTask::Handle& handle) {
             TextReader reader(options);
             std::size_t done = 0;

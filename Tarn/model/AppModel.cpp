@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Tarn/model/ContentIndexService.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DownloadsService.h"
 #include "Tarn/model/FileMime.h"
 #include "Tarn/model/MainThread.h"
@@ -16,7 +17,6 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/records/Shortcuts.h"
 #include "Tarn/model/records/UserStores.h"
-#include "TarnCore/files/Format.h"
 #include "TarnCore/files/JSONStore.h"
 #include "TarnCore/ops/ChangeJournal.h"
 #include "TarnCore/platform/Platform.h"
@@ -300,9 +300,7 @@ void AppModel::showEmptying() {
             if (emptying_ && emptying_->isStopped()) trash_.cancelEmptying();
         });
     }
-    emptying_->tell(
-        tr("%1 deleted").arg(QString::fromStdString(Format::count(trash_.deletedFiles(), "file"))),
-        std::nullopt);
+    emptying_->tell(tr("%1 deleted").arg(Counts::files(trash_.deletedFiles())), std::nullopt);
 }
 
 void AppModel::flush() {

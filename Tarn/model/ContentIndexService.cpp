@@ -6,9 +6,9 @@
 #include <QtCore/QLocale>
 
 #include "Tarn/model/ActivityList.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
-#include "TarnCore/files/Format.h"
 #include "TarnCore/index/ContentIndexer.h"
 #include "TarnCore/platform/Platform.h"
 
@@ -339,8 +339,7 @@ void ContentIndexService::followActivity() {
     if (done_ == total_) return activity_->tell(tr("Writing what was read…"), 1.0);
     activity_->tell(
         tr("%1 of %2 · %3")
-            .arg(QLocale().toString(static_cast<qlonglong>(done_)),
-                 displayText(Format::count(total_, "file")), name_),
+            .arg(QLocale().toString(static_cast<qlonglong>(done_)), Counts::files(total_), name_),
         static_cast<double>(done_) / static_cast<double>(std::max<std::int64_t>(1, total_)));
 }
 

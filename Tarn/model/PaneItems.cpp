@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/SourceNames.h"
@@ -156,8 +157,7 @@ QVariant PaneItems::headerData(int section, Qt::Orientation orientation, int rol
     if (role != Qt::DisplayRole) return {};
     const auto field = sortField(column);
     if (!field) return tr("Folder");
-    const std::string_view title = SortFields::title(*field);
-    return QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size()));
+    return coreText(SortFields::title(*field));
 }
 
 Qt::ItemFlags PaneItems::flags(const QModelIndex& index) const {

@@ -3,6 +3,7 @@
 #include <limits>
 #include <map>
 
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/base/Guarded.h"
@@ -141,10 +142,9 @@ QVariant PlaceOverview::data(const QModelIndex& index, int role) const {
 
 QString PlaceOverview::detail(const OverviewRow& row) const {
     if (row.count == 0) return tr("No items");
-    const QString count = QString::fromStdString(
-        Format::count(row.count, place_ == Location::Case::sources ? "file" : "item"));
-    if (place_ != Location::Case::sources) return count;
-    return count + QStringLiteral(" · ") + QString::fromStdString(Format::bytes(row.bytes));
+    if (place_ != Location::Case::sources) return Counts::items(row.count);
+    return Counts::files(row.count) + QStringLiteral(" · ") +
+           QString::fromStdString(Format::bytes(row.bytes));
 }
 
 }  // namespace tarn

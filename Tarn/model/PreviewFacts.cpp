@@ -8,6 +8,7 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
 
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/DisplayText.h"
 #include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
@@ -162,8 +163,7 @@ std::vector<PreviewFact> PreviewFacts::lines(const std::vector<FileItem>& items)
     for (const FileKind kind : allFileKinds) {
         const std::int64_t count = counts[static_cast<std::size_t>(kind)];
         if (count == 0) continue;
-        const QString title = QCoreApplication::translate(
-            "tarn::FileKinds", std::string(FileKinds::title(kind)).c_str());
+        const QString title = coreText(FileKinds::title(kind));
         kinds.append(tr("%1: %2").arg(title, QLocale().toString(qlonglong{count})));
     }
     out.add(tr("Kinds"), kinds.join(u'\n'));

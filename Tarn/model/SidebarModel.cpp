@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/ServerAddress.h"
@@ -204,9 +205,9 @@ SidebarRow SidebarModel::trashRow() const {
     else if (trash.bytes() && trash.items() == 0 && !trash.isUnreadable())
         row.detail = tr("Empty");
     else if (trash.bytes())
-        row.detail = tr("%1 · %2", "items and size of the Trash")
-                         .arg(displayText(Format::count(trash.items(), "item")),
-                              displayText(Format::bytes(*trash.bytes())));
+        row.detail =
+            tr("%1 · %2", "items and size of the Trash")
+                .arg(Counts::items(trash.items()), displayText(Format::bytes(*trash.bytes())));
     return row;
 }
 

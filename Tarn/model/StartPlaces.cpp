@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/base/JSON.h"
@@ -47,8 +48,7 @@ std::vector<URL> existing(const std::vector<URL>& folders) {
 StartPlaces::StartPlaces(AppModel& app, QObject* parent) : QObject(parent), app_(app) {
     for (const LibraryItem item : allLibraryItems) {
         StartPlace place;
-        const std::string_view title = LibraryItems::title(item);
-        place.title = QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size()));
+        place.title = coreText(LibraryItems::title(item));
         place.symbol = LibraryItems::symbol(item);
         place.location = Location::library(item);
         library_.push_back(std::move(place));

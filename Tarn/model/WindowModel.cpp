@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/TabGroup.h"
 #include "Tarn/model/WindowEdits.h"
@@ -162,7 +163,7 @@ void WindowModel::openSelection() {
 
 void WindowModel::updateTitle() {
     if (panes_.empty()) return;
-    QString title = QString::fromStdString(active().title());
+    QString title = placeText(active().location(), active().title());
     if (title == title_) return;
     title_ = std::move(title);
     emit titleChanged();

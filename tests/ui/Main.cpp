@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
     tarn::Collation::use("en_US");
     testing::InitGoogleTest(&argc, argv);
     tarn::Platform::setCurrent(tarn::makeLinuxPlatform());
-    WatchedApplication app(argc, argv);
+    tarn::WatchedApplication app(argc, argv);
     // Not by default: code that is not optimised, or watched by a sanitizer, takes longer.
     if (qEnvironmentVariableIsSet("TARN_WATCH_EVENTS"))
         testing::UnitTest::GetInstance()->listeners().Append(new EventListener(app.watch()));

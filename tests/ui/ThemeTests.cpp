@@ -1,8 +1,5 @@
 #include <cmath>
 
-#include <QtCore/QDirIterator>
-#include <QtCore/QFile>
-#include <QtCore/QRegularExpression>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
@@ -65,28 +62,6 @@ TEST(Theme, switchingTheModeReachesShownWidgets) {
     const QRgb after = grabbed(edit).pixel(60, 4);
     EXPECT_GT(qGray(light), 200);
     EXPECT_LT(qGray(after), 60);
-}
-
-TEST(Theme, noOtherFolderNamesAColor) {
-    // A literal colour, a named one, or a style sheet.
-    static const QRegularExpression literal(
-        u"QColor\\s*[({]\\s*[\"0-9]|#[0-9a-fA-F]{6}\\b|qRgba?\\(|Qt::(black|white|red|green|blue|"
-        u"gray|"
-        u"darkGray|lightGray|yellow|cyan|magenta)\\b|setStyleSheet"_s);
-    int files = 0;
-    QDirIterator tree(QStringLiteral(TARN_SOURCE_DIR "/Tarn"), {u"*.cpp"_s, u"*.h"_s}, QDir::Files,
-                      QDirIterator::Subdirectories);
-    while (tree.hasNext()) {
-        const QString path = tree.next();
-        if (path.contains(u"/ui/theme/"_s)) continue;
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        const auto match = literal.match(QString::fromUtf8(file.readAll()));
-        EXPECT_FALSE(match.hasMatch())
-            << path.toStdString() << ": " << match.captured().toStdString();
-        ++files;
-    }
-    EXPECT_GT(files, 20);
 }
 
 TEST(Icons, everyNameThatTheModelGivesIsDrawn) {

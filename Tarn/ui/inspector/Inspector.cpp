@@ -10,6 +10,7 @@
 #include <QtWidgets/QScrollArea>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/PaneModel.h"
@@ -218,7 +219,7 @@ void Inspector::showItems(std::vector<FileItem> items, bool isPlace) {
         folderSize_.reset();
         preview_->clear();
         stack_->setItems(items_);
-        name_->setValue(tr("%1 items").arg(QLocale().toString(qlonglong(items_.size()))));
+        name_->setValue(Counts::items(static_cast<std::int64_t>(items_.size())));
     }
     showFacts();
     const bool showsSizes = window_ && window_->app().settings().showFolderSizes;
@@ -259,7 +260,7 @@ void Inspector::showFacts() {
         if (isMeasuring_) size = tr("Calculating…");
         if (folderSize_) {
             const QString bytes = QString::fromStdString(Format::bytes(folderSize_->bytes));
-            const QString items = QString::fromStdString(Format::count(folderSize_->items, "item"));
+            const QString items = Counts::items(folderSize_->items);
             size = folderSize_->isWhole
                        ? tr("%1 (%2)").arg(bytes, items)
                        : tr("More than %1: some folders cannot be read").arg(bytes);

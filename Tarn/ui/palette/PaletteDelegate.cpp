@@ -45,13 +45,17 @@ public:
         layout_.beginLayout();
         QTextLine line = layout_.createLine();
         line.setLineWidth(room);
-        layout_.endLayout();
         width_ = static_cast<int>(std::ceil(line.naturalTextWidth()));
+        // No wider than its text, so that it begins at either end of the room.
+        line.setLineWidth(width_);
+        layout_.endLayout();
         height_ = line.height();
     }
     int width() const { return width_; }
     void draw(QPainter& painter, const QRect& room) const {
-        layout_.draw(&painter, QPointF(room.left(), room.top() + (room.height() - height_) / 2));
+        const bool mirrored = layout_.textOption().textDirection() == Qt::RightToLeft;
+        const int left = mirrored ? room.right() + 1 - width_ : room.left();
+        layout_.draw(&painter, QPointF(left, room.top() + (room.height() - height_) / 2));
     }
 
 private:

@@ -3,16 +3,20 @@
 #include <QtCore/QCoreApplication>
 #include <QtWidgets/QMenu>
 
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/PaneItems.h"
 
 namespace tarn {
 namespace {
 
-QString text(const char* source) { return QCoreApplication::translate("tarn::ColumnMenu", source); }
+/// Whose texts they are.
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(tarn::ColumnMenu)
+};
 
 QString title(PaneColumn column) {
     const auto field = PaneItems::sortField(column);
-    return text(field ? std::string(SortFields::title(*field)).c_str() : "Folder");
+    return coreText(field ? SortFields::title(*field) : "Folder");
 }
 
 }  // namespace
@@ -22,14 +26,14 @@ void ColumnMenu::fill(QMenu& menu, ListColumns& columns) {
          {PaneColumn::modified, PaneColumn::created, PaneColumn::added, PaneColumn::size,
           PaneColumn::kind, PaneColumn::tags, PaneColumn::source, PaneColumn::folder}) {
         QAction* action = menu.addAction(
-            which == PaneColumn::folder ? text("Folder, in Results") : title(which), &menu,
+            which == PaneColumn::folder ? Words::tr("Folder, in Results") : title(which), &menu,
             [&columns, which](bool isShown) { columns.setShown(which, isShown); });
         action->setCheckable(true);
         action->setChecked(columns.column(which).isShown);
     }
     menu.addSeparator();
     QAction* reset =
-        menu.addAction(text("Standard Columns"), &menu, [&columns] { columns.reset(); });
+        menu.addAction(Words::tr("Standard Columns"), &menu, [&columns] { columns.reset(); });
     reset->setEnabled(columns.columns() != ListColumns::standard());
 }
 

@@ -93,12 +93,16 @@ int PaneGridView::headingMargin() const { return margin - Metrics::space8; }
 
 QRect PaneGridView::rowRect(int row) const {
     const Cells cells = this->cells();
-    return {QPoint(cells.left + places().column(row) * cells.pitch, places().top(row)), cells.size};
+    const QRect rect(QPoint(cells.left + places().column(row) * cells.pitch, places().top(row)),
+                     cells.size);
+    const QRect line(cells.left, rect.top(), cells.columns * cells.pitch - gap, rect.height());
+    return QStyle::visualRect(layoutDirection(), line, rect);
 }
 
 int PaneGridView::rowNearest(const QPoint& content) const {
     const Cells cells = this->cells();
-    const int column = std::clamp((content.x() - cells.left) / cells.pitch, 0, cells.columns - 1);
+    const int fromLeft = std::clamp((content.x() - cells.left) / cells.pitch, 0, cells.columns - 1);
+    const int column = isRightToLeft() ? cells.columns - 1 - fromLeft : fromLeft;
     return places().nearest(content.y(), column);
 }
 

@@ -247,9 +247,15 @@ int PaneListView::rowAfter(int row, CursorAction action) const {
 QRect PaneListView::cellRect(const QRect& row, int column) const {
     if (header_->isSectionHidden(column)) return {};
     const QRect columns = columnsRect(row);
-    return QRect(columns.left() + header_->sectionPosition(column), columns.top(),
-                 header_->sectionSize(column), columns.height())
+    const QRect cell(columns.left() + header_->sectionPosition(column), columns.top(),
+                     header_->sectionSize(column), columns.height());
+    return QStyle::visualRect(layoutDirection(), columns, cell)
         .adjusted(cellPadding, 0, -cellPadding, 0);
+}
+
+QRect PaneListView::without(const QRect& rect, int leading, int trailing) const {
+    return isRightToLeft() ? rect.adjusted(trailing, 0, -leading, 0)
+                           : rect.adjusted(leading, 0, -trailing, 0);
 }
 
 int PaneListView::indent(int row) const {
@@ -259,23 +265,24 @@ int PaneListView::indent(int row) const {
 QRect PaneListView::nameCell(int row, const QRect& rect) const {
     const QRect cell = cellRect(rect, section(PaneColumn::name));
     // Deep folders leave the name some room.
-    return cell.adjusted(std::min(indent(row), std::max(0, cell.width() - narrowestName / 2)), 0, 0,
-                         0);
+    return without(cell, std::min(indent(row), std::max(0, cell.width() - narrowestName / 2)), 0);
 }
 
 QRect PaneListView::arrowRect(int row, const QRect& rect) const {
     if (!pane().showsTree() || !pane().items().item(row).isDirectory) return {};
-    return {nameCell(row, rect).left() - arrowRoom, rect.top(), arrowRoom, rect.height()};
+    const QRect name = nameCell(row, rect);
+    return {isRightToLeft() ? name.right() + 1 : name.left() - arrowRoom, rect.top(), arrowRoom,
+            rect.height()};
 }
 
 QRect PaneListView::nameRect(int row, const QRect& rect) const {
     const int dots = TagDots::width(pane().items().item(row).tags.size());
-    return nameCell(row, rect).adjusted(Metrics::iconRow + Metrics::space8, 0,
-                                        dots > 0 ? -dots - Metrics::space8 : 0, 0);
+    return without(nameCell(row, rect), Metrics::iconRow + Metrics::space8,
+                   dots > 0 ? dots + Metrics::space8 : 0);
 }
 
 QRect PaneListView::nameRect(int row) const {
-    return nameCell(row, rowRect(row)).adjusted(Metrics::iconRow + Metrics::space8, 0, 0, 0);
+    return without(nameCell(row, rowRect(row)), Metrics::iconRow + Metrics::space8, 0);
 }
 
 void PaneListView::paintArrow(QPainter& painter, int row, const QRect& rect) const {
@@ -302,23 +309,28 @@ void PaneListView::paintRow(QPainter& painter, int row, const QRect& rect) {
     painter.setOpacity(opacity);
     const QRect cell = nameCell(row, rect);
     paintArrow(painter, row, rect);
-    const QRect iconRect(cell.left(), rect.center().y() - Metrics::iconRow / 2 + 1,
-                         Metrics::iconRow, Metrics::iconRow);
+    const QRect iconRect(isRightToLeft() ? cell.right() + 1 - Metrics::iconRow : cell.left(),
+                         rect.center().y() - Metrics::iconRow / 2 + 1, Metrics::iconRow,
+                         Metrics::iconRow);
     Icons::forItem(item).paint(&painter, iconRect);
 
     painter.setFont(Fonts::body());
     painter.setPen(palette().color(QPalette::Text));
     const QFontMetrics metrics(painter.font());
+    const auto leading = Qt::AlignAbsolute | (isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft);
+    const auto trailing = isRightToLeft() ? Qt::AlignLeft : Qt::AlignRight;
     if (!isNamed(row)) {
         const QRect text = nameRect(row, rect);
         const QString name = PaneItems::displayName(item);
         const QString shown = metrics.elidedText(name, Qt::ElideMiddle, text.width());
-        painter.drawText(text, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, shown);
+        painter.drawText(text, Qt::AlignVCenter | leading | Qt::TextSingleLine, shown);
         // The dots follow the name, where the eye is.
         if (!item.tags.empty()) {
-            const QRect dots = text.adjusted(metrics.horizontalAdvance(shown) + Metrics::space8, 0,
-                                             text.width(), 0);
-            TagDots::paint(painter, dots, pane().tagColors(item), rowGround(row));
+            const std::size_t count = item.tags.size();
+            const int from = metrics.horizontalAdvance(shown) + Metrics::space8;
+            const QRect dots(text.left() + from, text.top(), TagDots::width(count), text.height());
+            TagDots::paint(painter, QStyle::visualRect(layoutDirection(), text, dots),
+                           pane().tagColors(item), rowGround(row));
         }
     }
 
@@ -332,10 +344,13 @@ void PaneListView::paintRow(QPainter& painter, int row, const QRect& rect) {
             which == PaneColumn::created || which == PaneColumn::added) {
             const QString shown = metrics.elidedText(value, Qt::ElideRight, place.width());
             Fonts::drawTabular(painter, place,
-                               which == PaneColumn::size ? Qt::AlignRight : Qt::AlignLeft, shown);
+                               which == PaneColumn::size ? trailing
+                               : isRightToLeft()         ? Qt::AlignRight
+                                                         : Qt::AlignLeft,
+                               shown);
         } else {
             painter.drawText(
-                place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+                place, Qt::AlignVCenter | leading | Qt::TextSingleLine,
                 metrics.elidedText(value,
                                    which == PaneColumn::folder ? Qt::ElideMiddle : Qt::ElideRight,
                                    place.width()));
@@ -344,17 +359,22 @@ void PaneListView::paintRow(QPainter& painter, int row, const QRect& rect) {
     if (const TextMatch* match = pane().snippet(item)) {
         const QRect name = nameRect(row);
         const int top = columnsRect(rect).bottom();
-        SnippetLine::paint(painter,
-                           QRect(name.left(), top, rect.right() - cellPadding - name.left(),
-                                 rect.bottom() - Metrics::space4 - top),
-                           *match, palette(), selected);
+        SnippetLine::paint(
+            painter,
+            isRightToLeft()
+                ? QRect(rect.left() + cellPadding, top, name.right() - rect.left() - cellPadding,
+                        rect.bottom() - Metrics::space4 - top)
+                : QRect(name.left(), top, rect.right() - cellPadding - name.left(),
+                        rect.bottom() - Metrics::space4 - top),
+            *match, palette(), selected);
     }
     painter.setOpacity(1);
 }
 
 QString PaneListView::elidedName(int row, const QPoint& content) const {
     const QRect rect = rowRect(row);
-    if (content.x() > cellRect(rect, section(PaneColumn::name)).right()) return {};
+    const QRect cell = cellRect(rect, section(PaneColumn::name));
+    if (content.x() < cell.left() || content.x() > cell.right()) return {};
     const QString name = PaneItems::displayName(pane().items().item(row));
     const QFontMetrics metrics(Fonts::body());
     return metrics.horizontalAdvance(name) > nameRect(row, rect).width() ? name : QString();

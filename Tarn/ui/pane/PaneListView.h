@@ -53,6 +53,8 @@ private:
     void showSort();
     /// A column's part of a row, without the padding; empty when the column is hidden.
     QRect cellRect(const QRect& row, int column) const;
+    /// What is left of a place when parts of it are taken, in the direction one reads.
+    QRect without(const QRect& rect, int leading, int trailing) const;
     /// How far a row is moved on by the folders that it lies in.
     int indent(int row) const;
     /// The name's cell behind the arrow; of a row that is drawn in `rect`.

@@ -11,6 +11,8 @@
 
 #include "Tarn/commands/CommandRegistry.h"
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreTexts.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/menus/OpenWithMenu.h"
@@ -24,7 +26,10 @@
 namespace tarn::PaneMenu {
 namespace {
 
-QString text(const char* source) { return QCoreApplication::translate("tarn::PaneMenu", source); }
+/// Whose texts they are.
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(tarn::PaneMenu)
+};
 
 /// The key that is shown beside a command: the one that people know, else its shortcut.
 QString keys(const TarnCommand& command, const AppSettings& settings) {
@@ -70,14 +75,14 @@ private:
 
 void addTags(QMenu& menu, WindowModel& window) {
     TagMenu::addDots(menu, window);
-    QMenu* names = menu.addMenu(Icons::symbol("tag"), text("Tags"));
+    QMenu* names = menu.addMenu(Icons::symbol("tag"), Words::tr("Tags"));
     TagMenu::addNames(*names, window);
 }
 
 /// A folder that is selected alone, or the one that is shown.
 void addFavorite(QMenu& menu, WindowModel& window, const URL& folder) {
     if (window.app().lists().favorite(folder)) return;
-    menu.addAction(Icons::symbol("star"), text("Add to Favourites"), &menu,
+    menu.addAction(Icons::symbol("star"), Words::tr("Add to Favourites"), &menu,
                    [&window, folder] { window.app().lists().addFavorite(folder); });
 }
 
@@ -93,7 +98,7 @@ void fillForFiles(QMenu& menu, WindowModel& window, const std::vector<FileItem>&
         menu.addMenu(new OpenWithMenu(window, std::move(files), *parent.window(), &menu));
     const bool isGathered = window.active().showsResults() || window.active().location().isQuery();
     if (isGathered && items.size() == 1) {
-        menu.addAction(Icons::symbol("folder"), text("Show in Folder"), &menu,
+        menu.addAction(Icons::symbol("folder"), Words::tr("Show in Folder"), &menu,
                        [&window, url = items.front().url] {
                            window.active().navigate(Location::folder(url.parent()), true, {url});
                        });
@@ -101,9 +106,8 @@ void fillForFiles(QMenu& menu, WindowModel& window, const std::vector<FileItem>&
     builder.separate();
     builder.add({"cut", "copy", "copyPath"});
     builder.separate();
-    const QString count =
-        QString::fromStdString(Format::count(static_cast<std::int64_t>(items.size()), "Item"));
-    builder.add("rename", items.size() > 1 ? text("Rename %1…").arg(count) : QString());
+    const QString count = Counts::itemsInTitle(static_cast<std::int64_t>(items.size()));
+    builder.add("rename", items.size() > 1 ? Words::tr("Rename %1…").arg(count) : QString());
     builder.add("duplicate");
     if (items.size() > 1 && window.active().location().isFolder())
         builder.add("newFolderSelection");
@@ -123,8 +127,8 @@ void fillForMembers(QMenu& menu, WindowModel& window) {
     Builder builder(menu, window);
     builder.add({"open", "copy"});
     builder.separate();
-    builder.add("extract", text("Extract Here"));
-    menu.addAction(Icons::symbol("archivebox"), text("Extract Everything"), &menu,
+    builder.add("extract", Words::tr("Extract Here"));
+    menu.addAction(Icons::symbol("archivebox"), Words::tr("Extract Everything"), &menu,
                    [&window] { window.edits().extractMembers(false); });
 }
 
@@ -135,8 +139,8 @@ public:
         : menu_(menu.addMenu(Icons::symbol(symbol), title)), group_(new QActionGroup(menu_)) {}
     template <class Pick>
     void add(std::string_view title, bool isChosen, Pick pick) {
-        QAction* action = menu_->addAction(text(std::string(title).c_str()), menu_,
-                                           [pick = std::move(pick)] { pick(); });
+        QAction* action =
+            menu_->addAction(coreText(title), menu_, [pick = std::move(pick)] { pick(); });
         action->setCheckable(true);
         action->setChecked(isChosen);
         group_->addAction(action);
@@ -154,13 +158,13 @@ void addGroupFolding(QMenu& menu, PaneModel& pane) {
         for (const RowGroup& group : groups) pane.setGroupFolded(group.title, isFolded);
     };
     menu.addSeparator();
-    menu.addAction(text("Fold All Groups"), &menu, [foldAll] { foldAll(true); });
-    menu.addAction(text("Unfold All Groups"), &menu, [foldAll] { foldAll(false); });
+    menu.addAction(Words::tr("Fold All Groups"), &menu, [foldAll] { foldAll(true); });
+    menu.addAction(Words::tr("Unfold All Groups"), &menu, [foldAll] { foldAll(false); });
 }
 
 /// How the rows of the place are ordered, grouped and filtered.
 void addArrangement(QMenu& menu, PaneModel& pane) {
-    Choices order(menu, "arrow.up.arrow.down", text("Sort By"));
+    Choices order(menu, "arrow.up.arrow.down", Words::tr("Sort By"));
     for (const SortField field : allSortFields) {
         order.add(SortFields::title(field), pane.sort().field == field, [&pane, field] {
             if (pane.sort().field != field) pane.sortBy(field);
@@ -169,24 +173,24 @@ void addArrangement(QMenu& menu, PaneModel& pane) {
     order.menu().addSeparator();
     for (const bool ascending : {true, false}) {
         QAction* action = order.menu().addAction(
-            text(std::string(SortFields::directionTitle(pane.sort().field, ascending)).c_str()),
-            &order.menu(), [&pane, ascending] {
+            coreText(SortFields::directionTitle(pane.sort().field, ascending)), &order.menu(),
+            [&pane, ascending] {
                 if (pane.sort().ascending != ascending) pane.sortBy(pane.sort().field);
             });
         action->setCheckable(true);
         action->setChecked(pane.sort().ascending == ascending);
     }
     if (pane.viewMode() == ViewMode::list)
-        ColumnMenu::fill(*menu.addMenu(Icons::symbol("tablecells"), text("Columns")),
+        ColumnMenu::fill(*menu.addMenu(Icons::symbol("tablecells"), Words::tr("Columns")),
                          pane.columns());
     if (pane.showsResults()) return;
-    Choices groups(menu, "square.grid.2x2", text("Group By"));
+    Choices groups(menu, "square.grid.2x2", Words::tr("Group By"));
     for (const GroupField field : allGroupFields)
         groups.add(FileGrouping::title(field), pane.groupBy() == field,
                    [&pane, field] { pane.setGroupBy(field); });
     if (!pane.groups().empty()) addGroupFolding(groups.menu(), pane);
     if (!pane.location().isFolder() || !FileItem::isCloudPath(pane.location().url)) return;
-    Choices cloud(menu, "icloud", text("Show"));
+    Choices cloud(menu, "icloud", Words::tr("Show"));
     const std::pair<CloudFilter, const char*> filters[] = {
         {CloudFilter::all, "Everything"},
         {CloudFilter::cloudOnly, "Only in the Cloud"},
@@ -200,8 +204,9 @@ void fillForPlace(QMenu& menu, WindowModel& window) {
     Builder builder(menu, window);
     PaneModel& pane = window.active();
     if (pane.showsMembers()) {
-        menu.addAction(Icons::symbol("shippingbox.and.arrow.backward"), text("Extract Everything"),
-                       &menu, [&window] { window.edits().extractMembers(false); });
+        menu.addAction(Icons::symbol("shippingbox.and.arrow.backward"),
+                       Words::tr("Extract Everything"), &menu,
+                       [&window] { window.edits().extractMembers(false); });
         builder.separate();
     } else if (pane.location().isFolder() && !pane.showsResults()) {
         builder.add("newFolder");

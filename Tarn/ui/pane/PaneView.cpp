@@ -7,6 +7,7 @@
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QToolTip>
 
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/ui/drag/DropLabel.h"
@@ -239,7 +240,7 @@ void PaneView::paintHeading(QPainter& painter, int group, const QRect& rect) con
     const int countWidth = Fonts::textWidth(Fonts::small(), count) + Metrics::space8;
     const int room = line.width() - left - countWidth - Metrics::space8;
     const QString title =
-        QFontMetrics(bold).elidedText(displayText(heading.title), Qt::ElideRight, room);
+        QFontMetrics(bold).elidedText(coreText(heading.title), Qt::ElideRight, room);
     const int width = Fonts::textWidth(bold, title);
     painter.setFont(bold);
     painter.setPen(palette().color(QPalette::Text));

@@ -7,6 +7,8 @@
 #include <QtWidgets/QStackedLayout>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreTexts.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/model/WindowEdits.h"
@@ -30,14 +32,6 @@ namespace tarn {
 namespace {
 
 constexpr int sayDuration = 6000;  // milliseconds
-
-QString qstring(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-QString countOf(std::int64_t count, std::string_view singular) {
-    return QString::fromStdString(Format::count(count, singular));
-}
 
 }  // namespace
 
@@ -229,6 +223,9 @@ void PaneWidget::showState() {
         showEmptyFolder();
     else if (pane_.location().isQuery())
         showEmptyQuery();
+    else if (pane_.location().which == Location::Case::cleanup ||
+             pane_.location().which == Location::Case::duplicates)
+        showNotBuiltIn();
     else
         show(Page::rows);
     showStatus();
@@ -288,7 +285,7 @@ void PaneWidget::showError() {
 }
 
 void PaneWidget::showNothingFound() {
-    const QString place = qstring(pane_.location().title());
+    const QString place = placeText(pane_.location(), pane_.location().title());
     switch (pane_.searchScope()) {
         case SearchScopeSetting::currentFolder:
             state_->setContent({"magnifyingglass", tr("No Results"),
@@ -346,6 +343,17 @@ void PaneWidget::showOverview() {
                            "each under its website or app."),
                         {}});
     action_ = {};
+    show(Page::state);
+}
+
+void PaneWidget::showNotBuiltIn() {
+    const Location& place = pane_.location();
+    state_->setContent({std::string(place.symbol()), placeText(place, place.title()),
+                        place.which == Location::Case::cleanup
+                            ? tr("Finding what can be cleaned up is not built in yet.")
+                            : tr("Finding duplicates is not built in yet."),
+                        tr("Go to Home Folder")});
+    action_ = [this] { pane_.navigate(Location::folder(Paths::home())); };
     show(Page::state);
 }
 
@@ -422,7 +430,8 @@ QString PaneWidget::statusText() const {
         return tr("Reading “%1”… Esc stops it").arg(displayText(pane_.location().url.name()));
     if (pages_->currentWidget() == overview_) {
         const auto rows = static_cast<std::int64_t>(pane_.overview().rowCount());
-        return countOf(rows, pane_.location().which == Location::Case::tags ? "tag" : "source");
+        return pane_.location().which == Location::Case::tags ? Counts::tags(rows)
+                                                              : Counts::sources(rows);
     }
     const auto count = static_cast<std::int64_t>(pane_.items().count());
     if (pane_.hasSelection()) {
@@ -438,16 +447,16 @@ QString PaneWidget::statusText() const {
                 bytes += size.value_or(0);
             }
         }
-        const QString text =
-            selected == count ? tr("All %1 selected").arg(countOf(count, "item"))
-                              : tr("%1 of %2 selected").arg(selected).arg(countOf(count, "item"));
+        const QString text = selected == count
+                                 ? tr("All %1 selected").arg(Counts::items(count))
+                                 : tr("%1 of %2 selected").arg(selected).arg(Counts::items(count));
         if (!hasSize || selected > mostSummed) return text;
         return text + QStringLiteral(" · ") + QString::fromStdString(Format::bytes(bytes));
     }
     if (pane_.showsResults()) {
-        const QString found = countOf(count, "result");
+        const QString found = Counts::results(count);
         if (pane_.isSearching()) return tr("%1 so far").arg(found);
-        const QString visited = countOf(pane_.search().visitedCount(), "file");
+        const QString visited = Counts::files(pane_.search().visitedCount());
         constexpr double shortest = 0.1;
         const bool isQuick = pane_.search().elapsed() < shortest;
         const QString seconds =
@@ -458,14 +467,14 @@ QString PaneWidget::statusText() const {
         const std::int64_t unread = pane_.search().tooLargeCount();
         if (unread == 0) return searched;
         return searched + QStringLiteral(" · ") +
-               tr("%1 too large to be read").arg(countOf(unread, "file"));
+               tr("%1 too large to be read").arg(Counts::files(unread));
     }
     if (pane_.location().isQuery() && pane_.isSearching())
-        return count == 0 ? tr("Searching…") : tr("%1 so far").arg(countOf(count, "item"));
+        return count == 0 ? tr("Searching…") : tr("%1 so far").arg(Counts::items(count));
     if (pane_.isPartial()) return tr("Loading…");
     if (pane_.items().isEmpty() && pane_.groups().empty()) return {};
-    if (pane_.isCut()) return tr("The first %1").arg(countOf(count, "item"));
-    return countOf(itemCount(), "item");
+    if (pane_.isCut()) return tr("The first %1").arg(Counts::items(count));
+    return Counts::items(itemCount());
 }
 
 std::int64_t PaneWidget::itemCount() const {

@@ -63,6 +63,7 @@ private:
     void showError();
     void showNothingFound();
     void showEmptyFolder();
+    void showNotBuiltIn();
     void showNothingFiltered();
     void showEmptyQuery();
     void showOverview();

@@ -23,11 +23,10 @@ struct Marked {
     QList<QTextLayout::FormatRange> matches;  ///< Starts and lengths alone.
 };
 
-QString tr(const char* text) { return QCoreApplication::translate("SnippetLine", text); }
-
+/// Stands before the text.
 QString prefix(const TextMatch& match) {
-    return match.reason == TextMatch::Reason::textInImage ? tr("Text in image:") + QLatin1Char(' ')
-                                                          : QString();
+    if (match.reason != TextMatch::Reason::textInImage) return {};
+    return QCoreApplication::translate("tarn::SnippetLine", "Text in image:") + QLatin1Char(' ');
 }
 
 Marked marked(const TextMatch& match) {

@@ -9,6 +9,7 @@
 #include <QtWidgets/QStyledItemDelegate>
 #include <QtWidgets/QTreeView>
 
+#include "Tarn/model/Counts.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
@@ -122,8 +123,7 @@ QString ArchivePreview::fact() const {
     const int files = members_->files();
     if (files == 0) return {};
     return tr("%1, %2 unpacked")
-        .arg(QString::fromStdString(Format::count(files, "file")),
-             QString::fromStdString(Format::bytes(members_->bytes())));
+        .arg(Counts::files(files), QString::fromStdString(Format::bytes(members_->bytes())));
 }
 
 void ArchivePreview::load() {

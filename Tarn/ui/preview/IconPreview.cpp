@@ -8,6 +8,7 @@
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QLabel>
 
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
@@ -139,8 +140,7 @@ void IconPreview::countItems() {
                 self.setSentence(tr("You may not look into this folder."));
                 return;
             }
-            self.fact_ =
-                *count == 0 ? tr("Empty") : QString::fromStdString(Format::count(*count, "item"));
+            self.fact_ = *count == 0 ? tr("Empty") : Counts::items(*count);
             self.showFacts();
             emit self.factChanged();
         });

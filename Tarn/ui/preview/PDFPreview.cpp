@@ -9,12 +9,12 @@
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QLabel>
 
+#include "Tarn/model/Counts.h"
 #include "Tarn/ui/preview/DrawnImage.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
-#include "TarnCore/files/Format.h"
 
 namespace tarn {
 namespace {
@@ -61,9 +61,7 @@ PDFPreview::PDFPreview(PreviewPlace place, QWidget* parent)
 
 PDFPreview::~PDFPreview() = default;
 
-QString PDFPreview::fact() const {
-    return count_ > 0 ? QString::fromStdString(Format::count(count_, "page")) : QString();
-}
+QString PDFPreview::fact() const { return count_ > 0 ? Counts::pages(count_) : QString(); }
 
 int PDFPreview::heightFor(int width) const {
     if (pages_->pageCount() == 0) return 0;

@@ -14,6 +14,7 @@
 #include <QtWidgets/QTableView>
 
 #include "Tarn/model/DisplayText.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/PreviewTable.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Metrics.h"
@@ -103,9 +104,9 @@ QString TablePreview::fact() const {
     const TableSheet* sheet = table_->sheet();
     if (!sheet) return {};
     if (sheet->names.size() > 1)
-        return tr("%1 sheets").arg(QLocale().toString(qlonglong(sheet->names.size())));
+        return Counts::sheets(static_cast<std::int64_t>(sheet->names.size()));
     const QString rows = QLocale().toString(table_->rowCount());
-    return sheet->isCut ? tr("More than %1 rows").arg(rows) : tr("%1 rows").arg(rows);
+    return sheet->isCut ? tr("More than %1 rows").arg(rows) : Counts::rows(table_->rowCount());
 }
 
 void TablePreview::load() {

@@ -57,7 +57,7 @@ QuickLook::QuickLook(WindowModel* model, QWidget& window)
       card_(new Card(this)),
       column_(new QVBoxLayout(card_)),
       title_(new ElidedLabel),
-      facts_(new QLabel),
+      facts_(new ElidedLabel),
       position_(new QLabel),
       preview_(new PreviewWidget(PreviewPlace::quickLook)) {
     hide();
@@ -71,10 +71,10 @@ QuickLook::QuickLook(WindowModel* model, QWidget& window)
     column_->addLayout(bar);
     column_->addWidget(preview_, 1);
     title_->setFont(Fonts::semibold(Fonts::body()));
-    for (QLabel* label : {facts_, position_}) {
-        label->setForegroundRole(QPalette::PlaceholderText);
-        label->setTextFormat(Qt::PlainText);
-    }
+    position_->setForegroundRole(QPalette::PlaceholderText);
+    position_->setTextFormat(Qt::PlainText);
+    facts_->setSecondary(true);
+    facts_->setElideMode(Qt::ElideRight);
     facts_->setFont(Fonts::small());
     auto* titles = new QVBoxLayout;
     titles->setSpacing(0);

@@ -85,7 +85,7 @@ private:
     QWidget* card_;
     QVBoxLayout* column_;
     ElidedLabel* title_;
-    QLabel* facts_;
+    ElidedLabel* facts_;
     QLabel* position_;
     QToolButton* previous_ = nullptr;
     QToolButton* next_ = nullptr;

@@ -13,6 +13,8 @@
 #include <QtWidgets/QToolButton>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreTexts.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/rename/RenamePreviewView.h"
@@ -44,12 +46,8 @@ protected:
     }
 };
 
-QString qstring(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-QString countOf(std::size_t count, std::string_view singular) {
-    return QString::fromStdString(Format::count(static_cast<std::int64_t>(count), singular));
+QString itemsInTitle(std::size_t count) {
+    return Counts::itemsInTitle(static_cast<std::int64_t>(count));
 }
 
 }  // namespace
@@ -60,7 +58,7 @@ RenameSheet::RenameSheet(QWidget& window, WindowModel& model, std::vector<URL> u
       rename_(model.app().pool(), std::move(urls)),
       halves_(new QBoxLayout(QBoxLayout::LeftToRight)) {
     setObjectName(QStringLiteral("renameSheet"));
-    setTitle(tr("Rename %1").arg(countOf(rename_.fileCount(), "Item")));
+    setTitle(tr("Rename %1").arg(itemsInTitle(rename_.fileCount())));
     halves_->setSpacing(Metrics::space16);
     halves_->addWidget(makeRules());
     halves_->addWidget(makePreview(), 1);
@@ -104,7 +102,7 @@ QWidget* RenameSheet::makeRules() {
     add_->setIconSize({Metrics::space12, Metrics::space12});
     auto* kinds = new QMenu(add_);
     for (int kind = 0; kind < ruleKindCount; ++kind) {
-        kinds->addAction(qstring(ruleTitle(static_cast<std::size_t>(kind))), this, [this, kind] {
+        kinds->addAction(coreText(ruleTitle(static_cast<std::size_t>(kind))), this, [this, kind] {
             rename_.addDraft(kind);
             editors_.back()->firstField()->setFocus(Qt::OtherFocusReason);
             // The new rule has no place before the layout has run.
@@ -225,18 +223,20 @@ void RenameSheet::showState() {
     const QString why = isApplying_ ? tr("Renaming…") : rename_.whyNot();
     // The last answer stays in sight while the next is worked out; a flicker would say nothing.
     if (!rename_.isWorking()) {
-        QString text = rename_.changedCount() == 0
-                           ? tr("No name changes")
-                           : tr("%1 of %2 get a new name")
-                                 .arg(QLocale().toString(rename_.changedCount()),
-                                      countOf(rename_.fileCount(), "item"));
+        QString text =
+            rename_.changedCount() == 0
+                ? tr("No name changes")
+                : tr("%1 of %2 get a new name")
+                      .arg(QLocale().toString(rename_.changedCount()),
+                           Counts::items(static_cast<std::int64_t>(rename_.fileCount())));
         if (rename_.problemCount() > 0)
-            text += QStringLiteral(" · ") + countOf(rename_.problemCount(), "problem");
+            text += QStringLiteral(" · ") +
+                    Counts::problems(static_cast<std::int64_t>(rename_.problemCount()));
         count_->setText(text);
         nextProblem_->setVisible(rename_.problemCount() > 0);
         reason_->setText(why);
         apply_->setText(rename_.changedCount() > 0
-                            ? tr("Rename %1").arg(countOf(rename_.changedCount(), "Item"))
+                            ? tr("Rename %1").arg(itemsInTitle(rename_.changedCount()))
                             : tr("Rename"));
     }
     apply_->setEnabled(why.isEmpty());

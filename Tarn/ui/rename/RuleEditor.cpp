@@ -10,6 +10,7 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QToolButton>
 
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/ui/rename/NumberField.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Icons.h"
@@ -18,10 +19,6 @@
 
 namespace tarn {
 namespace {
-
-QString qstring(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 /// A list that the wheel does not change in passing, while the rules are scrolled.
 class ChoiceBox final : public QComboBox {
@@ -44,7 +41,7 @@ RuleEditor::RuleEditor(const RuleDraft& draft, QWidget* parent)
       column_(new QVBoxLayout(this)) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     for (int i = 0; i < ruleKindCount; ++i)
-        kind_->addItem(qstring(ruleTitle(static_cast<std::size_t>(i))));
+        kind_->addItem(coreText(ruleTitle(static_cast<std::size_t>(i))));
     kind_->setMaxVisibleItems(ruleKindCount);
     kind_->setCurrentIndex(draft_.kind);
     kind_->setAccessibleName(tr("Kind of rule"));

@@ -74,7 +74,25 @@ QSize SearchField::sizeHint() const {
     return {width_, std::max(controlHeight, fontMetrics().height() + space12)};
 }
 
-QSize SearchField::minimumSizeHint() const { return {searchFieldMinimum, sizeHint().height()}; }
+QSize SearchField::minimumSizeHint() const {
+    return {isFolded_ && !isOpen() ? controlHeight : searchFieldMinimum, sizeHint().height()};
+}
+
+bool SearchField::isOpen() const { return edit_->hasFocus() || !edit_->text().isEmpty(); }
+
+int SearchField::wantedWidth() const {
+    if (isOpen()) return searchFieldFocused;
+    return isFolded_ ? controlHeight : searchFieldWidth;
+}
+
+void SearchField::setFolded(bool folded) {
+    if (folded == isFolded_) return;
+    isFolded_ = folded;
+    setToolTip(folded ? tr("Search") : QString());
+    growth_.stop();
+    width_ = wantedWidth();
+    updateGeometry();
+}
 
 void SearchField::takeAway() {
     edit_->clear();
@@ -83,8 +101,11 @@ void SearchField::takeAway() {
 }
 
 void SearchField::grow() {
-    const bool wide = edit_->hasFocus() || !edit_->text().isEmpty();
-    const int target = wide ? searchFieldFocused : searchFieldWidth;
+    if (isOpen() != wasOpen_) {
+        wasOpen_ = isOpen();
+        emit openChanged();
+    }
+    const int target = wantedWidth();
     const int motion = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this);
     if (growth_.state() == QAbstractAnimation::Running ? growth_.endValue().toInt() == target
                                                        : width_ == target)
@@ -107,13 +128,20 @@ void SearchField::placeParts() {
     const auto placed = [this](const QRect& logical) {
         return QStyle::visualRect(layoutDirection(), rect(), logical);
     };
-    edit_->setGeometry(placed(rect().adjusted(left, focusRing, -right, -focusRing)));
+    // Folded there is no room for any text; the keyboard still comes here.
+    edit_->setGeometry(placed(
+        QRect(left, focusRing, std::max(1, width() - left - right), height() - 2 * focusRing)));
     clear_->setGeometry(
         placed(QRect(width() - smallestTarget - space4, (height() - smallestTarget) / 2,
                      smallestTarget, smallestTarget)));
 }
 
 void SearchField::resizeEvent(QResizeEvent*) { placeParts(); }
+
+void SearchField::mousePressEvent(QMouseEvent*) {
+    // Beside the text the field is meant as well.
+    edit_->setFocus(Qt::MouseFocusReason);
+}
 
 void SearchField::paintEvent(QPaintEvent*) {
     QPainter painter(this);

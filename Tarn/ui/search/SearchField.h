@@ -8,7 +8,8 @@ class QToolButton;
 
 namespace tarn {
 
-/// The field that a search is typed into. It grows while it has the keyboard or a text.
+/// The field that a search is typed into. It grows while it has the keyboard or a text: while it is
+/// open. Folded it is no wider than its symbol until then.
 class SearchField final : public QWidget {
     Q_OBJECT
 public:
@@ -23,6 +24,8 @@ public:
     void beginEditing();
     /// Gives it the keyboard behind what has been typed elsewhere.
     void continueEditing();
+    void setFolded(bool folded);
+    bool isOpen() const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -31,6 +34,7 @@ signals:
     void textChanged(const QString& text);
     /// Down or Enter: the person goes on to the results.
     void downPressed();
+    void openChanged();
     /// The ✕ or Escape took the text away.
     void cleared();
     /// Escape while there is no text.
@@ -42,8 +46,10 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
 
 private:
+    int wantedWidth() const;
     void placeParts();
     void grow();
     void takeAway();
@@ -52,6 +58,8 @@ private:
     QToolButton* clear_;
     QVariantAnimation growth_;
     int width_;
+    bool isFolded_ = false;
+    bool wasOpen_ = false;
 };
 
 }  // namespace tarn

@@ -18,6 +18,7 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/ContentIndexService.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/WindowModel.h"
@@ -39,10 +40,6 @@ constexpr std::int64_t budgets[] = {500, 1000, 2000, 5000, 10'000, 0};
 constexpr int shownFolders = 4;
 constexpr int barSteps = 1000;
 constexpr int checkIndent = Metrics::space24;
-
-QString counted(std::int64_t number, std::string_view singular) {
-    return displayText(Format::count(number, singular));
-}
 
 /// The list of folders, as high as a few of them.
 class FolderList final : public QListWidget {
@@ -374,7 +371,7 @@ void IndexSection::showLanguages() {
     }
     languagesButton_->setText(chosen.isEmpty()     ? tr("Languages")
                               : chosen.size() == 1 ? chosen.front()
-                                                   : tr("%1 languages").arg(chosen.size()));
+                                                   : Counts::languages(chosen.size()));
     languagesButton_->setEnabled(settings.indexFileContents && settings.readTextInImages &&
                                  !languages_.empty());
     languagesButton_->setToolTip(languages_.empty()
@@ -397,7 +394,7 @@ QString IndexSection::contents(const ContentIndexService& index) {
     const auto& status = index.status();
     if (!status) return tr("Counting…");
     if (status->files == 0) return tr("Nothing was read yet.");
-    QStringList parts = {counted(status->withText, "file") + tr(" with text"),
+    QStringList parts = {tr("%1 with text").arg(Counts::files(status->withText)),
                          displayText(Format::bytes(status->bytesOnDisk))};
     if (status->lastIndexed)
         parts << tr("last read: %1")
@@ -434,7 +431,7 @@ QString IndexSection::activity(const ContentIndexService& index) {
                    : index.total() > 0
                        ? tr("Reading %1 of %2")
                              .arg(QLocale().toString(static_cast<qlonglong>(index.done())),
-                                  counted(index.total(), "file"))
+                                  Counts::files(index.total()))
                        : tr("Looking for new files…");
             break;
     }

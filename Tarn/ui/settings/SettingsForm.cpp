@@ -1,5 +1,6 @@
 #include "Tarn/ui/settings/SettingsForm.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QtGui/QWheelEvent>
@@ -19,6 +20,41 @@ namespace {
 constexpr int noteIndent = Metrics::space24;
 /// Lists of one page are equally wide, so that their edges make a line.
 constexpr int listWidth = 200;
+
+/// A label and the list that it names, beside each other where there is room for both.
+class ListRow final : public QWidget {
+public:
+    ListRow(QLabel* label, QWidget* list)
+        : row_(new QBoxLayout(QBoxLayout::LeftToRight, this)), label_(label), list_(list) {
+        row_->setContentsMargins(0, 0, 0, 0);
+        row_->addWidget(label, 1);
+        row_->addWidget(list);
+        place();
+    }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override {
+        QWidget::resizeEvent(event);
+        place();
+    }
+    void changeEvent(QEvent* event) override {
+        QWidget::changeEvent(event);
+        if (event->type() == QEvent::FontChange) place();
+    }
+
+private:
+    void place() {
+        const int both = Fonts::textWidth(label_->font(), label_->text()) + Metrics::space12 +
+                         list_->sizeHint().width();
+        const bool isBeside = width() >= std::min(both, 2 * listWidth);
+        row_->setDirection(isBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+        row_->setSpacing(isBeside ? Metrics::space12 : Metrics::space4);
+    }
+
+    QBoxLayout* row_;
+    QLabel* label_;
+    QWidget* list_;
+};
 
 /// A list that the wheel does not change in passing, while the settings are scrolled.
 class SteadyList final : public QComboBox {
@@ -68,8 +104,6 @@ QCheckBox* SettingsForm::addSwitch(const QString& text, bool AppSettings::*field
 }
 
 QComboBox* SettingsForm::addList(const QString& label) {
-    auto* row = new QHBoxLayout;
-    row->setSpacing(Metrics::space12);
     auto* text = new QLabel(label);
     text->setTextFormat(Qt::PlainText);
     text->setWordWrap(true);
@@ -78,9 +112,7 @@ QComboBox* SettingsForm::addList(const QString& label) {
     list->setFixedWidth(listWidth);
     list->setAccessibleName(label);
     text->setBuddy(list);
-    row->addWidget(text, 1);
-    row->addWidget(list);
-    column_->addLayout(row);
+    column_->addWidget(new ListRow(text, list));
     return list;
 }
 

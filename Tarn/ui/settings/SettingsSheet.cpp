@@ -57,6 +57,10 @@ SettingsSheet::SettingsSheet(WindowModel& model, QWidget& window)
     list_->setAccessibleName(tr("Sections"));
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list_->setIconSize({Metrics::iconSmall, Metrics::iconSmall});
+    // It stands on the ground of the card.
+    list_->setFrameShape(QFrame::NoFrame);
+    list_->setAutoFillBackground(false);
+    list_->viewport()->setAutoFillBackground(false);
     above_->setAccessibleName(tr("Section"));
     auto* side = new QVBoxLayout(side_);
     side->setContentsMargins(0, 0, 0, 0);

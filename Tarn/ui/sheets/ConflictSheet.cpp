@@ -17,7 +17,7 @@
 namespace tarn {
 namespace {
 
-constexpr int sheetWidth = 640;
+constexpr int sheetWidth = 680;
 /// Below this the two items stand one below the other, and so do the answers.
 constexpr int sideBySide = 520;
 

@@ -3,6 +3,7 @@
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QPushButton>
 
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/ui/states/SymbolView.h"
 #include "Tarn/ui/text/ElidedLabel.h"
@@ -19,12 +20,10 @@ HistoryRow::HistoryRow(const HistoryModel::Row& row, QWidget* parent)
     symbol->setSymbol(tarn::symbol(row.entry.kind));
     auto* name = new ElidedLabel(title);
     auto* when = new TabularLabel;
-    QString text = QString::fromStdString(Format::date(row.entry.date));
-    if (row.entry.fileCount > 1)
-        text += QStringLiteral(" · ") +
-                QString::fromStdString(Format::count(row.entry.fileCount, "item"));
-    if (!row.canUndo) text += QStringLiteral(" · ") + tr("moved or changed since");
-    when->setText(text);
+    QStringList facts(QString::fromStdString(Format::date(row.entry.date)));
+    if (row.entry.fileCount > 1) facts << Counts::items(row.entry.fileCount);
+    if (!row.canUndo) facts << tr("moved or changed since");
+    when->setText(facts.join(QStringLiteral(" · ")));
     undo_->setEnabled(row.canUndo);
     undo_->setAccessibleName(tr("Undo: %1").arg(title));
     if (!row.canUndo) {

@@ -5,6 +5,7 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/tags/TagDotRow.h"
@@ -14,10 +15,6 @@ namespace tarn {
 namespace {
 
 constexpr int sheetWidth = 380;
-
-QString qstring(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 }  // namespace
 
@@ -58,7 +55,7 @@ void NewTagSheet::pick(TagColor color) {
     color_ = color;
     std::vector<TagDotRow::Entry> entries;
     for (const TagColor one : allTagColors())
-        entries.push_back({{std::string(tarn::title(one)), one},
+        entries.push_back({{coreText(tarn::title(one)).toStdString(), one},
                            one == color ? TagDots::Share::all : TagDots::Share::none});
     if (!colors_) {
         colors_ = new TagDotRow(std::move(entries));
@@ -70,7 +67,7 @@ void NewTagSheet::pick(TagColor color) {
     } else {
         colors_->setEntries(std::move(entries));
     }
-    note_->setText(qstring(tarn::title(color)));
+    note_->setText(coreText(tarn::title(color)));
 }
 
 void NewTagSheet::check() { create_->setEnabled(!name_->text().trimmed().isEmpty()); }

@@ -199,6 +199,15 @@ QRect TarnStyle::subElementRect(SubElement element, const QStyleOption* option,
         case SE_CheckBoxFocusRect:
         case SE_RadioButtonFocusRect:
             return option->rect;
+        case SE_ItemViewItemFocusRect: {
+            // Around the row of a list, not around its text; a table has a ring in its cell.
+            using Item = QStyleOptionViewItem;
+            const auto* item = qstyleoption_cast<const Item*>(option);
+            if (item && (item->viewItemPosition == Item::OnlyOne ||
+                         item->viewItemPosition == Item::Invalid))
+                return option->rect.adjusted(space4, hairline, -space4, -hairline);
+            return QProxyStyle::subElementRect(element, option, widget);
+        }
         default:
             return QProxyStyle::subElementRect(element, option, widget);
     }

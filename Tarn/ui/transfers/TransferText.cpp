@@ -3,6 +3,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QStringList>
 
+#include "Tarn/model/Counts.h"
 #include "TarnCore/files/Format.h"
 
 namespace tarn::TransferText {
@@ -19,8 +20,7 @@ QString doneOfTotal(const TransferProgress& progress) {
                  formatted(Format::bytes(progress.totalBytes)));
     if (progress.totalItems > 0)
         return tr("%1 of %2")
-            .arg(QString::number(progress.doneItems),
-                 formatted(Format::count(progress.totalItems, "item")));
+            .arg(QString::number(progress.doneItems), Counts::items(progress.totalItems));
     return {};
 }
 
@@ -56,7 +56,7 @@ QString detail(const TransferProgress& progress, std::optional<double> secondsLe
 }
 
 QString failures(TransferKind kind, std::size_t count) {
-    const QString items = formatted(Format::count(static_cast<std::int64_t>(count), "item"));
+    const QString items = Counts::items(static_cast<std::int64_t>(count));
     return kind == TransferKind::copy ? tr("%1 couldn’t be copied").arg(items)
                                       : tr("%1 couldn’t be moved").arg(items);
 }

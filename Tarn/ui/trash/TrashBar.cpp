@@ -6,6 +6,7 @@
 #include <QtWidgets/QPushButton>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/sheets/QuestionSheet.h"
@@ -60,7 +61,7 @@ bool TrashBar::isTrash(const Location& location) {
 QString TrashBar::contents(const TrashService& trash) {
     if (!trash.bytes()) return tr("Measuring…");
     if (trash.items() == 0) return tr("The Trash is empty");
-    return tr("%1 · %2").arg(displayText(Format::count(trash.items(), "item")),
+    return tr("%1 · %2").arg(Counts::items(trash.items()),
                              displayText(Format::bytes(*trash.bytes())));
 }
 
@@ -73,8 +74,7 @@ void TrashBar::follow() {
     setVisible(isHere);
     if (!isHere) return;
     if (trash_.isEmptying()) {
-        text_->setText(tr("Deleting… %1 so far")
-                           .arg(displayText(Format::count(trash_.deletedFiles(), "file"))));
+        text_->setText(tr("Deleting… %1 so far").arg(Counts::files(trash_.deletedFiles())));
         button_->setText(tr("Stop"));
         button_->setEnabled(true);
         return;
@@ -88,7 +88,7 @@ void TrashBar::ask() {
     if ((question_ && question_->isVisible()) || !canEmpty(trash_)) return;
     question_ = new QuestionSheet({tr("Empty the Trash?"),
                                    tr("%1 will be deleted, %2 in all. This can’t be undone.")
-                                       .arg(displayText(Format::count(trash_.items(), "item")),
+                                       .arg(Counts::items(trash_.items()),
                                             displayText(Format::bytes(trash_.bytes().value_or(0)))),
                                    tr("Empty Trash"), tr("Cancel")},
                                   window_);

@@ -73,12 +73,23 @@ BrowserToolbar::BrowserToolbar(AppModel& app,
             });
     connect(path_, &PathBar::fileChosen, this,
             [go](const URL& file) { go(Location::folder(file.parent()), {file}); });
+    connect(search_, &SearchField::openChanged, this, &BrowserToolbar::fold);
     connect(search_, &SearchField::textChanged, this, [this](const QString& text) {
         if (pane_) pane_->searchTextChanged(text.toStdString());
     });
 }
 
 BrowserToolbar::~BrowserToolbar() = default;
+
+void BrowserToolbar::fold() {
+    const bool hasRoom = width() >= Metrics::toolbarFolds;
+    forwardButton_->setVisible(hasRoom);
+    upButton_->setVisible(hasRoom);
+    search_->setFolded(!hasRoom);
+    // There is room for one of the two.
+    path_->setVisible(hasRoom || path_->isEditing() || !search_->isOpen());
+    layout()->setSpacing(hasRoom ? Metrics::space4 : Metrics::space2);
+}
 
 void BrowserToolbar::setMenu(QMenu* menu) {
     connect(menuButton_, &QToolButton::clicked, menu, [this, menu] {
@@ -96,8 +107,10 @@ void BrowserToolbar::follow(WindowModel* tab, PaneModel* pane) {
     connect(tab, &WindowModel::titleChanged, following_.get(), [this] { showLocation(); });
     connect(tab, &WindowModel::showHiddenChanged, following_.get(),
             [this, tab] { path_->setIncludeHidden(tab->showHidden()); });
-    connect(tab, &WindowModel::editPathRequested, following_.get(),
-            [this] { path_->beginEditing(); });
+    connect(tab, &WindowModel::editPathRequested, following_.get(), [this] {
+        path_->show();
+        path_->beginEditing();
+    });
     connect(tab, &WindowModel::focusSearchRequested, following_.get(),
             [this] { search_->beginEditing(); });
     connect(pane, &PaneModel::locationChanged, following_.get(), [this] { showLocation(); });
@@ -130,9 +143,7 @@ void BrowserToolbar::showSearchText() {
 
 void BrowserToolbar::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    const bool hasRoom = width() >= Metrics::toolbarFolds;
-    forwardButton_->setVisible(hasRoom);
-    upButton_->setVisible(hasRoom);
+    fold();
 }
 
 }  // namespace tarn

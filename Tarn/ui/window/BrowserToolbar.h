@@ -50,6 +50,8 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    /// Shows what there is room for.
+    void fold();
     void showLocation();
     void showSearchText();
 

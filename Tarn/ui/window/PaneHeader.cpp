@@ -4,6 +4,7 @@
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QToolButton>
 
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/ui/states/SymbolView.h"
@@ -39,7 +40,7 @@ PaneHeader::PaneHeader(PaneModel& pane, QWidget* parent)
 
 void PaneHeader::showPlace() {
     const Location& location = pane_.location();
-    const QString title = displayText(location.title());
+    const QString title = placeText(location, pane_.title());
     symbol_->setSymbol(location.symbol());
     title_->setText(title);
     close_->setAccessibleName(tr("Close Pane “%1”").arg(title));

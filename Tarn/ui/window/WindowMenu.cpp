@@ -3,6 +3,7 @@
 #include <QtGui/QActionGroup>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/menus/WindowActions.h"
 #include "Tarn/ui/pane/NewFileMenu.h"
@@ -55,10 +56,8 @@ void WindowMenu::addSorting() {
     QMenu* sorting = addMenu(tr("Sort By"));
     auto* fields = new QActionGroup(sorting);
     for (const SortField field : allSortFields) {
-        const std::string_view title = SortFields::title(field);
-        QAction* action = sorting->addAction(
-            QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())), this,
-            [this, field] {
+        QAction* action =
+            sorting->addAction(coreText(SortFields::title(field)), this, [this, field] {
                 if (tab_) tab_->active().sortBy(field);
             });
         action->setCheckable(true);

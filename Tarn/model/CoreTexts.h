@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string_view>
+
+#include <QtCore/QString>
+
+namespace tarn {
+
+struct Location;
+
+/// A fixed word of the core (a kind, a column, a heading of a group, the name of a place or of a
+/// colour) in the language that is shown; what is none of them stays as it is. Not for names that
+/// people give. Main thread only.
+QString coreText(std::string_view english);
+
+/// `title` of a place, which the core has named unless a person or a folder gave the name.
+QString placeText(const Location& place, std::string_view title);
+
+}  // namespace tarn
