@@ -1,0 +1,47 @@
+#include <cmath>
+
+#include <QtCore/QProcess>
+#include <QtCore/QProcessEnvironment>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QLabel>
+#include <gtest/gtest.h>
+
+#include "tests/ui/screens/Looks.h"
+#include "tests/ui/screens/Screens.h"
+
+namespace tarn {
+namespace {
+
+/// The energy of the differences between neighbours: how sharp a picture is.
+double edges(const QImage& image) {
+    double sum = 0;
+    for (int y = 1; y < image.height(); ++y)
+        for (int x = 1; x < image.width(); ++x) {
+            const int here = qGray(image.pixel(x, y));
+            sum += std::pow(here - qGray(image.pixel(x - 1, y)), 2);
+            sum += std::pow(here - qGray(image.pixel(x, y - 1)), 2);
+        }
+    return sum;
+}
+
+TEST(Screens, areAsSharpAsTheScreen) {
+    for (const Screen& screen : allScreens()) {
+        SCOPED_TRACE(screen.name);
+        Stage stage(screen);
+        for (QLabel* label : stage.window().findChildren<QLabel*>()) {
+            const QPixmap picture = label->pixmap(Qt::ReturnByValue);
+            if (picture.isNull() || !label->isVisible()) continue;
+            EXPECT_EQ(picture.devicePixelRatio(), stage.window().devicePixelRatio())
+                << Looks::nameOf(*label);
+        }
+        const QImage coarse = stage.grab(1);
+        const QImage fine = stage.grab(2);
+        QImage upscaled = coarse;
+        upscaled.setDevicePixelRatio(1);
+        upscaled = upscaled.scaled(fine.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        EXPECT_GE(edges(fine), 1.6 * edges(upscaled));
+    }
+}
+
+}  // namespace
+}  // namespace tarn

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <memory>
+
+#include <QtCore/QTemporaryDir>
+
+#include "TarnCore/base/URL.h"
+
+namespace tarn {
+
+/// The same home folder on every machine: its files with fixed dates, one disk, one stick, and a
+/// day that never ends. It is the home of the process from its construction on.
+///
+/// Made once, before the first thread; removed with everything in it when it goes.
+class ScreenHome {
+public:
+    ScreenHome();
+    ~ScreenHome();
+    ScreenHome(const ScreenHome&) = delete;
+    ScreenHome& operator=(const ScreenHome&) = delete;
+
+    /// Forgets what windows have stored, and makes the folder Work afresh, whose files screens may
+    /// change.
+    static void reset();
+
+private:
+    QTemporaryDir root_;
+};
+
+/// Copies wait before their first byte while such a thing lives.
+class HeldCopies {
+public:
+    HeldCopies();
+    ~HeldCopies();
+    HeldCopies(const HeldCopies&) = delete;
+    HeldCopies& operator=(const HeldCopies&) = delete;
+};
+
+}  // namespace tarn

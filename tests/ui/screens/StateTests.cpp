@@ -1,0 +1,186 @@
+#include <filesystem>
+#include <latch>
+#include <optional>
+
+#include <QtTest/QTest>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+#include <gtest/gtest.h>
+
+#include "Tarn/model/UserLists.h"
+#include "Tarn/ui/pane/PaneView.h"
+#include "Tarn/ui/states/SkeletonRows.h"
+#include "Tarn/ui/states/StatePage.h"
+#include "Tarn/ui/states/StatusPill.h"
+#include "TarnCore/base/TaskPool.h"
+#include "TarnCore/files/Paths.h"
+#include "tests/ui/screens/Screens.h"
+
+namespace tarn {
+namespace {
+
+const Screen bare = {"bare", [](Stage&) {}};
+
+/// No task of the shared pool begins while this lives.
+class BusyPool {
+public:
+    BusyPool() : begun_(static_cast<std::ptrdiff_t>(TaskPool::shared().threadCount())) {
+        for (std::size_t i = 0; i < TaskPool::shared().threadCount(); ++i) {
+            TaskPool::shared().run([this] {
+                begun_.count_down();
+                released_.wait();
+                ended_.count_down();
+            });
+        }
+        begun_.wait();
+    }
+    ~BusyPool() {
+        released_.count_down();
+        ended_.wait();
+    }
+    BusyPool(const BusyPool&) = delete;
+    BusyPool& operator=(const BusyPool&) = delete;
+
+private:
+    std::latch begun_;
+    std::latch released_{1};
+    std::latch ended_{static_cast<std::ptrdiff_t>(TaskPool::shared().threadCount())};
+};
+
+template <class Part>
+Part* shown(Stage& stage) {
+    for (Part* part : stage.window().findChildren<Part*>())
+        if (part->isVisible()) return part;
+    return nullptr;
+}
+
+/// The page says something in words that can be seen, and offers a way out where one is due.
+void expectPage(Stage& stage, bool hasAction) {
+    auto* page = shown<StatePage>(stage);
+    ASSERT_TRUE(page);
+    EXPECT_FALSE(page->content().symbol.empty());
+    EXPECT_FALSE(page->content().title.isEmpty());
+    EXPECT_FALSE(page->content().sentence.isEmpty());
+    EXPECT_EQ(page->accessibleName(), page->content().title);
+    auto* button = page->findChild<QPushButton*>();
+    EXPECT_EQ(button->isVisible(), hasAction);
+    const QImage picture = page->grab().toImage();
+    const QRgb ground = picture.pixel(0, 0);
+    int drawn = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x) drawn += picture.pixel(x, y) != ground;
+    EXPECT_GT(drawn, 500);
+}
+
+Location nowhere() { return Location::folder(Paths::home().appending("Gone")); }
+Location archive(const char* name) { return Location::archive(Paths::home().appending(name), ""); }
+
+/// A saved search that finds nothing.
+Location emptySmartFolder(Stage& stage) {
+    return Location::smartFolder(
+        stage.app().lists().addSmartFolder("Nothing", "qwertz", SearchScopeSetting::home));
+}
+
+TEST(Screens, sayWhyTheyAreEmpty) {
+    const struct {
+        const char* name;
+        std::function<Location(Stage&)> place;
+        bool hasAction;
+    } cases[] = {
+        {"folder", [](Stage&) { return Location::folder(Paths::home().appending("Empty")); }, true},
+        {"trash", [](Stage&) { return Location::folder(Paths::trash()); }, false},
+        {"archive", [](Stage&) { return archive("Nothing.zip"); }, true},
+        {"videos", [](Stage&) { return Location::library(LibraryItem::videos); }, false},
+        {"music", [](Stage&) { return Location::library(LibraryItem::music); }, false},
+        {"apps", [](Stage&) { return Location::library(LibraryItem::apps); }, false},
+        {"smart folder", emptySmartFolder, false},
+        {"tag", [](Stage&) { return Location::tag("Nothing"); }, false},
+        {"source", [](Stage&) { return Location::source("Nowhere"); }, false},
+        {"cleanup", [](Stage&) { return Location::cleanup(); }, true},
+        {"duplicates", [](Stage&) { return Location::duplicates(); }, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        Stage stage(bare);
+        std::filesystem::remove(
+            Paths::home().appending("Work/Phone/Summer in the Mountains.mov").path());
+        stage.go(c.place(stage));
+        stage.settle();
+        expectPage(stage, c.hasAction);
+    }
+}
+
+TEST(Screens, sayWhenThereAreNoSources) {
+    const auto away = Paths::home().parent().appending("Away").path();
+    std::filesystem::rename(Paths::downloads().path(), away);
+    {
+        Stage stage(bare);
+        stage.go(Location::sources());
+        stage.settle();
+        expectPage(stage, false);
+    }
+    std::filesystem::rename(away, Paths::downloads().path());
+}
+
+TEST(Screens, sayWhatWentWrong) {
+    const struct {
+        const char* name;
+        Location place;
+    } cases[] = {
+        {"folder", nowhere()},
+        {"no folder", Location::folder(Paths::documents().appending("Notes.txt"))},
+        {"archive", archive("Broken.zip")},
+        {"no archive", archive("Gone.zip")},
+        {"smart folder", Location::smartFolder(UUID::random())},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        Stage stage(bare);
+        stage.go(c.place);
+        stage.settle();
+        expectPage(stage, true);
+    }
+}
+
+TEST(Screens, sayThatNothingWasFound) {
+    Stage stage(bare);
+    const Location places[] = {
+        Location::folder(Paths::documents()),
+        archive("Nothing.zip"),
+        Location::library(LibraryItem::documents),
+        emptySmartFolder(stage),
+        Location::tag("Work"),
+        Location::source("Slack"),
+        Location::home(),
+        Location::sources(),
+        Location::tags(),
+    };
+    for (const Location& place : places) {
+        SCOPED_TRACE(place.title());
+        stage.go(place);
+        stage.pane().setSearchText("qwertz");
+        stage.wait([&] { return stage.pane().showsResults() && !stage.pane().isSearching(); });
+        stage.settle();
+        expectPage(stage, true);
+        stage.pane().clearSearch(false);
+    }
+}
+
+TEST(Screens, tellThatTheyAreLoading) {
+    const Location places[] = {Location::folder(Paths::documents()), archive("Broken.zip"),
+                               Location::sources(), Location::tags()};
+    for (const Location& place : places) {
+        SCOPED_TRACE(place.title());
+        Stage stage(bare);
+        const BusyPool busy;
+        stage.pane().navigate(place);
+        // The tags that everybody has are there at once.
+        stage.wait(
+            [&] { return shown<SkeletonRows>(stage) || stage.pane().overview().rowCount() > 0; });
+        const auto* rows = shown<SkeletonRows>(stage);
+        EXPECT_FALSE(rows && rows->accessibleName().isEmpty());
+    }
+}
+
+}  // namespace
+}  // namespace tarn
