@@ -3456,9 +3456,6 @@
         <source>%1 of %2 available</source>
         <translation>%1 von %2 verfügbar</translation>
     </message>
-</context>
-<context>
-    <name>tarn::SidebarSections</name>
     <message>
         <source>Favourites</source>
         <translation>Favoriten</translation>

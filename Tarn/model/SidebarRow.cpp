@@ -8,22 +8,24 @@
 namespace tarn {
 namespace {
 
-QString tr(const char* text) { return QCoreApplication::translate("tarn::SidebarModel", text); }
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(tarn::SidebarRow)
+};
 
 }  // namespace
 
 QString SidebarSections::title(SidebarSection section) {
     switch (section) {
         case SidebarSection::favorites:
-            return tr("Favourites");
+            return Words::tr("Favourites");
         case SidebarSection::smartFolders:
-            return tr("Smart Folders");
+            return Words::tr("Smart Folders");
         case SidebarSection::tags:
-            return tr("Tags");
+            return Words::tr("Tags");
         case SidebarSection::volumes:
-            return tr("Locations");
+            return Words::tr("Locations");
         case SidebarSection::network:
-            return tr("Network");
+            return Words::tr("Network");
         case SidebarSection::none:
             return {};
     }
@@ -55,12 +57,12 @@ bool SidebarRow::isSame(const SidebarRow& other) const {
 
 QString SidebarRow::note() const {
     if (kind == Kind::trash) return detail;
-    if (kind == Kind::server) return tr("Not connected");
-    if (kind == Kind::heading) return isFolded ? tr("Folded") : QString();
-    if (isEjecting) return tr("Ejecting…");
-    if (answer == Answer::silent) return tr("Not responding");
+    if (kind == Kind::server) return Words::tr("Not connected");
+    if (kind == Kind::heading) return isFolded ? Words::tr("Folded") : QString();
+    if (isEjecting) return Words::tr("Ejecting…");
+    if (answer == Answer::silent) return Words::tr("Not responding");
     if (answer != Answer::ready || total <= 0) return {};
-    return tr("%1 of %2 available")
+    return Words::tr("%1 of %2 available")
         .arg(displayText(Format::bytes(available)), displayText(Format::bytes(total)));
 }
 

@@ -15,6 +15,7 @@
 #include <QtWidgets/QListView>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/ui/menus/KeyText.h"
 #include "Tarn/ui/quicksearch/QuickSearchDelegate.h"
@@ -28,7 +29,6 @@
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
 #include "TarnCore/base/Text.h"
-#include "TarnCore/files/Format.h"
 
 namespace tarn {
 namespace {
@@ -213,7 +213,7 @@ void QuickSearchPanel::showRows() {
     list_->setVisible(rows > 0);
     nothing_->setVisible(hasResults && rows == 0 && !pane_->isSearching());
     foot_->setVisible(rows > 0);
-    count_->setText(QString::fromStdString(Format::count(rows, "result")));
+    count_->setText(Counts::results(rows));
     if (rows > 0 && (!hasMoved_ || !list_->currentIndex().isValid())) mark(0);
     place();
 }

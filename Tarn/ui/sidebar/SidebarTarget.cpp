@@ -16,7 +16,9 @@ const QString rowType = QStringLiteral("application/x-tarn-sidebar-row");
 /// This part of a row at its upper and lower edge belongs to the gap beside it.
 constexpr int edgePart = 4;
 
-QString tr(const char* text) { return QCoreApplication::translate("tarn::Sidebar", text); }
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(tarn::SidebarTarget)
+};
 
 /// The row that is dragged; absent for files, and when it has gone meanwhile.
 std::optional<int> draggedRow(const QMimeData& data, const SidebarModel& model) {
@@ -136,9 +138,9 @@ QString SidebarTarget::label(const SidebarRow& shown) const {
         case What::drop:
             return drop->label();
         case What::tag:
-            return tr("Tag with “%1”").arg(shown.title);
+            return Words::tr("Tag with “%1”").arg(shown.title);
         case What::favorite:
-            return tr("Add to Favourites");
+            return Words::tr("Add to Favourites");
         case What::move:
             return {};
     }
