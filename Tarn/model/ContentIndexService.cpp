@@ -1,6 +1,7 @@
 #include "Tarn/model/ContentIndexService.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include <QtCore/QLocale>
@@ -32,6 +33,7 @@ struct ContentIndexService::Job {
     std::vector<URL> forgotten;
     bool rebuilds = false;
     bool whole = false;
+    std::shared_future<void> watching;
     std::vector<std::string> changed;
     CancelToken token;
     std::shared_ptr<MachinePause> pause;
@@ -102,10 +104,12 @@ void ContentIndexService::apply() {
         dirty_.clear();
         wantsWhole_ = false;
     } else {
-        // The watch comes first, so that no change falls between it and the run.
         if (settings_.folders != watched_) {
             watched_ = settings_.folders;
-            folders_.watch(watched_, WatchDepth::tree, timing_.latency, {});
+            const auto begun = std::make_shared<std::promise<void>>();
+            watching_ = begun->get_future().share();
+            folders_.watch(watched_, WatchDepth::tree, timing_.latency,
+                           [begun] { begun->set_value(); });
         }
         wantsWhole_ = true;
     }
@@ -179,6 +183,7 @@ ContentIndexService::Job ContentIndexService::nextJob() {
     job.forgotten = std::exchange(forgotten_, {});
     job.rebuilds = std::exchange(wantsRebuild_, false);
     job.whole = std::exchange(wantsWhole_, false);
+    job.watching = watching_;
     job.changed = std::exchange(dirty_, {});
     job.token = token_;
     job.pause = pause_;
@@ -231,6 +236,14 @@ ContentIndexService::Ended ContentIndexService::work(const Job& job) {
     return finish();
 }
 
+/// The watch comes first, so that no change falls between it and the run.
+void ContentIndexService::waitForWatch(const Job& job) {
+    constexpr std::chrono::milliseconds look(50);
+    while (!job.token.isCancelled() && job.watching.valid() &&
+           job.watching.wait_for(look) != std::future_status::ready) {
+    }
+}
+
 std::optional<ContentIndexer::Outcome> ContentIndexService::readOnce(const Job& job,
                                                                      TextIndex& index,
                                                                      ContentIndexer& indexer,
@@ -238,6 +251,7 @@ std::optional<ContentIndexer::Outcome> ContentIndexService::readOnce(const Job& 
                                                                      bool& hasChanged) {
     std::vector<ContentIndexer::Candidate> candidates;
     if (job.whole) {
+        waitForWatch(job);
         hasChanged |= indexer.forgetExcluded() > 0;
         for (const URL& folder : job.settings.folders)
             hasChanged |= index.pruneMissing(folder, job.token) > 0;

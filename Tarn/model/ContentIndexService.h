@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -108,6 +109,7 @@ private:
     static Ended work(const Job& job);
     /// Until nothing is left, or the machine needs its time; absent when there was nothing to read.
     /// The caller holds the claim.
+    static void waitForWatch(const Job& job);
     static std::optional<ContentIndexer::Outcome> readOnce(const Job& job, TextIndex& index,
                                                            ContentIndexer& indexer,
                                                            std::int64_t& doneBefore,
@@ -136,6 +138,7 @@ private:
     std::vector<URL> forgotten_;      ///< To be forgotten before anything else.
     std::vector<std::string> dirty_;  ///< Changed paths that no run has looked at.
     std::vector<URL> watched_;
+    std::shared_future<void> watching_;  ///< Ready once changes of those are noticed.
     CancelToken token_;
     std::shared_ptr<MachinePause> pause_;
     State state_ = State::waiting;
