@@ -16,6 +16,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "TarnCore/base/Deflate.h"
+#include "TarnCore/base/FileIO.h"
 #include "TarnCore/base/UUID.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/files/SupportDirectory.h"
@@ -76,15 +78,6 @@ std::optional<QImage> readValidIn(const URL& folder, const URL& file, Date modif
     return readValid(folder.appending(pictureName(other)), file, modified);
 }
 
-std::uint32_t crc32(std::string_view bytes) {
-    std::uint32_t crc = ~0U;
-    for (const char byte : bytes) {
-        crc ^= static_cast<unsigned char>(byte);
-        for (int bit = 0; bit < 8; ++bit) crc = (crc >> 1) ^ ((crc & 1U) ? 0xEDB88320U : 0U);
-    }
-    return ~crc;
-}
-
 void appendNumber(std::string& out, std::uint32_t number) {
     for (int shift = 24; shift >= 0; shift -= 8) out += static_cast<char>((number >> shift) & 0xFF);
 }
@@ -98,7 +91,7 @@ std::string textChunk(std::string_view key, std::string_view value) {
     std::string chunk;
     appendNumber(chunk, static_cast<std::uint32_t>(body.size() - 4));
     chunk += body;
-    appendNumber(chunk, crc32(body));
+    appendNumber(chunk, crc32(0, body));
     return chunk;
 }
 
@@ -107,18 +100,6 @@ bool makePrivateFolder(const URL& folder) {
     if (errno != ENOENT || folder.isRoot()) return false;
     return makePrivateFolder(folder.parent()) &&
            (::mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST);
-}
-
-bool writeAll(int descriptor, const QByteArray& bytes) {
-    qsizetype done = 0;
-    while (done < bytes.size()) {
-        const ssize_t written =
-            ::write(descriptor, bytes.constData() + done, static_cast<size_t>(bytes.size() - done));
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        done += written;
-    }
-    return true;
 }
 
 void write(const URL& folder, const URL& file, Date modified, const QImage& image) {
@@ -138,7 +119,9 @@ void write(const URL& folder, const URL& file, Date modified, const QImage& imag
     const int descriptor =
         ::open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (descriptor < 0) return;
-    const bool written = writeAll(descriptor, bytes);
+    const bool written =
+        FileIO::writeAll(descriptor, {bytes.constData(), static_cast<std::size_t>(bytes.size())}) ==
+        0;
     if (::close(descriptor) != 0 || !written ||
         ::rename(beside.c_str(), folder.appending(pictureName(uri)).c_str()) != 0)
         ::unlink(beside.c_str());
