@@ -1013,6 +1013,14 @@
         <source>Remove last characters</source>
         <translation>Letzte Zeichen entfernen</translation>
     </message>
+    <message>
+        <source>Computer</source>
+        <translation>Computer</translation>
+    </message>
+    <message>
+        <source>Trash</source>
+        <translation>Papierkorb</translation>
+    </message>
 </context>
 <context>
     <name>tarn::Counts</name>

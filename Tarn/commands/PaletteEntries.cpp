@@ -8,6 +8,7 @@
 #include "Tarn/commands/CommandRegistry.h"
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/Counts.h"
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/TabGroup.h"
 #include "Tarn/model/UserLists.h"
@@ -103,7 +104,7 @@ void PaletteEntries::addFolders(WindowModel& window) {
         PaletteEntry entry;
         entry.kind = PaletteEntry::Kind::folder;
         entry.folder = folder;
-        entry.title = displayText(Paths::displayName(folder));
+        entry.title = folderText(folder);
         entry.symbol = Location::folder(folder).symbol();
         entry.detail = displayText(Paths::abbreviate(folder.parent()));
         const std::string title = entry.title.toStdString();

@@ -6,6 +6,7 @@
 
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/records/Location.h"
+#include "TarnCore/files/Paths.h"
 
 namespace tarn {
 namespace {
@@ -58,6 +59,8 @@ namespace {
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Cleanup"),
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Duplicates"),
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Sources"),
+    QT_TRANSLATE_NOOP("tarn::CoreTexts", "Computer"),
+    QT_TRANSLATE_NOOP("tarn::CoreTexts", "Trash"),
     // Filters of places in the cloud.
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Everything"),
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Only in the Cloud"),
@@ -88,10 +91,16 @@ QString coreText(std::string_view english) {
     return QCoreApplication::translate("tarn::CoreTexts", std::string(english).c_str());
 }
 
+QString folderText(const URL& folder) {
+    const std::string name = Paths::displayName(folder);
+    return folder.isRoot() || folder == Paths::trash() ? coreText(name) : displayText(name);
+}
+
 QString placeText(const Location& place, std::string_view title) {
     using Case = Location::Case;
     switch (place.which) {
         case Case::folder:
+            return folderText(place.url);
         case Case::archive:
         case Case::tag:
         case Case::source:

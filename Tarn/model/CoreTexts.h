@@ -7,11 +7,15 @@
 namespace tarn {
 
 struct Location;
+class URL;
 
 /// A fixed word of the core (a kind, a column, a heading of a group, the name of a place or of a
 /// colour) in the language that is shown; what is none of them stays as it is. Not for names that
 /// people give. Main thread only.
 QString coreText(std::string_view english);
+
+/// What a folder is called: its own name, but "/" and the Trash have one of the core's.
+QString folderText(const URL& folder);
 
 /// `title` of a place, which the core has named unless a person or a folder gave the name.
 QString placeText(const Location& place, std::string_view title);

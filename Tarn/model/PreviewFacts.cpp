@@ -42,15 +42,6 @@ QString sizeText(std::int64_t bytes) {
     return PreviewFacts::tr("%1 (%2 bytes)").arg(rounded, QLocale().toString(qlonglong{bytes}));
 }
 
-/// A path as one says it, the home folder being "~".
-QString placeText(const URL& folder) {
-    const URL& home = Paths::home();
-    if (folder == home) return QStringLiteral("~");
-    if (folder.isInside(home))
-        return QStringLiteral("~") + displayText(folder.path().substr(home.path().size()));
-    return displayText(folder.path());
-}
-
 QString takenText(const std::string& exif) {
     const QDateTime taken =
         QDateTime::fromString(qstring(exif).left(19), QStringLiteral("yyyy:MM:dd HH:mm:ss"));
@@ -139,7 +130,7 @@ std::vector<PreviewFact> PreviewFacts::lines(const FileItem& item, const Preview
         addSource(out, *facts);
         out.add(tr("Link To"), facts->linkTarget);
     }
-    out.add(tr("Where"), placeText(item.url.parent()));
+    out.add(tr("Where"), displayText(Paths::abbreviate(item.url.parent())));
     return out.lines;
 }
 

@@ -20,7 +20,7 @@ constexpr std::size_t mostLookedAt = 24;
 StartPlace placeOf(const URL& folder) {
     StartPlace place;
     place.location = Location::folder(folder);
-    place.title = displayText(Paths::displayName(folder));
+    place.title = folderText(folder);
     place.detail = displayText(Paths::abbreviate(folder.parent()));
     place.symbol = place.location.symbol();
     return place;

@@ -301,12 +301,16 @@ Completions completions(std::string_view typed, const URL& base, bool includeHid
 std::vector<URL> breadcrumb(const URL& url) {
     std::vector<URL> chain = {url};
     const URL house = home();
-    while (chain.back() != house && !chain.back().isRoot()) chain.push_back(chain.back().parent());
+    const URL bin = trash();
+    while (chain.back() != house && chain.back() != bin && !chain.back().isRoot())
+        chain.push_back(chain.back().parent());
     std::reverse(chain.begin(), chain.end());
     return chain;
 }
 
-std::string displayName(const URL& url) { return DirectoryLister::displayName(url); }
+std::string displayName(const URL& url) {
+    return url == trash() ? "Trash" : DirectoryLister::displayName(url);
+}
 
 std::vector<URL> siblingFolders(const URL& url, bool includeHidden) {
     if (url.isRoot()) return {};

@@ -68,9 +68,9 @@ struct Completions {
 Completions completions(std::string_view typed, const URL& base, bool includeHidden,
                         std::size_t limit);
 
-/// From the first folder shown (home or "/") down to the folder itself.
+/// From the first folder shown (home, the home trash or "/") down to the folder itself.
 std::vector<URL> breadcrumb(const URL& url);
-/// "Home" is not special: the folder's own name; "Computer" for "/".
+/// The folder's own name, of the home folder too; "Computer" for "/", "Trash" for the home trash.
 std::string displayName(const URL& url);
 /// The folders of the same parent, the folder itself among them, in display order. None for "/".
 std::vector<URL> siblingFolders(const URL& url, bool includeHidden);

@@ -232,6 +232,8 @@ TEST_F(PathsTest, breadcrumbsBeginAtHomeOrAtTheRoot) {
                 ElementsAre(home(), home().appending("a"), home().appending("a/b")));
     EXPECT_THAT(Paths::breadcrumb(URL::fromPath("/usr/bin")),
                 ElementsAre(URL(), URL::fromPath("/usr"), URL::fromPath("/usr/bin")));
+    EXPECT_THAT(Paths::breadcrumb(Paths::trash().appending("old")),
+                ElementsAre(Paths::trash(), Paths::trash().appending("old")));
     root.folder("ada/b");
     root.folder("ada/A");
     root.folder("ada/.c");
@@ -239,6 +241,8 @@ TEST_F(PathsTest, breadcrumbsBeginAtHomeOrAtTheRoot) {
     EXPECT_THAT(Paths::siblingFolders(home().appending("b"), false),
                 ElementsAre(home().appending("A"), home().appending("b")));
     EXPECT_EQ(Paths::displayName(URL()), "Computer");
+    EXPECT_EQ(Paths::displayName(Paths::trash()), "Trash");
+    EXPECT_EQ(Paths::displayName(home().appending("files")), "files");
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QToolButton>
 
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/ui/path/CrumbButton.h"
 #include "Tarn/ui/path/PathEdit.h"
@@ -112,10 +113,11 @@ void PathBar::addCrumb(const QString& text, std::string_view symbol, const URL& 
 void PathBar::addFolders(const URL& folder) {
     for (const URL& one : Paths::breadcrumb(folder)) {
         const bool isHome = one == Paths::home();
-        addCrumb(isHome ? tr("Home") : displayText(Paths::displayName(one)),
-                 isHome         ? "house"
-                 : one.isRoot() ? "internaldrive"
-                                : "",
+        addCrumb(isHome ? tr("Home") : folderText(one),
+                 isHome                  ? "house"
+                 : one.isRoot()          ? "internaldrive"
+                 : one == Paths::trash() ? "trash"
+                                         : "",
                  one);
     }
 }
