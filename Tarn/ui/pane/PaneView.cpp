@@ -26,7 +26,7 @@ namespace {
 /// Milliseconds after which typed letters begin a new word.
 constexpr qint64 typingPause = 1000;
 
-constexpr int statusRoom = 2 * Metrics::space16;
+constexpr int statusRoom = 3 * Metrics::space12;
 
 constexpr int bandFillAlpha = 40;
 
@@ -126,19 +126,20 @@ void PaneView::scrollTo(const QModelIndex& index, ScrollHint hint) {
         top = places().headingTop(*heading);
     const int bottom = rect.bottom() + Metrics::space4;
     const int height = viewport()->height();
+    const int clear = std::max(height - statusRoom, bottom - top);
     int value = verticalOffset();
     switch (hint) {
         case EnsureVisible:
             if (top < value)
                 value = top;
-            else if (bottom > value + height)
-                value = bottom - height;
+            else if (bottom > value + clear)
+                value = bottom - clear;
             break;
         case PositionAtTop:
             value = top;
             break;
         case PositionAtBottom:
-            value = bottom - height;
+            value = bottom - clear;
             break;
         case PositionAtCenter:
             value = rect.center().y() - height / 2;
