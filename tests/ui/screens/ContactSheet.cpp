@@ -14,6 +14,7 @@
 #include "Tarn/ui/language/Language.h"
 #include "Tarn/ui/theme/Theme.h"
 #include "tests/ui/screens/LongTexts.h"
+#include "tests/ui/screens/MoreScreens.h"
 #include "tests/ui/screens/Screens.h"
 
 namespace {
@@ -40,12 +41,14 @@ struct Shot {
 
 std::vector<Shot> take(const Options& options) {
     std::vector<Shot> shots;
-    for (const Screen& screen : allScreens()) {
-        const QString name = QString::fromUtf8(screen.name);
-        if (!options.names.isEmpty() && !options.names.contains(name)) continue;
-        Stage stage(screen, options.size);
-        shots.push_back({name, stage.grab(options.scale)});
-        shots.back().picture.setDevicePixelRatio(1);
+    for (const auto screens : {allScreens(), popupScreens()}) {
+        for (const Screen& screen : screens) {
+            const QString name = QString::fromUtf8(screen.name);
+            if (!options.names.isEmpty() && !options.names.contains(name)) continue;
+            Stage stage(screen, options.size);
+            shots.push_back({name, stage.grab(options.scale)});
+            shots.back().picture.setDevicePixelRatio(1);
+        }
     }
     return shots;
 }

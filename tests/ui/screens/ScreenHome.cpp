@@ -20,6 +20,7 @@
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/files/SupportDirectory.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
+#include "TarnCore/platform/memory/MemoryDrives.h"
 #include "TarnCore/platform/memory/MemoryVolumes.h"
 #include "TarnCore/sources/SourceResolver.h"
 #include "TarnCore/tags/TagStore.h"
@@ -165,6 +166,9 @@ Platform services() {
     volumes->setSpace(disk.mountPoint, VolumeSpace{512'000'000'000, 190'000'000'000});
     volumes->setSpace(stick.mountPoint, VolumeSpace{32'000'000'000, 30'500'000'000});
     platform.volumes = volumes;
+    auto drives = std::make_shared<MemoryDrives>(volumes);
+    drives->setServer("sftp://build.example.org", "ada", "-", URL::fromPath("/media/STICK"));
+    platform.drives = drives;
     platform.clock = std::make_shared<FixedClock>(Date::fromUnix(now));
     platform.copying = std::make_shared<WaitingCopy>(platform.copying);
     return platform;

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
+#include <vector>
 
 #include <QtCore/QElapsedTimer>
 #include <QtGui/QPainter>
@@ -24,6 +26,7 @@
 #include "Tarn/ui/window/PaneFrame.h"
 #include "Tarn/ui/window/TabPage.h"
 #include "TarnCore/files/Paths.h"
+#include "tests/ui/screens/MoreScreens.h"
 
 namespace tarn {
 namespace {
@@ -241,7 +244,14 @@ const Screen screens[] = {
 
 }  // namespace
 
-std::span<const Screen> allScreens() { return screens; }
+std::span<const Screen> allScreens() {
+    static const std::vector<Screen> all = [] {
+        std::vector<Screen> every(std::begin(screens), std::end(screens));
+        for (const Screen& screen : rarerScreens()) every.push_back(screen);
+        return every;
+    }();
+    return all;
+}
 
 Stage::Stage(const Screen& screen, QSize size) {
     ScreenHome::reset();
@@ -317,6 +327,8 @@ QImage Stage::grab(double ratio) const {
     QImage image((QSizeF(window_->size()) * ratio).toSize(), QImage::Format_RGB32);
     image.setDevicePixelRatio(ratio);
     window_->render(&image);
+    if (QWidget* popup = QApplication::activePopupWidget())
+        popup->render(&image, popup->pos() - window_->mapToGlobal(QPoint()));
     return image;
 }
 
