@@ -36,7 +36,7 @@ Screen::Screen(const std::string& folder) {
         const std::string number = std::to_string(ends[1]);
         const std::string size = std::to_string(width) + "x" + std::to_string(height) + "x24";
         const int silence = open("/dev/null", O_WRONLY);
-        dup2(silence, STDERR_FILENO);
+        for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) dup2(silence, stream);
         execlp("Xvfb", "Xvfb", "-displayfd", number.c_str(), "-screen", "0", size.c_str(),
                "-nolisten", "tcp", "-noreset", "-fbdir", folder.c_str(), nullptr);
         _exit(127);

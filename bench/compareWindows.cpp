@@ -7,29 +7,24 @@
 // soon as 95 % of these pixels are as they stay.
 #include <algorithm>
 #include <chrono>
-#include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <map>
 #include <optional>
-#include <set>
 #include <sstream>
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
-#include <sys/prctl.h>
-#include <sys/wait.h>
-
-#include <fcntl.h>
 #include <unistd.h>
 
 #include "bench/Bench.h"
+#include "bench/Processes.h"
 #include "bench/Screen.h"
 
 namespace {
@@ -53,19 +48,19 @@ constexpr double almostAll = 0.95;
 
 constexpr double restSeconds = 3;
 
-/// Seconds after which a large folder that is still not there is given up.
+/// Seconds after which a small folder, or a large one, that is still not there is given up, and
+/// those for a window to go when its program has ended.
+constexpr double longestStart = 20;
 constexpr double longest = 60;
+constexpr double longestEnd = 2;
+
+/// So many of the runs look at the program at rest, and at the large folder.
+constexpr int restRuns = 3;
+constexpr int largeRuns = 3;
 
 /// Who uses more of a processor, looked at every so many seconds, is not done.
 constexpr double busy = 0.1;
 constexpr double askEach = 0.5;
-
-long ticksPerSecond() { return sysconf(_SC_CLK_TCK); }
-
-struct Frame {
-    double time;  ///< Seconds since before the fork.
-    Screen::Picture picture;
-};
 
 struct Rest {
     double megabytes = 0;  ///< Proportional (PSS), of the program and what it has started.
@@ -73,8 +68,18 @@ struct Rest {
     double wakeUps = 0;    ///< A second.
 };
 
+/// What has changed on the screen since the frame before.
+struct Frame {
+    double time;  ///< Seconds since before the fork.
+    std::vector<std::pair<std::size_t, std::uint32_t>> pixels;
+};
+
+/// What was seen of one start of a program.
 struct Take {
+    Screen::Picture before;
+    Screen::Picture last;
     std::vector<Frame> frames;
+    bool hasWindow = false;
     bool hasSettled = false;
     Rest rest;
 };
@@ -83,164 +88,82 @@ double secondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-std::string contentOf(const std::string& path) {
-    std::ifstream file(path);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-/// A process and all that it has started, as far as they live.
-std::vector<pid_t> family(pid_t root) {
-    std::multimap<pid_t, pid_t> children;
-    for (const auto& entry : fs::directory_iterator("/proc")) {
-        const pid_t pid = std::atoi(entry.path().filename().c_str());
-        if (pid <= 0) continue;
-        const std::string stat = contentOf(entry.path() / "stat");
-        const std::size_t name = stat.rfind(')');  // which may hold anything
-        if (name == stat.npos) continue;
-        char state;
-        pid_t parent;
-        if (std::sscanf(stat.c_str() + name + 1, " %c %d", &state, &parent) == 2)
-            children.emplace(parent, pid);
-    }
-    std::vector<pid_t> all{root};
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        const auto [begin, end] = children.equal_range(all[i]);
-        for (auto child = begin; child != end; ++child) all.push_back(child->second);
-    }
-    return all;
-}
-
-/// The number behind a word of one of the files of /proc.
-double numberAfter(const std::string& text, const char* word) {
-    const std::size_t at = text.find(word);
-    return at == text.npos ? 0 : std::atof(text.c_str() + at + std::strlen(word));
-}
-
-double proportionalMegabytes(pid_t root) {
-    double kilobytes = 0;
-    for (const pid_t pid : family(root))
-        kilobytes +=
-            numberAfter(contentOf("/proc/" + std::to_string(pid) + "/smaps_rollup"), "\nPss:");
-    return kilobytes * 1024 / 1e6;
-}
-
-struct Use {
-    double ticks = 0;
-    double wakeUps = 0;
-};
-
-Use use(pid_t root) {
-    Use sum;
-    for (const pid_t pid : family(root)) {
-        std::error_code gone;
-        for (const auto& task :
-             fs::directory_iterator("/proc/" + std::to_string(pid) + "/task", gone)) {
-            const std::string stat = contentOf(task.path() / "stat");
-            double user = 0, system = 0;
-            std::sscanf(stat.c_str() + stat.rfind(')') + 1,
-                        " %*c %*d %*d %*d %*d %*d %*u %*u %*u %*u %*u %lf %lf", &user, &system);
-            sum.ticks += user + system;
-            sum.wakeUps +=
-                numberAfter(contentOf(task.path() / "status"), "\nvoluntary_ctxt_switches:");
-        }
-    }
-    return sum;
-}
-
 Rest rest(pid_t root) {
     std::this_thread::sleep_for(std::chrono::duration<double>(restSeconds));
-    const Use before = use(root);
+    const Use before = useOf(root);
     std::this_thread::sleep_for(std::chrono::duration<double>(restSeconds));
-    const Use after = use(root);
-    const double ticks = static_cast<double>(ticksPerSecond()) * restSeconds;
-    return {proportionalMegabytes(root), (after.ticks - before.ticks) / ticks * 100,
+    const Use after = useOf(root);
+    return {megabytesOf(root), (after.processor - before.processor) / restSeconds * 100,
             (after.wakeUps - before.wakeUps) / restSeconds};
 }
 
-void end(pid_t root) {
-    const std::vector<pid_t> all = family(root);
-    kill(root, SIGTERM);
-    const auto start = Clock::now();
-    while (waitpid(root, nullptr, WNOHANG) == 0) {
-        if (secondsSince(start) > 3) kill(root, SIGKILL);
-        std::this_thread::sleep_for(look);
-    }
-    // What it has left behind.
-    for (const pid_t pid : all)
-        if (pid != root) kill(pid, SIGKILL);
-    while (waitpid(-root, nullptr, WNOHANG) > 0) {
-    }
+/// Notes how the screen differs from the last picture; the part of its pixels that do, 0 to 1.
+double note(Take& take, const Screen::Picture& now, double time) {
+    if (now == take.last) return 0;
+    Frame frame{time, {}};
+    for (std::size_t i = 0; i < now.size(); ++i)
+        if (now[i] != take.last[i]) frame.pixels.emplace_back(i, now[i]);
+    const double part = static_cast<double>(frame.pixels.size()) / static_cast<double>(now.size());
+    take.frames.push_back(std::move(frame));
+    take.last = now;
+    return part;
 }
 
 /// Runs a program until its picture has not changed for `quiet` seconds, `limit` at most.
 Take watch(const Screen& screen, const Command& command, double quiet, double limit,
-           bool measuresRest) {
-    std::vector<char*> arguments;
-    for (const std::string& argument : command)
-        arguments.push_back(const_cast<char*>(argument.c_str()));  // execvp does not write to them
-    arguments.push_back(nullptr);
+           bool measuresRest = false) {
     Take take;
-    take.frames.push_back({0, screen.picture()});
+    take.before = take.last = screen.picture();
     Screen::Picture now;
-    const auto start = Clock::now();
-    const pid_t child = fork();
-    if (child < 0) throw std::runtime_error("no process left");
-    if (child == 0) {
-        setenv("DISPLAY", screen.name().c_str(), 1);
-        const int silence = open("/dev/null", O_RDWR);
-        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(silence, stream);
-        execvp(arguments[0], arguments.data());
-        _exit(127);
-    }
-    double lastChange = 0, lastAsked = 0;
-    Use lastUse;
-    bool isThere = false;
-    for (double time = 0; time < limit; time = secondsSince(start)) {
+    const auto begun = Clock::now();
+    const pid_t child = start(command);
+    double lastChange = 0, lastAsked = 0, lastUse = 0;
+    for (double time = 0; time < limit; time = secondsSince(begun)) {
         screen.take(now);
-        if (now != take.frames.back().picture) {
-            if (difference(now, take.frames.back().picture) > smallChange) lastChange = time;
-            take.frames.push_back({time, now});
-            isThere = difference(now, take.frames.front().picture) > smallestWindow;
-        }
+        if (note(take, now, time) > smallChange) lastChange = time;
+        take.hasWindow = take.hasWindow || difference(now, take.before) > smallestWindow;
         // A window that says that it is still loading does not move either.
         if (time - lastAsked > askEach) {
-            const Use used = use(child);
-            if (used.ticks - lastUse.ticks > busy * askEach * static_cast<double>(ticksPerSecond()))
-                lastChange = std::max(lastChange, lastAsked);
-            lastUse = used;
+            if (hasEnded(child)) break;
+            const double use = useOf(child).processor;
+            if (use - lastUse > busy * askEach) lastChange = std::max(lastChange, lastAsked);
+            lastUse = use;
             lastAsked = time;
         }
-        if (isThere && time - lastChange > quiet) {
-            take.hasSettled = true;
-            break;
-        }
+        take.hasSettled = take.hasWindow && time - lastChange > quiet;
+        if (take.hasSettled) break;
         std::this_thread::sleep_for(time < laterAfter ? look : laterLook);
     }
     if (measuresRest) take.rest = rest(child);
     end(child);
     // The display must be empty again for the next one.
-    for (int i = 0; i < 500 && difference(screen.picture(), take.frames.front().picture) > 0; ++i)
+    const auto ended = Clock::now();
+    while (difference(screen.picture(), take.before) > 0 && secondsSince(ended) < longestEnd)
         std::this_thread::sleep_for(look);
     return take;
 }
 
-/// When the listing was there: `without` is the same window without it.
-double listingTime(const Take& take, const Screen::Picture& without) {
-    const Screen::Picture& last = take.frames.back().picture;
-    std::vector<std::size_t> listing;
-    for (std::size_t i = 0; i < last.size(); ++i)
-        if (last[i] != without[i]) listing.push_back(i);
-    if (listing.empty()) return 0;
-    for (const Frame& frame : take.frames) {
-        const auto there = std::count_if(listing.begin(), listing.end(), [&](std::size_t i) {
-            return frame.picture[i] == last[i];
-        });
-        if (static_cast<double>(there) >= almostAll * static_cast<double>(listing.size()))
-            return frame.time;
+/// When the listing was there; absent when there is none. `without` is the same window without it.
+std::optional<double> listingTime(const Take& take, const Screen::Picture& without) {
+    const auto isListing = [&](std::size_t i) { return take.last[i] != without[i]; };
+    std::size_t all = 0, there = 0;
+    for (std::size_t i = 0; i < take.last.size(); ++i) {
+        all += isListing(i);
+        there += isListing(i) && take.before[i] == take.last[i];
     }
-    return take.frames.back().time;
+    if (all == 0 || !take.hasWindow) return std::nullopt;
+    Screen::Picture now = take.before;
+    for (const Frame& frame : take.frames) {
+        for (const auto& [i, pixel] : frame.pixels) {
+            if (isListing(i)) {
+                there += pixel == take.last[i];
+                there -= now[i] == take.last[i];
+            }
+            now[i] = pixel;
+        }
+        if (static_cast<double>(there) >= almostAll * static_cast<double>(all)) return frame.time;
+    }
+    return std::nullopt;
 }
 
 /// A small home: what people see most often.
@@ -263,44 +186,67 @@ struct Program {
 struct Figures {
     std::vector<double> start, megabytes, processor, wakeUps, large;
     bool largeHasEnded = true;
+    Screen::Picture without;  ///< The window on an empty folder.
 };
 
+/// How far the measurements are, for whoever waits for them.
+void tell(const Program& program, const char* what, int run, int runs,
+          const std::optional<double>& seconds) {
+    std::fprintf(stderr, "%s, %s, %d of %d: ", program.name.c_str(), what, run + 1, runs);
+    if (seconds)
+        std::fprintf(stderr, "%.0f ms\n", *seconds * 1e3);
+    else
+        std::fputs("no listing\n", stderr);
+}
+
+/// Programs of which there is nothing to see are taken out of `programs`; that must not be ours,
+/// the first.
 void measure(const Screen& screen, const std::string& folder, const std::string& flat, int runs,
-             const std::vector<Program>& programs, std::map<std::string, Figures>& figures) {
+             std::vector<Program>& programs, std::map<std::string, Figures>& figures) {
     const std::string home = folder + "/root/Home", empty = folder + "/empty";
     const auto on = [](const Program& program, const std::string& place) {
         Command command = program.command;
         command.push_back(place);
         return command;
     };
-    std::map<std::string, Screen::Picture> without;
-    for (const Program& program : programs) {
+    const auto leaveOut = [&](const Program& program) {
+        if (program.name == programs.front().name)
+            throw std::runtime_error(program.name + " shows nothing of its folder.");
+        std::printf("%s shows nothing of its folder and is left out.\n", program.name.c_str());
+        std::erase_if(programs, [name = program.name](const Program& p) { return p.name == name; });
+    };
+    for (const Program& program : std::vector(programs)) {
         // Twice: the first start of all makes settings and caches.
-        watch(screen, on(program, home), 1.5, 20, false);
-        without[program.name] =
-            watch(screen, on(program, empty), 1.5, 20, false).frames.back().picture;
+        watch(screen, on(program, home), 1.5, longestStart);
+        figures[program.name].without = watch(screen, on(program, empty), 1.5, longestStart).last;
     }
     for (int run = 0; run < runs; ++run) {
-        for (const Program& program : programs) {
+        for (const Program& program : std::vector(programs)) {
             Figures& all = figures[program.name];
-            const bool measuresRest = run < 3;
-            const Take take = watch(screen, on(program, home), 1, 20, measuresRest);
-            all.start.push_back(listingTime(take, without[program.name]));
-            if (all.start.back() == 0)
-                throw std::runtime_error(program.name + " shows nothing of its folder.");
+            const bool measuresRest = run < restRuns;
+            const Take take = watch(screen, on(program, home), 1, longestStart, measuresRest);
+            const auto time = listingTime(take, all.without);
+            tell(program, "a small folder", run, runs, time);
+            if (!time) {
+                leaveOut(program);
+                continue;
+            }
+            all.start.push_back(*time);
             if (!measuresRest) continue;
             all.megabytes.push_back(take.rest.megabytes);
             all.processor.push_back(take.rest.processor);
             all.wakeUps.push_back(take.rest.wakeUps);
         }
     }
-    for (int run = 0; run < std::min(runs, 3); ++run) {
-        for (const Program& program : programs) {
+    for (int run = 0; run < std::min(runs, largeRuns); ++run) {
+        for (const Program& program : std::vector(programs)) {
             Figures& all = figures[program.name];
             if (!all.largeHasEnded) continue;
-            const Take take = watch(screen, on(program, flat), 3, longest, false);
-            all.large.push_back(listingTime(take, without[program.name]));
-            all.largeHasEnded = take.hasSettled;
+            const Take take = watch(screen, on(program, flat), 3, longest);
+            const auto time = listingTime(take, all.without);
+            tell(program, "a large one", run, std::min(runs, largeRuns), time);
+            all.largeHasEnded = take.hasSettled && time;
+            all.large.push_back(time.value_or(longest));
         }
     }
 }
@@ -352,13 +298,17 @@ int main(int argc, char** argv) {
         makeHome(folder + "/root/Home");
         fs::create_directories(folder + "/empty");
         fs::create_directories(folder + "/screen");
+        fs::create_directories(folder + "/run");
+        fs::permissions(folder + "/run", fs::perms::owner_all);
         setenv("HOME", (folder + "/root/Home").c_str(), 1);
         setenv("TARN_ISOLATED_ROOT", (folder + "/root").c_str(), 1);
+        setenv("XDG_RUNTIME_DIR", (folder + "/run").c_str(), 1);
+        setenv("GVFS_DISABLE_FUSE", "1", 1);  // A mount in DIR would be there when DIR is removed.
         for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME",
                                      "XDG_STATE_HOME", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
             unsetenv(variable);
-        // What programs have started and left behind is still found.
-        prctl(PR_SET_CHILD_SUBREAPER, 1);
+        // Services of the desktop run between the starts of a program, and end with the household.
+        Household household;
         std::vector<Program> programs{{"tarn", {argv[1]}, true}};
         for (const Program& peer :
              {Program{"pcmanfm-qt", {"pcmanfm-qt"}, true}, Program{"thunar", {"thunar"}, false},
@@ -369,6 +319,8 @@ int main(int argc, char** argv) {
                 std::printf("%s is not installed.\n", peer.name.c_str());
         }
         const Screen screen(folder + "/screen");
+        setenv("DISPLAY", screen.name().c_str(), 1);
+        household.startMessageBus();
         std::map<std::string, Figures> figures;
         measure(screen, folder, fs::absolute(argv[3]), runs, programs, figures);
         print(programs, figures);
