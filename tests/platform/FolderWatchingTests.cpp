@@ -1,6 +1,8 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
+#include <filesystem>
+#include <functional>
 #include <mutex>
 #include <set>
 
@@ -77,6 +79,9 @@ private:
     std::set<std::string> all_;
 };
 
+/// Nothing is noticed by looking again and again.
+constexpr InotifyWatching::Limits neverLooking{.folders = 0, .pollInterval = 1e6};
+
 class Watching : public testing::Test {
 protected:
     void watch(const URL& root, WatchDepth depth, InotifyWatching::Limits limits = {}) {
@@ -138,7 +143,7 @@ TEST_F(Watching, tellsWhatHappensBelowFoldersThatWereThereAndThatCome) {
 
 TEST_F(Watching, tellsWhenTheFolderItselfGoesAndWhenItIsBack) {
     folder_.folder("root");
-    watch(folder_ / "root", WatchDepth::tree, {.folders = 0, .pollInterval = 0.02});
+    watch(folder_ / "root", WatchDepth::tree, neverLooking);
     remove("root");
     EXPECT_TRUE(told_.waitFor(folder_ / "root"));
     told_.clear();
@@ -149,6 +154,65 @@ TEST_F(Watching, tellsWhenTheFolderItselfGoesAndWhenItIsBack) {
     told_.clear();
     rename("root", "elsewhere");
     EXPECT_TRUE(told_.waitFor(folder_ / "root"));
+}
+
+TEST_F(Watching, waitsForAFolderThatIsNotThereWithoutLooking) {
+    const struct {
+        const char* claim;
+        std::function<void()> come;
+    } cases[] = {
+        {"one level after the other", [&] { folder_.folder("new/\xff/deep"); }},
+        {"from elsewhere, whole",
+         [&] {
+             folder_.folder("made/\xff/deep");
+             rename("made", "new");
+         }},
+        {"after a part of the way came and went",
+         [&] {
+             folder_.folder("new/\xff");
+             rename("new", "old");
+             folder_.folder("new/\xff/deep");
+         }},
+        {"where a file was",
+         [&] {
+             folder_.file("new", "not a folder");
+             remove("new");
+             folder_.folder("new/\xff/deep");
+         }},
+    };
+    for (const auto& [claim, come] : cases) {
+        SCOPED_TRACE(claim);
+        watch(folder_ / "new/\xff/deep", WatchDepth::tree, neverLooking);
+        folder_.file("other", "of no interest");
+        told_.clear();
+        come();
+        EXPECT_TRUE(told_.waitFor(folder_ / "new/\xff/deep"));
+        folder_.file("new/\xff/deep/file");
+        EXPECT_TRUE(told_.waitFor(folder_ / "new/\xff/deep/file"));
+        watch_.reset();
+        std::filesystem::remove_all((folder_ / "new").path());
+        std::filesystem::remove_all((folder_ / "old").path());
+    }
+}
+
+TEST_F(Watching, waitsBelowAFolderThatIsRenamedAndReplaced) {
+    folder_.folder("a/b");
+    watch(folder_ / "a/b/c", WatchDepth::children, neverLooking);
+    rename("a", "z");
+    folder_.folder("z/b/c");
+    folder_.folder("a/b/c");
+    EXPECT_TRUE(told_.waitFor(folder_ / "a/b/c"));
+    told_.clear();
+    folder_.file("a/b/c/file");
+    EXPECT_TRUE(told_.waitFor(folder_ / "a/b/c/file"));
+}
+
+TEST_F(Watching, looksForAFolderBehindALinkToNothing) {
+    folder_.folder("real");
+    ASSERT_EQ(symlink("real/later", (folder_ / "link").c_str()), 0);
+    watch(folder_ / "link/inner", WatchDepth::children, {.folders = 0, .pollInterval = 0.02});
+    folder_.folder("real/later/inner");
+    EXPECT_TRUE(told_.waitFor(folder_ / "link/inner"));
 }
 
 TEST_F(Watching, tellsTheRootWhenWatchesRunOutAndLooksInstead) {

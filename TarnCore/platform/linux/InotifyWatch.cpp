@@ -71,8 +71,8 @@ InotifyWatch::InotifyWatch(const std::vector<URL>& folders, const Options& optio
         const Mount* mount = mountHolding(mounts, root);
         if (mount && mount->isNetwork)
             networkRoots_.push_back(root.path());
-        else if (!addWatch(root.path()))
-            lookInstead(root.path());
+        else
+            follow(root.path());
     }
     nextLook_ = seconds(CLOCK_MONOTONIC) + options_.pollInterval;
     thread_.run([this] { run(); });
@@ -92,6 +92,7 @@ void InotifyWatch::run() {
     if (options_.depth == WatchDepth::tree)
         for (const std::string& root : roots_) addTree(root, false);
     while (!isStopping_) {
+        takeArrived();
         double now = seconds(CLOCK_MONOTONIC);
         tell(now);
         double wait = std::max(0.0, nextLook_ - now);
@@ -101,11 +102,16 @@ void InotifyWatch::run() {
             hasDeadline = true;
         }
         // poll() leaves out descriptors that are -1.
-        std::array<pollfd, 2> waiting = {{{inotify_.get(), POLLIN, 0}, {stop_.get(), POLLIN, 0}}};
+        std::array<pollfd, 4> waiting = {{{inotify_.get(), POLLIN, 0},
+                                          {stop_.get(), POLLIN, 0},
+                                          {missing_.events(), POLLIN, 0},
+                                          {missing_.mounts(), POLLPRI, 0}}};
         const int timeout = hasDeadline ? static_cast<int>(std::ceil(wait * 1000)) : -1;
         if (poll(waiting.data(), waiting.size(), timeout) < 0 && errno != EINTR) return;
         if (isStopping_) return;
         if (waiting[0].revents != 0) readEvents();
+        if (waiting[2].revents != 0) missing_.read(false);
+        if (waiting[3].revents != 0) missing_.read(true);
         now = seconds(CLOCK_MONOTONIC);
         if (!polled_.empty() && now >= nextLook_) {
             lookAtPolled();
@@ -155,7 +161,7 @@ void InotifyWatch::handle(const inotify_event& event) {
         if (current == watchOf_.end() || current->second != event.wd) return;
         watchOf_.erase(current);
         // Its name may be used again.
-        if (isRoot(folder)) lookInstead(folder);
+        if (isRoot(folder)) missing_.add(folder);
         return;
     }
     if (event.len == 0) {
@@ -193,6 +199,34 @@ bool InotifyWatch::addWatch(const std::string& path) {
     watched_[id] = path;
     watchOf_[path] = id;
     return true;
+}
+
+void InotifyWatch::follow(const std::string& root) {
+    if (addWatch(root)) return;
+    if (inotify_ && (errno == ENOENT || errno == ENOTDIR))
+        missing_.add(root);
+    else
+        lookInstead(root);
+}
+
+void InotifyWatch::takeArrived() {
+    for (;;) {
+        const MissingFolders::Answer answer = missing_.take();
+        for (const std::string& root : answer.unknown) lookInstead(root);
+        if (answer.arrived.empty() || isStopping_) return;
+        const auto mounts = currentMounts();
+        for (const std::string& root : answer.arrived) {
+            const Mount* mount = mountHolding(mounts, URL::fromPath(root));
+            if (mount && mount->isNetwork) {
+                networkRoots_.push_back(root);
+                lookInstead(root);
+            } else {
+                follow(root);
+            }
+            burst_.add(root);
+            if (options_.depth == WatchDepth::tree) addTree(root, false);
+        }
+    }
 }
 
 void InotifyWatch::lookInstead(const std::string& path) {
@@ -260,7 +294,7 @@ void InotifyWatch::forgetTree(const std::string& path) {
         it = watchOf_.erase(it);
     }
     std::erase_if(polled_, [&](const auto& entry) { return isInside(entry.first, path); });
-    if (isRoot(path)) lookInstead(path);
+    if (isRoot(path)) missing_.add(path);
 }
 
 void InotifyWatch::lookAtPolled() {

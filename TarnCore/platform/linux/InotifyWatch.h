@@ -11,10 +11,11 @@
 #include <unordered_set>
 #include <vector>
 
+#include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/SerialQueue.h"
 #include "TarnCore/platform/FolderWatching.h"
 #include "TarnCore/platform/linux/ChangeBurst.h"
-#include "TarnCore/base/FileDescriptor.h"
+#include "TarnCore/platform/linux/MissingFolders.h"
 
 struct inotify_event;
 
@@ -59,7 +60,10 @@ private:
     void readEvents();
     void handle(const inotify_event& event);
     void lookAtPolled();
+    void takeArrived();
 
+    /// Watches a root, or finds out otherwise when something happens to it.
+    void follow(const std::string& root);
     /// False with errno when the kernel grants none.
     bool addWatch(const std::string& path);
     /// Watches every folder below `path`. With `isNew`, what is found there is told; otherwise
@@ -76,6 +80,7 @@ private:
     std::shared_ptr<Listener> listener_;
     std::vector<std::string> roots_;
     std::vector<std::string> networkRoots_;
+    MissingFolders missing_;  ///< Roots that are not there.
     /// Mounts that are never entered: pseudo file systems and networks.
     std::unordered_set<std::string> skipped_;
     FileDescriptor inotify_;

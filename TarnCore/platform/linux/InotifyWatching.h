@@ -9,8 +9,9 @@ namespace tarn {
 /// inotify, with one instance and one thread for every watch.
 ///
 /// Folders on a network are not watched but looked at, because the kernel does not hear of what
-/// other machines do. So are folders for which the kernel grants no watch, and roots that are
-/// missing, until they come back. Whatever is looked at tells changes of names, not of contents.
+/// other machines do. So are folders for which the kernel grants no watch. Whatever is looked at
+/// tells changes of names, not of contents. Roots that are missing are watched as soon as they
+/// come (MissingFolders).
 class InotifyWatching final : public FolderWatching {
 public:
     struct Limits {
