@@ -25,6 +25,7 @@
 #include "Tarn/ui/settings/HotKeyField.h"
 #include "Tarn/ui/settings/SearchSection.h"
 #include "tests/ui/Shown.h"
+#include "tests/ui/XServer.h"
 
 namespace tarn {
 namespace {
@@ -230,11 +231,8 @@ TEST(QuickSearchKey, withoutABusNothingGivesKeys) {
 class XKeyGrabTest : public testing::Test {
 protected:
     void SetUp() override {
-        server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-nolisten"_s, u"tcp"_s});
-        if (!server.waitForStarted()) GTEST_SKIP() << "there is no Xvfb here";
-        ASSERT_TRUE(server.waitForReadyRead(10'000));
-        display = u":"_s + QString::fromUtf8(server.readLine()).trimmed();
-        connection = xcb_connect(display.toUtf8().constData(), nullptr);
+        if (!server.start()) GTEST_SKIP() << "there is no Xvfb here";
+        connection = server.connect();
         ASSERT_EQ(xcb_connection_has_error(connection), 0);
         reader = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection),
                                                    QSocketNotifier::Read);
@@ -247,8 +245,6 @@ protected:
         grab.reset();
         reader.reset();
         if (connection) xcb_disconnect(connection);
-        server.kill();
-        server.waitForFinished();
     }
     void readEvents() {
         while (xcb_generic_event_t* event = xcb_poll_for_event(connection)) {
@@ -257,16 +253,7 @@ protected:
             std::free(event);
         }
     }
-    bool runs(QStringList words) {
-        QProcess process;
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"DISPLAY"_s, display);
-        process.setProcessEnvironment(environment);
-        const QString program = words.takeFirst();
-        process.start(program, words);
-        return process.waitForFinished(10'000) && process.exitStatus() == QProcess::NormalExit &&
-               process.exitCode() == 0;
-    }
+    bool runs(QStringList words) const { return server.runs(std::move(words)); }
     /// Whether pressing these is told, once.
     bool tells(const char* keys) {
         presses = 0;
@@ -279,8 +266,7 @@ protected:
         return presses == 1;
     }
 
-    QProcess server;
-    QString display;
+    XServer server;
     xcb_connection_t* connection = nullptr;
     std::unique_ptr<QSocketNotifier> reader;
     std::unique_ptr<XKeyGrab> grab;
@@ -306,7 +292,7 @@ TEST_F(XKeyGrabTest, hearsItsKeysWhateverIsLocked) {
 }
 
 TEST_F(XKeyGrabTest, saysWhoHasTheKeysAlready) {
-    xcb_connection_t* other = xcb_connect(display.toUtf8().constData(), nullptr);
+    xcb_connection_t* other = server.connect();
     {
         XKeyGrab first(other);
         ASSERT_EQ(first.grab(HotKey()), XKeyGrab::Outcome::grabbed);

@@ -3,6 +3,7 @@
 #include <QtGui/QKeyEvent>
 
 #include "Tarn/ui/menus/KeyText.h"
+#include "Tarn/ui/settings/KeyboardLayout.h"
 
 namespace tarn {
 
@@ -17,12 +18,16 @@ std::optional<HotKey> HotKeyField::fromKeys(const QKeyEvent& event) {
     QString name = QKeySequence(event.key()).toString(QKeySequence::PortableText);
     if (event.key() == Qt::Key_Enter) name = QStringLiteral("Return");
     if (event.key() == Qt::Key_Backtab) name = QStringLiteral("Tab");
-    if (event.modifiers() & Qt::ShiftModifier) name = withoutShift(name);
     std::uint32_t held = 0;
     if (event.modifiers() & Qt::ControlModifier) held |= HotKey::control;
     if (event.modifiers() & Qt::AltModifier) held |= HotKey::alt;
     if (event.modifiers() & Qt::ShiftModifier) held |= HotKey::shift;
     if (event.modifiers() & Qt::MetaModifier) held |= HotKey::super;
+    if (event.modifiers() & Qt::ShiftModifier) {
+        const char32_t plain = KeyboardLayout::withoutShift(event).value_or(0);
+        const QString own = QString::fromUcs4(&plain, 1).toUpper();
+        if (const auto key = HotKey::named(own.toStdString(), held)) return key;
+    }
     return HotKey::named(name.toStdString(), held);
 }
 

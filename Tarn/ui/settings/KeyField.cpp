@@ -1,11 +1,7 @@
 #include "Tarn/ui/settings/KeyField.h"
 
 #include <algorithm>
-#include <string>
 
-#include <QtCore/QLocale>
-#include <QtGui/QGuiApplication>
-#include <QtGui/QInputMethod>
 #include <QtGui/QKeyEvent>
 
 #include "Tarn/ui/menus/KeyText.h"
@@ -15,9 +11,11 @@
 namespace tarn {
 namespace {
 
-/// What Shift makes of the keys of the American keyboard, and the keys.
-constexpr std::string_view shifted = "~!@#$%^&*()_+{}|:\"<>?";
-constexpr std::string_view plain = "`1234567890-=[]\\;',./";
+bool isModifier(int key) {
+    return key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt ||
+           key == Qt::Key_Meta || key == Qt::Key_AltGr || key == Qt::Key_Super_L ||
+           key == Qt::Key_Super_R || key == Qt::Key_CapsLock;
+}
 
 }  // namespace
 
@@ -30,21 +28,6 @@ KeyField::KeyField(QWidget* parent) : QPushButton(parent) {
         else
             begin();
     });
-}
-
-QString KeyField::withoutShift(const QString& character) {
-    const QLocale keyboard = QGuiApplication::inputMethod()->locale();
-    if (keyboard.language() != QLocale::English || keyboard.territory() != QLocale::UnitedStates)
-        return character;
-    const std::string text = character.toStdString();
-    const std::size_t at = text.size() == 1 ? shifted.find(text[0]) : shifted.npos;
-    return at == shifted.npos ? character : QString(QLatin1Char(plain[at]));
-}
-
-bool KeyField::isModifier(int key) {
-    return key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt ||
-           key == Qt::Key_Meta || key == Qt::Key_AltGr || key == Qt::Key_Super_L ||
-           key == Qt::Key_Super_R || key == Qt::Key_CapsLock;
 }
 
 QSize KeyField::sizeHint() const {

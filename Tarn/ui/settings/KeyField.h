@@ -33,12 +33,6 @@ protected:
     /// After the keys have changed. The constructor of a field ends with it.
     void showKeys();
 
-    static bool isModifier(int key);
-    /// Keys are named without Shift, and Qt tells the character that Shift makes. Which key it is
-    /// on depends on the keyboard: it is known for the American one. Elsewhere the character itself
-    /// stands, which the same keys give again.
-    static QString withoutShift(const QString& character);
-
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;

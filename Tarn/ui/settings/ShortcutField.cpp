@@ -7,18 +7,14 @@
 #include "Tarn/commands/CommandRegistry.h"
 #include "Tarn/model/records/Shortcuts.h"
 #include "Tarn/ui/menus/KeyText.h"
+#include "Tarn/ui/settings/KeyboardLayout.h"
 
 namespace tarn {
+namespace {
 
-ShortcutField::ShortcutField(QWidget* parent) : KeyField(parent) { showKeys(); }
-
-void ShortcutField::setShortcut(const std::optional<Shortcut>& shortcut) {
-    shortcut_ = shortcut;
-    showKeys();
-}
-
-std::string ShortcutField::keyName(const QKeyEvent& event) {
-    switch (event.key()) {
+/// Of a key that has one instead of a character; empty for all others.
+std::string nameOf(int key) {
+    switch (key) {
         case Qt::Key_Up:
             return "up";
         case Qt::Key_Down:
@@ -31,24 +27,37 @@ std::string ShortcutField::keyName(const QKeyEvent& event) {
         case Qt::Key_Backspace:
             return "delete";
         default:
-            break;
+            return {};
     }
-    // Characters have the number that Unicode gives them; other keys lie above.
-    if (event.key() <= 0x20 || event.key() >= 0x01000000) return {};
-    const char32_t unicode = static_cast<char32_t>(event.key());
-    QString character = QString::fromUcs4(&unicode, 1).toLower();
-    if (event.modifiers() & Qt::ShiftModifier) character = withoutShift(character);
-    return character.toStdString();
+}
+
+}  // namespace
+
+ShortcutField::ShortcutField(QWidget* parent) : KeyField(parent) { showKeys(); }
+
+void ShortcutField::setShortcut(const std::optional<Shortcut>& shortcut) {
+    shortcut_ = shortcut;
+    showKeys();
 }
 
 std::optional<Shortcut> ShortcutField::fromKeys(const QKeyEvent& event) {
-    if (isModifier(event.key())) return std::nullopt;
     Shortcut shortcut;
-    shortcut.key = keyName(event);
     shortcut.command = event.modifiers() & Qt::ControlModifier;
     shortcut.control = event.modifiers() & Qt::MetaModifier;
     shortcut.option = event.modifiers() & Qt::AltModifier;
     shortcut.shift = event.modifiers() & Qt::ShiftModifier;
+    shortcut.key = nameOf(event.key());
+    if (shortcut.key.empty()) {
+        // Characters have the number that Unicode gives them; other keys lie above.
+        if (event.key() <= 0x20 || event.key() >= 0x01000000) return std::nullopt;
+        auto character = static_cast<char32_t>(event.key());
+        if (shortcut.shift && !QChar::isLetter(character)) {
+            const auto plain = KeyboardLayout::withoutShift(event);
+            character = plain.value_or(character);
+            shortcut.shift = plain.has_value();
+        }
+        shortcut.key = QString::fromUcs4(&character, 1).toLower().toStdString();
+    }
     if (!Shortcuts::isKey(shortcut.key)) return std::nullopt;
     return shortcut;
 }

@@ -17,7 +17,8 @@ public:
     void setShortcut(const std::optional<Shortcut>& shortcut);
 
     /// What a person would have to press, as a shortcut; absent for a modifier alone, or for a key
-    /// that no shortcut can have.
+    /// that no shortcut can have. A key is named by the character that it gives without Shift.
+    /// Where that cannot be known, the character that came stands alone: Shift is part of it.
     static std::optional<Shortcut> fromKeys(const QKeyEvent& event);
 
 signals:
@@ -31,8 +32,6 @@ protected:
     void takeAway() override { emit cleared(); }
 
 private:
-    static std::string keyName(const QKeyEvent& event);
-
     std::optional<Shortcut> shortcut_;
 };
 
