@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <utility>
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/ArchiveListing.h"
@@ -214,6 +215,12 @@ void PaneModel::setViewMode(ViewMode mode) {
     savePrefs();
     emit viewModeChanged();
     if (!tree_.isEmpty() && !applyingPrefs_) arrange();
+}
+
+void PaneModel::restoreViewMode(ViewMode mode) {
+    const bool wasApplying = std::exchange(applyingPrefs_, true);
+    setViewMode(mode);
+    applyingPrefs_ = wasApplying;
 }
 
 void PaneModel::setIconSize(double size) {

@@ -107,6 +107,8 @@ public:
 
     ViewMode viewMode() const { return viewMode_; }
     void setViewMode(ViewMode mode);
+    /// Shows the place so without making that the folder's own view.
+    void restoreViewMode(ViewMode mode);
     double iconSize() const { return iconSize_; }
     void setIconSize(double size);
     /// The columns of lists, which all panes share.

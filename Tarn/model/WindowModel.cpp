@@ -42,11 +42,12 @@ WindowModel::~WindowModel() { app_.windowClosed(this); }
 void WindowModel::addPane(const Location& location, std::optional<ViewMode> viewMode) {
     auto pane = std::make_unique<PaneModel>(app_, showHidden_);
     pane->navigate(location, false);
-    if (viewMode) pane->setViewMode(*viewMode);
+    if (viewMode) pane->restoreViewMode(*viewMode);
     connect(pane.get(), &PaneModel::locationChanged, this, [this] {
         updateTitle();
         app_.saveSession();
     });
+    connect(pane.get(), &PaneModel::viewModeChanged, &app_, &AppModel::saveSession);
     panes_.push_back(std::move(pane));
 }
 
@@ -79,14 +80,15 @@ PaneModel* WindowModel::otherPane() {
     return isSplit() ? panes_[static_cast<std::size_t>(1 - activeIndex_)].get() : nullptr;
 }
 
-void WindowModel::set(bool& flag, bool value, void (WindowModel::*changed)()) {
-    if (flag == value) return;
+bool WindowModel::set(bool& flag, bool value, void (WindowModel::*changed)()) {
+    if (flag == value) return false;
     flag = value;
     emit(this->*changed)();
+    return true;
 }
 
 void WindowModel::setShowsInspector(bool shows) {
-    set(showsInspector_, shows, &WindowModel::showsInspectorChanged);
+    if (set(showsInspector_, shows, &WindowModel::showsInspectorChanged)) app_.saveSession();
 }
 
 void WindowModel::setShowsPalette(bool shows) {
@@ -109,7 +111,7 @@ void WindowModel::setShowHidden(bool show) {
 }
 
 void WindowModel::setSidebarVisible(bool visible) {
-    set(sidebarVisible_, visible, &WindowModel::sidebarVisibleChanged);
+    if (set(sidebarVisible_, visible, &WindowModel::sidebarVisibleChanged)) app_.saveSession();
 }
 
 void WindowModel::showToast(Toast toast) {

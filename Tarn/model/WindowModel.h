@@ -122,7 +122,8 @@ signals:
 private:
     void addPane(const Location& location, std::optional<ViewMode> viewMode);
     void updateTitle();
-    void set(bool& flag, bool value, void (WindowModel::*changed)());
+    /// False when it was so already.
+    bool set(bool& flag, bool value, void (WindowModel::*changed)());
 
     AppModel& app_;
     TabGroup* group_ = nullptr;

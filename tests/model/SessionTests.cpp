@@ -88,6 +88,31 @@ TEST_F(SessionTest, theSessionFollowsEveryChange) {
     EXPECT_EQ(session(), "cd");
 }
 
+TEST_F(SessionTest, theSessionHasHowItsPlacesAreShown) {
+    auto group = std::make_unique<TabGroup>(app, std::vector{at("a")});
+    const auto stored = [this] { return app.storedSession().windows[0][0]; };
+    group->tab(0).active().setViewMode(ViewMode::list);
+    EXPECT_EQ(stored().panes[0].viewMode, ViewMode::list);
+    group->tab(0).setShowsInspector(true);
+    EXPECT_TRUE(stored().showInspector);
+    group->tab(0).setSidebarVisible(false);
+    EXPECT_FALSE(stored().showSidebar);
+    const WindowSnapshot shown = group->tab(0).snapshot();
+    group.reset();
+    EXPECT_EQ(stored(), shown);
+}
+
+TEST_F(SessionTest, aSnapshotIsNotTheFoldersOwnView) {
+    WindowSnapshot snapshot = at("a");
+    snapshot.panes[0].viewMode = ViewMode::list;
+    WindowModel window(app, snapshot);
+    EXPECT_EQ(window.active().viewMode(), ViewMode::list);
+    EXPECT_FALSE(app.viewPrefs(folder / "a"));
+    window.active().setIconSize(128);
+    ASSERT_TRUE(app.viewPrefs(folder / "a"));
+    EXPECT_EQ(app.viewPrefs(folder / "a")->viewMode, ViewMode::list);
+}
+
 TEST_F(SessionTest, windowsThatCloseTogetherStayInTheSession) {
     auto first = std::make_unique<TabGroup>(app, std::vector{at("a"), at("b")});
     auto second = std::make_unique<TabGroup>(app, std::vector{at("c")});
