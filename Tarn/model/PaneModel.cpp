@@ -63,6 +63,7 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
             [this, view = app.settings().defaultView,
              foldersFirst = app.settings().foldersFirst]() mutable {
                 const AppSettings& now = app_.settings();
+                if (!isScopeChosen_) changeScope(now.defaultSearchScope);
                 const bool isOwn = location_.isFolder() && app_.viewPrefs(location_.url);
                 const bool changesView = !isOwn && now.defaultView != view;
                 const bool changesOrder = !isOwn && now.foldersFirst != foldersFirst;

@@ -169,6 +169,7 @@ public:
     void setSearchText(const std::string& text);
     /// Back to the place itself, read afresh when `reload` is set.
     void clearSearch(bool reload);
+    /// It is that of the settings until then.
     void setScope(SearchScopeSetting scope);
     /// Searches without that part of what was understood.
     void removeChip(ChipCategory category);
@@ -209,6 +210,7 @@ private:
     void relist();
     void applyPrefs();
     void savePrefs();
+    void changeScope(SearchScopeSetting scope);
     /// Hands the order on to whatever is shown.
     void orderChanged();
     void load();
@@ -310,6 +312,7 @@ private:
     std::optional<SearchQuery> query_;
     std::vector<SearchChip> removedChips_;
     SearchScopeSetting searchScope_;
+    bool isScopeChosen_ = false;  ///< Here; otherwise it is that of the settings.
     bool showsResults_ = false;
     bool isRanked_ = true;
     QTimer searchTimer_;

@@ -78,6 +78,11 @@ void PaneModel::removeChip(ChipCategory category) {
 }
 
 void PaneModel::setScope(SearchScopeSetting scope) {
+    isScopeChosen_ = true;
+    changeScope(scope);
+}
+
+void PaneModel::changeScope(SearchScopeSetting scope) {
     if (scope == searchScope_) return;
     searchScope_ = scope;
     emit searchChanged();

@@ -71,7 +71,11 @@ TEST_F(PaneModelTest, followsTheSettingsWhereNothingElseWasChosen) {
     AppSettings settings = before;
     settings.defaultView = before.defaultView == ViewMode::grid ? ViewMode::list : ViewMode::grid;
     settings.foldersFirst = false;
+    settings.defaultSearchScope = SearchScopeSetting::thisMac;
+    pane.setScope(SearchScopeSetting::home);
     app.setSettings(settings);
+    EXPECT_EQ(other.searchScope(), SearchScopeSetting::thisMac);
+    EXPECT_EQ(pane.searchScope(), SearchScopeSetting::home) << "chosen there";
     EXPECT_EQ(other.viewMode(), settings.defaultView);
     EXPECT_NE(pane.viewMode(), settings.defaultView) << "has its own";
     waitFor([&other] { return other.items().rows()->items().front().name == "a.txt"; });

@@ -1,12 +1,11 @@
 #include <algorithm>
 #include <string>
 
-#include <unistd.h>
-
 #include <QtGui/QClipboard>
 #include <QtTest/QTest>
 #include <QtWidgets/QToolButton>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/PaneModel.h"
@@ -83,6 +82,22 @@ TEST_F(InspectorTest, withoutASelectionTellsAboutTheFolder) {
     begin(1);
     EXPECT_TRUE(becomes("Contents", "1 item"));
     EXPECT_EQ(inspector.title().toStdString(), folder.url().name());
+}
+
+TEST_F(InspectorTest, beginsToMeasureOnceTheSettingsSaySo) {
+    const AppSettings before = app.settings();
+    AppSettings settings = before;
+    settings.showFolderSizes = false;
+    app.setSettings(settings);
+    folder.file("sub/a.txt", std::string(5000, 'x'));
+    begin(1);
+    select({"sub"});
+    EXPECT_TRUE(becomes("Kind", "Folder"));
+    EXPECT_EQ(fact("Size"), "");
+    settings.showFolderSizes = true;
+    app.setSettings(settings);
+    EXPECT_TRUE(becomes("Size", "5 KB (1 item)"));
+    app.setSettings(before);
 }
 
 TEST_F(InspectorTest, measuresFoldersAndCountsHardLinksOnce) {

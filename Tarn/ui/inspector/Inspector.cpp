@@ -111,6 +111,10 @@ void Inspector::setPane(WindowModel* window, PaneModel* pane) {
     }
     window_ = window;
     pane_ = pane;
+    // Whether folders are measured.
+    if (window)
+        connect(&window->app(), &AppModel::settingsChanged, &soon_, qOverload<>(&QTimer::start),
+                Qt::UniqueConnection);
     if (pane) {
         const auto later = [this] { soon_.start(); };
         connect(&pane->selection(), &QItemSelectionModel::selectionChanged, this, later);
