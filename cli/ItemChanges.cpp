@@ -4,7 +4,7 @@
 
 #include "TarnCore/base/Error.h"
 #include "TarnCore/base/JSON.h"
-#include "TarnCore/base/Text.h"
+#include "TarnCore/ops/Subject.h"
 #include "TarnCore/platform/Platform.h"
 #include "cli/Arguments.h"
 #include "cli/Interrupt.h"
@@ -26,12 +26,6 @@ void print(const Arguments& arguments, Session& session, const std::vector<URL>&
             session.out() << url.path();
         session.out() << (null ? '\0' : '\n');
     }
-}
-
-std::string titleOf(const Title& title, const std::vector<URL>& items) {
-    const std::string subject = items.size() == 1 ? Text::quoted(items.front().name())
-                                                  : std::to_string(items.size()) + " items";
-    return std::string(title.before) + subject + std::string(title.behind);
 }
 
 }  // namespace
@@ -75,7 +69,7 @@ int toEach(const Arguments& arguments, Session& session, OperationKind kind, Tit
     }
     done.fileCount = static_cast<std::int64_t>(items.size());
     if (!items.empty()) {
-        done.title = titleOf(title, items);
+        done.title = std::string(title.before) + Subject::of(items) + std::string(title.behind);
         report(arguments, session, done);
     }
     if (token.isCancelled()) return ExitStatus::cancelled;

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "TarnCore/base/Text.h"
+#include "TarnCore/files/Format.h"
+#include "TarnCore/ops/Subject.h"
 
 namespace tarn::TransferWords {
 namespace {
@@ -16,7 +18,9 @@ std::string listed(const std::vector<URL>& items) {
         if (i > 0) text += i + 1 == items.size() ? " and " : ", ";
         text += Text::quoted(items[i].name());
     }
-    if (named < items.size()) text += " and " + std::to_string(items.size() - named) + " more";
+    if (named < items.size())
+        text += " and " +
+                Format::count(static_cast<std::int64_t>(items.size() - named), "more", "more");
     return text;
 }
 
@@ -24,8 +28,7 @@ std::string listed(const std::vector<URL>& items) {
 
 std::string title(TransferKind kind, const std::vector<URL>& sources,
                   const std::optional<URL>& destination) {
-    const std::string subject = sources.size() == 1 ? Text::quoted(sources[0].name())
-                                                    : std::to_string(sources.size()) + " items";
+    const std::string subject = Subject::of(sources);
     if (kind == TransferKind::trash || !destination) return "Move " + subject + " to the Trash";
     return (kind == TransferKind::copy ? "Copy " : "Move ") + subject + " to " +
            Text::quoted(destination->name());

@@ -10,6 +10,7 @@
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/Format.h"
 #include "TarnCore/ops/FileOpError.h"
+#include "TarnCore/ops/Subject.h"
 #include "cli/Arguments.h"
 #include "cli/Changes.h"
 #include "cli/Command.h"
@@ -166,10 +167,7 @@ int runCompress(const Arguments& arguments, Session& session) {
         return ArchiveReader::compress(urls, watch);
     });
     if (!made) return ExitStatus::cancelled;
-    record(OperationKind::compress,
-           "Compress " + (urls.size() == 1 ? Text::quoted(urls[0].name())
-                                           : Format::count(std::int64_t(urls.size()), "item")),
-           {*made});
+    record(OperationKind::compress, "Compress " + Subject::of(urls), {*made});
     printMade(session, {*made});
     return ExitStatus::done;
 }

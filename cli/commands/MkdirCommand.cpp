@@ -3,6 +3,7 @@
 
 #include "TarnCore/base/Text.h"
 #include "TarnCore/ops/FileOps.h"
+#include "TarnCore/ops/Subject.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/Interrupt.h"
@@ -61,7 +62,7 @@ int run(const Arguments& arguments, Session& session) {
     }
     const auto moved = static_cast<std::int64_t>(done.size()) - 1;
     std::string title = "New folder " + Text::quoted(made.name());
-    if (moved > 0) title += " with " + std::to_string(moved) + (moved == 1 ? " item" : " items");
+    if (moved > 0) title += " with " + Subject::items(static_cast<std::size_t>(moved));
     ItemChanges::report(
         arguments, session,
         {OperationKind::create, title, done, std::max<std::int64_t>(moved, 1), {made}});
