@@ -10,6 +10,7 @@
 #include <QtCore/QPointer>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/WindowModel.h"
 #include "TarnCore/base/Text.h"
@@ -39,7 +40,7 @@ void tell(WindowModel& window, const QString& message, bool isError) {
 
 void finish(WindowModel& window, const Texts& texts, std::size_t asked) {
     if (texts.found.empty()) {
-        if (!texts.problem.empty()) return tell(window, displayText(texts.problem), true);
+        if (!texts.problem.empty()) return tell(window, coreSentence(texts.problem), true);
         return tell(window,
                     asked == 1 ? Words::tr("No text was found in the picture.")
                                : Words::tr("No text was found in the pictures."),

@@ -7,6 +7,7 @@
 #include <QtCore/QLocale>
 
 #include "Tarn/model/ActivityList.h"
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
@@ -199,7 +200,7 @@ ContentIndexService::Ended ContentIndexService::work(const Job& job) {
     bool hasChanged = false;
     for (const URL& folder : job.forgotten) hasChanged |= index->forget(folder) > 0;
     const auto finish = [&] {
-        if (const auto problem = index->problem()) result.problem = displayText(*problem);
+        if (const auto problem = index->problem()) result.problem = coreSentence(*problem);
         if (hasChanged) index->announceChange();
         return result;
     };
@@ -231,7 +232,7 @@ ContentIndexService::Ended ContentIndexService::work(const Job& job) {
         isUnfinished = outcome->wasPaused && !job.token.isCancelled();
         result.hasRead = true;
         result.reachedBudget = outcome->reachedBudget;
-        result.problem = displayText(outcome->problem);
+        result.problem = coreSentence(outcome->problem);
     }
     return finish();
 }

@@ -5,7 +5,7 @@
 #include <QtCore/QString>
 
 /// How many there are of something, in words: “1 item”, “1,204 items”, with the plural forms of the
-/// language that is shown. Main thread only.
+/// language that is shown. Callable from any thread once the language is chosen.
 namespace tarn::Counts {
 
 QString items(std::int64_t n);

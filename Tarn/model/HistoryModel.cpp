@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Tarn/model/DisplayText.h"
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/MainThread.h"
 
 namespace tarn {
@@ -10,7 +10,7 @@ namespace {
 
 std::optional<QString> shown(const std::optional<std::string>& title) {
     if (!title) return std::nullopt;
-    return displayText(*title);
+    return coreSentence(*title);
 }
 
 }  // namespace
@@ -58,7 +58,7 @@ void HistoryModel::attempt(std::function<std::optional<HistoryEntry>(OperationHi
         try {
             outcome.entry = task(history);
         } catch (const std::exception& error) {
-            outcome.failure = displayText(error.what());
+            outcome.failure = coreSentence(error.what());
         }
         MainThread::post([answer, outcome = std::move(outcome)] {
             if (answer) answer(outcome);

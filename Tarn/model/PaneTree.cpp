@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/files/DirectoryLister.h"
 #include "TarnCore/files/ListingError.h"
@@ -104,24 +105,24 @@ void PaneTree::watch() {
 void PaneTree::list(const URL& folder) {
     const std::uint64_t listing = ++listings_;
     branches_[folder].listing = listing;
-    pool_.run([folder, listing, hidden = showsHidden_, token = token_,
-               self = QPointer<PaneTree>(this)] {
-        if (token.isCancelled()) return;
-        try {
-            auto rows = std::make_shared<const PaneRows>(DirectoryLister::list(
-                folder, hidden, token, DirectoryLister::AttributeReading::always));
-            MainThread::post(self, [folder, listing, rows](PaneTree& tree) {
-                tree.listed(folder, listing, rows);
-            });
-        } catch (const ListingError& error) {
-            const bool isGone = error.reason() == ListingError::Reason::notFound ||
-                                error.reason() == ListingError::Reason::notAFolder;
-            MainThread::post(self, [folder, listing, isGone,
-                                    sentence = QString::fromUtf8(error.what())](PaneTree& tree) {
-                tree.listingFailed(folder, listing, isGone, sentence);
-            });
-        }
-    });
+    pool_.run(
+        [folder, listing, hidden = showsHidden_, token = token_, self = QPointer<PaneTree>(this)] {
+            if (token.isCancelled()) return;
+            try {
+                auto rows = std::make_shared<const PaneRows>(DirectoryLister::list(
+                    folder, hidden, token, DirectoryLister::AttributeReading::always));
+                MainThread::post(self, [folder, listing, rows](PaneTree& tree) {
+                    tree.listed(folder, listing, rows);
+                });
+            } catch (const ListingError& error) {
+                const bool isGone = error.reason() == ListingError::Reason::notFound ||
+                                    error.reason() == ListingError::Reason::notAFolder;
+                MainThread::post(self, [folder, listing, isGone,
+                                        sentence = coreSentence(error.what())](PaneTree& tree) {
+                    tree.listingFailed(folder, listing, isGone, sentence);
+                });
+            }
+        });
 }
 
 void PaneTree::listed(const URL& folder, std::uint64_t listing, SharedRows rows) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/base/Guarded.h"
@@ -185,11 +186,11 @@ QVariant RenameModel::data(const QModelIndex& index, int role) const {
         case Qt::AccessibleTextRole: {
             QString text = displayText(preview.oldName) + QStringLiteral(", ") +
                            (preview.changed() ? displayText(preview.newName) : tr("unchanged"));
-            if (preview.problem) text += QStringLiteral(". ") + displayText(*preview.problem);
+            if (preview.problem) text += QStringLiteral(". ") + coreSentence(*preview.problem);
             return text;
         }
         case problemRole:
-            return preview.problem ? displayText(*preview.problem) : QString();
+            return preview.problem ? coreSentence(*preview.problem) : QString();
         case changedRole:
             return preview.changed();
         default:

@@ -5,7 +5,7 @@
 
 #include <QtCore/QPointer>
 
-#include "Tarn/model/DisplayText.h"
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/base/Error.h"
 #include "TarnCore/base/Guarded.h"
@@ -75,7 +75,7 @@ void ServerConnection::start(const std::string& address) {
                 emit connection.connected(folder);
             });
         } catch (const Error& error) {
-            tell([sentence = displayText(error.what())](ServerConnection& connection) {
+            tell([sentence = coreSentence(error.what())](ServerConnection& connection) {
                 connection.current_.reset();
                 emit connection.failed(sentence);
             });

@@ -2,7 +2,7 @@
 
 #include <condition_variable>
 
-#include "Tarn/model/DisplayText.h"
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/base/Guarded.h"
 
@@ -51,7 +51,7 @@ TransferModel::~TransferModel() {
     job_->cancel();
 }
 
-QString TransferModel::title() const { return displayText(job_->title()); }
+QString TransferModel::title() const { return coreSentence(job_->title()); }
 
 void TransferModel::start() {
     if (hasStarted_ || !isActive_) return;

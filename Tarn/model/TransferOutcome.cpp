@@ -1,39 +1,43 @@
 #include "Tarn/model/TransferOutcome.h"
 
+#include <QtCore/QCoreApplication>
+
+#include "Tarn/model/CoreSentences.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/TransferModel.h"
-#include "TarnCore/base/Text.h"
-#include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
+#include "TarnCore/ops/Subject.h"
 
 namespace tarn::TransferOutcome {
 namespace {
 
-std::string countOf(std::size_t count) {
-    return Format::count(static_cast<std::int64_t>(count), "item");
-}
+/// Whose texts they are.
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(tarn::TransferOutcome)
+};
 
-std::string doneSentence(const TransferModel& transfer, std::size_t count) {
+QString doneSentence(const TransferModel& transfer, std::size_t count) {
     const std::vector<URL>& sources = transfer.sources();
-    const std::string what =
-        count == 1 && sources.size() == 1 ? Text::quoted(sources.front().name()) : countOf(count);
-    const std::string place =
-        Text::quoted(Paths::displayName(transfer.destination().value_or(URL())));
+    const QString what = coreSentence(count == 1 && sources.size() == 1 ? Subject::of(sources)
+                                                                        : Subject::items(count));
+    const QString place = displayText(Paths::displayName(transfer.destination().value_or(URL())));
     switch (transfer.kind()) {
         case TransferKind::copy:
-            return "Copied " + what + " to " + place;
+            return Words::tr("Copied %1 to “%2”").arg(what, place);
         case TransferKind::move:
-            return "Moved " + what + " to " + place;
+            return Words::tr("Moved %1 to “%2”").arg(what, place);
         case TransferKind::trash:
-            return "Moved " + what + " to the Trash";
+            return Words::tr("Moved %1 to the Trash").arg(what);
     }
     return what;
 }
 
-std::string failureSentence(const TransferModel& transfer, const TransferResult& result) {
-    if (result.failures.size() == 1) return result.failures.front().message;
-    return countOf(result.failures.size()) +
-           (transfer.kind() == TransferKind::copy ? " couldn’t be copied." : " couldn’t be moved.");
+QString failureSentence(const TransferModel& transfer, const TransferResult& result) {
+    if (result.failures.size() == 1) return coreSentence(result.failures.front().message);
+    const QString items = Counts::items(static_cast<std::int64_t>(result.failures.size()));
+    return transfer.kind() == TransferKind::copy ? Words::tr("%1 couldn’t be copied.").arg(items)
+                                                 : Words::tr("%1 couldn’t be moved.").arg(items);
 }
 
 }  // namespace
@@ -43,9 +47,9 @@ bool isFailure(const TransferResult& result) {
 }
 
 QString sentence(const TransferModel& transfer, const TransferResult& result) {
-    if (!result.failures.empty()) return displayText(failureSentence(transfer, result));
-    if (!result.notice.empty()) return displayText(result.notice);
-    return displayText(doneSentence(transfer, result.resultURLs.size()));
+    if (!result.failures.empty()) return failureSentence(transfer, result);
+    if (!result.notice.empty()) return coreSentence(result.notice);
+    return doneSentence(transfer, result.resultURLs.size());
 }
 
 }  // namespace tarn::TransferOutcome

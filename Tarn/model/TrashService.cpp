@@ -1,9 +1,9 @@
 #include "Tarn/model/TrashService.h"
 
 #include <chrono>
-#include <string>
 #include <utility>
 
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/ops/TrashContents.h"
 
@@ -87,12 +87,10 @@ void TrashService::ended(const Trash::Emptied& result, bool wasCancelled) {
     isEmptying_ = false;
     emit changed();
     if (result.failed > 0) {
-        const std::string count =
-            result.failed == 1 ? "1 item" : std::to_string(result.failed) + " items";
-        emit emptyingFailed(
-            QString::fromStdString("Couldn’t empty the Trash. " + count + " couldn’t be deleted."));
+        emit emptyingFailed(tr("Couldn’t empty the Trash. %1 couldn’t be deleted.")
+                                .arg(Counts::items(static_cast<std::int64_t>(result.failed))));
     } else if (!wasCancelled) {
-        emit emptied(QStringLiteral("Trash emptied"));
+        emit emptied(tr("Trash emptied"));
     }
     measure();
 }

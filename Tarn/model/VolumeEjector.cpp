@@ -5,6 +5,7 @@
 #include <QtCore/QPointer>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/VolumeQueues.h"
@@ -79,7 +80,7 @@ void VolumeEjector::eject(WindowModel& window, const Volume& volume) {
         Toast toast;
         toast.isError = ended.result.outcome == EjectResult::Outcome::failed;
         toast.symbol = toast.isError ? "exclamationmark.triangle" : "eject";
-        toast.message = toast.isError ? displayText(ended.result.message)
+        toast.message = toast.isError ? coreSentence(ended.result.message)
                                       : tr("Ejected “%1”").arg(displayText(volume.name));
         target->showToast(std::move(toast));
     });

@@ -5,37 +5,32 @@
 #include <utility>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreSentences.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/FileMime.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/WindowModel.h"
 #include "TarnCore/archive/ArchiveReader.h"
 #include "TarnCore/base/Text.h"
-#include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/files/SupportDirectory.h"
+#include "TarnCore/ops/Subject.h"
 #include "TarnCore/tags/TagStore.h"
 
 namespace tarn {
 namespace {
 
-std::string countOf(std::size_t count, std::string_view singular) {
-    return Format::count(static_cast<std::int64_t>(count), singular);
-}
-
-/// “a.txt”, or “3 items”.
-std::string subject(const std::vector<URL>& urls) {
-    return urls.size() == 1 ? Text::quoted(urls.front().name()) : countOf(urls.size(), "item");
-}
+QString nameText(const URL& url) { return displayText(url.name()); }
 
 PerformedChange done(OperationKind kind, std::string title, std::vector<Step> steps,
-                     std::size_t files, std::string_view message) {
+                     std::size_t files, const QString& message) {
     PerformedChange change;
     change.entry.kind = kind;
     change.entry.title = std::move(title);
     change.entry.steps = std::move(steps);
     change.entry.fileCount = static_cast<std::int64_t>(files);
-    change.message = displayText(message);
+    change.message = message;
     return change;
 }
 
@@ -79,14 +74,14 @@ void WindowEdits::rename(const URL& url, const std::string& name,
             try {
                 change = FileOps::rename(url, name);
             } catch (const Error& error) {
-                *refusal = displayText(error.what());
+                *refusal = coreSentence(error.what());
                 return PerformedChange();
             }
             PerformedChange renamed =
                 tarn::done(OperationKind::rename,
                            "Rename " + Text::quoted(url.name()) + " to " + Text::quoted(name),
                            std::move(change.steps), 1,
-                           "Renamed " + Text::quoted(url.name()) + " to " + Text::quoted(name));
+                           tr("Renamed “%1” to “%2”").arg(nameText(url), displayText(name)));
             renamed.results = {change.url};
             return renamed;
         },
@@ -102,13 +97,13 @@ void WindowEdits::renameAll(const std::vector<RenamePreview>& previews,
             try {
                 steps = BatchRenamer::apply(previews);
             } catch (const Error& error) {
-                *refusal = displayText(error.what());
+                *refusal = coreSentence(error.what());
                 return PerformedChange();
             }
             const std::size_t files = steps.size();
-            PerformedChange renamed =
-                tarn::done(OperationKind::batchRename, "Rename " + countOf(files, "item"),
-                           std::move(steps), files, "Renamed " + countOf(files, "item"));
+            PerformedChange renamed = tarn::done(
+                OperationKind::batchRename, "Rename " + Subject::items(files), std::move(steps),
+                files, tr("Renamed %1").arg(Counts::items(static_cast<std::int64_t>(files))));
             for (const Step& step : renamed.entry.steps) {
                 if (const auto* move = std::get_if<Step::Move>(&step.change))
                     renamed.results.push_back(move->to);
@@ -142,9 +137,9 @@ void WindowEdits::newFile(const FileTemplate& file) {
         [file, made, folder = window_.active().location().url] {
             FileChange change = Templates::create(file, folder);
             *made = change.url;
-            const std::string name = Text::quoted(change.url.name());
-            PerformedChange created = done(OperationKind::create, "New File " + name,
-                                           std::move(change.steps), 1, "Created " + name);
+            PerformedChange created =
+                done(OperationKind::create, "New File " + Text::quoted(change.url.name()),
+                     std::move(change.steps), 1, tr("Created “%1”").arg(nameText(change.url)));
             created.results = {change.url};
             return created;
         },
@@ -168,13 +163,12 @@ std::vector<URL> WindowEdits::taggableURLs() const {
     return window_.active().showsMembers() ? std::vector<URL>() : selectedURLs();
 }
 
-void WindowEdits::changeTags(const std::vector<URL>& urls, const std::string& title,
-                             const std::string& message,
+void WindowEdits::changeTags(const std::vector<URL>& urls, const TagWords& words,
                              std::function<std::optional<Step>(const URL&)> change) {
     if (urls.empty()) return;
     window_.operations().perform(
-        [urls, title, message, change = std::move(change)] {
-            PerformedChange tagged;
+        [urls, words, change = std::move(change)] {
+            QString failure;
             std::vector<Step> steps;
             try {
                 for (const URL& url : urls) {
@@ -182,15 +176,15 @@ void WindowEdits::changeTags(const std::vector<URL>& urls, const std::string& ti
                 }
             } catch (const Error& error) {
                 // What is done is done, and can be taken back.
-                tagged.failure = displayText(error.what());
+                failure = coreSentence(error.what());
             }
-            const QString failure = tagged.failure;
             const std::string what = steps.size() == 1
-                                         ? subject({std::get<Step::Tags>(steps[0].change).url})
-                                         : countOf(steps.size(), "item");
+                                         ? Subject::of({std::get<Step::Tags>(steps[0].change).url})
+                                         : Subject::items(steps.size());
             const std::size_t files = steps.size();
-            tagged = done(OperationKind::tag, Text::replacing(title, "%1", what), std::move(steps),
-                          files, files == 0 ? std::string() : Text::replacing(message, "%1", what));
+            PerformedChange tagged =
+                done(OperationKind::tag, words.title(what), std::move(steps), files,
+                     files == 0 ? QString() : words.message(coreSentence(what)));
             tagged.failure = failure;
             return tagged;
         },
@@ -204,20 +198,31 @@ void WindowEdits::addTag(const FinderTag& tag) { addTagTo(taggableURLs(), tag); 
 
 void WindowEdits::addTagTo(const std::vector<URL>& urls, const FinderTag& tag) {
     window_.app().tagColors().remember(tag);
-    const std::string name = Text::quoted(tag.name);
-    changeTags(urls, "Tag %1 with " + name, "Tagged %1 with " + name,
+    changeTags(urls,
+               {[name = Text::quoted(tag.name)](const std::string& what) {
+                    return "Tag " + what + " with " + name;
+                },
+                [name = displayText(tag.name)](const QString& what) {
+                    return tr("Tagged %1 with “%2”").arg(what, name);
+                }},
                [tag](const URL& url) { return TagStore::add(tag, url); });
 }
 
 void WindowEdits::removeTag(const std::string& tag) {
-    const std::string name = Text::quoted(tag);
-    changeTags(taggableURLs(), "Remove the tag " + name + " from %1",
-               "Removed the tag " + name + " from %1",
+    changeTags(taggableURLs(),
+               {[name = Text::quoted(tag)](const std::string& what) {
+                    return "Remove the tag " + name + " from " + what;
+                },
+                [name = displayText(tag)](const QString& what) {
+                    return tr("Removed the tag “%1” from %2").arg(name, what);
+                }},
                [tag](const URL& url) { return TagStore::remove(tag, url); });
 }
 
 void WindowEdits::removeAllTags() {
-    changeTags(taggableURLs(), "Remove all tags from %1", "Removed all tags from %1",
+    changeTags(taggableURLs(),
+               {[](const std::string& what) { return "Remove all tags from " + what; },
+                [](const QString& what) { return tr("Removed all tags from %1").arg(what); }},
                [](const URL& url) -> std::optional<Step> {
                    if (TagStore::tags(url).empty()) return std::nullopt;
                    return FileOps::setTags({}, url);
@@ -251,7 +256,7 @@ void WindowEdits::performLong(const QString& title, Change work) {
                 *change = work(handle);
             } catch (const std::exception& error) {
                 // Whoever stops a job knows that it is stopped.
-                if (!handle.token().isCancelled()) change->failure = displayText(error.what());
+                if (!handle.token().isCancelled()) change->failure = coreSentence(error.what());
             }
         },
         [change, window = QPointer<WindowModel>(&window_),
@@ -267,12 +272,13 @@ void WindowEdits::performLong(const QString& title, Change work) {
 void WindowEdits::compressSelection() {
     const std::vector<URL> urls = selectedURLs();
     if (urls.empty() || window_.active().showsMembers()) return;
-    const std::string what = subject(urls);
-    performLong(displayText("Compress " + what), [urls, what](ActivityTask::Handle& handle) {
+    const std::string what = Subject::of(urls);
+    const std::string title = "Compress " + what;
+    performLong(coreSentence(title), [urls, what, title](ActivityTask::Handle& handle) {
         const URL made = ArchiveReader::compress(urls, watching(handle));
         PerformedChange change =
-            done(OperationKind::compress, "Compress " + what, {Step::create(made)}, urls.size(),
-                 "Compressed " + what + " as " + Text::quoted(made.name()));
+            done(OperationKind::compress, title, {Step::create(made)}, urls.size(),
+                 tr("Compressed %1 as “%2”").arg(coreSentence(what), nameText(made)));
         change.results = {made};
         return change;
     });
@@ -283,16 +289,15 @@ void WindowEdits::extractSelection() {
     if (pane.showsMembers()) return extractMembers(true);
     for (const FileItem& item : pane.selectedItems()) {
         if (item.isDirectory || !item.isBrowsable()) continue;
-        const std::string name = Text::quoted(item.url.name());
-        performLong(displayText("Extract " + name),
-                    [url = item.url, name](ActivityTask::Handle& handle) {
-                        const URL made = ArchiveReader::extractAll(url, watching(handle));
-                        PerformedChange change =
-                            done(OperationKind::extract, "Extract " + name, {Step::create(made)}, 1,
-                                 "Extracted " + name + " as " + Text::quoted(made.name()));
-                        change.results = {made};
-                        return change;
-                    });
+        const std::string title = "Extract " + Text::quoted(item.url.name());
+        performLong(coreSentence(title), [url = item.url, title](ActivityTask::Handle& handle) {
+            const URL made = ArchiveReader::extractAll(url, watching(handle));
+            PerformedChange change =
+                done(OperationKind::extract, title, {Step::create(made)}, 1,
+                     tr("Extracted “%1” as “%2”").arg(nameText(url), nameText(made)));
+            change.results = {made};
+            return change;
+        });
     }
 }
 
@@ -304,8 +309,8 @@ void WindowEdits::extractMembers(bool onlySelection) {
     const std::vector<std::string> members =
         onlySelection ? pane.selectedMembers() : std::vector<std::string>();
     if (onlySelection && members.empty()) return;
-    performLong(displayText("Extract from " + name), [archive, name,
-                                                      members](ActivityTask::Handle& handle) {
+    performLong(coreSentence("Extract from " + name), [archive, name,
+                                                       members](ActivityTask::Handle& handle) {
         std::vector<URL> made;
         if (members.empty())
             made = {ArchiveReader::extractAll(archive, watching(handle))};
@@ -313,11 +318,12 @@ void WindowEdits::extractMembers(bool onlySelection) {
             made = ArchiveReader::extract(archive, members, archive.parent(), watching(handle));
         std::vector<Step> steps;
         for (const URL& url : made) steps.push_back(Step::create(url));
-        const std::string what = subject(made);
+        const std::string what = Subject::of(made);
         PerformedChange change =
             done(OperationKind::extract, "Extract " + what + " from " + name, std::move(steps),
                  made.size(),
-                 "Extracted " + what + " to " + Text::quoted(Paths::displayName(archive.parent())));
+                 tr("Extracted %1 to “%2”")
+                     .arg(coreSentence(what), displayText(Paths::displayName(archive.parent()))));
         change.results = std::move(made);
         return change;
     });
@@ -334,7 +340,7 @@ void WindowEdits::takeMembers(const std::vector<std::string>& members, bool read
         tr("Unpacking %1…")
             .arg(members.size() == 1
                      ? tr("“%1”").arg(displayText(members[0].substr(members[0].rfind('/') + 1)))
-                     : displayText(countOf(members.size(), "item")));
+                     : Counts::items(std::ssize(members)));
     taking_ = &window_.app().activities().add(
         tr("Extract from “%1”").arg(displayText(archive.name())),
         [archive, members, readOnly, taken, failure,
@@ -342,7 +348,7 @@ void WindowEdits::takeMembers(const std::vector<std::string>& members, bool read
             try {
                 *taken = source->take(archive, members, readOnly, &handle);
             } catch (const std::exception& error) {
-                if (!handle.token().isCancelled()) *failure = displayText(error.what());
+                if (!handle.token().isCancelled()) *failure = coreSentence(error.what());
             }
         },
         [taken, failure, then = std::move(then),

@@ -85,8 +85,12 @@ private:
     void performLong(const QString& title, Change work);
     /// Of those that are selected, in a place whose files can have tags.
     std::vector<URL> taggableURLs() const;
-    void changeTags(const std::vector<URL>& urls, const std::string& title,
-                    const std::string& message,
+    /// Of a change of tags, given what was changed: “a.txt”, or 3 items.
+    struct TagWords {
+        std::function<std::string(const std::string& what)> title;
+        std::function<QString(const QString& what)> message;
+    };
+    void changeTags(const std::vector<URL>& urls, const TagWords& words,
                     std::function<std::optional<Step>(const URL&)> change);
 
     WindowModel& window_;

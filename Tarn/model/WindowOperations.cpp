@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreSentences.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/FileMime.h"
 #include "Tarn/model/MainThread.h"
@@ -10,21 +12,14 @@
 #include "Tarn/model/WindowModel.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/DirectoryLister.h"
-#include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/ops/FileOps.h"
+#include "TarnCore/ops/Subject.h"
 
 namespace tarn {
 namespace {
 
-std::string countOf(std::size_t count) {
-    return Format::count(static_cast<std::int64_t>(count), "item");
-}
-
-/// “a.txt”, or “3 items”.
-std::string subject(const std::vector<URL>& urls) {
-    return urls.size() == 1 ? Text::quoted(urls.front().name()) : countOf(urls.size());
-}
+QString nameText(const URL& url) { return displayText(url.name()); }
 
 std::vector<URL> urlsOf(const std::vector<FileItem>& items) {
     std::vector<URL> urls;
@@ -107,8 +102,10 @@ void WindowOperations::moveTo(std::vector<URL> urls, const URL& folder) {
 void WindowOperations::trash(std::vector<URL> urls) {
     const auto isThere = [](const URL& url) { return Paths::isInTrash(url); };
     if (!urls.empty() && std::all_of(urls.begin(), urls.end(), isThere))
-        return complain(displayText(subject(urls) + (urls.size() == 1 ? " is" : " are") +
-                                    " in the Trash already."));
+        return complain(
+            urls.size() == 1
+                ? tr("“%1” is in the Trash already.").arg(nameText(urls.front()))
+                : tr("%1 are in the Trash already.").arg(Counts::items(std::ssize(urls))));
     std::erase_if(urls, isThere);
     transfer(TransferKind::trash, std::move(urls), std::nullopt);
 }
@@ -151,7 +148,7 @@ void WindowOperations::createFolder(std::string name, std::function<void(const U
             done.entry.title = "New folder " + Text::quoted(change.url.name());
             done.entry.steps = std::move(change.steps);
             done.entry.fileCount = 1;
-            done.message = displayText("Created the folder " + Text::quoted(change.url.name()));
+            done.message = tr("Created the folder “%1”").arg(nameText(change.url));
             done.results = {change.url};
             return done;
         },
@@ -171,12 +168,12 @@ void WindowOperations::createFolderWithSelection(std::string name,
             *made = change.url;
             PerformedChange done;
             done.entry.kind = OperationKind::create;
-            done.entry.title =
-                "New folder " + Text::quoted(change.url.name()) + " with " + countOf(urls.size());
+            done.entry.title = "New folder " + Text::quoted(change.url.name()) + " with " +
+                               Subject::items(urls.size());
             done.entry.steps = std::move(change.steps);
             done.entry.fileCount = static_cast<std::int64_t>(urls.size());
             done.message =
-                displayText("Moved " + subject(urls) + " to " + Text::quoted(change.url.name()));
+                tr("Moved %1 to “%2”").arg(coreSentence(Subject::of(urls)), nameText(change.url));
             done.results = {change.url};
             return done;
         },
@@ -199,13 +196,14 @@ void WindowOperations::duplicateSelection() {
                 done.results.push_back(std::move(change.url));
             }
         } catch (const Error& error) {
-            done.failure = displayText(error.what());
+            done.failure = coreSentence(error.what());
         }
-        const std::string what =
-            done.results.size() == urls.size() ? subject(urls) : countOf(done.results.size());
+        const std::string what = done.results.size() == urls.size()
+                                     ? Subject::of(urls)
+                                     : Subject::items(done.results.size());
         done.entry.title = "Duplicate " + what;
         done.entry.fileCount = static_cast<std::int64_t>(done.results.size());
-        done.message = displayText("Duplicated " + what);
+        done.message = tr("Duplicated %1").arg(coreSentence(what));
         return done;
     });
 }
@@ -219,8 +217,7 @@ void WindowOperations::rename(const URL& url, std::string newName) {
         done.entry.title = "Rename " + Text::quoted(url.name()) + " to " + Text::quoted(newName);
         done.entry.steps = std::move(change.steps);
         done.entry.fileCount = 1;
-        done.message =
-            displayText("Renamed " + Text::quoted(url.name()) + " to " + Text::quoted(newName));
+        done.message = tr("Renamed “%1” to “%2”").arg(nameText(url), displayText(newName));
         done.results = {change.url};
         return done;
     });
@@ -235,7 +232,7 @@ void WindowOperations::perform(std::function<PerformedChange()> work,
         try {
             change = work();
         } catch (const std::exception& error) {
-            change.failure = displayText(error.what());
+            change.failure = coreSentence(error.what());
             isDone = false;
         }
         MainThread::post(app, [change = std::move(change), then, isDone, self](AppModel& model) {
@@ -272,7 +269,7 @@ void WindowOperations::undo() {
     app_.history().undo([self = QPointer(this)](const HistoryModel::Outcome& outcome) {
         if (!self) return;
         if (!outcome.failure.isEmpty()) return self->complain(outcome.failure);
-        self->say(outcome.entry ? tr("Undone: %1").arg(displayText(outcome.entry->title))
+        self->say(outcome.entry ? tr("Undone: %1").arg(coreSentence(outcome.entry->title))
                                 : tr("There is nothing to undo."),
                   "arrow.uturn.backward");
     });
@@ -282,7 +279,7 @@ void WindowOperations::undo(const UUID& entry) {
     app_.history().undo(entry, [self = QPointer(this)](const HistoryModel::Outcome& outcome) {
         if (!self) return;
         if (!outcome.failure.isEmpty()) return self->complain(outcome.failure);
-        self->say(outcome.entry ? tr("Undone: %1").arg(displayText(outcome.entry->title))
+        self->say(outcome.entry ? tr("Undone: %1").arg(coreSentence(outcome.entry->title))
                                 : tr("This change has been undone already."),
                   "arrow.uturn.backward");
     });
@@ -292,7 +289,7 @@ void WindowOperations::redo() {
     app_.history().redo([self = QPointer(this)](const HistoryModel::Outcome& outcome) {
         if (!self) return;
         if (!outcome.failure.isEmpty()) return self->complain(outcome.failure);
-        self->say(outcome.entry ? tr("Done again: %1").arg(displayText(outcome.entry->title))
+        self->say(outcome.entry ? tr("Done again: %1").arg(coreSentence(outcome.entry->title))
                                 : tr("There is nothing to redo."),
                   "arrow.uturn.forward");
     });

@@ -14,7 +14,10 @@
 namespace tarn {
 namespace {
 
-QString tr(const char* text) { return QCoreApplication::translate("tarn::FileDrop", text); }
+/// Whose texts they are.
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(tarn::FileDrop)
+};
 
 /// By the mount table alone; a disk that is away must not stop the pointer.
 bool areOnTheDiskOf(const std::vector<URL>& urls, const URL& folder) {
@@ -69,11 +72,11 @@ QString FileDrop::label() const {
     const QString name = displayText(Paths::displayName(folder));
     switch (verb) {
         case Verb::copy:
-            return tr("Copy to “%1”").arg(name);
+            return Words::tr("Copy to “%1”").arg(name);
         case Verb::move:
-            return tr("Move to “%1”").arg(name);
+            return Words::tr("Move to “%1”").arg(name);
         case Verb::trash:
-            return tr("Move to the Trash");
+            return Words::tr("Move to the Trash");
     }
     return {};
 }

@@ -7,6 +7,7 @@
 #include <QtWidgets/QStackedLayout>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
@@ -245,7 +246,7 @@ void PaneWidget::show(Page page) {
 
 void PaneWidget::showError() {
     const ListingError& error = *pane_.listingError();
-    const QString sentence = QString::fromUtf8(error.what());
+    const QString sentence = coreSentence(error.what());
     const bool isArchive = pane_.location().isArchive();
     // Its folder is made when something is deleted for the first time.
     if (TrashBar::isTrash(pane_.location()) && error.reason() == ListingError::Reason::notFound &&

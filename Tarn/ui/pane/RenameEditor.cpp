@@ -5,6 +5,7 @@
 #include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
 
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/ui/pane/NoteBubble.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
@@ -84,7 +85,7 @@ void RenameEditor::check() {
         try {
             FileOps::validate(name);
         } catch (const FileOpError& error) {
-            problem = QString::fromUtf8(error.what());
+            problem = coreSentence(error.what());
         }
     }
     note_->setText(problem);
@@ -103,7 +104,7 @@ void RenameEditor::accept(bool mayStay) {
         FileOps::validate(text().toStdString());
     } catch (const FileOpError& error) {
         if (!mayStay) return giveUp();
-        note_->setText(QString::fromUtf8(error.what()));
+        note_->setText(coreSentence(error.what()));
         note_->pointAt(geometry());
         update();
         return;

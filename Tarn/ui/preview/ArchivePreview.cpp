@@ -9,6 +9,7 @@
 #include <QtWidgets/QStyledItemDelegate>
 #include <QtWidgets/QTreeView>
 
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/Counts.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
@@ -133,7 +134,7 @@ void ArchivePreview::load() {
             try {
                 return {PreviewMembers::arranged(ArchiveReader::entries(url, token)), {}};
             } catch (const Error& error) {
-                return {nullptr, QString::fromUtf8(error.what())};
+                return {nullptr, coreSentence(error.what())};
             }
         },
         [](ArchivePreview& self, const Listed& listed) {

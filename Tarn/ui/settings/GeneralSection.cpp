@@ -11,6 +11,7 @@
 
 #include "Tarn/commands/MimeApps.h"
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/ui/desktop/AppID.h"
@@ -98,7 +99,7 @@ void GeneralSection::takeFolderProgram(const FolderProgram& program) {
     opensFolders_->setChecked(program.isOurs);
     QString note;
     if (!program.failure.empty())
-        note = displayText(program.failure);
+        note = coreSentence(program.failure);
     else if (!program.isInstalled)
         note = tr("The desktop does not know Tarn: it was started without being installed.");
     else if (program.isOurs)

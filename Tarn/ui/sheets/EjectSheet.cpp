@@ -9,6 +9,7 @@
 #include <QtWidgets/QScrollArea>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/search/BusyLine.h"
@@ -188,7 +189,7 @@ void EjectSheet::show(const std::vector<BlockingProcess>& processes, const std::
         // Now, so that it counts for the height of the list.
         row->show();
     }
-    message_->setText(displayText(message));
+    message_->setText(coreSentence(message));
     setAccessibleDescription(message_->text());
     scroll_->setVisible(!processes.empty());
     scroll_->setFocusPolicy(processes.empty() ? Qt::NoFocus : Qt::StrongFocus);

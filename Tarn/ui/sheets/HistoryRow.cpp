@@ -3,8 +3,8 @@
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QPushButton>
 
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/Counts.h"
-#include "Tarn/model/DisplayText.h"
 #include "Tarn/ui/states/SymbolView.h"
 #include "Tarn/ui/text/ElidedLabel.h"
 #include "Tarn/ui/text/TabularLabel.h"
@@ -15,7 +15,7 @@ namespace tarn {
 
 HistoryRow::HistoryRow(const HistoryModel::Row& row, QWidget* parent)
     : QWidget(parent), id_(row.entry.id), undo_(new QPushButton(tr("Undo"))) {
-    const QString title = displayText(row.entry.title);
+    const QString title = coreSentence(row.entry.title);
     auto* symbol = new SymbolView(Metrics::iconRow, Icons::Tint::secondary);
     symbol->setSymbol(tarn::symbol(row.entry.kind));
     auto* name = new ElidedLabel(title);

@@ -7,6 +7,7 @@
 #include <QtWidgets/QPushButton>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/records/ListError.h"
@@ -130,7 +131,7 @@ void NewSmartFolderSheet::check() {
                                       name_->text().toStdString(),
                                       changed_ ? changed_->id : UUID());
         } catch (const ListError& error) {
-            note = displayText(error.what());
+            note = coreSentence(error.what());
             isFine = false;
         }
     }

@@ -15,6 +15,7 @@
 
 #include "Tarn/commands/MimeApps.h"
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/WindowModel.h"
@@ -144,13 +145,14 @@ void OpenWithSheet::apply() {
             try {
                 MimeApps::choose(type, id);
             } catch (const Error& error) {
-                MainThread::post(self, [sentence = QString(error.what())](WindowModel& window) {
-                    Toast toast;
-                    toast.message = sentence;
-                    toast.symbol = "exclamationmark.triangle";
-                    toast.isError = true;
-                    window.showToast(std::move(toast));
-                });
+                MainThread::post(self,
+                                 [sentence = coreSentence(error.what())](WindowModel& window) {
+                                     Toast toast;
+                                     toast.message = sentence;
+                                     toast.symbol = "exclamationmark.triangle";
+                                     toast.isError = true;
+                                     window.showToast(std::move(toast));
+                                 });
             }
         });
     }

@@ -3,23 +3,27 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QStringList>
 
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/Counts.h"
 #include "TarnCore/files/Format.h"
 
 namespace tarn::TransferText {
 namespace {
 
-QString tr(const char* text) { return QCoreApplication::translate("tarn::TransferText", text); }
+/// Whose texts they are.
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(tarn::TransferText)
+};
 
 QString formatted(const std::string& text) { return QString::fromStdString(text); }
 
 QString doneOfTotal(const TransferProgress& progress) {
     if (progress.totalBytes > 0)
-        return tr("%1 of %2")
+        return Words::tr("%1 of %2")
             .arg(formatted(Format::bytes(progress.doneBytes)),
                  formatted(Format::bytes(progress.totalBytes)));
     if (progress.totalItems > 0)
-        return tr("%1 of %2")
+        return Words::tr("%1 of %2")
             .arg(QString::number(progress.doneItems), Counts::items(progress.totalItems));
     return {};
 }
@@ -28,37 +32,37 @@ QString doneOfTotal(const TransferProgress& progress) {
 
 QString detail(const TransferProgress& progress, std::optional<double> secondsLeft, bool isQueued) {
     const QString separator = QStringLiteral(" · ");
-    if (isQueued) return tr("Waiting for another transfer between these disks");
+    if (isQueued) return Words::tr("Waiting for another transfer between these disks");
     switch (progress.state) {
         case TransferState::queued:
         case TransferState::scanning:
-            return tr("Preparing…");
+            return Words::tr("Preparing…");
         case TransferState::waiting:
-            return tr("Waiting for your answer");
+            return Words::tr("Waiting for your answer");
         case TransferState::finished:
-            return tr("Done");
+            return Words::tr("Done");
         case TransferState::cancelled:
-            return tr("Stopped");
+            return Words::tr("Stopped");
         case TransferState::paused:
         case TransferState::running:
             break;
     }
-    if (progress.isFinishingWriting) return tr("Finishing writing…");
+    if (progress.isFinishingWriting) return Words::tr("Finishing writing…");
     QStringList parts;
-    if (progress.state == TransferState::paused) parts << tr("Paused");
+    if (progress.state == TransferState::paused) parts << Words::tr("Paused");
     if (const QString done = doneOfTotal(progress); !done.isEmpty()) parts << done;
     if (progress.state == TransferState::running) {
         if (progress.bytesPerSecond > 0 && progress.totalBytes > 0)
             parts << formatted(Format::speed(progress.bytesPerSecond));
-        if (secondsLeft) parts << formatted(Format::timeRemaining(secondsLeft));
+        if (secondsLeft) parts << coreSentence(Format::timeRemaining(secondsLeft));
     }
     return parts.join(separator);
 }
 
 QString failures(TransferKind kind, std::size_t count) {
     const QString items = Counts::items(static_cast<std::int64_t>(count));
-    return kind == TransferKind::copy ? tr("%1 couldn’t be copied").arg(items)
-                                      : tr("%1 couldn’t be moved").arg(items);
+    return kind == TransferKind::copy ? Words::tr("%1 couldn’t be copied").arg(items)
+                                      : Words::tr("%1 couldn’t be moved").arg(items);
 }
 
 const char* symbol(TransferKind kind) {
