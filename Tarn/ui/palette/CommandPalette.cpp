@@ -16,10 +16,10 @@
 #include "Tarn/commands/CommandRegistry.h"
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/focus/Overlay.h"
 #include "Tarn/ui/menus/KeyText.h"
 #include "Tarn/ui/palette/PaletteDelegate.h"
 #include "Tarn/ui/palette/PaletteModel.h"
-#include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
@@ -42,12 +42,9 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        const Colors& colors = Colors::current();
-        const QRectF face =
-            QRectF(rect()).adjusted(shadowReach, shadowReach, -shadowReach, -shadowReach);
-        Paint::shadow(painter, face, radiusCard, shadowReach);
-        Paint::fill(painter, face, radiusCard, colors.raised);
-        Paint::outline(painter, face, radiusCard, colors.border, hairline);
+        Paint::card(painter,
+                    QRectF(rect()).adjusted(shadowReach, shadowReach, -shadowReach, -shadowReach),
+                    shadowReach);
     }
 };
 
@@ -253,20 +250,11 @@ bool CommandPalette::handleKey(int key, Qt::KeyboardModifiers modifiers) {
 }
 
 bool CommandPalette::event(QEvent* event) {
-    switch (event->type()) {
-        case QEvent::ShortcutOverride:
-            // No key goes to the window below.
-            event->accept();
-            return true;
-        case QEvent::KeyPress:
-        case QEvent::Wheel:
-        case QEvent::ContextMenu:
-        case QEvent::DragEnter:
-            event->accept();
-            return true;
-        default:
-            return QWidget::event(event);
+    if (event->type() == QEvent::KeyPress) {
+        event->accept();
+        return true;
     }
+    return Overlay::keeps(*event) || QWidget::event(event);
 }
 
 bool CommandPalette::eventFilter(QObject* watched, QEvent* event) {

@@ -17,6 +17,7 @@
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/focus/FocusRing.h"
+#include "Tarn/ui/focus/Overlay.h"
 #include "Tarn/ui/preview/PreviewWidget.h"
 #include "Tarn/ui/text/ElidedLabel.h"
 #include "Tarn/ui/theme/Colors.h"
@@ -375,21 +376,7 @@ bool QuickLook::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
-bool QuickLook::event(QEvent* event) {
-    switch (event->type()) {
-        case QEvent::ShortcutOverride:
-            // The key is for what is looked at, whatever it would do in the window below.
-            event->accept();
-            return true;
-        case QEvent::Wheel:
-        case QEvent::ContextMenu:
-        case QEvent::DragEnter:
-            event->accept();
-            return true;
-        default:
-            return QWidget::event(event);
-    }
-}
+bool QuickLook::event(QEvent* event) { return Overlay::keeps(*event) || QWidget::event(event); }
 
 void QuickLook::keyPressEvent(QKeyEvent* event) {
     // Zooming and scrolling keys are the preview's, wherever the keyboard is.

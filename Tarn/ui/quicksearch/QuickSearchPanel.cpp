@@ -312,16 +312,13 @@ bool QuickSearchPanel::eventFilter(QObject* watched, QEvent* event) {
 
 void QuickSearchPanel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const Colors& colors = Colors::current();
     if (!isComposited_) {
+        const Colors& colors = Colors::current();
         painter.fillRect(rect(), colors.raised);
         Paint::outline(painter, rect(), 0, colors.border, hairline);
         return;
     }
-    const QRectF face = QRectF(rect()).adjusted(margin_, margin_, -margin_, -margin_);
-    Paint::shadow(painter, face, radiusCard, margin_);
-    Paint::fill(painter, face, radiusCard, colors.raised);
-    Paint::outline(painter, face, radiusCard, colors.border, hairline);
+    Paint::card(painter, QRectF(rect()).adjusted(margin_, margin_, -margin_, -margin_), margin_);
 }
 
 }  // namespace tarn

@@ -12,6 +12,7 @@
 #include <QtWidgets/QScrollArea>
 
 #include "Tarn/ui/focus/FocusRing.h"
+#include "Tarn/ui/focus/Overlay.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Metrics.h"
@@ -31,9 +32,7 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        const Colors& colors = Colors::current();
-        Paint::fill(painter, rect(), Metrics::radiusCard, colors.raised);
-        Paint::outline(painter, rect(), Metrics::radiusCard, colors.border, Metrics::hairline);
+        Paint::card(painter, rect());
     }
 };
 
@@ -162,24 +161,19 @@ bool Sheet::event(QEvent* event) {
     switch (event->type()) {
         case QEvent::ShortcutOverride:
             if (leftOut_ && changesTab(*static_cast<QKeyEvent*>(event))) return false;
-            // The key is for the sheet, whatever it would do in the window below.
-            event->accept();
-            return true;
+            break;
         case QEvent::LayoutRequest:
             if (isVisible()) place();
             break;
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonRelease:
         case QEvent::MouseButtonDblClick:
-        case QEvent::Wheel:
-        case QEvent::ContextMenu:
-        case QEvent::DragEnter:
             event->accept();
             return true;
         default:
             break;
     }
-    return QWidget::event(event);
+    return Overlay::keeps(*event) || QWidget::event(event);
 }
 
 void Sheet::addScrolling(QScrollArea& area, QWidget& content, QPushButton& done) {

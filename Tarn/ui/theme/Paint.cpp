@@ -45,6 +45,13 @@ void shadow(QPainter& painter, const QRectF& rect, qreal radius, int reach) {
     }
 }
 
+void card(QPainter& painter, const QRectF& rect, int shadowReach) {
+    const Colors& colors = Colors::current();
+    shadow(painter, rect, Metrics::radiusCard, shadowReach);
+    fill(painter, rect, Metrics::radiusCard, colors.raised);
+    outline(painter, rect, Metrics::radiusCard, colors.border, Metrics::hairline);
+}
+
 void focusRing(QPainter& painter, const QRectF& rect, qreal radius) {
     outline(painter, rect, radius, Colors::current().accent, Metrics::focusRing);
 }

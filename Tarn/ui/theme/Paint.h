@@ -17,6 +17,9 @@ void outline(QPainter& painter, const QRectF& rect, qreal radius, const QColor& 
 /// The soft shade around something that floats, `reach` wide; the thing itself is drawn over it.
 void shadow(QPainter& painter, const QRectF& rect, qreal radius, int reach);
 
+/// The ground of what floats over a window, with a shade that reaches so far around it.
+void card(QPainter& painter, const QRectF& rect, int shadowReach = 0);
+
 /// The mark of the control that has the keyboard.
 void focusRing(QPainter& painter, const QRectF& rect, qreal radius);
 

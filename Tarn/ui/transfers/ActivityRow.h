@@ -1,21 +1,15 @@
 #pragma once
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
-#include <QtCore/QTimer>
-#include <QtWidgets/QWidget>
 
-class QProgressBar;
-class QToolButton;
+#include "Tarn/ui/transfers/JobRow.h"
 
 namespace tarn {
 
 class ActivityTask;
-class TabularLabel;
 
-/// A long job among the transfers: what it does, how far it has come, and the buttons to hold and
-/// to stop it.
-class ActivityRow final : public QWidget {
+/// A long job among the transfers.
+class ActivityRow final : public JobRow {
     Q_OBJECT
 public:
     explicit ActivityRow(ActivityTask& task, QWidget* parent = nullptr);
@@ -24,16 +18,9 @@ public:
     ActivityTask* task() const { return task_; }
 
 private:
-    void refreshSoon();
-    void refresh();
+    void showState() override;
 
     QPointer<ActivityTask> task_;
-    QToolButton* pause_;
-    QToolButton* stop_;
-    QProgressBar* bar_;
-    TabularLabel* detail_;
-    QTimer timer_;
-    QElapsedTimer sinceShown_;
 };
 
 }  // namespace tarn

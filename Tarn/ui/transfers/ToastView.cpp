@@ -15,7 +15,6 @@
 #include "Tarn/model/WindowOperations.h"
 #include "Tarn/ui/states/StatusPill.h"
 #include "Tarn/ui/states/SymbolView.h"
-#include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
@@ -178,11 +177,8 @@ void ToastView::leaveEvent(QEvent*) { hold(); }
 
 void ToastView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const Colors& colors = Colors::current();
-    const QRect card = rect().adjusted(shadowReach, shadowReach, -shadowReach, -shadowReach);
-    Paint::shadow(painter, card, Metrics::radiusCard, shadowReach);
-    Paint::fill(painter, card, Metrics::radiusCard, colors.raised);
-    Paint::outline(painter, card, Metrics::radiusCard, colors.border, Metrics::hairline);
+    Paint::card(painter, rect().adjusted(shadowReach, shadowReach, -shadowReach, -shadowReach),
+                shadowReach);
 }
 
 }  // namespace tarn

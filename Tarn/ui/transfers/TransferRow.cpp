@@ -7,10 +7,9 @@
 #include <QtWidgets/QProgressBar>
 #include <QtWidgets/QToolButton>
 
-#include "Tarn/model/DisplayText.h"
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/TransferList.h"
 #include "Tarn/ui/states/SymbolView.h"
-#include "Tarn/ui/text/ElidedLabel.h"
 #include "Tarn/ui/text/TabularLabel.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
@@ -20,17 +19,7 @@
 namespace tarn {
 namespace {
 
-constexpr int barSteps = 1000;
 constexpr std::size_t mostFailures = 20;
-
-QToolButton* makeButton(const char* symbol) {
-    auto* button = new QToolButton;
-    button->setAutoRaise(true);
-    button->setIcon(Icons::symbol(symbol));
-    button->setIconSize({Metrics::iconToolbar, Metrics::iconToolbar});
-    button->setFixedSize(Metrics::rowCompact, Metrics::rowCompact);
-    return button;
-}
 
 QLabel* sentence(const QString& text) {
     auto* label = new QLabel(text);
@@ -45,45 +34,14 @@ QLabel* sentence(const QString& text) {
 }  // namespace
 
 TransferRow::TransferRow(TransferList& list, TransferModel& transfer, QWidget* parent)
-    : QWidget(parent),
+    : JobRow(transfer.title(), TransferText::symbol(transfer.kind()), parent),
       list_(list),
-      transfer_(transfer),
-      title_(new ElidedLabel(transfer.title())),
-      pause_(makeButton("pause")),
-      stop_(makeButton("xmark")),
-      bar_(new QProgressBar),
-      detail_(new TabularLabel),
-      column_(new QVBoxLayout) {
-    auto* symbol = new SymbolView(Metrics::iconRow, Icons::Tint::secondary);
-    symbol->setSymbol(TransferText::symbol(transfer.kind()));
-    bar_->setTextVisible(false);
-    bar_->setFixedHeight(Metrics::space8);
-    bar_->setRange(0, barSteps);
-    bar_->setAccessibleName(transfer.title());
-
-    column_->setSpacing(Metrics::space4);
-    column_->addWidget(title_);
-    column_->addWidget(bar_);
-    column_->addWidget(detail_);
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(Metrics::space16, Metrics::space8, Metrics::space8, Metrics::space8);
-    row->setSpacing(Metrics::space12);
-    row->addWidget(symbol, 0, Qt::AlignTop);
-    row->addLayout(column_, 1);
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(0);
-    buttons->addWidget(pause_);
-    buttons->addWidget(stop_);
-    row->addLayout(buttons);
-    row->setAlignment(buttons, Qt::AlignTop);
-
-    timer_.setSingleShot(true);
+      transfer_(transfer) {
     clock_.start();
-    connect(&timer_, &QTimer::timeout, this, &TransferRow::refresh);
     connect(&list, &TransferList::transferChanged, this, [this](TransferModel* changed) {
-        if (changed == &transfer_) refreshSoon();
+        if (changed == &transfer_) transferChanged();
     });
-    connect(pause_, &QToolButton::clicked, this, [this] {
+    connect(&pauseButton(), &QToolButton::clicked, this, [this] {
         if (!transfer_.hasStarted())
             list_.startNow(transfer_);
         else if (transfer_.progress().state == TransferState::paused)
@@ -91,7 +49,7 @@ TransferRow::TransferRow(TransferList& list, TransferModel& transfer, QWidget* p
         else
             transfer_.pause();
     });
-    connect(stop_, &QToolButton::clicked, this, [this] {
+    connect(&stopButton(), &QToolButton::clicked, this, [this] {
         if (transfer_.isActive())
             transfer_.cancel();
         else
@@ -100,19 +58,14 @@ TransferRow::TransferRow(TransferList& list, TransferModel& transfer, QWidget* p
     refresh();
 }
 
-QString TransferRow::detail() const { return detail_->text(); }
-
-void TransferRow::refreshSoon() {
-    const bool isOther = transfer_.progress().state != shownState_ || !transfer_.isActive();
-    if (isOther || !sinceShown_.isValid() || sinceShown_.elapsed() >= calm)
+void TransferRow::transferChanged() {
+    if (transfer_.progress().state != shownState_ || !transfer_.isActive())
         refresh();
-    else if (!timer_.isActive())
-        timer_.start(static_cast<int>(calm - sinceShown_.elapsed()));
+    else
+        refreshSoon();
 }
 
-void TransferRow::refresh() {
-    timer_.stop();
-    sinceShown_.start();
+void TransferRow::showState() {
     const TransferProgress& progress = transfer_.progress();
     shownState_ = progress.state;
     const bool isQueued = transfer_.isActive() && !transfer_.hasStarted();
@@ -122,19 +75,17 @@ void TransferRow::refresh() {
                                 static_cast<double>(clock_.elapsed()) / 1000);
     else
         timeLeft_.reset();
-    bar_->setValue(static_cast<int>(progress.fraction() * barSteps));
-    detail_->setText(TransferText::detail(progress, left, isQueued));
-
-    const bool isPaused = progress.state == TransferState::paused;
-    pause_->setIcon(Icons::symbol(isQueued || isPaused ? "play" : "pause"));
-    const QString pause = isQueued ? tr("Start Now") : isPaused ? tr("Resume") : tr("Pause");
-    pause_->setToolTip(pause);
-    pause_->setAccessibleName(tr("%1: %2").arg(pause, transfer_.title()));
-    pause_->setVisible(transfer_.isActive() && progress.state != TransferState::waiting);
-    const QString stop = transfer_.isActive() ? tr("Stop") : tr("Dismiss");
-    stop_->setToolTip(stop);
-    stop_->setAccessibleName(tr("%1: %2").arg(stop, transfer_.title()));
-    bar_->setVisible(transfer_.isActive());
+    setFraction(progress.fraction());
+    setDetail(TransferText::detail(progress, left, isQueued));
+    if (isQueued)
+        setPause("play", tr("Start Now"));
+    else if (progress.state == TransferState::paused)
+        setPause("play", tr("Resume"));
+    else
+        setPause("pause", tr("Pause"));
+    pauseButton().setVisible(transfer_.isActive() && progress.state != TransferState::waiting);
+    setStop(transfer_.isActive() ? tr("Stop") : tr("Dismiss"));
+    bar().setVisible(transfer_.isActive());
     if (!transfer_.isActive()) showFailures();
 }
 
@@ -144,9 +95,9 @@ void TransferRow::showFailures() {
     auto* lines = new QVBoxLayout(failures_);
     lines->setContentsMargins(0, 0, 0, 0);
     lines->setSpacing(Metrics::space4);
-    if (!transfer_.notice().empty()) lines->addWidget(sentence(displayText(transfer_.notice())));
+    if (!transfer_.notice().empty()) lines->addWidget(sentence(coreSentence(transfer_.notice())));
     const auto& failures = transfer_.failures();
-    detail_->setVisible(failures.empty());
+    detailLabel().setVisible(failures.empty());
     if (!failures.empty()) {
         auto* heading = new QHBoxLayout;
         heading->setSpacing(Metrics::space6);
@@ -159,10 +110,10 @@ void TransferRow::showFailures() {
         lines->addLayout(heading);
     }
     for (std::size_t i = 0; i < std::min(failures.size(), mostFailures); ++i)
-        lines->addWidget(sentence(displayText(failures[i].message)));
+        lines->addWidget(sentence(coreSentence(failures[i].message)));
     if (failures.size() > mostFailures)
         lines->addWidget(sentence(tr("and %1 more").arg(failures.size() - mostFailures)));
-    column_->addWidget(failures_);
+    this->lines().addWidget(failures_);
 }
 
 }  // namespace tarn

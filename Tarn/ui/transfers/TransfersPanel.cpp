@@ -11,7 +11,6 @@
 
 #include "Tarn/model/ActivityList.h"
 #include "Tarn/model/TransferList.h"
-#include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
@@ -179,11 +178,8 @@ void TransfersPanel::keyPressEvent(QKeyEvent* event) {
 
 void TransfersPanel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const Colors& colors = Colors::current();
-    const QRect card = rect().adjusted(shadowReach, shadowReach, -shadowReach, -shadowReach);
-    Paint::shadow(painter, card, Metrics::radiusCard, shadowReach);
-    Paint::fill(painter, card, Metrics::radiusCard, colors.raised);
-    Paint::outline(painter, card, Metrics::radiusCard, colors.border, Metrics::hairline);
+    Paint::card(painter, rect().adjusted(shadowReach, shadowReach, -shadowReach, -shadowReach),
+                shadowReach);
 }
 
 }  // namespace tarn
