@@ -1,3 +1,4 @@
+// The main function of tests that need the event loop of Qt, and no window.
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
