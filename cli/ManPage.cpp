@@ -119,6 +119,13 @@ A folder that takes the place of the home folder (as
 .IR Home )
 and of the stored settings and lists (as
 .IR Support ).
+.TP
+.B TARN_RESTORE_SESSION
+Whether the first window brings back the windows of the last time, instead of what the
+settings say: \fB0\fR or nothing for no, anything else for yes.
+.TP
+.B TARN_SHOW_ONBOARDING
+Anything but \fB0\fR has the first window introduce itself again.
 )";
 
 }  // namespace

@@ -27,7 +27,7 @@ StartScreen::StartScreen(WindowModel& tab, PaneModel& pane, QWidget* parent)
       content_(new QWidget),
       field_(new QLineEdit),
       recents_(new StartSection(tr("Recent Folders"), content_)),
-      favorites_(new StartSection(tr("Favorites"), content_)),
+      favorites_(new StartSection(tr("Favourites"), content_)),
       library_(new StartSection(tr("Library"), content_)),
       volumes_(new StartSection(tr("Locations"), content_)) {
     setAutoFillBackground(true);
