@@ -23,10 +23,6 @@
         <translation>Stoppen</translation>
     </message>
     <message>
-        <source>Stop: %1</source>
-        <translation>Stoppen: %1</translation>
-    </message>
-    <message>
         <source>Stopping…</source>
         <translation>Wird gestoppt …</translation>
     </message>
@@ -45,10 +41,6 @@
     <message>
         <source>Pause</source>
         <translation>Anhalten</translation>
-    </message>
-    <message>
-        <source>%1: %2</source>
-        <translation>%1: %2</translation>
     </message>
 </context>
 <context>
@@ -765,6 +757,585 @@
     <message>
         <source>%1 of %2 · %3</source>
         <translation>%1 von %2 · %3</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::CoreSentences</name>
+    <message>
+        <source>“%1”, “%2” and %3 more</source>
+        <translation>„%1“, „%2“ und %3 weiteren</translation>
+    </message>
+    <message>
+        <source>“%1”, “%2” and “%3”</source>
+        <translation>„%1“, „%2“ und „%3“</translation>
+    </message>
+    <message>
+        <source>“%1” and “%2”</source>
+        <translation>„%1“ und „%2“</translation>
+    </message>
+    <message>
+        <source>“%1”</source>
+        <translation>„%1“</translation>
+    </message>
+    <message>
+        <source>Copy %1 to “%2”</source>
+        <translation>%1 nach „%2“ kopieren</translation>
+    </message>
+    <message>
+        <source>Move %1 to the Trash</source>
+        <translation>%1 in den Papierkorb legen</translation>
+    </message>
+    <message>
+        <source>Move %1 to “%2”</source>
+        <translation>%1 nach „%2“ bewegen</translation>
+    </message>
+    <message>
+        <source>New folder “%1” with %2</source>
+        <translation>Neuer Ordner „%1“ mit %2</translation>
+    </message>
+    <message>
+        <source>New folder “%1”</source>
+        <translation>Neuer Ordner „%1“</translation>
+    </message>
+    <message>
+        <source>New File “%1”</source>
+        <translation>Neue Datei „%1“</translation>
+    </message>
+    <message>
+        <source>Duplicate %1</source>
+        <translation>%1 duplizieren</translation>
+    </message>
+    <message>
+        <source>Rename “%1” to “%2”</source>
+        <translation>„%1“ in „%2“ umbenennen</translation>
+    </message>
+    <message>
+        <source>Rename %1</source>
+        <translation>%1 umbenennen</translation>
+    </message>
+    <message>
+        <source>Compress %1</source>
+        <translation>%1 komprimieren</translation>
+    </message>
+    <message>
+        <source>Extract from “%1”</source>
+        <translation>Aus „%1“ entpacken</translation>
+    </message>
+    <message>
+        <source>Extract %1 from “%2”</source>
+        <translation>%1 aus „%2“ entpacken</translation>
+    </message>
+    <message>
+        <source>Extract %1</source>
+        <translation>%1 entpacken</translation>
+    </message>
+    <message>
+        <source>Tag %1 with “%2”</source>
+        <translation>%1 mit „%2“ taggen</translation>
+    </message>
+    <message>
+        <source>Tag “%1”</source>
+        <translation>Mit „%1“ taggen</translation>
+    </message>
+    <message>
+        <source>Remove the tag “%1” from %2</source>
+        <translation>Tag „%1“ von %2 entfernen</translation>
+    </message>
+    <message>
+        <source>Remove tag “%1”</source>
+        <translation>Tag „%1“ entfernen</translation>
+    </message>
+    <message>
+        <source>Remove all tags from %1</source>
+        <translation>Alle Tags von %1 entfernen</translation>
+    </message>
+    <message>
+        <source>Rename tag “%1” to “%2”</source>
+        <translation>Tag „%1“ in „%2“ umbenennen</translation>
+    </message>
+    <message>
+        <source>Change colour of tag “%1”</source>
+        <translation>Farbe des Tags „%1“ ändern</translation>
+    </message>
+    <message>
+        <source>%1 because you don’t have permission.</source>
+        <translation>%1, weil die Berechtigung fehlt.</translation>
+    </message>
+    <message>
+        <source>%1 because it no longer exists.</source>
+        <translation>%1, weil es nicht mehr existiert.</translation>
+    </message>
+    <message>
+        <source>%1 because it’s in use.</source>
+        <translation>%1, weil gerade etwas darauf zugreift.</translation>
+    </message>
+    <message>
+        <source>%1 because it is in use.</source>
+        <translation>%1, weil gerade etwas darauf zugreift.</translation>
+    </message>
+    <message>
+        <source>%1 because an item with that name already exists.</source>
+        <translation>%1, weil es schon ein Objekt mit diesem Namen gibt.</translation>
+    </message>
+    <message>
+        <source>%1 because the disk is full.</source>
+        <translation>%1, weil der Datenträger voll ist.</translation>
+    </message>
+    <message>
+        <source>%1 because the disk is read-only.</source>
+        <translation>%1, weil der Datenträger schreibgeschützt ist.</translation>
+    </message>
+    <message>
+        <source>%1 because the disk can’t be written to.</source>
+        <translation>%1, weil auf den Datenträger nicht geschrieben werden kann.</translation>
+    </message>
+    <message>
+        <source>%1 because another program keeps it busy.</source>
+        <translation>%1, weil ein anderes Programm ihn beschäftigt.</translation>
+    </message>
+    <message>
+        <source>%1 because it changed meanwhile.</source>
+        <translation>%1, weil es sich inzwischen geändert hat.</translation>
+    </message>
+    <message>
+        <source>%1 because it is a socket or a device.</source>
+        <translation>%1, weil es ein Socket oder ein Gerät ist.</translation>
+    </message>
+    <message>
+        <source>%1 because its disk has no Trash that can be used.</source>
+        <translation>%1, weil der Datenträger keinen nutzbaren Papierkorb hat.</translation>
+    </message>
+    <message>
+        <source>%1 because the Trash is inside it.</source>
+        <translation>%1, weil der Papierkorb darin liegt.</translation>
+    </message>
+    <message>
+        <source>%1.</source>
+        <translation>%1.</translation>
+    </message>
+    <message>
+        <source>Couldn’t create the folder</source>
+        <translation>Der Ordner konnte nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t create the file</source>
+        <translation>Die Datei konnte nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t copy “%1”</source>
+        <translation>„%1“ konnte nicht kopiert werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t move “%1” to the Trash</source>
+        <translation>„%1“ konnte nicht in den Papierkorb gelegt werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t move “%1”</source>
+        <translation>„%1“ konnte nicht bewegt werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t move the items back</source>
+        <translation>Die Objekte konnten nicht zurückbewegt werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t rename “%1”</source>
+        <translation>„%1“ konnte nicht umbenannt werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t rename the files</source>
+        <translation>Die Dateien konnten nicht umbenannt werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t duplicate “%1”</source>
+        <translation>„%1“ konnte nicht dupliziert werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t remove “%1”</source>
+        <translation>„%1“ konnte nicht entfernt werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t remove it</source>
+        <translation>Das Original konnte nicht entfernt werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t change tags on “%1”</source>
+        <translation>Die Tags von „%1“ konnten nicht geändert werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t compress</source>
+        <translation>Das Komprimieren ist fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Couldn’t unpack “%1”</source>
+        <translation>„%1“ konnte nicht entpackt werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t eject “%1”</source>
+        <translation>„%1“ konnte nicht ausgeworfen werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t connect to “%1”</source>
+        <translation>Die Verbindung mit „%1“ konnte nicht hergestellt werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t start “%1”</source>
+        <translation>„%1“ konnte nicht gestartet werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t write the index of texts</source>
+        <translation>Der Index der Texte konnte nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>Couldn’t change which programs open files</source>
+        <translation>Welche Programme Dateien öffnen, konnte nicht geändert werden</translation>
+    </message>
+    <message>
+        <source>You don’t have permission to do that.</source>
+        <translation>Dafür fehlt die Berechtigung.</translation>
+    </message>
+    <message>
+        <source>It doesn’t exist any more.</source>
+        <translation>Es existiert nicht mehr.</translation>
+    </message>
+    <message>
+        <source>It isn’t a folder.</source>
+        <translation>Es ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>The disk is full.</source>
+        <translation>Der Datenträger ist voll.</translation>
+    </message>
+    <message>
+        <source>Your disk quota is used up.</source>
+        <translation>Der zugeteilte Speicherplatz ist aufgebraucht.</translation>
+    </message>
+    <message>
+        <source>The disk can’t be written to.</source>
+        <translation>Auf den Datenträger kann nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>The disk couldn’t be read.</source>
+        <translation>Der Datenträger konnte nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>It is a link that leads back to itself.</source>
+        <translation>Es ist ein Verweis, der zu sich selbst zurückführt.</translation>
+    </message>
+    <message>
+        <source>The name is too long.</source>
+        <translation>Der Name ist zu lang.</translation>
+    </message>
+    <message>
+        <source>Too many files are open.</source>
+        <translation>Zu viele Dateien sind geöffnet.</translation>
+    </message>
+    <message>
+        <source>The server isn’t responding.</source>
+        <translation>Der Server antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>The server no longer knows it.</source>
+        <translation>Der Server kennt es nicht mehr.</translation>
+    </message>
+    <message>
+        <source>The name “%1” is already taken. Please choose a different name.</source>
+        <translation>Der Name „%1“ ist schon vergeben. Bitte einen anderen Namen wählen.</translation>
+    </message>
+    <message>
+        <source>“%1” can’t be found. It may have been moved or deleted.</source>
+        <translation>„%1“ ist nicht zu finden. Vielleicht wurde es bewegt oder gelöscht.</translation>
+    </message>
+    <message>
+        <source>“%1” no longer exists.</source>
+        <translation>„%1“ existiert nicht mehr.</translation>
+    </message>
+    <message>
+        <source>“%1” can’t be read.</source>
+        <translation>„%1“ kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>A name can’t be empty.</source>
+        <translation>Ein Name darf nicht leer sein.</translation>
+    </message>
+    <message>
+        <source>Names can’t contain “/” or “:”.</source>
+        <translation>Namen dürfen weder „/“ noch „:“ enthalten.</translation>
+    </message>
+    <message>
+        <source>Names can’t contain “/” or “:”</source>
+        <translation>Namen dürfen weder „/“ noch „:“ enthalten</translation>
+    </message>
+    <message>
+        <source>Name would be empty</source>
+        <translation>Der Name wäre leer</translation>
+    </message>
+    <message>
+        <source>Name would start with a dot and be hidden</source>
+        <translation>Der Name würde mit einem Punkt beginnen und wäre verborgen</translation>
+    </message>
+    <message>
+        <source>Name is too long</source>
+        <translation>Der Name ist zu lang</translation>
+    </message>
+    <message>
+        <source>Same name as another file in this rename</source>
+        <translation>Derselbe Name wie bei einer anderen dieser Dateien</translation>
+    </message>
+    <message>
+        <source>A file with this name already exists</source>
+        <translation>Es gibt schon eine Datei mit diesem Namen</translation>
+    </message>
+    <message>
+        <source>The number is too large</source>
+        <translation>Die Zahl ist zu groß</translation>
+    </message>
+    <message>
+        <source>“%1” isn’t a valid date format</source>
+        <translation>„%1“ ist kein gültiges Datumsformat</translation>
+    </message>
+    <message>
+        <source>The file doesn’t say when it was taken</source>
+        <translation>Die Datei sagt nicht, wann sie aufgenommen wurde</translation>
+    </message>
+    <message>
+        <source>“%1” isn’t a valid regular expression</source>
+        <translation>„%1“ ist kein gültiger regulärer Ausdruck</translation>
+    </message>
+    <message>
+        <source>Looking for “%1” takes too long</source>
+        <translation>Die Suche nach „%1“ dauert zu lange</translation>
+    </message>
+    <message>
+        <source>The replacement names a group that isn’t in “%1”</source>
+        <translation>Die Ersetzung nennt eine Gruppe, die es in „%1“ nicht gibt</translation>
+    </message>
+    <message>
+        <source>Can’t put “%1” inside itself.</source>
+        <translation>„%1“ kann nicht in sich selbst gelegt werden.</translation>
+    </message>
+    <message>
+        <source>Can’t replace “%1” because it contains the item being moved.</source>
+        <translation>„%1“ kann nicht ersetzt werden, weil darin liegt, was bewegt wird.</translation>
+    </message>
+    <message>
+        <source>The copy was cancelled.</source>
+        <translation>Das Kopieren wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Copied “%1” but kept the original, because the copy couldn’t be written out.</source>
+        <translation>„%1“ wurde kopiert, das Original aber behalten, weil die Kopie nicht zu Ende geschrieben werden konnte.</translation>
+    </message>
+    <message>
+        <source>Copied “%1” but couldn’t remove the original.</source>
+        <translation>„%1“ wurde kopiert, aber das Original blieb.</translation>
+    </message>
+    <message>
+        <source>Not everything could be written to “%1”. Please check the disk before you rely on the copy.</source>
+        <translation>Nicht alles konnte nach „%1“ geschrieben werden. Bitte den Datenträger prüfen, ehe man sich auf die Kopie verlässt.</translation>
+    </message>
+    <message>
+        <source>%1 has already been moved to the Trash.</source>
+        <translation>%1 liegt bereits im Papierkorb.</translation>
+    </message>
+    <message>
+        <source>%1 have already been moved to the Trash.</source>
+        <translation>%1 liegen bereits im Papierkorb.</translation>
+    </message>
+    <message>
+        <source>%1 has already been moved to “%2”.</source>
+        <translation>%1 wurde bereits nach „%2“ bewegt.</translation>
+    </message>
+    <message>
+        <source>%1 have already been moved to “%2”.</source>
+        <translation>%1 wurden bereits nach „%2“ bewegt.</translation>
+    </message>
+    <message>
+        <source>%1 was replaced, and can be found in the Trash.</source>
+        <translation>%1 wurde ersetzt und liegt im Papierkorb.</translation>
+    </message>
+    <message>
+        <source>%1 were replaced, and can be found in the Trash.</source>
+        <translation>%1 wurden ersetzt und liegen im Papierkorb.</translation>
+    </message>
+    <message>
+        <source>The other disk doesn’t keep all tags, attributes and access rights of %1.</source>
+        <translation>Der andere Datenträger behält nicht alle Tags, Attribute und Zugriffsrechte von %1.</translation>
+    </message>
+    <message>
+        <source>Estimating…</source>
+        <translation>Wird geschätzt …</translation>
+    </message>
+    <message>
+        <source>A few seconds left</source>
+        <translation>Noch ein paar Sekunden</translation>
+    </message>
+    <message>
+        <source>About %1 seconds left</source>
+        <translation>Noch etwa %1 Sekunden</translation>
+    </message>
+    <message>
+        <source>About %1 minutes left</source>
+        <translation>Noch etwa %1 Minuten</translation>
+    </message>
+    <message>
+        <source>About %1 h %2 min left</source>
+        <translation>Noch etwa %1 Std. %2 Min.</translation>
+    </message>
+    <message>
+        <source>“%1” doesn’t exist any more.</source>
+        <translation>„%1“ existiert nicht mehr.</translation>
+    </message>
+    <message>
+        <source>Tarn isn’t allowed to open “%1”.</source>
+        <translation>Tarn darf „%1“ nicht öffnen.</translation>
+    </message>
+    <message>
+        <source>“%1” isn’t a folder.</source>
+        <translation>„%1“ ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>“%1” isn’t responding. It may be on a disk or server that is away.</source>
+        <translation>„%1“ antwortet nicht. Vielleicht liegt es auf einem Datenträger oder Server, der nicht da ist.</translation>
+    </message>
+    <message>
+        <source>This smart folder doesn’t exist any more. It may have been deleted.</source>
+        <translation>Diesen intelligenten Ordner gibt es nicht mehr. Vielleicht wurde er gelöscht.</translation>
+    </message>
+    <message>
+        <source>This archive couldn’t be read.</source>
+        <translation>Dieses Archiv konnte nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>It is damaged.</source>
+        <translation>Es ist beschädigt.</translation>
+    </message>
+    <message>
+        <source>It is incomplete or damaged.</source>
+        <translation>Es ist unvollständig oder beschädigt.</translation>
+    </message>
+    <message>
+        <source>It is encrypted with a password, and Tarn can’t open encrypted archives.</source>
+        <translation>Es ist mit einem Passwort verschlüsselt, und verschlüsselte Archive kann Tarn nicht öffnen.</translation>
+    </message>
+    <message>
+        <source>It is packed in a way that Tarn can’t unpack.</source>
+        <translation>Es ist so gepackt, dass Tarn es nicht entpacken kann.</translation>
+    </message>
+    <message>
+        <source>It is one part of an archive that was split into several files.</source>
+        <translation>Es ist ein Teil eines Archivs, das auf mehrere Dateien verteilt wurde.</translation>
+    </message>
+    <message>
+        <source>“%1” in it would be written outside of the folder.</source>
+        <translation>„%1“ darin würde außerhalb des Ordners geschrieben.</translation>
+    </message>
+    <message>
+        <source>“%1” in it is a second name of a file that isn’t there.</source>
+        <translation>„%1“ darin ist ein zweiter Name einer Datei, die es nicht gibt.</translation>
+    </message>
+    <message>
+        <source>It holds two different items called “%1”.</source>
+        <translation>Es enthält zwei verschiedene Objekte namens „%1“.</translation>
+    </message>
+    <message>
+        <source>There is no room to unpack it.</source>
+        <translation>Zum Entpacken ist kein Platz.</translation>
+    </message>
+    <message>
+        <source>It was cancelled.</source>
+        <translation>Es wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Tarn can’t open this kind of archive.</source>
+        <translation>Archive dieser Art kann Tarn nicht öffnen.</translation>
+    </message>
+    <message>
+        <source>Nothing to compress.</source>
+        <translation>Es gibt nichts zu komprimieren.</translation>
+    </message>
+    <message>
+        <source>A smart folder needs a name.</source>
+        <translation>Ein intelligenter Ordner braucht einen Namen.</translation>
+    </message>
+    <message>
+        <source>A smart folder needs something to search for.</source>
+        <translation>Ein intelligenter Ordner braucht etwas, wonach er sucht.</translation>
+    </message>
+    <message>
+        <source>There is a smart folder called “%1” already.</source>
+        <translation>Es gibt schon einen intelligenten Ordner namens „%1“.</translation>
+    </message>
+    <message>
+        <source>A workspace needs a name.</source>
+        <translation>Ein Arbeitsbereich braucht einen Namen.</translation>
+    </message>
+    <message>
+        <source>There is a workspace called “%1” already.</source>
+        <translation>Es gibt schon einen Arbeitsbereich namens „%1“.</translation>
+    </message>
+    <message>
+        <source>“%1” is not a volume that can be ejected.</source>
+        <translation>„%1“ ist kein Volume, das ausgeworfen werden kann.</translation>
+    </message>
+    <message>
+        <source>The password wasn’t given.</source>
+        <translation>Das Passwort wurde nicht eingegeben.</translation>
+    </message>
+    <message>
+        <source>You aren’t allowed to.</source>
+        <translation>Es ist nicht erlaubt.</translation>
+    </message>
+    <message>
+        <source>“%1” isn’t installed.</source>
+        <translation>„%1“ ist nicht installiert.</translation>
+    </message>
+    <message>
+        <source>Which programs use it couldn’t be found out.</source>
+        <translation>Welche Programme darauf zugreifen, war nicht herauszufinden.</translation>
+    </message>
+    <message>
+        <source>Which programs use it can’t be found out here.</source>
+        <translation>Welche Programme darauf zugreifen, ist hier nicht herauszufinden.</translation>
+    </message>
+    <message>
+        <source>Which programs use it can’t be found out because “%1” isn’t installed.</source>
+        <translation>Welche Programme darauf zugreifen, ist nicht herauszufinden, weil „%1“ nicht installiert ist.</translation>
+    </message>
+    <message>
+        <source>Connected to “%1”, but the address leads to no folder. It must name a share or a folder that is there, and “%2” must be installed.</source>
+        <translation>Die Verbindung mit „%1“ steht, aber die Adresse führt zu keinem Ordner. Sie muss eine Freigabe oder einen Ordner nennen, den es gibt, und „%2“ muss installiert sein.</translation>
+    </message>
+    <message>
+        <source>This computer can’t connect to servers because gvfs isn’t installed. Its packages are “%1” and “%2”.</source>
+        <translation>Dieser Computer kann sich mit keinem Server verbinden, weil gvfs nicht installiert ist. Die Pakete heißen „%1“ und „%2“.</translation>
+    </message>
+    <message>
+        <source>Another program is filling the index of texts.</source>
+        <translation>Ein anderes Programm füllt gerade den Index der Texte.</translation>
+    </message>
+    <message>
+        <source>PDF documents can’t be read because Poppler isn’t installed.</source>
+        <translation>PDF-Dokumente können nicht gelesen werden, weil Poppler nicht installiert ist.</translation>
+    </message>
+    <message>
+        <source>Text in pictures can’t be recognised because Tesseract, or its data for the languages that are set, isn’t installed.</source>
+        <translation>Text in Bildern kann nicht erkannt werden, weil Tesseract oder seine Daten für die gewählten Sprachen nicht installiert sind.</translation>
+    </message>
+    <message>
+        <source>Documents of the format “%1” can’t be read because “%2” isn’t installed.</source>
+        <translation>Dokumente des Formats „%1“ können nicht gelesen werden, weil „%2“ nicht installiert ist.</translation>
+    </message>
+    <message>
+        <source>Documents can’t be read because the program “%1” isn’t installed.</source>
+        <translation>Dokumente können nicht gelesen werden, weil das Programm „%1“ nicht installiert ist.</translation>
+    </message>
+    <message>
+        <source>Documents can’t be read because “%1” doesn’t start.</source>
+        <translation>Dokumente können nicht gelesen werden, weil „%1“ nicht startet.</translation>
+    </message>
+    <message>
+        <source>Documents can’t be read because “%1” is of another version than Tarn.</source>
+        <translation>Dokumente können nicht gelesen werden, weil „%1“ von einer anderen Version ist als Tarn.</translation>
     </message>
 </context>
 <context>
@@ -1715,6 +2286,13 @@
     <message>
         <source>%1 · %2</source>
         <translation>%1 · %2</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::JobRow</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
     </message>
 </context>
 <context>
@@ -3535,10 +4113,6 @@
         <translation>Zuletzt benutzte Ordner</translation>
     </message>
     <message>
-        <source>Favorites</source>
-        <translation>Favoriten</translation>
-    </message>
-    <message>
         <source>Library</source>
         <translation>Mediathek</translation>
     </message>
@@ -3557,6 +4131,10 @@
     <message>
         <source>Search your files</source>
         <translation>Deine Dateien durchsuchen</translation>
+    </message>
+    <message>
+        <source>Favourites</source>
+        <translation>Favoriten</translation>
     </message>
 </context>
 <context>
@@ -3696,6 +4274,29 @@
     </message>
 </context>
 <context>
+    <name>tarn::TransferOutcome</name>
+    <message>
+        <source>Copied %1 to “%2”</source>
+        <translation>%1 nach „%2“ kopiert</translation>
+    </message>
+    <message>
+        <source>Moved %1 to “%2”</source>
+        <translation>%1 nach „%2“ bewegt</translation>
+    </message>
+    <message>
+        <source>Moved %1 to the Trash</source>
+        <translation>%1 in den Papierkorb gelegt</translation>
+    </message>
+    <message>
+        <source>%1 couldn’t be copied.</source>
+        <translation>%1 konnten nicht kopiert werden.</translation>
+    </message>
+    <message>
+        <source>%1 couldn’t be moved.</source>
+        <translation>%1 konnten nicht bewegt werden.</translation>
+    </message>
+</context>
+<context>
     <name>tarn::TransferRow</name>
     <message>
         <source>Start Now</source>
@@ -3708,10 +4309,6 @@
     <message>
         <source>Pause</source>
         <translation>Anhalten</translation>
-    </message>
-    <message>
-        <source>%1: %2</source>
-        <translation>%1: %2</translation>
     </message>
     <message>
         <source>Stop</source>
@@ -3843,6 +4440,17 @@
     </message>
 </context>
 <context>
+    <name>tarn::TrashService</name>
+    <message>
+        <source>Couldn’t empty the Trash. %1 couldn’t be deleted.</source>
+        <translation>Der Papierkorb konnte nicht ganz geleert werden. Nicht gelöscht: %1.</translation>
+    </message>
+    <message>
+        <source>Trash emptied</source>
+        <translation>Papierkorb geleert</translation>
+    </message>
+</context>
+<context>
     <name>tarn::ViewSection</name>
     <message>
         <source>Show folders as</source>
@@ -3968,6 +4576,42 @@
         <source>Extract from “%1”</source>
         <translation>Aus „%1“ entpacken</translation>
     </message>
+    <message>
+        <source>Renamed “%1” to “%2”</source>
+        <translation>„%1“ in „%2“ umbenannt</translation>
+    </message>
+    <message>
+        <source>Renamed %1</source>
+        <translation>%1 umbenannt</translation>
+    </message>
+    <message>
+        <source>Created “%1”</source>
+        <translation>„%1“ angelegt</translation>
+    </message>
+    <message>
+        <source>Tagged %1 with “%2”</source>
+        <translation>%1 mit „%2“ getaggt</translation>
+    </message>
+    <message>
+        <source>Removed the tag “%1” from %2</source>
+        <translation>Tag „%1“ von %2 entfernt</translation>
+    </message>
+    <message>
+        <source>Removed all tags from %1</source>
+        <translation>Alle Tags von %1 entfernt</translation>
+    </message>
+    <message>
+        <source>Compressed %1 as “%2”</source>
+        <translation>%1 als „%2“ komprimiert</translation>
+    </message>
+    <message>
+        <source>Extracted “%1” as “%2”</source>
+        <translation>„%1“ als „%2“ entpackt</translation>
+    </message>
+    <message>
+        <source>Extracted %1 to “%2”</source>
+        <translation>%1 nach „%2“ entpackt</translation>
+    </message>
 </context>
 <context>
     <name>tarn::WindowMenu</name>
@@ -4017,6 +4661,30 @@
     <message>
         <source>There is nothing to redo.</source>
         <translation>Es gibt nichts zu wiederholen.</translation>
+    </message>
+    <message>
+        <source>“%1” is in the Trash already.</source>
+        <translation>„%1“ liegt schon im Papierkorb.</translation>
+    </message>
+    <message>
+        <source>%1 are in the Trash already.</source>
+        <translation>%1 liegen schon im Papierkorb.</translation>
+    </message>
+    <message>
+        <source>Created the folder “%1”</source>
+        <translation>Ordner „%1“ angelegt</translation>
+    </message>
+    <message>
+        <source>Moved %1 to “%2”</source>
+        <translation>%1 nach „%2“ bewegt</translation>
+    </message>
+    <message>
+        <source>Duplicated %1</source>
+        <translation>%1 dupliziert</translation>
+    </message>
+    <message>
+        <source>Renamed “%1” to “%2”</source>
+        <translation>„%1“ in „%2“ umbenannt</translation>
     </message>
 </context>
 </TS>
