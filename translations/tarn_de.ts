@@ -1727,6 +1727,10 @@
             <numerusform>%1 Sprachen</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Zero KB</source>
+        <translation>0 KB</translation>
+    </message>
 </context>
 <context>
     <name>tarn::EjectSheet</name>

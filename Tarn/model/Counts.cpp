@@ -5,6 +5,8 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QLocale>
 
+#include "TarnCore/files/Format.h"
+
 namespace tarn::Counts {
 namespace {
 
@@ -26,6 +28,10 @@ QString counted(std::int64_t n, const QString& one, const QString& several) {
 }
 
 }  // namespace
+
+QString bytes(std::int64_t n) {
+    return n == 0 ? Words::tr("Zero KB") : QString::fromStdString(Format::bytes(n));
+}
 
 QString items(std::int64_t n) {
     return counted(n, Words::tr("1 item"), Words::tr("%1 items", nullptr, plural(n)));

@@ -8,6 +8,8 @@
 /// language that is shown. Callable from any thread once the language is chosen.
 namespace tarn::Counts {
 
+/// “1.2 MB”, as Format::bytes() has it.
+QString bytes(std::int64_t n);
 QString items(std::int64_t n);
 /// “3 Items”, for buttons, menus and titles.
 QString itemsInTitle(std::int64_t n);

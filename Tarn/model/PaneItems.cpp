@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Tarn/model/CoreTexts.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/SourceNames.h"
@@ -90,8 +91,7 @@ QString PaneItems::text(const FileItem& item, PaneColumn column) const {
         case PaneColumn::modified:
             return QString::fromStdString(Format::date(item.modified));
         case PaneColumn::size:
-            return item.size ? QString::fromStdString(Format::bytes(*item.size))
-                             : QString::fromUtf8(absent);
+            return item.size ? Counts::bytes(*item.size) : QString::fromUtf8(absent);
         case PaneColumn::kind:
             return displayText(item.kindDescription);
         case PaneColumn::folder:

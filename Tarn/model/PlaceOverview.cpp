@@ -7,7 +7,6 @@
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/base/Guarded.h"
-#include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/sources/SourceSummary.h"
 #include "TarnCore/tags/TagWalk.h"
@@ -143,8 +142,7 @@ QVariant PlaceOverview::data(const QModelIndex& index, int role) const {
 QString PlaceOverview::detail(const OverviewRow& row) const {
     if (row.count == 0) return tr("No items");
     if (place_ != Location::Case::sources) return Counts::items(row.count);
-    return Counts::files(row.count) + QStringLiteral(" · ") +
-           QString::fromStdString(Format::bytes(row.bytes));
+    return Counts::files(row.count) + QStringLiteral(" · ") + Counts::bytes(row.bytes);
 }
 
 }  // namespace tarn

@@ -9,6 +9,7 @@
 #include <QtCore/QLocale>
 
 #include "Tarn/model/CoreTexts.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
@@ -37,7 +38,7 @@ public:
 
 /// "2.4 MB (2,412,345 bytes)"; the second part only where it says more.
 QString sizeText(std::int64_t bytes) {
-    const QString rounded = qstring(Format::bytes(bytes));
+    const QString rounded = Counts::bytes(bytes);
     if (bytes < 1000) return rounded;
     return PreviewFacts::tr("%1 (%2 bytes)").arg(rounded, QLocale().toString(qlonglong{bytes}));
 }

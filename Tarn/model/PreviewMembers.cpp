@@ -5,9 +5,9 @@
 #include <unordered_map>
 #include <utility>
 
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "TarnCore/base/Collation.h"
-#include "TarnCore/files/Format.h"
 
 namespace tarn {
 namespace {
@@ -83,8 +83,7 @@ int PreviewMembers::columnCount(const QModelIndex& parent) const {
 
 QVariant PreviewMembers::data(const QModelIndex& index, int role) const {
     const ArchiveEntry& entry = member(index.row()).entry;
-    const QString bytes =
-        entry.isDirectory ? QString() : QString::fromStdString(Format::bytes(entry.size));
+    const QString bytes = entry.isDirectory ? QString() : Counts::bytes(entry.size);
     switch (role) {
         case Qt::DisplayRole:
             return index.column() == Column::name ? displayText(entry.name()) : bytes;

@@ -10,7 +10,6 @@
 #include "Tarn/model/ServerAddress.h"
 #include "Tarn/model/VolumeEjector.h"
 #include "Tarn/model/records/Favorites.h"
-#include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/platform/Platform.h"
 
@@ -205,9 +204,8 @@ SidebarRow SidebarModel::trashRow() const {
     else if (trash.bytes() && trash.items() == 0 && !trash.isUnreadable())
         row.detail = tr("Empty");
     else if (trash.bytes())
-        row.detail =
-            tr("%1 · %2", "items and size of the Trash")
-                .arg(Counts::items(trash.items()), displayText(Format::bytes(*trash.bytes())));
+        row.detail = tr("%1 · %2", "items and size of the Trash")
+                         .arg(Counts::items(trash.items()), Counts::bytes(*trash.bytes()));
     return row;
 }
 

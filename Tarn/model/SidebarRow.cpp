@@ -2,8 +2,7 @@
 
 #include <QtCore/QCoreApplication>
 
-#include "Tarn/model/DisplayText.h"
-#include "TarnCore/files/Format.h"
+#include "Tarn/model/Counts.h"
 
 namespace tarn {
 namespace {
@@ -62,8 +61,7 @@ QString SidebarRow::note() const {
     if (isEjecting) return Words::tr("Ejecting…");
     if (answer == Answer::silent) return Words::tr("Not responding");
     if (answer != Answer::ready || total <= 0) return {};
-    return Words::tr("%1 of %2 available")
-        .arg(displayText(Format::bytes(available)), displayText(Format::bytes(total)));
+    return Words::tr("%1 of %2 available").arg(Counts::bytes(available), Counts::bytes(total));
 }
 
 }  // namespace tarn

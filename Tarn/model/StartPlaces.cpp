@@ -4,10 +4,10 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/CoreTexts.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/base/JSON.h"
-#include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/platform/Platform.h"
 
@@ -58,8 +58,7 @@ StartPlaces::StartPlaces(AppModel& app, QObject* parent) : QObject(parent), app_
     connect(&probe_, &VolumeProbe::answered, this,
             [this](const URL& mountPoint, const std::optional<VolumeSpace>& space) {
                 if (!space || space->total <= 0) return setSpace(mountPoint, {}, std::nullopt);
-                setSpace(mountPoint,
-                         tr("%1 available").arg(displayText(Format::bytes(space->free))),
+                setSpace(mountPoint, tr("%1 available").arg(Counts::bytes(space->free)),
                          1 - static_cast<double>(space->free) / static_cast<double>(space->total));
             });
     connect(&probe_, &VolumeProbe::silent, this, [this](const URL& mountPoint) {

@@ -24,7 +24,6 @@
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Metrics.h"
-#include "TarnCore/files/Format.h"
 
 namespace tarn {
 namespace {
@@ -263,7 +262,7 @@ void Inspector::showFacts() {
         QString size;
         if (isMeasuring_) size = tr("Calculating…");
         if (folderSize_) {
-            const QString bytes = QString::fromStdString(Format::bytes(folderSize_->bytes));
+            const QString bytes = Counts::bytes(folderSize_->bytes);
             const QString items = Counts::items(folderSize_->items);
             size = folderSize_->isWhole
                        ? tr("%1 (%2)").arg(bytes, items)
@@ -271,7 +270,7 @@ void Inspector::showFacts() {
         }
         if (!size.isEmpty() && !lines.empty()) lines.insert(lines.begin() + 1, {tr("Size"), size});
     } else if (item.size) {
-        caption = tr("%1 · %2").arg(caption, QString::fromStdString(Format::bytes(*item.size)));
+        caption = tr("%1 · %2").arg(caption, Counts::bytes(*item.size));
     }
     caption_->setValue(caption);
     measure_->setVisible(item.isDirectory && !folderSize_ && !isMeasuring_ &&

@@ -26,7 +26,6 @@
 #include "Tarn/ui/states/StatePage.h"
 #include "Tarn/ui/states/StatusPill.h"
 #include "Tarn/ui/trash/TrashBar.h"
-#include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
 
 namespace tarn {
@@ -452,7 +451,7 @@ QString PaneWidget::statusText() const {
                                  ? tr("All %1 selected").arg(Counts::items(count))
                                  : tr("%1 of %2 selected").arg(selected).arg(Counts::items(count));
         if (!hasSize || selected > mostSummed) return text;
-        return text + QStringLiteral(" · ") + QString::fromStdString(Format::bytes(bytes));
+        return text + QStringLiteral(" · ") + Counts::bytes(bytes);
     }
     if (pane_.showsResults()) {
         const QString found = Counts::results(count);

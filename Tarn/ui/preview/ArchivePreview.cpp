@@ -17,7 +17,6 @@
 #include "Tarn/ui/theme/Metrics.h"
 #include "TarnCore/archive/ArchiveReader.h"
 #include "TarnCore/files/FileKind.h"
-#include "TarnCore/files/Format.h"
 
 namespace tarn {
 namespace {
@@ -123,8 +122,7 @@ ArchivePreview::ArchivePreview(PreviewPlace place, QWidget* parent)
 QString ArchivePreview::fact() const {
     const int files = members_->files();
     if (files == 0) return {};
-    return tr("%1, %2 unpacked")
-        .arg(Counts::files(files), QString::fromStdString(Format::bytes(members_->bytes())));
+    return tr("%1, %2 unpacked").arg(Counts::files(files), Counts::bytes(members_->bytes()));
 }
 
 void ArchivePreview::load() {

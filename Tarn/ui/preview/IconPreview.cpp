@@ -125,7 +125,7 @@ void IconPreview::showFacts() {
     if (!fact_.isEmpty())
         facts.append(fact_);
     else if (!item().isDirectory && item().size)
-        facts.append(QString::fromStdString(Format::bytes(*item().size)));
+        facts.append(Counts::bytes(*item().size));
     if (item().modified)
         facts.append(tr("Modified %1").arg(QString::fromStdString(Format::date(item().modified))));
     facts.removeAll(QString());

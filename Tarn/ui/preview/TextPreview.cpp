@@ -6,17 +6,12 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 
+#include "Tarn/model/Counts.h"
 #include "Tarn/ui/preview/CodeView.h"
 #include "Tarn/ui/theme/Metrics.h"
-#include "TarnCore/files/Format.h"
 #include "TarnCore/index/TextReader.h"
 
 namespace tarn {
-namespace {
-
-QString bytesText(std::int64_t bytes) { return QString::fromStdString(Format::bytes(bytes)); }
-
-}  // namespace
 
 TextPreview::TextPreview(Source source, PreviewPlace place, QWidget* parent)
     : Preview(place, parent),
@@ -92,7 +87,7 @@ void TextPreview::showNote() {
     foot_->setVisible(head_ && !head_->isWhole && !isSmall());
     if (!head_) return;
     note_->setText(
-        tr("The first %1 of %2").arg(bytesText(head_->bytesRead), bytesText(head_->size)));
+        tr("The first %1 of %2").arg(Counts::bytes(head_->bytesRead), Counts::bytes(head_->size)));
     more_->setEnabled(true);
     more_->setVisible(asked_ < TextHead::mostBytes);
 }

@@ -13,6 +13,7 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QToolButton>
 
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/model/WindowModel.h"
@@ -25,7 +26,6 @@
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
-#include "TarnCore/files/Format.h"
 
 namespace tarn {
 namespace {
@@ -270,8 +270,7 @@ void QuickLook::updateTitle() {
     const QString name = displayText(item_->name);
     title_->setText(name);
     QStringList facts = {displayText(item_->kindDescription), preview_->fact()};
-    if (!item_->isDirectory && item_->size)
-        facts.append(QString::fromStdString(Format::bytes(*item_->size)));
+    if (!item_->isDirectory && item_->size) facts.append(Counts::bytes(*item_->size));
     facts.removeAll(QString());
     facts_->setText(facts.join(QStringLiteral(" · ")));
     qlonglong at = 0;

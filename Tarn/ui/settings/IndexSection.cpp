@@ -183,9 +183,8 @@ void IndexSection::makeStatus() {
     label->setBuddy(budget_);
     budget_->setAccessibleName(tr("Room that the index may take"));
     for (const std::int64_t megabytes : budgets)
-        budget_->addItem(
-            megabytes == 0 ? tr("any room") : displayText(Format::bytes(megabytes * 1'000'000)),
-            static_cast<qlonglong>(megabytes));
+        budget_->addItem(megabytes == 0 ? tr("any room") : Counts::bytes(megabytes * 1'000'000),
+                         static_cast<qlonglong>(megabytes));
     row->addWidget(label);
     row->addWidget(budget_);
     row->addStretch();
@@ -235,7 +234,7 @@ void IndexSection::showSettings() {
     int budget = budget_->findData(static_cast<qlonglong>(settings.indexBudgetMB));
     if (budget < 0) {
         // Set by hand in the file.
-        budget_->addItem(displayText(Format::bytes(settings.indexBudgetMB * 1'000'000)),
+        budget_->addItem(Counts::bytes(settings.indexBudgetMB * 1'000'000),
                          static_cast<qlonglong>(settings.indexBudgetMB));
         budget = budget_->count() - 1;
     }
@@ -395,7 +394,7 @@ QString IndexSection::contents(const ContentIndexService& index) {
     if (!status) return tr("Counting…");
     if (status->files == 0) return tr("Nothing was read yet.");
     QStringList parts = {tr("%1 with text").arg(Counts::files(status->withText)),
-                         displayText(Format::bytes(status->bytesOnDisk))};
+                         Counts::bytes(status->bytesOnDisk)};
     if (status->lastIndexed)
         parts << tr("last read: %1")
                      .arg(displayText(Format::date(

@@ -4,6 +4,7 @@
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QLabel>
 
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/ui/sheets/ConflictPicture.h"
 #include "Tarn/ui/text/ElidedLabel.h"
@@ -62,7 +63,7 @@ ConflictSide::ConflictSide(const Facts& facts, ThumbnailLoader& thumbnails, QWid
     texts->addStretch();
     texts->addWidget(heading);
     texts->addWidget(line(QString::fromStdString(Format::date(facts.modified))));
-    if (facts.size) texts->addWidget(line(QString::fromStdString(Format::bytes(*facts.size))));
+    if (facts.size) texts->addWidget(line(Counts::bytes(*facts.size)));
     // There with marks and without, so that both sides line up.
     auto* markLine = new QWidget;
     markLine->setFixedHeight(markHeight());

@@ -8,6 +8,7 @@
 #include <QtWidgets/QPushButton>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/TabGroup.h"
@@ -19,7 +20,6 @@
 #include "Tarn/ui/sheets/QuestionSheet.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/trash/TrashBar.h"
-#include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/platform/Platform.h"
 
@@ -173,8 +173,7 @@ void SidebarActions::fillForTrash(QMenu& menu) {
     menu.addSeparator();
     // The size stands where other entries have their keys.
     QString text = tr("Empty Trash…");
-    if (TrashBar::canEmpty(trash) && trash.bytes())
-        text += u'\t' + displayText(Format::bytes(*trash.bytes()));
+    if (TrashBar::canEmpty(trash) && trash.bytes()) text += u'\t' + Counts::bytes(*trash.bytes());
     menu.addAction(Icons::symbol("trash"), text, this, &SidebarActions::emptyTrashWanted)
         ->setEnabled(TrashBar::canEmpty(trash));
 }

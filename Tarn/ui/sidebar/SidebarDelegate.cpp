@@ -4,14 +4,13 @@
 
 #include <QtGui/QPainter>
 
-#include "Tarn/model/DisplayText.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/ui/sidebar/Sidebar.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
-#include "TarnCore/files/Format.h"
 
 namespace tarn {
 namespace {
@@ -61,7 +60,7 @@ void paintTag(QPainter& painter, const QRectF& dot, TagColor color) {
 QString shortNote(const SidebarRow& row) {
     const bool hasSpace = row.answer == SidebarRow::Answer::ready && row.total > 0;
     if (!hasSpace || row.isEjecting) return row.note();
-    return SidebarDelegate::tr("%1 available").arg(displayText(Format::bytes(row.available)));
+    return SidebarDelegate::tr("%1 available").arg(Counts::bytes(row.available));
 }
 
 /// Where the parts of a row stand, before it is mirrored.

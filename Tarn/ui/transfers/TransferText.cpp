@@ -20,8 +20,7 @@ QString formatted(const std::string& text) { return QString::fromStdString(text)
 QString doneOfTotal(const TransferProgress& progress) {
     if (progress.totalBytes > 0)
         return Words::tr("%1 of %2")
-            .arg(formatted(Format::bytes(progress.doneBytes)),
-                 formatted(Format::bytes(progress.totalBytes)));
+            .arg(Counts::bytes(progress.doneBytes), Counts::bytes(progress.totalBytes));
     if (progress.totalItems > 0)
         return Words::tr("%1 of %2")
             .arg(QString::number(progress.doneItems), Counts::items(progress.totalItems));

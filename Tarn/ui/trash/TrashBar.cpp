@@ -7,12 +7,10 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/Counts.h"
-#include "Tarn/model/DisplayText.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/sheets/QuestionSheet.h"
 #include "Tarn/ui/text/TabularLabel.h"
 #include "Tarn/ui/theme/Metrics.h"
-#include "TarnCore/files/Format.h"
 #include "TarnCore/files/Paths.h"
 
 namespace tarn {
@@ -61,8 +59,7 @@ bool TrashBar::isTrash(const Location& location) {
 QString TrashBar::contents(const TrashService& trash) {
     if (!trash.bytes()) return tr("Measuring…");
     if (trash.items() == 0) return tr("The Trash is empty");
-    return tr("%1 · %2").arg(Counts::items(trash.items()),
-                             displayText(Format::bytes(*trash.bytes())));
+    return tr("%1 · %2").arg(Counts::items(trash.items()), Counts::bytes(*trash.bytes()));
 }
 
 bool TrashBar::canEmpty(const TrashService& trash) {
@@ -86,12 +83,12 @@ void TrashBar::follow() {
 
 void TrashBar::ask() {
     if ((question_ && question_->isVisible()) || !canEmpty(trash_)) return;
-    question_ = new QuestionSheet({tr("Empty the Trash?"),
-                                   tr("%1 will be deleted, %2 in all. This can’t be undone.")
-                                       .arg(Counts::items(trash_.items()),
-                                            displayText(Format::bytes(trash_.bytes().value_or(0)))),
-                                   tr("Empty Trash"), tr("Cancel")},
-                                  window_);
+    question_ = new QuestionSheet(
+        {tr("Empty the Trash?"),
+         tr("%1 will be deleted, %2 in all. This can’t be undone.")
+             .arg(Counts::items(trash_.items()), Counts::bytes(trash_.bytes().value_or(0))),
+         tr("Empty Trash"), tr("Cancel")},
+        window_);
     connect(question_, &QuestionSheet::accepted, this, [this] {
         tells_ = true;
         trash_.empty();
