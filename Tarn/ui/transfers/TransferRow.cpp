@@ -14,6 +14,7 @@
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
+#include "Tarn/ui/transfers/SpeedGraph.h"
 #include "Tarn/ui/transfers/TransferText.h"
 
 namespace tarn {
@@ -36,7 +37,10 @@ QLabel* sentence(const QString& text) {
 TransferRow::TransferRow(TransferList& list, TransferModel& transfer, QWidget* parent)
     : JobRow(transfer.title(), TransferText::symbol(transfer.kind()), parent),
       list_(list),
-      transfer_(transfer) {
+      transfer_(transfer),
+      graph_(new SpeedGraph(this)) {
+    graph_->hide();
+    graph_->lower();
     clock_.start();
     connect(&list, &TransferList::transferChanged, this, [this](TransferModel* changed) {
         if (changed == &transfer_) transferChanged();
@@ -58,6 +62,21 @@ TransferRow::TransferRow(TransferList& list, TransferModel& transfer, QWidget* p
     refresh();
 }
 
+void TransferRow::enterEvent(QEnterEvent* event) {
+    graph_->setVisible(transfer_.hasStarted());
+    JobRow::enterEvent(event);
+}
+
+void TransferRow::leaveEvent(QEvent* event) {
+    graph_->hide();
+    JobRow::leaveEvent(event);
+}
+
+void TransferRow::resizeEvent(QResizeEvent* event) {
+    graph_->setGeometry(rect());
+    JobRow::resizeEvent(event);
+}
+
 void TransferRow::transferChanged() {
     if (transfer_.progress().state != shownState_ || !transfer_.isActive())
         refresh();
@@ -75,6 +94,8 @@ void TransferRow::showState() {
                                 static_cast<double>(clock_.elapsed()) / 1000);
     else
         timeLeft_.reset();
+    if (progress.state == TransferState::running)
+        graph_->add(progress.fraction(), progress.bytesPerSecond);
     setFraction(progress.fraction());
     setDetail(TransferText::detail(progress, left, isQueued));
     if (isQueued)
