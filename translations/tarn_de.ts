@@ -96,6 +96,10 @@
         <translation>Inhalt des Archivs</translation>
     </message>
     <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+    <message>
         <source>%1, %2 unpacked</source>
         <translation>%1, entpackt %2</translation>
     </message>
@@ -201,6 +205,13 @@
     <message>
         <source>Search filters</source>
         <translation>Suchfilter</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::ClearButton</name>
+    <message>
+        <source>Clear</source>
+        <translation>Leeren</translation>
     </message>
 </context>
 <context>
@@ -2719,6 +2730,10 @@
         <source>Files</source>
         <translation>Dateien</translation>
     </message>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
 </context>
 <context>
     <name>tarn::PaneMenu</name>
@@ -3412,6 +3427,10 @@
     <message>
         <source>New names</source>
         <translation>Neue Namen</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
     </message>
 </context>
 <context>

@@ -55,6 +55,7 @@ PaneListView::PaneListView(PaneModel& pane, QWidget* parent)
     : PaneView(pane, parent), header_(new QHeaderView(Qt::Horizontal, this)) {
     setObjectName(QStringLiteral("paneList"));
     setAccessibleName(tr("Files"));
+    header_->setAccessibleName(tr("Columns"));
     header_->setModel(&pane.items());
     header_->setSectionsClickable(true);
     header_->setHighlightSections(false);

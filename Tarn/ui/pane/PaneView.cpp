@@ -528,6 +528,14 @@ bool PaneView::event(QEvent* event) {
     return QAbstractItemView::event(event);
 }
 
+void PaneView::focusInEvent(QFocusEvent* event) {
+    // Who comes by the keyboard sees where it is.
+    if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
+        showsCursor_ = true;
+    QAbstractItemView::focusInEvent(event);
+    viewport()->update();
+}
+
 void PaneView::keyPressEvent(QKeyEvent* event) {
     showsCursor_ = true;
     pane_.holdRows();

@@ -70,8 +70,10 @@ void RenameEditor::layOut() {
         rect.moveLeft(
             std::clamp(centre - rect.width() / 2, room.left(), room.right() + 1 - rect.width()));
     } else {
+        const int right = rect.right();
         rect.setWidth(
             std::clamp(wanted, std::min(narrowest, rect.width()), std::max(1, rect.width())));
+        if (isRightToLeft()) rect.moveRight(right);
     }
     setGeometry(rect);
     note_->pointAt(rect);

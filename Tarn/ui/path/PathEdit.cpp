@@ -141,7 +141,8 @@ bool PathEdit::event(QEvent* event) {
     // Tab completes here, as it does in a shell; it would otherwise leave the field.
     if (event->type() == QEvent::KeyPress) {
         auto* key = static_cast<QKeyEvent*>(event);
-        if (key->key() == Qt::Key_Tab && key->modifiers() == Qt::NoModifier && text() != initial_) {
+        const bool isTyped = !text().isEmpty() && text() != initial_;
+        if (key->key() == Qt::Key_Tab && key->modifiers() == Qt::NoModifier && isTyped) {
             completePrefix();
             return true;
         }

@@ -11,6 +11,7 @@
 
 #include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/Counts.h"
+#include "Tarn/ui/focus/FocusOutline.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
@@ -108,7 +109,9 @@ ArchivePreview::ArchivePreview(PreviewPlace place, QWidget* parent)
     list_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     list_->setAccessibleName(tr("Members of the archive"));
     list_->setFocusPolicy(isSmall() ? Qt::NoFocus : Qt::StrongFocus);
+    new FocusOutline(*list_);
     QHeaderView* header = list_->header();
+    header->setAccessibleName(tr("Columns"));
     header->setStretchLastSection(false);
     header->setSectionResizeMode(PreviewMembers::name, QHeaderView::Stretch);
     header->setSectionResizeMode(PreviewMembers::size, QHeaderView::Fixed);

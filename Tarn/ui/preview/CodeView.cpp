@@ -9,6 +9,7 @@
 #include <QtGui/QWheelEvent>
 #include <QtWidgets/QScrollBar>
 
+#include "Tarn/ui/focus/FocusOutline.h"
 #include "Tarn/ui/theme/CodeColors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Metrics.h"
@@ -35,6 +36,7 @@ CodeView::CodeView(QWidget* parent) : QPlainTextEdit(parent) {
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     document()->setDocumentMargin(Metrics::space12);
     setAccessibleName(tr("Text"));
+    new FocusOutline(*this);
     applyFont();
     for (QTimer* timer : {&pieces_, &colours_}) timer->setInterval(0);
     connect(&pieces_, &QTimer::timeout, this, &CodeView::addPiece);

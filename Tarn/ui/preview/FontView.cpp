@@ -9,6 +9,7 @@
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QToolTip>
 
+#include "Tarn/ui/focus/FocusOutline.h"
 #include "Tarn/ui/preview/DrawnImage.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
@@ -38,6 +39,7 @@ FontView::FontView(bool isSmall, QWidget* parent) : QAbstractScrollArea(parent),
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     verticalScrollBar()->setSingleStep(cell);
     setAccessibleName(tr("Characters of the font"));
+    new FocusOutline(*this);
 }
 
 std::vector<int> FontView::sizes() const {

@@ -12,6 +12,7 @@
 #include <QtGui/QWheelEvent>
 #include <QtWidgets/QScrollBar>
 
+#include "Tarn/ui/focus/FocusOutline.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
@@ -44,6 +45,7 @@ PageView::PageView(QWidget* parent) : QAbstractScrollArea(parent), pictures_(mem
     viewport()->setMouseTracking(true);
     verticalScrollBar()->setSingleStep(3 * Metrics::space16);
     setAccessibleName(tr("Pages"));
+    new FocusOutline(*this);
 }
 
 void PageView::setStill(bool isStill) {

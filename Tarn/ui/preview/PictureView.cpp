@@ -10,6 +10,7 @@
 #include <QtGui/QWheelEvent>
 #include <QtWidgets/QScrollBar>
 
+#include "Tarn/ui/focus/FocusOutline.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
@@ -45,6 +46,7 @@ PictureView::PictureView(QWidget* parent) : QAbstractScrollArea(parent) {
     viewport()->setAutoFillBackground(false);
     setAutoFillBackground(false);
     setAccessibleName(tr("Picture"));
+    new FocusOutline(*this);
 }
 
 void PictureView::setPicture(const QPixmap& picture, QSize whole, bool keepsZoom) {

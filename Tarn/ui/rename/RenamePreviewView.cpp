@@ -9,6 +9,7 @@
 #include <QtWidgets/QToolTip>
 
 #include "Tarn/model/RenameModel.h"
+#include "Tarn/ui/focus/FocusOutline.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
@@ -107,6 +108,8 @@ RenamePreviewView::RenamePreviewView(QWidget* parent) : QTreeView(parent) {
     header()->setSectionResizeMode(QHeaderView::Fixed);
     header()->setStretchLastSection(true);
     header()->setFocusPolicy(Qt::NoFocus);
+    header()->setAccessibleName(tr("Columns"));
+    new FocusOutline(*this);
 }
 
 void RenamePreviewView::resizeEvent(QResizeEvent* event) {

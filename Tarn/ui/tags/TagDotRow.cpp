@@ -78,6 +78,7 @@ void TagDotRow::paintEvent(QPaintEvent*) {
             QColor ground = Colors::current().text;
             ground.setAlphaF(static_cast<float>(Metrics::checkedTint));
             Paint::fill(painter, place, Metrics::radiusControl, ground);
+            if (hasFocus()) Paint::focusRing(painter, place, Metrics::radiusControl);
         }
         QRectF circle(0, 0, dot, dot);
         circle.moveCenter(QRectF(place).center());
@@ -92,7 +93,27 @@ void TagDotRow::mouseReleaseEvent(QMouseEvent* event) {
     choose();
 }
 
-void TagDotRow::leaveEvent(QEvent*) { point(-1); }
+void TagDotRow::leaveEvent(QEvent*) {
+    // The keyboard stays at its dot.
+    if (!hasFocus()) point(-1);
+}
+
+void TagDotRow::focusInEvent(QFocusEvent* event) {
+    QWidget::focusInEvent(event);
+    if (pointed_ < 0 && !entries_.empty()) {
+        const auto chosen = std::find_if(entries_.begin(), entries_.end(), [](const Entry& entry) {
+            return entry.share != TagDots::Share::none;
+        });
+        point(chosen == entries_.end() ? 0 : static_cast<int>(chosen - entries_.begin()));
+    }
+    update();
+}
+
+void TagDotRow::focusOutEvent(QFocusEvent* event) {
+    QWidget::focusOutEvent(event);
+    point(-1);
+    update();
+}
 
 void TagDotRow::keyPressEvent(QKeyEvent* event) {
     const int last = static_cast<int>(entries_.size()) - 1;
