@@ -12,6 +12,7 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/home/StartSection.h"
 #include "Tarn/ui/home/StartTile.h"
+#include "Tarn/ui/text/ClearButton.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
@@ -41,7 +42,7 @@ StartScreen::StartScreen(WindowModel& tab, PaneModel& pane, QWidget* parent)
     field_->setAccessibleName(tr("Search your files"));
     field_->addAction(Icons::symbol("magnifyingglass", Icons::Tint::secondary),
                       QLineEdit::LeadingPosition);
-    field_->setClearButtonEnabled(true);
+    ClearButton::add(*field_);
     field_->installEventFilter(this);
     connect(field_, &QLineEdit::textEdited, this,
             [this](const QString& text) { pane_.searchTextChanged(text.toStdString()); });

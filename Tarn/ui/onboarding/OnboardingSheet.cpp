@@ -14,9 +14,12 @@
 #include "Tarn/model/AppModel.h"
 #include "Tarn/ui/menus/KeyText.h"
 #include "Tarn/ui/onboarding/PageDots.h"
+#include "Tarn/ui/sheets/ButtonRow.h"
+#include "Tarn/ui/text/WrappingCheckBox.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
+#include "Tarn/ui/theme/Margins.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
 
@@ -44,8 +47,7 @@ public:
         const int side = isField ? Metrics::space12 : Metrics::space8;
         const int height = isField ? Metrics::space8 : Metrics::space2;
         const int icon = isField ? Metrics::iconSmall + Metrics::space8 : 0;
-        setContentsMargins(side + (isRightToLeft() ? 0 : icon), height,
-                           side + (isRightToLeft() ? icon : 0), height);
+        setContentsMargins(Margins::directed(side + icon, height, side, height));
         setSizePolicy(isField ? QSizePolicy::Expanding : QSizePolicy::Fixed, QSizePolicy::Fixed);
     }
 
@@ -108,13 +110,14 @@ OnboardingSheet::OnboardingSheet(AppModel& app, QWidget& window)
     addPage(tr("A Few Keys to Begin With"), makeKeys());
     column()->addWidget(pages_, 1);
     column()->addSpacing(Metrics::space12);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(dots_, 0, Qt::AlignVCenter);
-    buttons->addStretch(1);
-    buttons->addWidget(skip_);
-    buttons->addWidget(back_);
-    buttons->addWidget(next_);
-    column()->addLayout(buttons);
+    auto* place = new QWidget;
+    auto* row = new QHBoxLayout(place);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(dots_, 0, Qt::AlignVCenter);
+    row->addStretch(1);
+    auto* buttons = new ButtonRow(place);
+    for (QPushButton* button : {skip_, back_, next_}) buttons->add(*button);
+    column()->addWidget(buttons);
     connect(next_, &QPushButton::clicked, this, [this] {
         if (page() + 1 < pageCount())
             show(page() + 1);
@@ -157,7 +160,8 @@ QWidget* OnboardingSheet::makeExamples() {
         column->addSpacing(Metrics::space8);
         column->addWidget(new Cap(example.query, true));
         QLabel* meaning = makeText(example.meaning, true);
-        meaning->setContentsMargins(Metrics::space12, 0, 0, 0);
+        // Below the words that it explains.
+        meaning->setIndent(Metrics::space12 + Metrics::iconSmall + Metrics::space8);
         meaning->setFont(Fonts::small());
         column->addWidget(meaning);
     }
@@ -173,8 +177,8 @@ QWidget* OnboardingSheet::makeIndexing() {
     column->addWidget(makeText(
         tr("Tarn can read your documents while the computer has nothing else to do, so that "
            "searches find what they say. The index stays on this computer.")));
-    auto* contents = new QCheckBox(tr("Find files by the text in them"));
-    auto* pictures = new QCheckBox(tr("Read text in pictures and scanned pages"));
+    auto* contents = new WrappingCheckBox(tr("Find files by the text in them"));
+    auto* pictures = new WrappingCheckBox(tr("Read text in pictures and scanned pages"));
     contents->setChecked(app_.settings().indexFileContents);
     pictures->setChecked(app_.settings().readTextInImages);
     pictures->setEnabled(contents->isChecked());

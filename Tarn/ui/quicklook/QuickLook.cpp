@@ -32,6 +32,8 @@ namespace {
 
 /// Part of the window that stays visible around the card.
 constexpr int margin = Metrics::space24;
+/// With less room than this, the title takes that of the number of the file.
+constexpr int numberedFrom = 400;
 
 /// The ground of the preview: a card over the window, or all of the screen.
 class Card final : public QWidget {
@@ -46,7 +48,7 @@ protected:
         const qreal radius = isRounded ? Metrics::radiusCard : 0;
         Paint::fill(painter, rect(), radius, colors.base);
         if (isRounded) Paint::outline(painter, rect(), radius, colors.border, Metrics::hairline);
-        const int y = layout()->itemAt(0)->geometry().bottom() + Metrics::space8;
+        const int y = layout()->itemAt(0)->geometry().bottom() + 1 + Metrics::space8;
         painter.fillRect(0, y, width(), Metrics::hairline, colors.separator);
     }
 };
@@ -65,11 +67,13 @@ QuickLook::QuickLook(WindowModel* model, QWidget& window)
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(tr("Quick Look"));
     column_->setContentsMargins(0, Metrics::space8, 0, 0);
-    column_->setSpacing(Metrics::space8 + Metrics::hairline);
+    column_->setSpacing(0);
     auto* bar = new QHBoxLayout;
     bar->setContentsMargins(Metrics::space8, 0, Metrics::space8, 0);
     bar->setSpacing(Metrics::space4);
     column_->addLayout(bar);
+    column_->addSpacing(Metrics::space8);
+    column_->addSpacing(Metrics::hairline);
     column_->addWidget(preview_, 1);
     title_->setFont(Fonts::semibold(Fonts::body()));
     position_->setForegroundRole(QPalette::PlaceholderText);
@@ -310,6 +314,7 @@ void QuickLook::place() {
     setGeometry(parentWidget()->rect());
     const int around = fillsScreen_ ? 0 : margin;
     card_->setGeometry(rect().adjusted(around, around, -around, -around));
+    position_->setVisible(card_->width() >= numberedFrom);
 }
 
 // --- Keys

@@ -19,8 +19,11 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/rename/RenamePreviewView.h"
 #include "Tarn/ui/rename/RuleEditor.h"
+#include "Tarn/ui/sheets/ButtonRow.h"
+#include "Tarn/ui/text/WrappingCheckBox.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Icons.h"
+#include "Tarn/ui/theme/Margins.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
 #include "TarnCore/files/Format.h"
@@ -63,6 +66,7 @@ RenameSheet::RenameSheet(QWidget& window, WindowModel& model, std::vector<URL> u
     halves_->addWidget(makeRules());
     halves_->addWidget(makePreview(), 1);
     column()->addLayout(halves_, 1);
+    column()->addSpacing(Metrics::space4);
     column()->addWidget(makeButtons());
     connect(&rename_, &RenameModel::draftsChanged, this, &RenameSheet::showDrafts);
     connect(&rename_, &RenameModel::previewsChanged, this, &RenameSheet::showState);
@@ -83,6 +87,7 @@ QWidget* RenameSheet::makeRules() {
     scroll_->setFrameShape(QFrame::NoFrame);
     scroll_->setWidgetResizable(true);
     scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll_->setFocusPolicy(Qt::NoFocus);
     scroll_->viewport()->setAutoFillBackground(false);
     rules_ = new QWidget;
     rules_->setAutoFillBackground(false);
@@ -114,7 +119,7 @@ QWidget* RenameSheet::makeRules() {
     connect(add_, &QToolButton::clicked, kinds, [this, kinds] {
         kinds->popup(add_->mapToGlobal(QPoint(0, add_->height() + Metrics::space4)));
     });
-    extension_ = new QCheckBox(tr("Include the extension"));
+    extension_ = new WrappingCheckBox(tr("Include the extension"));
     extension_->setToolTip(tr("The rules see “Report.pdf” instead of “Report”."));
     connect(extension_, &QCheckBox::toggled, &rename_, &RenameModel::setIncludesExtension);
     auto* foot = new QHBoxLayout;
@@ -134,14 +139,16 @@ QWidget* RenameSheet::makePreview() {
     preview_->setModel(&rename_);
     auto* framed = new FramedArea;
     auto* inner = new QVBoxLayout(framed);
-    inner->setContentsMargins(Metrics::space4, Metrics::hairline, Metrics::hairline,
-                              Metrics::space4);
+    inner->setContentsMargins(
+        Margins::directed(Metrics::space4, Metrics::hairline, Metrics::hairline, Metrics::space4));
     inner->addWidget(preview_);
     column->addWidget(framed, 1);
     auto* foot = new QHBoxLayout;
     count_ = new QLabel;
     count_->setForegroundRole(QPalette::PlaceholderText);
     count_->setTextFormat(Qt::PlainText);
+    count_->setWordWrap(true);
+    count_->setMinimumWidth(1);
     nextProblem_ = new QToolButton;
     nextProblem_->setAutoRaise(true);
     nextProblem_->setText(tr("Show First"));
@@ -150,22 +157,18 @@ QWidget* RenameSheet::makePreview() {
         if (const auto row = rename_.firstProblem())
             preview_->scrollTo(rename_.index(*row, 0), QAbstractItemView::PositionAtCenter);
     });
-    foot->addWidget(count_);
+    foot->addWidget(count_, 1);
     foot->addWidget(nextProblem_);
-    foot->addStretch();
     column->addLayout(foot);
     return half;
 }
 
 QWidget* RenameSheet::makeButtons() {
-    auto* bar = new QWidget;
-    auto* row = new QHBoxLayout(bar);
-    row->setContentsMargins(0, Metrics::space4, 0, 0);
-    row->setSpacing(Metrics::space8);
     reason_ = new QLabel;
     reason_->setObjectName(QStringLiteral("renameReason"));
     reason_->setTextFormat(Qt::PlainText);
     reason_->setWordWrap(true);
+    reason_->setMinimumWidth(1);
     reason_->setForegroundRole(QPalette::PlaceholderText);
     cancel_ = new QPushButton(tr("Cancel"));
     apply_ = new QPushButton(tr("Rename"));
@@ -173,10 +176,10 @@ QWidget* RenameSheet::makeButtons() {
     apply_->setDefault(true);
     connect(cancel_, &QPushButton::clicked, this, &RenameSheet::finish);
     connect(apply_, &QPushButton::clicked, this, &RenameSheet::apply);
-    row->addWidget(reason_, 1);
-    row->addWidget(cancel_);
-    row->addWidget(apply_);
-    return bar;
+    auto* row = new ButtonRow(reason_);
+    row->add(*cancel_);
+    row->add(*apply_);
+    return row;
 }
 
 void RenameSheet::layOut() {

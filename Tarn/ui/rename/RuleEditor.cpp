@@ -1,7 +1,6 @@
 #include "Tarn/ui/rename/RuleEditor.h"
 
 #include <QtGui/QPainter>
-#include <QtGui/QWheelEvent>
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
@@ -12,41 +11,32 @@
 
 #include "Tarn/model/CoreTexts.h"
 #include "Tarn/ui/rename/NumberField.h"
+#include "Tarn/ui/text/ChoiceList.h"
+#include "Tarn/ui/text/WrappingCheckBox.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Icons.h"
+#include "Tarn/ui/theme/Margins.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
 
 namespace tarn {
-namespace {
-
-/// A list that the wheel does not change in passing, while the rules are scrolled.
-class ChoiceBox final : public QComboBox {
-public:
-    using QComboBox::QComboBox;
-
-protected:
-    void wheelEvent(QWheelEvent* event) override { event->ignore(); }
-};
-
-}  // namespace
 
 RuleEditor::RuleEditor(const RuleDraft& draft, QWidget* parent)
     : QWidget(parent),
       draft_(draft),
-      kind_(new ChoiceBox),
+      kind_(new ChoiceList),
       up_(makeButton("chevron.up", tr("Move Up"))),
       down_(makeButton("chevron.down", tr("Move Down"))),
       remove_(makeButton("xmark", tr("Remove Rule"))),
       column_(new QVBoxLayout(this)) {
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);
     for (int i = 0; i < ruleKindCount; ++i)
         kind_->addItem(coreText(ruleTitle(static_cast<std::size_t>(i))));
     kind_->setMaxVisibleItems(ruleKindCount);
     kind_->setCurrentIndex(draft_.kind);
     kind_->setAccessibleName(tr("Kind of rule"));
-    column_->setContentsMargins(Metrics::space12, Metrics::space8, Metrics::space8,
-                                Metrics::space12);
+    column_->setContentsMargins(
+        Margins::directed(Metrics::space12, Metrics::space8, Metrics::space8, Metrics::space12));
     column_->setSpacing(Metrics::space8);
     auto* head = new QHBoxLayout;
     head->setSpacing(Metrics::space2);
@@ -93,7 +83,7 @@ void RuleEditor::showFields() {
     fields_ = new QWidget(this);
     firstField_ = nullptr;
     grid_ = new QGridLayout(fields_);
-    grid_->setContentsMargins(0, 0, Metrics::space4, 0);
+    grid_->setContentsMargins(Margins::directed(0, 0, Metrics::space4, 0));
     grid_->setHorizontalSpacing(Metrics::space8);
     grid_->setVerticalSpacing(Metrics::space6);
     grid_->setColumnStretch(1, 1);
@@ -178,7 +168,7 @@ void RuleEditor::addNumber(const QString& label, std::int64_t RuleDraft::*field,
 
 void RuleEditor::addChoice(const QString& label, const QStringList& titles, int current,
                            const std::function<void(int)>& choose) {
-    auto* box = new ChoiceBox;
+    auto* box = new ChoiceList;
     box->addItems(titles);
     box->setCurrentIndex(current);
     connect(box, &QComboBox::currentIndexChanged, this, [this, choose](int index) {
@@ -195,7 +185,7 @@ void RuleEditor::addPosition() {
 }
 
 void RuleEditor::addSwitch(const QString& title, bool RuleDraft::*field) {
-    auto* box = new QCheckBox(title);
+    auto* box = new WrappingCheckBox(title);
     box->setChecked(draft_.*field);
     connect(box, &QCheckBox::toggled, this, [this, field](bool on) {
         draft_.*field = on;

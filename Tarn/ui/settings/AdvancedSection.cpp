@@ -6,6 +6,7 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/DisplayText.h"
+#include "Tarn/ui/search/FlowLayout.h"
 #include "Tarn/ui/sheets/QuestionSheet.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "TarnCore/files/Paths.h"
@@ -26,11 +27,9 @@ AdvancedSection::AdvancedSection(AppModel& app, QWidget& window, QWidget* parent
     addNote(tr("“tarn settings” shows and changes them in a terminal; windows follow at once."));
     auto* show = new QPushButton(tr("Show Folder"));
     addGap();
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(Metrics::space8);
+    auto* buttons = new FlowLayout(nullptr, Metrics::space8);
     buttons->addWidget(show);
     buttons->addWidget(reset_);
-    buttons->addStretch();
     column()->addLayout(buttons);
     connect(show, &QPushButton::clicked, this, &AdvancedSection::folderRequested);
     connect(reset_, &QPushButton::clicked, this, &AdvancedSection::reset);

@@ -15,7 +15,7 @@
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/ui/desktop/AppID.h"
-#include "Tarn/ui/theme/Metrics.h"
+#include "Tarn/ui/text/WrappingCheckBox.h"
 #include "TarnCore/base/Error.h"
 
 namespace tarn {
@@ -63,13 +63,11 @@ GeneralSection::AppList GeneralSection::addAppList(const QString& label,
 }
 
 void GeneralSection::addFolderSwitch() {
-    opensFolders_ = new QCheckBox(tr("Make Tarn the default for folders"));
+    WrappingCheckBox* box = addSwitch(tr("Make Tarn the default for folders"));
+    opensFolders_ = box;
     opensFolders_->setObjectName(QStringLiteral("defaultForFolders"));
     opensFolders_->setEnabled(false);
-    opensFoldersNote_ = makeNote();
-    opensFoldersNote_->setContentsMargins(Metrics::space24, 0, 0, 0);
-    column()->addWidget(opensFolders_);
-    column()->addWidget(opensFoldersNote_);
+    opensFoldersNote_ = addNoteOf(*box);
     connect(opensFolders_, &QCheckBox::clicked, this,
             [this](bool isOn) { askFolderProgram(isOn); });
     askFolderProgram(std::nullopt);
@@ -144,6 +142,7 @@ void GeneralSection::showSettings() {
     SettingsForm::showSettings();
     for (const AppList& apps : {terminals_, editors_})
         if (apps.list) fill(apps);
+    fitLists();
 }
 
 }  // namespace tarn

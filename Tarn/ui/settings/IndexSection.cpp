@@ -5,7 +5,6 @@
 
 #include <QtCore/QLocale>
 #include <QtGui/QPainter>
-#include <QtGui/QWheelEvent>
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
@@ -24,9 +23,13 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/records/IndexSettings.h"
 #include "Tarn/ui/search/FlowLayout.h"
+#include "Tarn/ui/settings/FoldingRow.h"
 #include "Tarn/ui/sheets/QuestionSheet.h"
+#include "Tarn/ui/text/ChoiceList.h"
+#include "Tarn/ui/text/WrappingCheckBox.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Icons.h"
+#include "Tarn/ui/theme/Margins.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
 #include "TarnCore/files/Format.h"
@@ -39,7 +42,8 @@ namespace {
 constexpr std::int64_t budgets[] = {500, 1000, 2000, 5000, 10'000, 0};
 constexpr int shownFolders = 4;
 constexpr int barSteps = 1000;
-constexpr int checkIndent = Metrics::space24;
+/// From this width on a row is one line.
+constexpr int besideFrom = 400;
 
 /// The list of folders, as high as a few of them.
 class FolderList final : public QListWidget {
@@ -69,12 +73,6 @@ protected:
     }
 };
 
-/// A list that the wheel does not change in passing, while the settings are scrolled.
-class BudgetBox final : public QComboBox {
-protected:
-    void wheelEvent(QWheelEvent* event) override { event->ignore(); }
-};
-
 QLabel* makeNote() {
     auto* note = new QLabel;
     note->setTextFormat(Qt::PlainText);
@@ -91,15 +89,15 @@ IndexSection::IndexSection(WindowModel& model, QWidget& window, QWidget* parent)
       model_(model),
       window_(window),
       index_(model.app().contentIndex()),
-      on_(new QCheckBox(tr("Find files by the text in them"))),
-      ocr_(new QCheckBox(tr("Read text in pictures and scanned pages"))),
+      on_(new WrappingCheckBox(tr("Find files by the text in them"))),
+      ocr_(new WrappingCheckBox(tr("Read text in pictures and scanned pages"))),
       languagesButton_(new QPushButton),
       languagesMenu_(new QMenu(this)),
       list_(new FolderList),
       add_(new QPushButton(tr("Add Folder…"))),
       leaveOut_(new QPushButton(tr("Leave Out…"))),
       remove_(new QPushButton),
-      budget_(new BudgetBox),
+      budget_(new ChoiceList),
       contents_(makeNote()),
       activity_(makeNote()),
       bar_(new QProgressBar),
@@ -129,12 +127,12 @@ void IndexSection::makeSwitches() {
     auto* about = makeNote();
     about->setText(
         tr("Tarn reads documents in the background and keeps their words on this computer."));
-    about->setContentsMargins(checkIndent, 0, 0, 0);
+    about->setIndent(on_->textLeft());
     column->addWidget(on_);
     column->addWidget(about);
     column->addWidget(ocr_);
     auto* row = new QHBoxLayout;
-    row->setContentsMargins(checkIndent, 0, 0, 0);
+    row->setContentsMargins(Margins::directed(ocr_->textLeft(), 0, 0, 0));
     row->addWidget(languagesButton_);
     row->addStretch();
     column->addLayout(row);
@@ -177,19 +175,16 @@ void IndexSection::makeFolders() {
 
 void IndexSection::makeStatus() {
     auto* column = static_cast<QVBoxLayout*>(layout());
-    auto* row = new QHBoxLayout;
-    row->setSpacing(Metrics::space8);
     auto* label = new QLabel(tr("The index may take"));
+    label->setWordWrap(true);
+    label->setMinimumWidth(1);
     label->setBuddy(budget_);
     budget_->setAccessibleName(tr("Room that the index may take"));
     for (const std::int64_t megabytes : budgets)
         budget_->addItem(megabytes == 0 ? tr("any room") : Counts::bytes(megabytes * 1'000'000),
                          static_cast<qlonglong>(megabytes));
-    row->addWidget(label);
-    row->addWidget(budget_);
-    row->addStretch();
     column->addSpacing(Metrics::space4);
-    column->addLayout(row);
+    column->addWidget(new FoldingRow(*label, *budget_, besideFrom));
     auto* texts = new QVBoxLayout;
     texts->setSpacing(Metrics::space4);
     texts->addWidget(contents_);

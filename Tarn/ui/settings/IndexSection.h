@@ -10,7 +10,6 @@
 #include "Tarn/model/OCRLanguages.h"
 #include "TarnCore/base/URL.h"
 
-class QCheckBox;
 class QComboBox;
 class QLabel;
 class QListWidget;
@@ -23,6 +22,7 @@ namespace tarn {
 class ContentIndexService;
 class QuestionSheet;
 class WindowModel;
+class WrappingCheckBox;
 struct AppSettings;
 
 /// The settings of the index of file contents, and what it holds.
@@ -67,8 +67,8 @@ private:
     WindowModel& model_;
     QWidget& window_;
     ContentIndexService& index_;
-    QCheckBox* on_;
-    QCheckBox* ocr_;
+    WrappingCheckBox* on_;
+    WrappingCheckBox* ocr_;
     QPushButton* languagesButton_;
     QMenu* languagesMenu_;
     QListWidget* list_;

@@ -10,7 +10,6 @@
 #include "Tarn/ui/quicksearch/QuickSearch.h"
 #include "Tarn/ui/quicksearch/QuickSearchKey.h"
 #include "Tarn/ui/settings/HotKeyField.h"
-#include "Tarn/ui/theme/Metrics.h"
 
 namespace tarn {
 
@@ -36,13 +35,7 @@ void SearchSection::addQuickSearch() {
     });
     field_ = new HotKeyField;
     field_->setObjectName(QStringLiteral("quickSearchKeys"));
-    auto* label = new QLabel(tr("Keys of the quick search"));
-    label->setBuddy(field_);
-    auto* row = new QHBoxLayout;
-    row->setSpacing(Metrics::space12);
-    row->addWidget(label, 1);
-    row->addWidget(field_);
-    column()->addLayout(row);
+    addRow(*new QLabel(tr("Keys of the quick search")), *field_);
     state_ = makeNote();
     column()->addWidget(state_);
     ask_ = new QPushButton;

@@ -3,64 +3,26 @@
 #include <algorithm>
 #include <utility>
 
-#include <QtGui/QWheelEvent>
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QLabel>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/ui/settings/FoldingRow.h"
+#include "Tarn/ui/text/ChoiceList.h"
+#include "Tarn/ui/text/WrappingCheckBox.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Metrics.h"
 
 namespace tarn {
 namespace {
 
-/// Notes stand below the text of a switch, not below its box.
-constexpr int noteIndent = Metrics::space24;
-/// Lists of one page are equally wide, so that their edges make a line.
+/// Lists of one page are equally wide, so that their edges make a line; between these bounds.
 constexpr int listWidth = 200;
-
-/// A label and the list that it names, beside each other where there is room for both.
-class ListRow final : public QWidget {
-public:
-    ListRow(QLabel* label, QWidget* list)
-        : row_(new QBoxLayout(QBoxLayout::LeftToRight, this)), label_(label), list_(list) {
-        row_->setContentsMargins(0, 0, 0, 0);
-        row_->addWidget(label, 1);
-        row_->addWidget(list);
-        place();
-    }
-
-protected:
-    void resizeEvent(QResizeEvent* event) override {
-        QWidget::resizeEvent(event);
-        place();
-    }
-    void changeEvent(QEvent* event) override {
-        QWidget::changeEvent(event);
-        if (event->type() == QEvent::FontChange) place();
-    }
-
-private:
-    void place() {
-        const int both = Fonts::textWidth(label_->font(), label_->text()) + Metrics::space12 +
-                         list_->sizeHint().width();
-        const bool isBeside = width() >= std::min(both, 2 * listWidth);
-        row_->setDirection(isBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-        row_->setSpacing(isBeside ? Metrics::space12 : Metrics::space4);
-    }
-
-    QBoxLayout* row_;
-    QLabel* label_;
-    QWidget* list_;
-};
-
-/// A list that the wheel does not change in passing, while the settings are scrolled.
-class SteadyList final : public QComboBox {
-protected:
-    void wheelEvent(QWheelEvent* event) override { event->ignore(); }
-};
+constexpr int widestList = 240;
+/// From this width on a row is one line.
+constexpr int besideFrom = 2 * listWidth;
 
 }  // namespace
 
@@ -85,14 +47,25 @@ QLabel* SettingsForm::makeNote(const QString& text) {
     return note;
 }
 
+WrappingCheckBox* SettingsForm::addSwitch(const QString& text) {
+    auto* box = new WrappingCheckBox(text);
+    column_->addWidget(box);
+    return box;
+}
+
+QLabel* SettingsForm::addNoteOf(const WrappingCheckBox& box) {
+    QLabel* note = makeNote();
+    // Below the text of the switch, not below its box.
+    note->setIndent(box.textLeft());
+    column_->addWidget(note);
+    return note;
+}
+
 QCheckBox* SettingsForm::addSwitch(const QString& text, bool AppSettings::*field,
                                    const QString& note) {
-    auto* box = new QCheckBox(text);
-    column_->addWidget(box);
+    WrappingCheckBox* box = addSwitch(text);
     if (!note.isEmpty()) {
-        QLabel* label = makeNote(note);
-        label->setContentsMargins(noteIndent, 0, 0, 0);
-        column_->addWidget(label);
+        addNoteOf(*box)->setText(note);
         box->setAccessibleDescription(note);
     }
     connect(box, &QCheckBox::clicked, this, [this, field](bool isOn) {
@@ -105,15 +78,25 @@ QCheckBox* SettingsForm::addSwitch(const QString& text, bool AppSettings::*field
 
 QComboBox* SettingsForm::addList(const QString& label) {
     auto* text = new QLabel(label);
-    text->setTextFormat(Qt::PlainText);
-    text->setWordWrap(true);
-    text->setMinimumWidth(1);
-    auto* list = new SteadyList;
-    list->setFixedWidth(listWidth);
+    auto* list = new ChoiceList;
     list->setAccessibleName(label);
-    text->setBuddy(list);
-    column_->addWidget(new ListRow(text, list));
+    lists_.push_back(list);
+    addRow(*text, *list);
     return list;
+}
+
+void SettingsForm::addRow(QLabel& label, QWidget& control) {
+    label.setTextFormat(Qt::PlainText);
+    label.setWordWrap(true);
+    label.setMinimumWidth(1);
+    label.setBuddy(&control);
+    column_->addWidget(new FoldingRow(label, control, besideFrom));
+}
+
+void SettingsForm::fitLists() {
+    int width = listWidth;
+    for (const QComboBox* list : lists_) width = std::max(width, list->sizeHint().width());
+    for (QComboBox* list : lists_) list->setFixedWidth(std::min(width, widestList));
 }
 
 QComboBox* SettingsForm::addChoices(const QString& label, const std::vector<Choice>& choices,
@@ -144,6 +127,7 @@ void SettingsForm::change(const std::function<void(AppSettings&)>& change) {
 
 void SettingsForm::showSettings() {
     for (const auto& row : rows_) row(app_.settings());
+    fitLists();
 }
 
 }  // namespace tarn

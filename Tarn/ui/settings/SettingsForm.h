@@ -14,6 +14,7 @@ class QVBoxLayout;
 namespace tarn {
 
 class AppModel;
+class WrappingCheckBox;
 struct AppSettings;
 
 /// A page of settings, each a row that shows what is stored and stores what is chosen, at once.
@@ -30,6 +31,10 @@ protected:
         QString title;
         int value = 0;  ///< Of the enumeration.
     };
+    /// One that the page shows and stores by itself.
+    WrappingCheckBox* addSwitch(const QString& text);
+    /// An empty note below a switch, in line with its text.
+    QLabel* addNoteOf(const WrappingCheckBox& box);
     QCheckBox* addSwitch(const QString& text, bool AppSettings::*field, const QString& note = {});
     /// A list of which one is chosen, behind its label.
     template <class Enumeration>
@@ -44,6 +49,8 @@ protected:
     }
     /// A list that the page fills and stores by itself.
     QComboBox* addList(const QString& label);
+    /// Any other control behind its label.
+    void addRow(QLabel& label, QWidget& control);
     void addNote(const QString& text);
     void addGap();
 
@@ -52,6 +59,8 @@ protected:
     void change(const std::function<void(AppSettings&)>& change);
     /// What is stored has changed.
     virtual void showSettings();
+    /// Gives all lists the width that their texts need. After they were filled anew.
+    void fitLists();
     /// To be called at the end of the constructor of a page.
     void start();
 
@@ -62,6 +71,7 @@ private:
 
     AppModel& app_;
     QVBoxLayout* column_;
+    std::vector<QComboBox*> lists_;
     std::vector<std::function<void(const AppSettings&)>> rows_;  ///< Each shows its own.
 };
 

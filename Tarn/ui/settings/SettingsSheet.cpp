@@ -20,6 +20,7 @@
 #include "Tarn/ui/settings/ViewSection.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
+#include "Tarn/ui/theme/Margins.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "TarnCore/files/SupportDirectory.h"
 
@@ -104,8 +105,8 @@ void SettingsSheet::addPage(const QString& title, const char* symbol, QWidget* s
     auto* content = new QWidget;
     auto* part = new QVBoxLayout(content);
     // The focus ring of what stands at the edge has room.
-    part->setContentsMargins(Metrics::space4, Metrics::space4, Metrics::scrollBarWidth,
-                             Metrics::space4);
+    part->setContentsMargins(Margins::directed(Metrics::space4, Metrics::space4,
+                                               Metrics::scrollBarWidth, Metrics::space4));
     part->addWidget(section);
     part->addStretch();
     auto* page = new QScrollArea;

@@ -14,15 +14,22 @@
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/records/CommandList.h"
 #include "Tarn/ui/menus/KeyText.h"
+#include "Tarn/ui/search/FlowLayout.h"
+#include "Tarn/ui/settings/FoldingRow.h"
 #include "Tarn/ui/settings/ShortcutField.h"
 #include "Tarn/ui/states/SymbolView.h"
+#include "Tarn/ui/text/ClearButton.h"
 #include "Tarn/ui/text/ElidedLabel.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
+#include "Tarn/ui/theme/Margins.h"
 #include "Tarn/ui/theme/Metrics.h"
 
 namespace tarn {
 namespace {
+
+/// From this width on, a command and its keys stand in one line.
+constexpr int besideFrom = 320;
 
 using Keys = std::map<std::string, std::vector<std::string>, std::less<>>;
 
@@ -103,14 +110,12 @@ QWidget* ShortcutSection::makeTop() {
     rows->setSpacing(Metrics::space8);
     filter_->setPlaceholderText(tr("Find a command or a key"));
     filter_->setAccessibleName(tr("Find a command or a key"));
-    filter_->setClearButtonEnabled(true);
+    ClearButton::add(*filter_);
     preset_->setToolTip(
         tr("Ctrl+Shift+D goes to the desktop; Duplicates and the Command Palette have no keys."));
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(Metrics::space8);
+    auto* buttons = new FlowLayout(nullptr, Metrics::space8);
     buttons->addWidget(preset_);
     buttons->addWidget(resetAll_);
-    buttons->addStretch();
     rows->addWidget(filter_);
     rows->addLayout(buttons);
     connect(filter_, &QLineEdit::textChanged, this, &ShortcutSection::filter);
@@ -133,8 +138,8 @@ QWidget* ShortcutSection::makeNote() {
     auto* note = new QWidget;
     note->setObjectName(QStringLiteral("shortcutNote"));
     auto* row = new QHBoxLayout(note);
-    row->setContentsMargins(Metrics::iconSmall + Metrics::space8, Metrics::space4, 0,
-                            Metrics::space8);
+    row->setContentsMargins(Margins::directed(Metrics::iconSmall + Metrics::space8, Metrics::space4,
+                                              0, Metrics::space8));
     row->setSpacing(Metrics::space8);
     noteText_->setWordWrap(true);
     noteText_->setMinimumWidth(1);
@@ -148,9 +153,8 @@ QWidget* ShortcutSection::makeNote() {
 
 ShortcutSection::Row ShortcutSection::makeRow(const TarnCommand& command) {
     const QString title = CommandRegistry::title(command);
-    auto* widget = new QWidget;
-    widget->setMinimumHeight(Metrics::rowRoomy);
-    auto* row = new QHBoxLayout(widget);
+    auto* names = new QWidget;
+    auto* row = new QHBoxLayout(names);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(Metrics::space8);
     auto* symbol = new SymbolView(Metrics::iconSmall, Icons::Tint::secondary);
@@ -175,8 +179,14 @@ ShortcutSection::Row ShortcutSection::makeRow(const TarnCommand& command) {
     row->addWidget(symbol);
     row->addWidget(name);
     row->addWidget(more, 1);
-    row->addWidget(reset);
-    row->addWidget(field);
+    auto* keys = new QWidget;
+    keys->setMinimumHeight(Metrics::rowRoomy);
+    auto* controls = new QHBoxLayout(keys);
+    controls->setContentsMargins(0, 0, 0, 0);
+    controls->setSpacing(Metrics::space8);
+    controls->addWidget(reset);
+    controls->addWidget(field);
+    auto* widget = new FoldingRow(*names, *keys, besideFrom);
 
     const int number = static_cast<int>(rows_.size());
     const std::string_view id = command.id;

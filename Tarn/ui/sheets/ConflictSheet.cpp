@@ -9,6 +9,7 @@
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/TransferModel.h"
 #include "Tarn/ui/sheets/ConflictSide.h"
+#include "Tarn/ui/text/WrappingCheckBox.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "TarnCore/base/Text.h"
@@ -52,8 +53,8 @@ ConflictSheet::ConflictSheet(TransferModel& transfer, QWidget& window)
       conflict_(*transfer.conflict()),
       sides_(new QBoxLayout(QBoxLayout::LeftToRight)),
       buttons_(new QBoxLayout(QBoxLayout::LeftToRight)),
-      applyToAll_(new QCheckBox(conflict_.bothFolders ? tr("Do the same for all folders")
-                                                      : tr("Do the same for all files"))) {
+      applyToAll_(new WrappingCheckBox(conflict_.bothFolders ? tr("Do the same for all folders")
+                                                             : tr("Do the same for all files"))) {
     setTitle(question(conflict_));
     auto* hint = new QLabel(
         conflict_.bothFolders

@@ -12,10 +12,12 @@
 #include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/focus/FocusOutline.h"
 #include "Tarn/ui/search/BusyLine.h"
 #include "Tarn/ui/states/SymbolView.h"
 #include "Tarn/ui/text/ElidedLabel.h"
 #include "Tarn/ui/theme/Fonts.h"
+#include "Tarn/ui/theme/Margins.h"
 #include "Tarn/ui/theme/Metrics.h"
 
 namespace tarn {
@@ -82,7 +84,8 @@ QWidget* makeRow(const BlockingProcess& process, const URL& volume) {
         EjectSheet::tr("%1, process %2").arg(displayText(process.command)).arg(process.pid));
     row->setAccessibleDescription(files.join(QStringLiteral(", ")));
     auto* line = new QHBoxLayout(row);
-    line->setContentsMargins(0, Metrics::space6, Metrics::scrollBarWidth, Metrics::space6);
+    line->setContentsMargins(
+        Margins::directed(0, Metrics::space6, Metrics::scrollBarWidth, Metrics::space6));
     line->setSpacing(Metrics::space12);
     line->addWidget(symbol, 0, Qt::AlignTop);
     line->addLayout(texts, 1);
@@ -120,6 +123,7 @@ EjectSheet::EjectSheet(QWidget& window, WindowModel& model, const Volume& volume
     scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll_->setMaximumHeight(listHeight);
     scroll_->setAccessibleName(tr("Programs that use it"));
+    new FocusOutline(*scroll_);
     scroll_->setWidget(content);
     for (QWidget* ground : {static_cast<QWidget*>(scroll_), scroll_->viewport(), content})
         ground->setAutoFillBackground(false);

@@ -8,6 +8,7 @@
 #include "Tarn/ui/states/SymbolView.h"
 #include "Tarn/ui/text/ElidedLabel.h"
 #include "Tarn/ui/text/TabularLabel.h"
+#include "Tarn/ui/theme/Margins.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "TarnCore/files/Format.h"
 
@@ -39,7 +40,8 @@ HistoryRow::HistoryRow(const HistoryModel::Row& row, QWidget* parent)
     texts->addWidget(name);
     texts->addWidget(when);
     auto* line = new QHBoxLayout(this);
-    line->setContentsMargins(0, Metrics::space6, Metrics::scrollBarWidth, Metrics::space6);
+    line->setContentsMargins(
+        Margins::directed(0, Metrics::space6, Metrics::scrollBarWidth, Metrics::space6));
     line->setSpacing(Metrics::space12);
     line->addWidget(symbol);
     line->addLayout(texts, 1);

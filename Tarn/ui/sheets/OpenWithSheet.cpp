@@ -20,6 +20,8 @@
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/desktop/FileOpener.h"
+#include "Tarn/ui/text/ClearButton.h"
+#include "Tarn/ui/text/WrappingCheckBox.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "TarnCore/base/Error.h"
@@ -45,7 +47,7 @@ OpenWithSheet::OpenWithSheet(WindowModel& model, std::vector<URL> files, QWidget
       files_(std::move(files)),
       filter_(new QLineEdit),
       list_(new QListWidget),
-      always_(new QCheckBox(tr("Always open this kind of file with it"))),
+      always_(new WrappingCheckBox(tr("Always open this kind of file with it"))),
       open_(new QPushButton(tr("Open"))) {
     setObjectName(QStringLiteral("openWithSheet"));
     setTitle(files_.size() == 1
@@ -56,7 +58,7 @@ OpenWithSheet::OpenWithSheet(WindowModel& model, std::vector<URL> files, QWidget
                  : tr("Open %n Items With", nullptr, static_cast<int>(files_.size())));
     filter_->setPlaceholderText(tr("Name of the application"));
     filter_->setAccessibleName(tr("Name of the application"));
-    filter_->setClearButtonEnabled(true);
+    ClearButton::add(*filter_);
     filter_->installEventFilter(this);
     list_->setAccessibleName(tr("Applications"));
     list_->setIconSize({Metrics::iconSmall, Metrics::iconSmall});

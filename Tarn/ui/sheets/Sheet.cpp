@@ -15,6 +15,7 @@
 #include "Tarn/ui/focus/Overlay.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
+#include "Tarn/ui/theme/Margins.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
 
@@ -186,12 +187,11 @@ void Sheet::addScrolling(QScrollArea& area, QWidget& content, QPushButton& done)
     for (QWidget* ground : {static_cast<QWidget*>(&area), area.viewport(), &content})
         ground->setAutoFillBackground(false);
     // The scroll bar stands in the margin.
-    QMargins margins = column_->contentsMargins();
-    margins.setRight(margins.right() - Metrics::scrollBarWidth);
-    column_->setContentsMargins(margins);
+    column_->setContentsMargins(column_->contentsMargins() -
+                                Margins::directed(0, 0, Metrics::scrollBarWidth, 0));
     column_->addWidget(&area, 1);
     auto* buttons = new QHBoxLayout;
-    buttons->setContentsMargins(0, 0, Metrics::scrollBarWidth, 0);
+    buttons->setContentsMargins(Margins::directed(0, 0, Metrics::scrollBarWidth, 0));
     buttons->addStretch();
     buttons->addWidget(&done);
     column_->addLayout(buttons);

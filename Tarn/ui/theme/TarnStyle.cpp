@@ -105,6 +105,9 @@ int TarnStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
         case PM_ExclusiveIndicatorWidth:
         case PM_ExclusiveIndicatorHeight:
             return iconSmall;
+        case PM_CheckBoxLabelSpacing:
+        case PM_RadioButtonLabelSpacing:
+            return space8;
         case PM_SliderThickness:
         case PM_SliderControlThickness:
         case PM_SliderLength:

@@ -8,6 +8,7 @@
 #include "Tarn/ui/text/ElidedLabel.h"
 #include "Tarn/ui/text/TabularLabel.h"
 #include "Tarn/ui/theme/Icons.h"
+#include "Tarn/ui/theme/Margins.h"
 #include "Tarn/ui/theme/Metrics.h"
 
 namespace tarn {
@@ -46,7 +47,8 @@ JobRow::JobRow(const QString& title, std::string_view symbol, QWidget* parent)
     lines_->addWidget(bar_);
     lines_->addWidget(detail_);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(Metrics::space16, Metrics::space8, Metrics::space8, Metrics::space8);
+    row->setContentsMargins(
+        Margins::directed(Metrics::space16, Metrics::space8, Metrics::space8, Metrics::space8));
     row->setSpacing(Metrics::space12);
     row->addWidget(picture, 0, Qt::AlignTop);
     row->addLayout(lines_, 1);

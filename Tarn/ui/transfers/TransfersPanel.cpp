@@ -32,12 +32,14 @@ TransfersPanel::TransfersPanel(TransferList& list, ActivityList& activities, QWi
       list_(list),
       activities_(activities),
       anchor_(anchor),
+      card_(new QVBoxLayout),
       scroll_(new QScrollArea),
       content_(new QWidget),
       column_(new QVBoxLayout(content_)),
       nothing_(new QLabel(tr("Nothing is being copied or moved."))) {
     setAccessibleName(tr("Transfers"));
-    setFocusPolicy(Qt::StrongFocus);
+    // It has the keyboard for Escape when it opens; Tab goes on to what it lists.
+    setFocusPolicy(Qt::ClickFocus);
     hide();
     auto* heading = new QLabel(tr("Transfers"));
     heading->setFont(Fonts::semibold(Fonts::body()));
@@ -57,11 +59,12 @@ TransfersPanel::TransfersPanel(TransferList& list, ActivityList& activities, QWi
     scroll_->setWidget(content_);
     content_->setAutoFillBackground(false);
     auto* whole = new QVBoxLayout(this);
-    whole->setContentsMargins(shadowReach, shadowReach + Metrics::space8, shadowReach,
-                              shadowReach + Metrics::space8);
-    whole->setSpacing(Metrics::space4);
-    whole->addWidget(heading);
-    whole->addWidget(scroll_, 1);
+    whole->setContentsMargins(shadowReach, shadowReach, shadowReach, shadowReach);
+    whole->addLayout(card_);
+    card_->setContentsMargins(0, Metrics::space8, 0, Metrics::space8);
+    card_->setSpacing(Metrics::space4);
+    card_->addWidget(heading);
+    card_->addWidget(scroll_, 1);
     connect(&list, &TransferList::listChanged, this, &TransfersPanel::showRows);
     connect(&activities, &ActivityList::listChanged, this, &TransfersPanel::showRows);
     window.installEventFilter(this);
@@ -125,13 +128,13 @@ void TransfersPanel::showActivities() {
 void TransfersPanel::place() {
     const QRect room = parentWidget()->rect().adjusted(0, 0, -Metrics::space2, 0);
     const int width = std::min(panelWidth, room.width());
-    const QMargins margins = layout()->contentsMargins();
+    const QMargins margins = layout()->contentsMargins() + card_->contentsMargins();
     const int inner = width - margins.left() - margins.right();
     content_->layout()->activate();
     const int rows = content_->layout()->hasHeightForWidth()
                          ? content_->layout()->totalHeightForWidth(inner)
                          : content_->layout()->totalSizeHint().height();
-    const int heading = layout()->itemAt(0)->sizeHint().height() + layout()->spacing();
+    const int heading = card_->itemAt(0)->sizeHint().height() + card_->spacing();
     const int height = margins.top() + heading + std::min(rows, tallest) + margins.bottom();
     const QPoint below = anchor_.mapTo(parentWidget(), QPoint(0, anchor_.height()));
     const int middle = below.x() + anchor_.width() / 2;

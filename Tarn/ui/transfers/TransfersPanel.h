@@ -44,6 +44,7 @@ private:
     TransferList& list_;
     ActivityList& activities_;
     QWidget& anchor_;
+    QVBoxLayout* card_;
     QScrollArea* scroll_;
     QWidget* content_;
     QVBoxLayout* column_;

@@ -10,6 +10,7 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/sheets/QuestionSheet.h"
 #include "Tarn/ui/text/TabularLabel.h"
+#include "Tarn/ui/theme/Margins.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "TarnCore/files/Paths.h"
 
@@ -25,7 +26,8 @@ TrashBar::TrashBar(WindowModel& model, PaneModel& pane, QWidget& window)
       button_(new QPushButton) {
     text_->setForegroundRole(QPalette::PlaceholderText);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(Metrics::space16, 0, Metrics::space12, Metrics::space8);
+    row->setContentsMargins(
+        Margins::directed(Metrics::space16, 0, Metrics::space12, Metrics::space8));
     row->setSpacing(Metrics::space8);
     row->addWidget(text_, 1);
     row->addWidget(button_);

@@ -11,6 +11,7 @@
 #include "Tarn/ui/text/ElidedLabel.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Icons.h"
+#include "Tarn/ui/theme/Margins.h"
 #include "Tarn/ui/theme/Metrics.h"
 
 namespace tarn {
@@ -28,7 +29,8 @@ PaneHeader::PaneHeader(PaneModel& pane, QWidget* parent)
     close_->setFocusPolicy(Qt::TabFocus);
     close_->setToolTip(tr("Close This Pane"));
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(Metrics::space12, Metrics::space4, Metrics::space4, Metrics::space2);
+    row->setContentsMargins(
+        Margins::directed(Metrics::space12, Metrics::space4, Metrics::space4, Metrics::space2));
     row->setSpacing(Metrics::space8);
     row->addWidget(symbol_);
     row->addWidget(title_, 1);

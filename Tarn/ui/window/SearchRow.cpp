@@ -8,6 +8,7 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/search/ChipRow.h"
 #include "Tarn/ui/theme/Icons.h"
+#include "Tarn/ui/theme/Margins.h"
 #include "Tarn/ui/theme/Metrics.h"
 
 namespace tarn {
@@ -18,7 +19,8 @@ SearchRow::SearchRow(QWidget* parent)
       scope_(new QToolButton(this)),
       scopes_(new QMenu(this)) {
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(Metrics::space16, 0, Metrics::space12, Metrics::space8);
+    row->setContentsMargins(
+        Margins::directed(Metrics::space16, 0, Metrics::space12, Metrics::space8));
     row->setSpacing(Metrics::space8);
     scope_->setAutoRaise(true);
     scope_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
