@@ -1,5 +1,6 @@
 #include "tests/ui/screens/Looks.h"
 
+#include <algorithm>
 #include <map>
 
 #include <QtWidgets/QAbstractButton>
@@ -37,6 +38,13 @@ bool isScrolledAway(const QWidget& widget) {
 
 QString plain(QString text) { return text.remove(u'&'); }
 
+int longestWord(const QWidget& widget) {
+    int longest = 0;
+    for (const QString& word : textOf(widget).split(u' '))
+        longest = std::max(longest, widget.fontMetrics().horizontalAdvance(word));
+    return longest;
+}
+
 }  // namespace
 
 std::vector<QWidget*> seen(QWidget& root) {
@@ -62,19 +70,25 @@ QString textOf(const QWidget& widget) {
 }
 
 bool fits(const QWidget& widget) {
-    if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
-        if (label->wordWrap()) return label->height() >= label->heightForWidth(label->width());
-    } else if (const auto* box = qobject_cast<const QComboBox*>(&widget)) {
+    const QString text = textOf(widget);
+    // Cut off on purpose, with the whole of it to be read all the same.
+    const bool isTold = !text.isEmpty() && plain(widget.toolTip()).contains(text.toHtmlEscaped());
+    if (const auto* box = qobject_cast<const QComboBox*>(&widget)) {
         QStyleOptionComboBox option;
         option.initFrom(box);
         const QRect field = box->style()->subControlRect(QStyle::CC_ComboBox, &option,
                                                          QStyle::SC_ComboBoxEditField, box);
-        return box->fontMetrics().horizontalAdvance(box->currentText()) <= field.width();
+        return box->fontMetrics().horizontalAdvance(text) <= field.width() || isTold;
+    }
+    if (widget.hasHeightForWidth()) {
+        // A word cannot go on in the next line.
+        return widget.width() >= widget.minimumSizeHint().width() &&
+               longestWord(widget) <= widget.contentsRect().width() &&
+               widget.height() >= widget.heightForWidth(widget.width());
     }
     const QSize wanted = widget.sizeHint();
     if (widget.width() >= wanted.width() && widget.height() >= wanted.height()) return true;
-    return widget.height() >= widget.fontMetrics().height() &&
-           widget.toolTip().contains(textOf(widget));
+    return widget.height() >= widget.fontMetrics().height() && isTold;
 }
 
 bool isControl(const QWidget& widget) {
@@ -101,6 +115,14 @@ QRect inPixels(const QImage& picture, const QRect& rect) {
     return QRect((QPointF(rect.topLeft()) * ratio).toPoint(),
                  (QSizeF(rect.size()) * ratio).toSize())
         .intersected(QRect(QPoint(), picture.size()));
+}
+
+QRect differenceOf(const QImage& one, const QImage& other) {
+    QRect found;
+    for (int y = 0; y < one.height(); ++y)
+        for (int x = 0; x < one.width(); ++x)
+            if (one.pixel(x, y) != other.pixel(x, y)) found |= QRect(x, y, 1, 1);
+    return found;
 }
 
 std::optional<Ink> inkIn(const QImage& picture, const QRect& part) {

@@ -32,6 +32,9 @@ struct Ink {
 };
 std::optional<Ink> inkIn(const QImage& picture, const QRect& part);
 
+/// What two pictures of one size differ in lies in this part of them; null when they are equal.
+QRect differenceOf(const QImage& one, const QImage& other);
+
 /// A part of a picture in the pixels it has, where `rect` is in logical ones.
 QRect inPixels(const QImage& picture, const QRect& rect);
 

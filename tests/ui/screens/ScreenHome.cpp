@@ -24,6 +24,7 @@
 #include "TarnCore/platform/memory/MemoryVolumes.h"
 #include "TarnCore/sources/SourceResolver.h"
 #include "TarnCore/tags/TagStore.h"
+#include "tests/ui/screens/BusyPool.h"
 
 namespace tarn {
 namespace {
@@ -189,7 +190,12 @@ ScreenHome::ScreenHome() {
     makeFiles();
 }
 
-ScreenHome::~ScreenHome() = default;
+ScreenHome::~ScreenHome() {
+    // A task that is still at it would put something back into a folder that was just emptied.
+    const BusyPool still;
+    // Qt would leave a name that is no text.
+    std::filesystem::remove_all(root_.path().toStdString());
+}
 
 void ScreenHome::reset() {
     std::filesystem::remove_all(SupportDirectory::location().path());

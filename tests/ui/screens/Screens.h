@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <iosfwd>
 #include <memory>
 #include <span>
 
@@ -62,6 +63,8 @@ struct Screen {
     /// Something is read in another process for it, or on a thread that tells no one.
     bool isSlow = false;
 };
+
+void PrintTo(const Screen& screen, std::ostream* stream);
 
 /// All there are.
 std::span<const Screen> allScreens();

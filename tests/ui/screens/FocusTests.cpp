@@ -1,0 +1,106 @@
+#include <cmath>
+#include <map>
+
+#include <QtTest/QTest>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QButtonGroup>
+#include <QtWidgets/QRadioButton>
+#include <QtWidgets/QScrollArea>
+#include <gtest/gtest.h>
+
+#include "Tarn/ui/theme/Colors.h"
+#include "tests/ui/screens/EachScreen.h"
+#include "tests/ui/screens/Looks.h"
+
+namespace tarn {
+namespace {
+
+/// More than any screen has.
+constexpr int mostSteps = 200;
+/// How far a ring may stand away from what it is around, in pixels.
+constexpr int ringReach = 4;
+
+/// How many pixels the two pictures differ in, and how clearly.
+struct Difference {
+    int pixels = 0;
+    double contrast = 1;
+};
+Difference between(const QImage& one, const QImage& other) {
+    Difference found;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            const QRgb before = one.pixel(x, y);
+            const QRgb after = other.pixel(x, y);
+            if (before == after) continue;
+            ++found.pixels;
+            found.contrast =
+                std::max(found.contrast, Colors::contrast(QColor(before), QColor(after)));
+        }
+    }
+    return found;
+}
+
+QImage around(const QImage& picture, const QWidget& window, const QWidget& widget) {
+    const QRect rect(widget.mapTo(&window, QPoint()), widget.size());
+    return picture.copy(
+        rect.adjusted(-ringReach, -ringReach, ringReach, ringReach).intersected(picture.rect()));
+}
+
+bool takesTab(const QWidget& widget) {
+    if (!(widget.focusPolicy() & Qt::TabFocus) || !widget.isEnabled() || widget.focusProxy())
+        return false;
+    // The arrows go through radio buttons that belong together.
+    const auto* radio = qobject_cast<const QRadioButton*>(&widget);
+    return !radio || radio->isChecked() || !radio->autoExclusive();
+}
+
+/// In a split window the Tab key goes to the other pane, and back.
+bool hasTabOrder(const Screen& screen) { return std::string(screen.name) != "tabs-and-split"; }
+
+TEST_P(EachScreen, leadsTheTabKeyToEverythingOnce) {
+    if (!hasTabOrder(GetParam())) GTEST_SKIP() << "Tab goes from pane to pane there";
+    Stage stage(GetParam());
+    std::map<QWidget*, int> visits;
+    QWidget* last = QApplication::focusWidget();
+    ASSERT_TRUE(last);
+    QTest::keyClick(last, Qt::Key_Tab);
+    QWidget* const first = QApplication::focusWidget();
+    ASSERT_TRUE(first);
+    stage.settle();
+    QImage before = stage.grab();
+    last = first;
+    for (int i = 0; i < mostSteps; ++i) {
+        ++visits[last];
+        const QPoint place = last->mapTo(&stage.window(), QPoint());
+        QTest::keyClick(last, Qt::Key_Tab);
+        QWidget* const now = QApplication::focusWidget();
+        ASSERT_TRUE(now);
+        QCoreApplication::processEvents();
+        if (last->mapTo(&stage.window(), QPoint()) != place) {
+            // What it stands in was scrolled, so that anything may be where it is now.
+            now->clearFocus();
+            before = stage.grab();
+            now->setFocus(Qt::TabFocusReason);
+        }
+        const QImage after = stage.grab();
+        if (now != last) {
+            const Difference difference =
+                between(around(before, stage.window(), *now), around(after, stage.window(), *now));
+            EXPECT_GE(difference.pixels, 20) << Looks::nameOf(*now);
+            EXPECT_GE(difference.contrast, 3) << Looks::nameOf(*now);
+        }
+        before = after;
+        last = now;
+        if (now == first) break;
+    }
+    EXPECT_EQ(last, first) << "Tab never comes back to " << Looks::nameOf(*first);
+    for (const auto& [widget, count] : visits) EXPECT_EQ(count, 1) << Looks::nameOf(*widget);
+    for (QWidget* widget : stage.front().findChildren<QWidget*>()) {
+        if (!widget->isVisible() || !takesTab(*widget)) continue;
+        EXPECT_TRUE(visits.contains(widget)) << Looks::nameOf(*widget) << " is never reached";
+    }
+}
+
+}  // namespace
+}  // namespace tarn
