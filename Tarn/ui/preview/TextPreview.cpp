@@ -6,6 +6,7 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/Counts.h"
 #include "Tarn/ui/preview/CodeView.h"
 #include "Tarn/ui/theme/Metrics.h"
@@ -107,7 +108,7 @@ void TextPreview::readDocument() {
                 const std::string problem = self.reader_->problem();
                 emit self.failed(result.outcome == TextReader::Outcome::killed
                                      ? tr("The document is damaged.")
-                                     : QString::fromStdString(problem));
+                                     : coreSentence(problem));
                 return;
             }
             self.shown_ = QString::fromStdString(result.text);
