@@ -20,6 +20,7 @@
 #include "TarnCore/base/Error.h"
 #include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/Guarded.h"
+#include "TarnCore/base/QuietOpen.h"
 #include "TarnCore/base/SerialQueue.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/index/ExtractProcess.h"
@@ -70,12 +71,10 @@ struct OpenFile {
     std::int64_t size = 0;
 };
 
-/// Opens a plain file without waiting for anything (a pipe, a terminal) and, where that is allowed,
-/// without a trace in its access time.
+/// Opens a plain file without waiting for anything (a pipe, a terminal).
 std::optional<OpenFile> openFile(const char* path) {
     constexpr int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-    FileDescriptor file(open(path, flags | O_NOATIME));
-    if (!file && errno == EPERM) file = FileDescriptor(open(path, flags));
+    FileDescriptor file(openQuietly(AT_FDCWD, path, flags));
     struct stat facts {};
     if (!file || fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
     const Identity identity(facts.st_dev, facts.st_ino, facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec,

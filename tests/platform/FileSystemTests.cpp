@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "TarnCore/platform/linux/LinuxArchives.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
 #include "tests/platform/FolderContents.h"
 #include "tests/support/TestFolder.h"
@@ -40,6 +41,22 @@ TEST(LinuxFileSystem, readsFoldersOfManyBatches) {
     for (int i = 0; i < 2500; ++i)
         folder.file("a name of some length, number " + std::to_string(i));
     EXPECT_EQ(contents(*LinuxFileSystem().openFolder(folder.url())).size(), 2500U);
+}
+
+TEST(LinuxFileSystem, leavesNoTraceOfReadingInTheAccessTime) {
+    const TestFolder folder;
+    const URL file = folder.file("file", "text");
+    // Older than the last change, so that any other reading would be noted.
+    const timespec times[] = {{1'000'000'000, 0}, {1'100'000'000, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
+    const LinuxFileSystem files;
+    const auto accessed = [&] { return files.requireAttributes(file, Links::keep).accessed; };
+    const Date before = accessed();
+    EXPECT_EQ(files.readFile(file, 100), "text");
+    EXPECT_EQ(LinuxArchives().open(file, Links::keep)->size(), 4);
+    PageBuffer buffer;
+    EXPECT_EQ(files.openFolder(folder.url())->readFile("file", 100, buffer), "text");
+    EXPECT_EQ(accessed(), before);
 }
 
 TEST(LinuxFileSystem, tellsAttributesOfFilesAndLinks) {

@@ -19,6 +19,7 @@
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/WindowModel.h"
 #include "TarnCore/base/FileDescriptor.h"
+#include "TarnCore/base/QuietOpen.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/platform/OpenedFiles.h"
 #include "TarnCore/platform/Platform.h"
@@ -79,7 +80,7 @@ std::vector<std::string> types(const URL& file) {
     QMimeType type = database.mimeTypeForFile(name, QMimeDatabase::MatchExtension);
     if (type.isDefault()) {
         // Without O_NONBLOCK a pipe would hold us here for ever.
-        FileDescriptor fd(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+        FileDescriptor fd(openQuietly(AT_FDCWD, file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
         struct stat status {};
         QFile device;
         if (fd && fstat(fd.get(), &status) == 0 && S_ISREG(status.st_mode) &&

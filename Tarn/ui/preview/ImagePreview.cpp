@@ -19,6 +19,7 @@
 #include "Tarn/ui/theme/Theme.h"
 #include "Tarn/ui/thumbnails/PictureDecoder.h"
 #include "Tarn/ui/thumbnails/ThumbnailCache.h"
+#include "TarnCore/base/QuietOpen.h"
 #include "TarnCore/platform/Platform.h"
 
 namespace tarn {
@@ -47,7 +48,7 @@ struct Facts {
 
 Facts facts(const URL& url) {
     QFile file;
-    const int descriptor = ::open(url.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    const int descriptor = openQuietly(AT_FDCWD, url.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0 || !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
         return {};
     QImageReader reader(&file);

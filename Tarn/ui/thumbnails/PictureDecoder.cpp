@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "TarnCore/base/QuietOpen.h"
 #include "TarnCore/platform/Platform.h"
 
 namespace tarn::PictureDecoder {
@@ -22,7 +23,7 @@ QSize fitted(const QSize& size, int side) {
 QImage byQt(const URL& file, int size) {
     QFile device;
     // By descriptor: a name need not be text.
-    const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    const int descriptor = openQuietly(AT_FDCWD, file.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) return {};
     if (!device.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
         ::close(descriptor);

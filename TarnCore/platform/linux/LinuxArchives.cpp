@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "TarnCore/base/FileDescriptor.h"
+#include "TarnCore/base/QuietOpen.h"
 #include "TarnCore/platform/linux/LinuxTreeWriter.h"
 #include "TarnCore/platform/linux/Module.h"
 
@@ -47,8 +48,9 @@ private:
 
 std::shared_ptr<const FileBytes> LinuxArchives::open(const URL& file, Links links) const {
     // Without O_NONBLOCK, a pipe that nobody writes to would hold us here for ever.
-    FileDescriptor fd(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY |
-                                               (links == Links::keep ? O_NOFOLLOW : 0)));
+    FileDescriptor fd(openQuietly(
+        AT_FDCWD, file.c_str(),
+        O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | (links == Links::keep ? O_NOFOLLOW : 0)));
     if (!fd) fail(errno, "open");
     struct stat facts;
     if (fstat(fd.get(), &facts) != 0) fail(errno, "stat");

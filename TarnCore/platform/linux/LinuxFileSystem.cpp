@@ -18,6 +18,7 @@
 
 #include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/PageBuffer.h"
+#include "TarnCore/base/QuietOpen.h"
 #include "TarnCore/platform/linux/PathAnchor.h"
 #include "TarnCore/platform/linux/Statx.h"
 
@@ -178,7 +179,7 @@ std::string_view LinuxFolderReader::readFile(const char* name, std::size_t limit
                                              PageBuffer& buffer) const {
     // Most texts end within the first piece, which costs no look at their size.
     constexpr std::size_t firstPiece = 256 * 1024;
-    const FileDescriptor file(openat(fd_.get(), name, fileFlags | O_NOFOLLOW));
+    const FileDescriptor file(openQuietly(fd_.get(), name, fileFlags | O_NOFOLLOW));
     if (!file) fail(errno, "open");
     buffer.grow(firstPiece, 0);
     std::size_t length = 0;
@@ -237,7 +238,7 @@ std::optional<URL> LinuxFileSystem::resolved(const URL& url) const {
 
 std::string LinuxFileSystem::readFile(const URL& url, std::size_t limit) const {
     const PathAnchor anchor(url);
-    const FileDescriptor fd(openat(anchor.fd(), anchor.path(), fileFlags));
+    const FileDescriptor fd(openQuietly(anchor.fd(), anchor.path(), fileFlags));
     if (!fd) fail(errno, "open");
     FileAttributes attributes;
     if (const int error = Statx::look(fd.get(), "", AT_EMPTY_PATH, attributes))

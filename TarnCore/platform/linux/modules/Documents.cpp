@@ -2,6 +2,7 @@
 
 #include <poppler.h>
 
+#include "TarnCore/base/QuietOpen.h"
 #include "TarnCore/platform/linux/MediaReader.h"
 
 namespace tarn {
@@ -15,10 +16,11 @@ struct Release {
 class PopplerReader final : public MediaReader {
 public:
     void read(const std::string& path, ItemMetadata& metadata) const override {
-        const std::unique_ptr<char, Release> uri(g_filename_to_uri(path.c_str(), nullptr, nullptr));
-        if (!uri) return;
+        const int file = openQuietly(AT_FDCWD, path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+        if (file < 0) return;
+        // Which closes it in the end, or at once when this is no such document.
         const std::unique_ptr<PopplerDocument, Release> document(
-            poppler_document_new_from_file(uri.get(), nullptr, nullptr));
+            poppler_document_new_from_fd(file, nullptr, nullptr));
         if (!document) return;
         if (const int pages = poppler_document_get_n_pages(document.get()); pages > 0)
             metadata.pages = pages;

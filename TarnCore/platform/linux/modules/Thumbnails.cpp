@@ -10,6 +10,7 @@
 #include <unistd.h>
 #include <vips/vips.h>
 
+#include "TarnCore/base/QuietOpen.h"
 #include "TarnCore/platform/linux/LinuxPictureDecoding.h"
 
 namespace tarn {
@@ -23,7 +24,8 @@ using Image = std::unique_ptr<VipsImage, Unref>;
 
 class Descriptor {
 public:
-    explicit Descriptor(const char* path) : value_(open(path, O_RDONLY | O_CLOEXEC)) {}
+    explicit Descriptor(const char* path)
+        : value_(openQuietly(AT_FDCWD, path, O_RDONLY | O_CLOEXEC)) {}
     ~Descriptor() {
         if (value_ >= 0) close(value_);
     }
