@@ -8,6 +8,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "TarnCore/base/PageBuffer.h"
+#include "TarnCore/platform/FileBytes.h"
 #include "TarnCore/platform/linux/LinuxArchives.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
 #include "tests/platform/FolderContents.h"
@@ -53,7 +55,8 @@ TEST(LinuxFileSystem, leavesNoTraceOfReadingInTheAccessTime) {
     const auto accessed = [&] { return files.requireAttributes(file, Links::keep).accessed; };
     const Date before = accessed();
     EXPECT_EQ(files.readFile(file, 100), "text");
-    EXPECT_EQ(LinuxArchives().open(file, Links::keep)->size(), 4);
+    char first[2];
+    EXPECT_EQ(LinuxArchives().open(file, Links::keep)->read(0, first), 2U);
     PageBuffer buffer;
     EXPECT_EQ(files.openFolder(folder.url())->readFile("file", 100, buffer), "text");
     EXPECT_EQ(accessed(), before);

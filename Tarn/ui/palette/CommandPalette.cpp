@@ -139,7 +139,7 @@ void CommandPalette::place() {
     const int top = toolbarHeight + space8;
     int height = 2 * shadowReach + field_->minimumHeight() + hairline;
     if (rows_->rowCount() == 0) {
-        height += nothing_->sizeHint().height();
+        height = card_->layout()->totalSizeHint().height();
     } else {
         int wanted = 0;
         for (int row = 0; row < rows_->rowCount() && row < rowsShown; ++row)

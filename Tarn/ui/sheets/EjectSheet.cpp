@@ -14,6 +14,7 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/focus/FocusOutline.h"
 #include "Tarn/ui/search/BusyLine.h"
+#include "Tarn/ui/sheets/ButtonRow.h"
 #include "Tarn/ui/states/SymbolView.h"
 #include "Tarn/ui/text/ElidedLabel.h"
 #include "Tarn/ui/theme/Fonts.h"
@@ -134,13 +135,9 @@ EjectSheet::EjectSheet(QWidget& window, WindowModel& model, const Volume& volume
     column()->addWidget(message_);
     column()->addWidget(scroll_, 1);
     column()->addWidget(busy_);
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(Metrics::space8);
-    buttons->addWidget(force_);
-    buttons->addStretch();
-    buttons->addWidget(cancel_);
-    buttons->addWidget(again_);
-    column()->addLayout(buttons);
+    auto* buttons = new ButtonRow(new QWidget);
+    for (QPushButton* button : {force_, cancel_, again_}) buttons->add(*button);
+    column()->addWidget(buttons);
     connect(cancel_, &QPushButton::clicked, this, &Sheet::finish);
     connect(force_, &QPushButton::clicked, this, [this] { eject(true); });
     connect(again_, &QPushButton::clicked, this, [this] { eject(false); });

@@ -17,6 +17,7 @@
 #include "Tarn/ui/states/SymbolView.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
+#include "Tarn/ui/theme/Margins.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
 
@@ -50,9 +51,12 @@ ToastView::ToastView(WindowModel& model, QWidget& window, QWidget& pane)
     close_->setFocusPolicy(Qt::TabFocus);
     close_->setToolTip(tr("Dismiss"));
     close_->setAccessibleName(tr("Dismiss"));
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(shadowReach + Metrics::space16, shadowReach + Metrics::space6,
-                            shadowReach + Metrics::space8, shadowReach + Metrics::space6);
+    auto* card = new QHBoxLayout(this);
+    card->setContentsMargins(shadowReach, shadowReach, shadowReach, shadowReach);
+    auto* row = new QHBoxLayout;
+    card->addLayout(row);
+    row->setContentsMargins(
+        Margins::directed(Metrics::space16, Metrics::space6, Metrics::space8, Metrics::space6));
     row->setSpacing(Metrics::space8);
     row->addWidget(symbol_);
     row->addWidget(warning_);
@@ -136,9 +140,8 @@ void ToastView::place() {
     const QRect room(pane_.mapTo(parentWidget(), QPoint()), pane_.size());
     const int most = std::min(widest, room.width() - 2 * Metrics::space12) + 2 * shadowReach;
     // One line where it fits.
-    const QMargins margins = layout()->contentsMargins();
-    int others = margins.left() + margins.right() + Metrics::iconSmall + Metrics::space8 +
-                 Metrics::space4 + Metrics::space8 + close_->width();
+    int others = 2 * shadowReach + Metrics::space16 + Metrics::space8 + Metrics::iconSmall +
+                 Metrics::space8 + Metrics::space4 + Metrics::space8 + close_->width();
     if (!undo_->isHidden()) others += undo_->maximumWidth() + Metrics::space8;
     const int text = Fonts::textWidth(message_->font(), message_->text()) + Metrics::space2;
     const int width = std::min(most, others + text);

@@ -21,6 +21,7 @@
 #include "Tarn/ui/text/ElidedLabel.h"
 #include "Tarn/ui/text/TabularLabel.h"
 #include "Tarn/ui/theme/Colors.h"
+#include "Tarn/ui/theme/Metrics.h"
 
 namespace tarn::Looks {
 namespace {
@@ -86,7 +87,11 @@ bool fits(const QWidget& widget) {
                longestWord(widget) <= widget.contentsRect().width() &&
                widget.height() >= widget.heightForWidth(widget.width());
     }
-    const QSize wanted = widget.sizeHint();
+    QSize wanted = widget.sizeHint();
+    // A button may be made narrower than the others, but not than its word.
+    const bool isFixed = widget.minimumWidth() == widget.maximumWidth();
+    if (isFixed && qobject_cast<const QPushButton*>(&widget))
+        wanted.setWidth(widget.fontMetrics().horizontalAdvance(text) + 2 * Metrics::space8);
     if (widget.width() >= wanted.width() && widget.height() >= wanted.height()) return true;
     return widget.height() >= widget.fontMetrics().height() && isTold;
 }
