@@ -2384,6 +2384,13 @@
     </message>
 </context>
 <context>
+    <name>tarn::MemberFile</name>
+    <message>
+        <source>It is too large to be shown from inside of the archive.</source>
+        <translation>Das ist zu groß, um aus dem Archiv heraus gezeigt zu werden.</translation>
+    </message>
+</context>
+<context>
     <name>tarn::NameSheet</name>
     <message>
         <source>Cancel</source>

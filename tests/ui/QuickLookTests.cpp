@@ -1,14 +1,19 @@
+#include <filesystem>
+
 #include <QtTest/QTest>
 #include <QtWidgets/QLineEdit>
 #include <gtest/gtest.h>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/ArchiveListing.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/preview/CodeView.h"
+#include "Tarn/ui/preview/IconPreview.h"
 #include "Tarn/ui/preview/PreviewWidget.h"
 #include "Tarn/ui/preview/TextPreview.h"
 #include "Tarn/ui/quicklook/QuickLook.h"
+#include "tests/support/ArchiveBytes.h"
 #include "tests/support/TestFolder.h"
 #include "tests/ui/Shown.h"
 
@@ -46,6 +51,14 @@ protected:
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QWidget* target = QApplication::focusWidget();
         QTest::keyClick(target ? target : &host, key, modifiers);
+    }
+    /// Of the file that is shown, once it is.
+    std::string shownText() {
+        const auto shown = [this] {
+            return qobject_cast<TextPreview*>(quickLook->preview().current());
+        };
+        if (!waitFor([&] { return quickLook->preview().isSettled() && shown(); })) return {};
+        return shown()->view().toPlainText().toStdString();
     }
     std::string title() { return quickLook->title().toStdString(); }
     std::string position() { return quickLook->position().toStdString(); }
@@ -128,6 +141,56 @@ TEST_F(QuickLookTest, returnOpensTheFile) {
     press(Qt::Key_Return);
     EXPECT_FALSE(quickLook->isOpen());
     EXPECT_EQ(opened, std::vector<URL>{folder / "c.txt"});
+}
+
+TEST_F(QuickLookTest, goesThroughWhatIsInUnfoldedFolders) {
+    folder.file("in/deep.txt", "Deep inside");
+    ASSERT_TRUE(waitFor([this] { return pane().items().count() == 5; }));
+    pane().setViewMode(ViewMode::list);
+    pane().loadChildren(folder / "in");
+    ASSERT_TRUE(waitFor([this] { return pane().items().count() == 6; }));
+    select({"in"});
+    quickLook->open();
+    press(Qt::Key_Down);
+    EXPECT_EQ(title(), "deep.txt");
+    EXPECT_EQ(position(), "2 of 6");
+    EXPECT_EQ(selected(), "deep.txt ");
+    EXPECT_EQ(shownText(), "Deep inside");
+    press(Qt::Key_Down);
+    EXPECT_EQ(title(), "a.txt");
+}
+
+TEST_F(QuickLookTest, showsWhatIsInMembersOfAnArchive) {
+    test::ZipBytes bytes({{"broken.txt", "other", false, 0, 0xFFFF, 3, 0100644, 0, 0, 0, {}, {}, 1},
+                          {"inner.txt", "Read me"},
+                          {"link.txt", "/etc/passwd", false, 0, 0xFFFF, 3, 0120777},
+                          {"sub/", "", false, 0, 0xFFFF, 3, 0040755}});
+    const URL archive = folder.file("box.zip", bytes.bytes());
+    pane().navigate(Location::archive(archive, ""));
+    ASSERT_TRUE(waitFor([this] { return !pane().isLoading(); }));
+    const auto lookAt = [&](const char* member) {
+        quickLook->finish();
+        pane().select({ArchiveListing::url(archive, member)});
+        quickLook->open();
+        EXPECT_EQ(title(), member);
+    };
+    lookAt("inner.txt");
+    EXPECT_EQ(shownText(), "Read me");
+    const URL file = quickLook->preview().current()->item().url;
+    EXPECT_TRUE(std::filesystem::exists(file.path()));
+    quickLook->finish();
+    EXPECT_TRUE(waitFor([&] { return !std::filesystem::exists(file.path()); }));
+
+    lookAt("broken.txt");
+    auto* icon = quickLook->preview().findChild<IconPreview*>();
+    EXPECT_TRUE(waitFor([&] { return icon->isVisible() && !icon->sentence().isEmpty(); }));
+    for (const char* member : {"link.txt", "sub"}) {
+        SCOPED_TRACE(member);
+        lookAt(member);
+        EXPECT_TRUE(waitFor([&] { return quickLook->preview().isSettled(); }));
+        EXPECT_EQ(quickLook->preview().current(), icon);
+        EXPECT_TRUE(icon->sentence().isEmpty());
+    }
 }
 
 TEST_F(QuickLookTest, theKeyboardStaysInsideAndAClickBesideLeaves) {

@@ -136,6 +136,13 @@ void PreviewWidget::showIcon(const QString& sentence) {
     emit changed();
 }
 
+void PreviewWidget::say(const QString& sentence) {
+    hurry_.stop();
+    wanted_ = icon_;
+    isSettled_ = true;
+    showIcon(sentence);
+}
+
 void PreviewWidget::clear() {
     patience_.stop();
     hurry_.stop();

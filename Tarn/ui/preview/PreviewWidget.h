@@ -29,6 +29,8 @@ public:
     using QWidget::show;
     /// As what its name and type say it is, or as `kind`.
     void show(const FileItem& item, std::optional<PreviewKind> kind = std::nullopt);
+    /// Why there is no more to see of the file than its icon.
+    void say(const QString& sentence);
     /// Lets go of the file and of all that was read of it.
     void clear();
 

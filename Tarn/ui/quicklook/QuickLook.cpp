@@ -13,8 +13,10 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QToolButton>
 
+#include "Tarn/model/ArchiveListing.h"
 #include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
+#include "Tarn/model/MemberFile.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/focus/FocusRing.h"
@@ -62,7 +64,8 @@ QuickLook::QuickLook(WindowModel* model, QWidget& window)
       title_(new ElidedLabel),
       facts_(new ElidedLabel),
       position_(new QLabel),
-      preview_(new PreviewWidget(PreviewPlace::quickLook)) {
+      preview_(new PreviewWidget(PreviewPlace::quickLook)),
+      member_(new MemberFile(this)) {
     hide();
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(tr("Quick Look"));
@@ -103,6 +106,9 @@ QuickLook::QuickLook(WindowModel* model, QWidget& window)
     connect(add("arrow.up.forward.app", tr("Open (Return)")), &QToolButton::clicked, this,
             [this] { openFile(); });
     connect(preview_, &PreviewWidget::factChanged, this, &QuickLook::updateTitle);
+    connect(member_, &MemberFile::ready, this,
+            [this](const FileItem& file) { preview_->show(file); });
+    connect(member_, &MemberFile::failed, preview_, &PreviewWidget::say);
     soon_.setSingleShot(true);
     soon_.setInterval(0);
     connect(&soon_, &QTimer::timeout, this, &QuickLook::follow);
@@ -191,6 +197,7 @@ void QuickLook::finish() {
     QAccessible::updateAccessibility(&ended);
     hide();
     preview_->clear();
+    member_->drop();
     item_.reset();
     if (before_) before_->setFocus(Qt::PopupFocusReason);
     if (model_) model_->setShowsQuickLook(false);
@@ -228,10 +235,18 @@ void QuickLook::follow() {
 }
 
 void QuickLook::showCurrent() {
+    member_->drop();
     if (pane_->showsMembers())
-        preview_->show(*item_, PreviewKind::icon);
+        takeMember();
     else
         preview_->show(*item_);
+}
+
+void QuickLook::takeMember() {
+    preview_->show(*item_, PreviewKind::icon);
+    const auto member = ArchiveListing::member(pane_->location().url, item_->url);
+    if (item_->isDirectory || item_->isSymlink || !member) return;
+    member_->take(pane_->location().url, *member, item_->size);
 }
 
 void QuickLook::step(int by) {

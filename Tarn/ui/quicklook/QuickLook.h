@@ -16,6 +16,7 @@ class QVBoxLayout;
 namespace tarn {
 
 class ElidedLabel;
+class MemberFile;
 class PaneModel;
 class PreviewWidget;
 class WindowModel;
@@ -65,6 +66,7 @@ private:
     void follow();
     void step(int by);
     void showCurrent();
+    void takeMember();
     void openFile();
     void updateTitle();
     void place();
@@ -91,6 +93,7 @@ private:
     QToolButton* next_ = nullptr;
     QToolButton* screen_ = nullptr;
     PreviewWidget* preview_;
+    MemberFile* member_;  ///< What is looked at in an archive.
 };
 
 }  // namespace tarn

@@ -1,0 +1,94 @@
+#include "Tarn/model/MemberFile.h"
+
+#include <filesystem>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include <QtCore/QDir>
+#include <QtCore/QTemporaryDir>
+
+#include "Tarn/model/DisplayText.h"
+#include "Tarn/model/MainThread.h"
+#include "TarnCore/archive/ArchiveReader.h"
+
+namespace tarn {
+namespace {
+
+std::int64_t bytesBelow(const std::string& folder) {
+    namespace fs = std::filesystem;
+    std::int64_t bytes = 0;
+    std::error_code error;  // Files come and get their names meanwhile.
+    for (auto at = fs::recursive_directory_iterator(folder, error);
+         !error && at != fs::recursive_directory_iterator(); at.increment(error)) {
+        std::error_code ignored;
+        const auto size = at->is_regular_file(ignored) ? at->file_size(ignored) : 0;
+        if (!ignored) bytes += static_cast<std::int64_t>(size);
+    }
+    return bytes;
+}
+
+/// Not every archive says how large a member is, nor is it true of every one that does. So what
+/// has been written is counted.
+URL unpacked(const URL& archive, const std::string& member, const QTemporaryDir& folder,
+             const CancelToken& token, bool& isTooLarge) {
+    if (!folder.isValid()) throw ArchiveError::unreadable("There is no room to unpack it.");
+    ArchiveReader::Watch watch;
+    watch.token = token;
+    watch.progress = [&](const ArchiveReader::Progress&) {
+        isTooLarge |= bytesBelow(folder.path().toStdString()) > MemberFile::largest;
+        if (isTooLarge) token.cancel();
+    };
+    const URL target = URL::fromPath(folder.path().toStdString()).appending("member");
+    return ArchiveReader::extract(archive, {member}, target, watch).front();
+}
+
+}  // namespace
+
+MemberFile::MemberFile(QObject* parent) : QObject(parent) {}
+
+MemberFile::~MemberFile() {
+    drop();
+    queue_.flush();
+}
+
+void MemberFile::drop() {
+    ++request_;
+    token_.cancel();
+    queue_.run([this] { folder_.reset(); });
+}
+
+void MemberFile::take(const URL& archive, const std::string& member,
+                      std::optional<std::int64_t> size) {
+    drop();
+    const QString tooLarge = tr("It is too large to be shown from inside of the archive.");
+    if (size.value_or(0) > largest) {
+        emit failed(tooLarge);
+        return;
+    }
+    token_ = CancelToken();
+    queue_.run([this, archive, member, tooLarge, token = token_, request = request_,
+                self = QPointer<MemberFile>(this)] {
+        if (token.isCancelled()) return;
+        std::optional<FileItem> item;
+        QString problem;
+        bool isTooLarge = false;
+        try {
+            folder_ = std::make_unique<QTemporaryDir>(QDir::tempPath() +
+                                                      QStringLiteral("/Tarn-Member-XXXXXX"));
+            item = FileItem::load(unpacked(archive, member, *folder_, token, isTooLarge));
+            if (item && item->isSymlink) item.reset();
+        } catch (const Error& error) {
+            problem = isTooLarge ? tooLarge : displayText(error.what());
+        }
+        MainThread::post(self, [request, item = std::move(item), problem](MemberFile& there) {
+            if (request != there.request_) return;
+            if (item)
+                emit there.ready(*item);
+            else
+                emit there.failed(problem);
+        });
+    });
+}
+
+}  // namespace tarn
