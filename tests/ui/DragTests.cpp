@@ -1,9 +1,11 @@
 #include <QtGui/QDropEvent>
 #include <QtTest/QTest>
+#include <QtWidgets/QTabBar>
 #include <gtest/gtest.h>
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/FileMime.h"
+#include "Tarn/model/TabGroup.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/drag/DropLabel.h"
 #include "Tarn/ui/drag/FileDrag.h"
@@ -192,6 +194,51 @@ TEST_F(DropTest, aCrumbTakesFilesForItsFolder) {
     EXPECT_TRUE(label().startsWith(QStringLiteral("Move to “")));
     drop(crumb, crumb->rect().center(), *data);
     ASSERT_TRUE(waitFor([this] { return folder.exists("from afar.txt"); }));
+}
+
+TEST_F(DropTest, aTabTakesFilesForTheFolderThatItShows) {
+    window->group().open(window->model().snapshot());
+    pane().navigate(Location::folder(folder / "sub"));
+    settle();
+    auto& bar = *window->findChild<QTabBar*>();
+    const auto data = FileMime::makeDrag({folder / "a.txt"});
+    // Where it is already, and where it can go.
+    EXPECT_FALSE(drag(&bar, bar.tabRect(0).center(), *data));
+    ASSERT_TRUE(drag(&bar, bar.tabRect(1).center(), *data));
+    EXPECT_EQ(label(), QStringLiteral("Move to “sub”"));
+    drop(&bar, bar.tabRect(1).center(), *data);
+    ASSERT_TRUE(waitFor([this] { return folder.exists("sub/a.txt"); }));
+    EXPECT_FALSE(folder.exists("a.txt"));
+    EXPECT_EQ(label(), QString());
+}
+
+TEST_F(DropTest, besideAnUnfoldedFoldersChildrenThatFolderIsMeant) {
+    folder.file("sub/child.txt");
+    pane().loadChildren(folder / "sub");
+    ASSERT_TRUE(
+        waitFor([this] { return pane().items().row(folder / "sub/child.txt").has_value(); }));
+    const auto data = FileMime::makeDrag({folder / "a.txt"});
+    const struct {
+        const char* row;
+        const char* label;
+    } cases[] = {
+        {"sub/child.txt", "Move to “sub”"},
+        {"sub/empty", "Move to “empty”"},
+        {"sub", "Move to “sub”"},
+        {"b.txt", ""},  // The folder of the pane, where it is already.
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.row);
+        EXPECT_EQ(drag(rows(), middleOf(c.row), *data), *c.label != 0);
+        EXPECT_EQ(label(), QString::fromUtf8(c.label));
+    }
+    // A folder does not go into itself by way of what is in it.
+    const auto itself = FileMime::makeDrag({folder / "sub"});
+    EXPECT_FALSE(drag(rows(), middleOf("sub/child.txt"), *itself));
+    EXPECT_FALSE(drag(rows(), middleOf("sub/empty"), *itself));
+    ASSERT_TRUE(drag(rows(), middleOf("sub/child.txt"), *data));
+    drop(rows(), middleOf("sub/child.txt"), *data);
+    ASSERT_TRUE(waitFor([this] { return folder.exists("sub/a.txt"); }));
 }
 
 TEST_F(DropTest, anEmptyFolderTakesFiles) {
