@@ -20,23 +20,6 @@ constexpr qint64 restPerRun = 100;
 
 SharedRows noRows() { return std::make_shared<const PaneRows>(std::vector<FileItem>()); }
 
-/// Of the whole computer, the parts in which a person's files change. A watch over all of it would
-/// take more than other programs can spare.
-std::vector<URL> worthWatching(const std::vector<URL>& roots) {
-    std::vector<URL> watched;
-    for (const URL& root : roots) {
-        if (!root.isRoot()) {
-            watched.push_back(root);
-            continue;
-        }
-        watched.push_back(Paths::home());
-        for (const Mount& mount : Platform::current().volumes->mounts())
-            if (mount.isRemovable && !mount.isNetwork && !mount.isPseudo)
-                watched.push_back(mount.mountPoint);
-    }
-    return watched;
-}
-
 /// Without those that lie inside another one.
 std::vector<std::string> outermost(const std::set<std::string>& paths) {
     std::vector<std::string> outer;
@@ -58,6 +41,23 @@ void takeInside(Items& items, const std::string& path, Items& taken) {
 }
 
 }  // namespace
+
+// Of the whole computer, the parts in which a person's files change. A watch over all of it would
+// take more than other programs can spare.
+std::vector<URL> LiveList::watchedOf(const std::vector<URL>& roots) {
+    std::vector<URL> watched;
+    for (const URL& root : roots) {
+        if (!root.isRoot()) {
+            watched.push_back(root);
+            continue;
+        }
+        watched.push_back(Paths::home());
+        for (const Mount& mount : Platform::current().volumes->mounts())
+            if (mount.isRemovable && !mount.isNetwork && !mount.isPseudo)
+                watched.push_back(mount.mountPoint);
+    }
+    return watched;
+}
 
 LiveList::LiveList(QObject* parent, LiveTiming timing)
     : QObject(parent), timing_(timing), rows_(noRows()) {
@@ -102,7 +102,7 @@ void LiveList::start(LiveQuery query, const SortOrder& sort) {
     isRunning_ = true;
     clock_.start();
     found_ = std::make_shared<Found>();
-    watched_ = worthWatching(query_.roots());
+    watched_ = watchedOf(query_.roots());
     watcher_.watch(watched_, WatchDepth::tree, timing_.latency);
     run(found_);
 }
@@ -204,6 +204,7 @@ void LiveList::publish() {
             for (const auto& [path, item] : *items) copy.push_back(item);
         }
         SharedRows rows = PaneRows::sorted(std::move(copy), sort);
+        rows->prepareSearch();
         MainThread::post(self, [run, rows, sort, isLast](LiveList& list) {
             list.ordered(run, rows, sort, isLast);
         });

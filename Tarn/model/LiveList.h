@@ -42,6 +42,9 @@ public:
     /// More than this is not kept, and `isCut` says so; a list of everything is of use to nobody.
     static constexpr std::int64_t mostItems = 100'000;
 
+    /// Of folders to search, those that are watched for changes.
+    static std::vector<URL> watchedOf(const std::vector<URL>& roots);
+
     explicit LiveList(QObject* parent = nullptr, LiveTiming timing = {});
     ~LiveList() override;
 

@@ -40,6 +40,7 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
     refreshTimer_.setInterval(0);
     connect(&refreshTimer_, &QTimer::timeout, this, &PaneModel::relist);
     searchTimer_.setSingleShot(true);
+    searchTimer_.setTimerType(Qt::PreciseTimer);
     searchTimer_.setInterval(static_cast<int>(searchDelay * 1000));
     connect(&searchTimer_, &QTimer::timeout, this, &PaneModel::runSearch);
     deadlineTimer_.setSingleShot(true);
@@ -76,11 +77,11 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
                     orderChanged();
                 }
                 applyingPrefs_ = false;
-                if (changesView && !tree_.isEmpty()) arrange();
+                if (changesView && !tree_.isEmpty()) arrangePlace();
             });
     connect(&watcher_, &PaneWatcher::changed, this, &PaneModel::refreshSoon);
     connect(&app.downloads(), &DownloadsService::arrived, &overview_, &PlaceOverview::filesArrived);
-    connect(&tree_, &PaneTree::changed, this, &PaneModel::arrange);
+    connect(&tree_, &PaneTree::changed, this, &PaneModel::arrangePlace);
     connect(&tree_, &PaneTree::failed, this, &PaneModel::unfoldingFailed);
     connect(&app.lists(), &UserLists::smartFoldersChanged, this, &PaneModel::smartFoldersChanged);
     connect(&live_, &LiveList::rowsChanged, this, &PaneModel::liveRowsChanged);
@@ -134,6 +135,7 @@ void PaneModel::navigate(const Location& to, bool addToHistory, std::vector<URL>
     tree_.clear();
     selection_.clear();
     items_.show(listing_);
+    rowOrder_ = {};
     applyPrefs();
     if (location_.isFolder()) app_.noteVisited(location_.url);
     emit locationChanged();
@@ -215,7 +217,7 @@ void PaneModel::setViewMode(ViewMode mode) {
     viewMode_ = mode;
     savePrefs();
     emit viewModeChanged();
-    if (!tree_.isEmpty() && !applyingPrefs_) arrange();
+    if (!tree_.isEmpty() && !applyingPrefs_) arrangePlace();
 }
 
 void PaneModel::restoreViewMode(ViewMode mode) {
@@ -325,6 +327,11 @@ void PaneModel::watchAndList() {
 }
 
 void PaneModel::reload(bool clearThumbnails) {
+    reloadPlace(clearThumbnails);
+    if (query_) startSearch();
+}
+
+void PaneModel::reloadPlace(bool clearThumbnails) {
     reloadToken_ = UUID::random();
     emit reloaded(clearThumbnails);
     tree_.reload();
@@ -402,16 +409,17 @@ std::function<void()> PaneModel::folderListing() {
     };
 }
 
-void PaneModel::noteListing(SharedRows rows, bool isPartial) {
+void PaneModel::noteListing(SharedRows rows, const SortOrder& sort, bool isPartial) {
     listing_ = std::move(rows);
+    listingSort_ = sort;
     isPartial_ = isPartial;
     isSettled_ = !isPartial && !missedChanges_;
     listingError_.reset();
 }
 
 void PaneModel::showListing(SharedRows rows, const SortOrder& sort, bool isPartial) {
-    noteListing(std::move(rows), isPartial);
-    arrange();
+    noteListing(std::move(rows), sort, isPartial);
+    arrangePlace();
     if (sort != sort_ && !isPartial && !location_.isQuery()) resortListing();
 }
 
@@ -427,8 +435,8 @@ void PaneModel::showListing(const Listed& listed, bool isPartial) {
     }
     ++arranging_;
     isArranging_ = false;
-    noteListing(listed.rows, isPartial);
-    showArranged(listed.arranged);
+    noteListing(listed.rows, listed.sort, isPartial);
+    showArranged(listed.arranged, {listed.sort, listed.how.groupBy});
 }
 
 void PaneModel::listingEnded() {
@@ -449,7 +457,7 @@ void PaneModel::listingFailed(const ListingError& error) {
     deadlineTimer_.stop();
     listingError_ = error;
     listing_ = std::make_shared<const PaneRows>(std::vector<FileItem>());
-    arrange();
+    arrangePlace();
     emit stateChanged();
 }
 

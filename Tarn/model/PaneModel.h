@@ -20,6 +20,7 @@
 #include "Tarn/model/PaneWatcher.h"
 #include "Tarn/model/PlaceOverview.h"
 #include "Tarn/model/RowArrangement.h"
+#include "Tarn/model/RowOrder.h"
 #include "Tarn/model/records/FolderViewPrefs.h"
 #include "Tarn/model/records/Location.h"
 #include "Tarn/model/records/SmartFolder.h"
@@ -66,8 +67,8 @@ public:
 
     /// Enters a folder or an archive; false for anything that does not open inside the pane.
     bool browse(const FileItem& item);
-    /// Reads the place again. What is shown stays until the answer is there. With
-    /// `clearThumbnails` the pictures of files are taken from the disk again, too.
+    /// Reads the place again, and searches again. What is shown stays until the answer is there.
+    /// With `clearThumbnails` the pictures of files are taken from the disk again, too.
     void reload(bool clearThumbnails = false);
     /// Another one after every reload.
     const UUID& reloadToken() const { return reloadToken_; }
@@ -118,7 +119,7 @@ public:
     void sortBy(SortField field);
     GroupField groupBy() const { return arrangement_.groupBy; }
     void setGroupBy(GroupField field);
-    /// The headings that the rows have; none when they are not grouped, and for results.
+    /// The headings that the rows have, results too; none when they are not grouped.
     const std::vector<RowGroup>& groups() const { return items_.rows()->groups(); }
     /// Shows the items below a heading, or the heading alone.
     void setGroupFolded(const std::string& title, bool isFolded);
@@ -138,6 +139,9 @@ public:
 
     /// Of the tags and of the sources, where the pane shows these.
     PlaceOverview& overview() { return overview_; }
+
+    /// What the rows that are shown follow; it changes with them.
+    const RowOrder& rowOrder() const { return rowOrder_; }
 
     bool isLoading() const { return isLoading_ || isArranging_; }
     /// The rows so far are only the first of many.
@@ -174,8 +178,9 @@ public:
     /// Searches without that part of what was understood.
     void removeChip(ChipCategory category);
 
-    /// What a view tells while results stream in: see PaneSearch.
-    void rowsSeen(int count);
+    /// What a view tells while results stream in: rows `first` to `last` are on the screen. See
+    /// PaneSearch.
+    void rowsSeen(int first, int last);
     void holdRows();
 
     /// Seconds between the last keystroke and the search.
@@ -206,7 +211,9 @@ signals:
     void snippetsChanged();
 
 private:
-    /// reload() of the place alone.
+    /// reload() without the search in the place.
+    void reloadPlace(bool clearThumbnails);
+    /// The same, the rows of the place alone.
     void relist();
     void applyPrefs();
     void savePrefs();
@@ -229,11 +236,13 @@ private:
     void smartFoldersChanged();
     void liveRowsChanged();
     void liveEnded();
-    /// What the listing is to be shown as.
+    /// What the listing, or what a search has found, is to be shown as.
     RowArrangement wantedArrangement() const;
-    /// Shows the listing as it is arranged now.
+    /// Shows the rows as they are to be arranged now.
     void arrange();
-    void showArranged(const SharedRows& rows);
+    /// The same for the place, nothing while results are shown.
+    void arrangePlace();
+    void showArranged(const SharedRows& rows, const RowOrder& order);
     void settleSelection();
     void startListing();
     void watchAndList();
@@ -245,14 +254,14 @@ private:
         RowArrangement how;
         SharedRows arranged;
     };
-    void noteListing(SharedRows rows, bool isPartial);
+    void noteListing(SharedRows rows, const SortOrder& sort, bool isPartial);
     void showListing(SharedRows rows, const SortOrder& sort, bool isPartial);
     void showListing(const Listed& listed, bool isPartial);
     void listingFailed(const ListingError& error);
     void listingEnded();
     void loadDeferredTags(const SharedRows& rows);
     void resortListing();
-    void showRows(const SharedRows& rows);
+    void showRows(const SharedRows& rows, const RowOrder& order);
     void runSearch();
     void startSearch();
     void resultsChanged();
@@ -283,6 +292,8 @@ private:
     bool applyingPrefs_ = false;
 
     SharedRows listing_;  ///< The place itself, also while results are shown.
+    SortOrder listingSort_;
+    RowOrder rowOrder_;
     std::vector<URL> selectWhenListed_;
     std::optional<URL> nameWhenListed_;
     std::optional<URL> renaming_;
@@ -311,6 +322,10 @@ private:
     std::string searchText_;
     std::optional<SearchQuery> query_;
     std::vector<SearchChip> removedChips_;
+    std::vector<URL> searchedRoots_;
+    SearchQuery searched_;
+    bool searchedHidden_ = false;
+    std::uint64_t searchNumber_ = 0;  ///< Counts questions, not how often one is asked.
     SearchScopeSetting searchScope_;
     bool isScopeChosen_ = false;  ///< Here; otherwise it is that of the settings.
     bool showsResults_ = false;

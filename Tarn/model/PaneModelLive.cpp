@@ -81,7 +81,7 @@ void PaneModel::loadLive() {
         listingError_ = ListingError::other(
             "This smart folder doesn’t exist any more. It may have been deleted.");
         listing_ = std::make_shared<const PaneRows>(std::vector<FileItem>());
-        arrange();
+        arrangePlace();
         emit stateChanged();
         return;
     }

@@ -6,6 +6,36 @@
 #include "Tarn/model/PaneModel.h"
 
 namespace tarn {
+namespace {
+
+/// From top to bottom.
+std::vector<int> selectedRows(const QItemSelectionModel& selection) {
+    std::vector<int> rows;
+    for (const QItemSelectionRange& range : selection.selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(row);
+    }
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+/// These and no others; the uppermost has the keyboard.
+void selectRows(QItemSelectionModel& selection, const PaneItems& items, std::vector<int> rows) {
+    std::sort(rows.begin(), rows.end());
+    QItemSelection ranges;
+    const int lastColumn = paneColumnCount - 1;
+    for (std::size_t i = 0; i < rows.size();) {
+        std::size_t end = i + 1;
+        while (end < rows.size() && rows[end] == rows[end - 1] + 1) ++end;
+        ranges.append(
+            QItemSelectionRange(items.index(rows[i], 0), items.index(rows[end - 1], lastColumn)));
+        i = end;
+    }
+    selection.select(ranges, QItemSelectionModel::ClearAndSelect);
+    if (!rows.empty())
+        selection.setCurrentIndex(items.index(rows.front(), 0), QItemSelectionModel::NoUpdate);
+}
+
+}  // namespace
 
 void PaneModel::setGroupBy(GroupField field) {
     if (field == groupBy()) return;
@@ -49,26 +79,32 @@ RowArrangement PaneModel::wantedArrangement() const {
 void PaneModel::arrange() {
     const std::uint64_t number = ++arranging_;
     isArranging_ = false;
-    if (showsResults_) return;
+    const SharedRows rows = showsResults_ ? search_.rows() : listing_;
     RowArrangement how = wantedArrangement();
-    if (how.isPlain() || listing_->size() == 0) {
-        showArranged(listing_);
+    RowOrder order{listingSort_, how.groupBy};
+    if (showsResults_) order = {search_.sort(), how.groupBy, searchNumber_, search_.isRanked()};
+    if (how.isPlain() || rows->size() == 0) {
+        showArranged(rows, order);
         return;
     }
     isArranging_ = true;
-    app_.pool().run([rows = listing_, how = std::move(how), number, self = QPointer(this)] {
+    app_.pool().run([rows, how = std::move(how), order, number, self = QPointer(this)] {
         SharedRows arranged = how.arrange(rows);
         arranged->prepareSearch();
-        MainThread::post(self, [number, arranged](PaneModel& pane) {
-            if (number == pane.arranging_) pane.showArranged(arranged);
+        MainThread::post(self, [number, arranged, order](PaneModel& pane) {
+            if (number == pane.arranging_) pane.showArranged(arranged, order);
         });
     });
 }
 
-void PaneModel::showArranged(const SharedRows& rows) {
+void PaneModel::arrangePlace() {
+    if (!showsResults_) arrange();
+}
+
+void PaneModel::showArranged(const SharedRows& rows, const RowOrder& order) {
     const bool wasArranging = std::exchange(isArranging_, false);
-    showRows(rows);
-    settleSelection();
+    showRows(rows, order);
+    if (!showsResults_) settleSelection();
     if (wasArranging) emit stateChanged();
 }
 
@@ -80,22 +116,29 @@ void PaneModel::settleSelection() {
     if (nameWhenListed_ && items_.row(*nameWhenListed_)) beginRename(*nameWhenListed_);
 }
 
-void PaneModel::showRows(const SharedRows& rows) {
-    if (rows == items_.rows()) return;
-    std::vector<URL> selected;
-    std::optional<URL> current;
-    const int currentRow = selection_.currentIndex().row();
-    for (const QItemSelectionRange& range : selection_.selection()) {
-        for (int row = range.top(); row <= range.bottom(); ++row)
-            selected.push_back(items_.item(row).url);
+void PaneModel::showRows(const SharedRows& rows, const RowOrder& order) {
+    if (rows == items_.rows()) {
+        rowOrder_ = order;
+        return;
     }
-    if (selection_.currentIndex().isValid())
-        current = items_.item(selection_.currentIndex().row()).url;
+    const SharedRows old = items_.rows();
+    const std::vector<int> selected = selectedRows(selection_);
+    const int current = selection_.currentIndex().row();
     items_.show(rows);
-    if (!selected.empty()) select(selected);
-    if (current) {
+    rowOrder_ = order;
+    const auto rowNow = [&](int row) {
+        return items_.row(old->item(static_cast<std::size_t>(row)).url);
+    };
+    if (!selected.empty()) {
+        std::vector<int> still;
+        still.reserve(selected.size());
+        for (const int row : selected)
+            if (const auto now = rowNow(row)) still.push_back(*now);
+        selectRows(selection_, items_, std::move(still));
+    }
+    if (current >= 0) {
         // The keyboard goes on from where an item was that has gone.
-        const int row = items_.row(*current).value_or(std::min(currentRow, items_.count() - 1));
+        const int row = rowNow(current).value_or(std::min(current, items_.count() - 1));
         if (row >= 0)
             selection_.setCurrentIndex(items_.index(row, 0), QItemSelectionModel::NoUpdate);
     }
@@ -108,19 +151,7 @@ void PaneModel::select(const std::vector<URL>& urls) {
     for (const URL& url : urls) {
         if (const auto row = items_.row(url)) rows.push_back(*row);
     }
-    std::sort(rows.begin(), rows.end());
-    QItemSelection ranges;
-    const int lastColumn = paneColumnCount - 1;
-    for (std::size_t i = 0; i < rows.size();) {
-        std::size_t end = i + 1;
-        while (end < rows.size() && rows[end] == rows[end - 1] + 1) ++end;
-        ranges.append(
-            QItemSelectionRange(items_.index(rows[i], 0), items_.index(rows[end - 1], lastColumn)));
-        i = end;
-    }
-    selection_.select(ranges, QItemSelectionModel::ClearAndSelect);
-    if (!rows.empty())
-        selection_.setCurrentIndex(items_.index(rows.front(), 0), QItemSelectionModel::NoUpdate);
+    selectRows(selection_, items_, std::move(rows));
 }
 
 void PaneModel::selectWhenListed(std::vector<URL> urls) {
@@ -128,10 +159,11 @@ void PaneModel::selectWhenListed(std::vector<URL> urls) {
     if (location_.isQuery())
         live_.askAgain(selectWhenListed_);
     else
-        reload();
+        reloadPlace(false);
 }
 
 void PaneModel::lookAgain(const std::vector<URL>& urls) {
+    if (query_) search_.askAgain(urls);
     if (location_.isQuery()) {
         live_.askAgain(urls);
         return;
@@ -143,11 +175,7 @@ void PaneModel::lookAgain(const std::vector<URL>& urls) {
 bool PaneModel::isCut(const URL& url) const { return app_.isCut(url); }
 
 std::vector<FileItem> PaneModel::selectedItems() const {
-    std::vector<int> rows;
-    for (const QItemSelectionRange& range : selection_.selection()) {
-        for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(row);
-    }
-    std::sort(rows.begin(), rows.end());
+    const std::vector<int> rows = selectedRows(selection_);
     std::vector<FileItem> items;
     items.reserve(rows.size());
     for (const int row : rows) items.push_back(items_.item(row));

@@ -122,7 +122,14 @@ void PaneModel::startSearch() {
             // Neither a blank nor a closing quotation mark has ended the phrase.
             options.lastWordIsPrefix = searchText_.ends_with(query_->containing.back());
         }
-        search_.start(std::move(options), sort_, isRanked_);
+        const bool isSame = showsResults_ && options.query == searched_ &&
+                            options.roots == searchedRoots_ &&
+                            options.includeHidden == searchedHidden_;
+        if (!isSame) ++searchNumber_;
+        searched_ = options.query;
+        searchedRoots_ = options.roots;
+        searchedHidden_ = options.includeHidden;
+        search_.start(std::move(options), sort_, isRanked_, isSame);
     }
     emit searchChanged();
     emit stateChanged();
@@ -140,12 +147,9 @@ void PaneModel::textsChanged() {
 }
 
 void PaneModel::resultsChanged() {
-    const bool isFirst = !showsResults_;
-    showsResults_ = true;
-    ++arranging_;
-    isArranging_ = false;
+    const bool isFirst = !std::exchange(showsResults_, true);
     if (isFirst) selection_.clear();
-    showRows(search_.rows());
+    arrange();
     if (isFirst) emit stateChanged();
 }
 
@@ -153,9 +157,21 @@ const TextMatch* PaneModel::snippet(const FileItem& item) {
     return showsSnippets() ? search_.snippets().match(item) : nullptr;
 }
 
-void PaneModel::rowsSeen(int count) {
-    if (showsResults_ && items_.rows() == search_.rows()) search_.rowsSeen(count);
-    if (!showsResults_ && items_.rows() == live_.rows()) live_.rowsSeen(count);
+void PaneModel::rowsSeen(int first, int last) {
+    if (!showsResults_ && !location_.isQuery()) return;
+    const SharedRows& found = showsResults_ ? search_.rows() : live_.rows();
+    int count = last + 1;
+    if (items_.rows() != found) {
+        // Groups have taken them out of the order in which they were found.
+        count = 0;
+        for (int row = first; row <= last; ++row)
+            if (const auto place = found->row(items_.item(row).url))
+                count = std::max(count, static_cast<int>(*place) + 1);
+    }
+    if (showsResults_)
+        search_.rowsSeen(count);
+    else
+        live_.rowsSeen(count);
 }
 
 void PaneModel::holdRows() {

@@ -4,7 +4,6 @@
 #include <bit>
 #include <limits>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 
 #include "Tarn/model/MainThread.h"
@@ -84,22 +83,21 @@ SharedRows PaneRows::sorted(std::vector<FileItem> items, const SortOrder& sort) 
 
 SharedRows PaneRows::keepingFirst(const PaneRows& shown, const SharedRows& fresh,
                                   std::size_t count) {
-    const std::size_t kept = std::min(count, shown.size());
-    if (kept == 0) return fresh;
-    // What is kept is copied, or rows that grow for long would keep all that they ever came from.
-    std::vector<FileItem> items;
-    items.reserve(kept);
-    for (std::size_t row = 0; row < kept; ++row) items.push_back(shown.item(row));
-    std::vector<SharedItems> owners{shareItems(std::move(items))};
-    std::vector<Row> rows = rowsOf(owners);
-    rows.reserve(std::max(kept, fresh->size()));
-    std::unordered_set<std::string_view> keptPaths;
-    for (const FileItem& item : *owners.front()) keptPaths.insert(item.path());
-    for (const Row& row : fresh->rows_)
-        if (!keptPaths.contains(row.item->path())) rows.push_back(row);
-    owners.insert(owners.end(), fresh->owners_.begin(), fresh->owners_.end());
+    const std::size_t seen = std::min(count, shown.size());
+    if (seen == 0) return fresh;
+    std::vector<Row> rows;
+    rows.reserve(fresh->size());
+    std::vector<bool> isKept(fresh->size());
+    for (std::size_t row = 0; row < seen; ++row) {
+        const auto place = fresh->row(shown.item(row).url);
+        if (!place) continue;
+        rows.push_back(fresh->rows_[*place]);
+        isKept[*place] = true;
+    }
+    for (std::size_t row = 0; row < fresh->size(); ++row)
+        if (!isKept[row]) rows.push_back(fresh->rows_[row]);
     return std::make_shared<const PaneRows>(std::move(rows), std::vector<RowGroup>(),
-                                            std::move(owners));
+                                            fresh->owners_);
 }
 
 void PaneRows::fillIndex() const {

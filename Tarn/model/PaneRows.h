@@ -55,8 +55,8 @@ public:
     /// be read for it.
     static SharedRows sorted(const SharedRows& rows, const SortOrder& sort);
     static SharedRows sorted(std::vector<FileItem> items, const SortOrder& sort);
-    /// The rows of `fresh`, but the first `count` of `shown` in front of them, as they are there:
-    /// what has been seen keeps its place while more comes in.
+    /// The rows of `fresh`, but those that are among the first `count` of `shown` in front of them
+    /// and in that order: what has been seen keeps its place while more comes in.
     static SharedRows keepingFirst(const PaneRows& shown, const SharedRows& fresh,
                                    std::size_t count);
 

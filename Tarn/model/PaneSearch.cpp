@@ -1,7 +1,9 @@
 #include "Tarn/model/PaneSearch.h"
 
-#include <unordered_set>
+#include <algorithm>
+#include <string_view>
 
+#include "Tarn/model/LiveQuery.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/SourceNames.h"
 #include "TarnCore/search/SearchRanking.h"
@@ -11,8 +13,12 @@ namespace {
 
 /// Milliseconds until the first results are shown, so that a quick search appears finished and in
 /// its final order; then between later ones.
-constexpr int firstPublish = 80;
+constexpr int firstPublish = 40;
 constexpr int laterPublish = 150;
+
+/// Seconds that changes of the results are gathered.
+constexpr double latency = 1;
+constexpr std::size_t mostWatched = 1000;
 
 SharedRows noRows() { return std::make_shared<const PaneRows>(std::vector<FileItem>()); }
 
@@ -31,25 +37,39 @@ SharedRows orderedRows(std::vector<FileItem> items, const SearchQuery& query, co
                             [&task](const FileItem& item) { return task.imageScore(item.url); }));
 }
 
+/// The path, or that of a folder it lies in, is among them.
+bool isAtOrBelow(std::string_view path, const std::set<std::string, std::less<>>& places) {
+    for (auto end = path.size(); end != path.npos && end > 0; end = path.rfind('/', end - 1))
+        if (places.contains(path.substr(0, end))) return true;
+    return false;
+}
+
+bool isBefore(const FileItem& a, const FileItem& b) { return a.path() < b.path(); }
+
 }  // namespace
 
 PaneSearch::PaneSearch(QObject* parent) : QObject(parent), rows_(noRows()) {
     publishTimer_.setSingleShot(true);
+    publishTimer_.setTimerType(Qt::PreciseTimer);
     connect(&publishTimer_, &QTimer::timeout, this, &PaneSearch::publish);
+    connect(&watcher_, &PaneWatcher::changed, this, &PaneSearch::changed);
 }
 
 PaneSearch::~PaneSearch() { cancel(); }
 
-void PaneSearch::start(SearchOptions options, const SortOrder& sort, bool isRanked) {
+void PaneSearch::start(SearchOptions options, const SortOrder& sort, bool isRanked, bool isRepeat) {
     cancel();
     const std::uint64_t run = ++run_;
-    query_ = options.query;
+    options_ = options;
     sort_ = sort;
+    isRepeat_ = isRepeat;
     isRanked_ = isRanked;
     isRunning_ = true;
     hasEnded_ = isOrdering_ = isDirty_ = isHeld_ = false;
-    seen_ = 0;
-    rows_ = noRows();
+    if (!isRepeat) {
+        seen_ = 0;
+        rows_ = noRows();
+    }
     clock_.start();
     found_ = std::make_shared<Found>();
     task_ = std::make_shared<SearchTask>(std::move(options));
@@ -86,6 +106,11 @@ void PaneSearch::cancel() {
     publishTimer_.stop();
     if (isRunning_) elapsed_ = elapsed();
     isRunning_ = false;
+    watcher_.stop();
+    watched_.clear();
+    pending_.clear();
+    applying_.cancel();
+    isApplying_ = false;
     retireTask();
     found_.reset();
 }
@@ -100,7 +125,9 @@ void PaneSearch::retireTask() {
     task_.reset();
 }
 
-bool PaneSearch::asksForTexts() const { return !query_.containing.empty() || query_.textInImages; }
+bool PaneSearch::asksForTexts() const {
+    return !options_.query.containing.empty() || options_.query.textInImages;
+}
 
 std::int64_t PaneSearch::visitedCount() const { return task_ ? task_->visitedCount() : 0; }
 
@@ -115,7 +142,7 @@ void PaneSearch::rowsSeen(int count) { seen_ = std::max(seen_, count); }
 void PaneSearch::batchArrived(std::uint64_t run) {
     if (run != run_) return;
     isDirty_ = true;
-    if (publishTimer_.isActive() || isOrdering_) return;
+    if (publishTimer_.isActive() || isOrdering_ || isRepeat_) return;
     const auto sinceStart = static_cast<int>(clock_.elapsed());
     publishTimer_.start(rows_->size() == 0 ? std::max(0, firstPublish - sinceStart) : laterPublish);
 }
@@ -130,16 +157,17 @@ void PaneSearch::taskEnded(std::uint64_t run) {
 }
 
 void PaneSearch::publish() {
-    if (!isDirty_ || isOrdering_ || !task_) return;
+    if (!isDirty_ || isOrdering_ || !task_ || (isRepeat_ && !hasEnded_)) return;
     isDirty_ = false;
     isOrdering_ = true;
     queue_.run([self = QPointer<PaneSearch>(this), run = run_, order = order_, found = found_,
-                task = task_, query = query_, sort = sort_, isRanked = isRanked_,
+                task = task_, query = options_.query, sort = sort_, isRanked = isRanked_,
                 isLast = hasEnded_] {
         // Before the copy, so that what comes during it is told again.
         found->isTold.store(false);
         std::vector<FileItem> items = *found->items.lock();
         auto rows = orderedRows(std::move(items), query, sort, isRanked, *task);
+        rows->prepareSearch();
         MainThread::post(self, [run, order, rows = std::move(rows), isLast](PaneSearch& search) {
             search.ordered(run, order, rows, isLast);
         });
@@ -158,16 +186,98 @@ void PaneSearch::ordered(std::uint64_t run, std::uint64_t order, SharedRows rows
     rows_ = isDone && !isHeld_
                 ? std::move(rows)
                 : PaneRows::keepingFirst(*rows_, rows, static_cast<std::size_t>(seen_));
+    rowsSort_ = sort_;
+    rowsAreRanked_ = isRanked_;
     const bool wasRunning = isRunning_;
-    if (isDone) isRunning_ = false;
+    if (isDone) isRunning_ = isRepeat_ = false;
     emit rowsChanged();
+    if (run != run_) return;  // Whoever was told has asked for something else.
     if (isDone) {
+        watchResults();
         if (wasRunning) emit finished();
+        applyChanges();
     } else if (hasEnded_) {
         publish();
     } else if (isDirty_) {
         publishTimer_.start(laterPublish);
     }
+}
+
+// --- Changes
+
+void PaneSearch::watchResults() {
+    std::set<URL> folders;
+    for (const FileItem& item : rows_->items()) {
+        folders.insert(item.url.parent());
+        if (folders.size() == mostWatched) break;
+    }
+    if (folders == watched_) return;
+    watched_ = std::move(folders);
+    watcher_.watch({watched_.begin(), watched_.end()}, WatchDepth::children, latency);
+}
+
+void PaneSearch::changed(const std::vector<std::string>& paths) {
+    std::vector<URL> urls;
+    for (const std::string& path : paths) {
+        URL url = URL::fromPath(path);
+        if (!watched_.contains(url)) {
+            urls.push_back(std::move(url));
+            continue;
+        }
+        // All that is known is that something has happened to this folder, or in it.
+        if (rows_->row(url)) urls.push_back(url);
+        for (const FileItem& item : rows_->items())
+            if (item.url.parent() == url) urls.push_back(item.url);
+    }
+    askAgain(urls);
+}
+
+void PaneSearch::askAgain(const std::vector<URL>& urls) {
+    if (isRunning_ || !task_) return;
+    for (const URL& url : urls) pending_.insert(url.path());
+    applyChanges();
+}
+
+void PaneSearch::applyChanges() {
+    if (pending_.empty() || isRunning_ || isApplying_ || !found_) return;
+    isApplying_ = true;
+    applying_ = CancelToken();
+    queue_.run([self = QPointer<PaneSearch>(this), run = run_, found = found_, token = applying_,
+                query = LiveQuery::search(options_),
+                places = std::set<std::string, std::less<>>(pending_.begin(), pending_.end())] {
+        std::vector<std::string> outermost;
+        for (const std::string& place : places)
+            if (!isAtOrBelow(std::string_view(place).substr(0, place.rfind('/')), places))
+                outermost.push_back(place);
+        std::vector<FileItem> now = query.find(outermost, token);
+        if (token.isCancelled()) return;
+        std::sort(now.begin(), now.end(), isBefore);
+        std::vector<FileItem> before;
+        {
+            const auto items = found->items.lock();
+            const auto kept = std::stable_partition(
+                items->begin(), items->end(),
+                [&places](const FileItem& item) { return !isAtOrBelow(item.path(), places); });
+            before.assign(std::make_move_iterator(kept), std::make_move_iterator(items->end()));
+            items->erase(kept, items->end());
+            items->insert(items->end(), now.begin(), now.end());
+        }
+        std::sort(before.begin(), before.end(), isBefore);
+        MainThread::post(self, [run, isDifferent = now != before](PaneSearch& search) {
+            search.changesApplied(run, isDifferent);
+        });
+    });
+    pending_.clear();
+}
+
+void PaneSearch::changesApplied(std::uint64_t run, bool isDifferent) {
+    if (run != run_) return;
+    isApplying_ = false;
+    if (isDifferent) {
+        isDirty_ = true;
+        publish();
+    }
+    applyChanges();
 }
 
 }  // namespace tarn

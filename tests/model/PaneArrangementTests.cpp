@@ -91,17 +91,42 @@ TEST_F(PaneArrangementTest, aFoldedGroupShowsItsHeadingOnly) {
     waitForRows({"[Images 1]", "[Documents 3]", "b.txt", "c.txt", "d.txt"});
 }
 
-TEST_F(PaneArrangementTest, resultsAreNotGroupedAndTheirEndBringsTheGroupsBack) {
+TEST_F(PaneArrangementTest, resultsAreGroupedTheBestFirstInEach) {
+    folder.file("big pear.jpg");
     folder.file("pear.jpg");
     folder.file("pear.txt");
+    folder.file("plum.txt");
     open(folder.url());
     pane.setGroupBy(GroupField::kind);
-    waitForRows({"[Images 1]", "pear.jpg", "[Documents 1]", "pear.txt"});
+    waitFor([this] { return !pane.isLoading(); });
+    pane.setScope(SearchScopeSetting::currentFolder);
     pane.setSearchText("pear");
-    waitFor([this] { return pane.showsResults() && !pane.isSearching(); });
-    EXPECT_EQ(shown(), (std::vector<std::string>{"pear.jpg", "pear.txt"}));
+    waitForRows({"[Images 2]", "pear.jpg", "big pear.jpg", "[Documents 1]", "pear.txt"});
+    EXPECT_TRUE(pane.isRanked());
+    pane.setGroupFolded("Images", true);
+    waitForRows({"[Images 2]", "[Documents 1]", "pear.txt"});
+    pane.setGroupFolded("Images", false);
+    pane.sortBy(SortField::name);  // It was by name: now the other way round.
+    waitForRows({"[Images 2]", "pear.jpg", "big pear.jpg", "[Documents 1]", "pear.txt"});
+    pane.sortBy(SortField::name);
+    waitForRows({"[Images 2]", "big pear.jpg", "pear.jpg", "[Documents 1]", "pear.txt"});
+    pane.setGroupBy(GroupField::none);
+    waitForRows({"big pear.jpg", "pear.jpg", "pear.txt"});
     pane.clearSearch(false);
-    waitForRows({"[Images 1]", "pear.jpg", "[Documents 1]", "pear.txt"});
+    waitForRows({"big pear.jpg", "pear.jpg", "pear.txt", "plum.txt"});
+}
+
+TEST_F(PaneArrangementTest, theCloudFilterIsForResultsToo) {
+    folder.file("pear.txt");
+    open(folder.url());
+    pane.setScope(SearchScopeSetting::currentFolder);
+    pane.setCloudFilter(CloudFilter::cloudOnly);
+    pane.setSearchText("pear");
+    waitFor([this] { return pane.showsResults() && !pane.isSearching() && !pane.isLoading(); });
+    EXPECT_EQ(shown(), std::vector<std::string>{});
+    EXPECT_EQ(pane.search().rows()->size(), 1u);
+    pane.setCloudFilter(CloudFilter::onThisMac);
+    waitForRows({"pear.txt"});
 }
 
 TEST_F(PaneArrangementTest, unfoldedFoldersShowWhatIsInThemInTheOrderOfThePane) {

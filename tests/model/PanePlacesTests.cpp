@@ -7,11 +7,14 @@
 #include <gtest/gtest.h>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/LiveList.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/model/records/SmartFolder.h"
 #include "TarnCore/files/Paths.h"
+#include "TarnCore/platform/memory/MemoryVolumes.h"
 #include "TarnCore/sources/SourceResolver.h"
 #include "TarnCore/tags/TagStore.h"
+#include "tests/support/ScopedPlatform.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {
@@ -193,6 +196,30 @@ TEST_F(PanePlacesTest, answersOfAPlaceThatWasLeftAreDropped) {
     EXPECT_EQ(names(), Names{"v.mp4"});
     open(Location::folder(home.root / "Home"));
     EXPECT_EQ(names(), (Names{"p", "v.mp4"}));
+}
+
+TEST_F(PanePlacesTest, ofTheWholeComputerTheHomeFolderAndTheDisksOfAPersonAreWatched) {
+    const auto mount = [](const char* at, bool isRemovable, bool isNetwork, bool isPseudo) {
+        Mount made;
+        made.mountPoint = URL::fromPath(at);
+        made.isRemovable = isRemovable;
+        made.isNetwork = isNetwork;
+        made.isPseudo = isPseudo;
+        return made;
+    };
+    const auto volumes = std::make_shared<MemoryVolumes>();
+    volumes->setMounts({mount("/", false, false, false), mount("/media/stick", true, false, false),
+                        mount("/mnt/share", true, true, false), mount("/proc", false, false, true),
+                        mount("/run/media/ann/card", true, false, false)});
+    Platform platform = Platform::current();
+    platform.volumes = volumes;
+    const ScopedPlatform scoped(platform);
+    const URL stick = URL::fromPath("/media/stick");
+    EXPECT_EQ(LiveList::watchedOf({URL()}),
+              (std::vector<URL>{Paths::home(), stick, URL::fromPath("/run/media/ann/card")}));
+    // A folder is watched, wherever it is.
+    const URL share = URL::fromPath("/mnt/share/photos");
+    EXPECT_EQ(LiveList::watchedOf({share}), std::vector<URL>{share});
 }
 
 }  // namespace

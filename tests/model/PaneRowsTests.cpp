@@ -58,8 +58,11 @@ TEST(PaneRows, whatWasSeenKeepsItsPlaceWhileMoreComesIn) {
     SharedRows rows = PaneRows::keepingFirst(*shown, fresh(), 99);
     shown.reset();
     EXPECT_EQ(names(*rows), (Names{"m", "x", "a", "t"}));
-    EXPECT_EQ(rows->item(1).size, 1);  // As it was seen.
+    EXPECT_EQ(rows->item(1).size, 2);  // As it is now.
     EXPECT_EQ(rows->row(URL::fromPath("/folder/t")), 3u);
+    // What has gone since goes here, too.
+    const auto fewer = std::make_shared<const PaneRows>(std::vector{item("a"), item("x")});
+    EXPECT_EQ(names(*PaneRows::keepingFirst(*rows, fewer, 2)), (Names{"x", "a"}));
 }
 
 }  // namespace

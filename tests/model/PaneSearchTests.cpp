@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include <QtTest/QTest>
 #include <gtest/gtest.h>
 
@@ -99,6 +101,58 @@ TEST(PaneSearch, readsWhyResultsWereFoundForRowsThatAreShown) {
     search.start(searching(folder, "1"), {}, true);
     EXPECT_FALSE(search.asksForTexts());
     EXPECT_EQ(search.snippets().match(last), nullptr);  // What was known is of another search.
+}
+
+/// Of a search that has ended, once its results have come to this.
+bool becomes(const PaneSearch& search, std::vector<std::string> wanted) {
+    return QTest::qWaitFor([&] { return names(search) == wanted; }, 10'000);
+}
+
+TEST(PaneSearch, resultsFollowWhatHappensToTheirFiles) {
+    TestFolder folder;
+    folder.file("hit");
+    folder.file("hit 1");
+    folder.file("in/hit 2");
+    PaneSearch search;
+    int finished = 0;
+    QObject::connect(&search, &PaneSearch::finished, [&] { ++finished; });
+    search.start(searching(folder, "hit"), {}, true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return finished == 1; }, 10'000));
+    ASSERT_EQ(names(search), (std::vector<std::string>{"hit", "hit 1", "hit 2"}));
+    // As soon as someone says so, and no later than the disk does.
+    std::filesystem::remove((folder / "hit 1").path());
+    search.askAgain({folder / "hit 1"});
+    EXPECT_TRUE(becomes(search, {"hit", "hit 2"}));
+    std::filesystem::rename((folder / "hit").path(), (folder / "hit 3").path());
+    EXPECT_TRUE(becomes(search, {"hit 2", "hit 3"}));
+    folder.file("in/hit 0");
+    folder.file("in/other");
+    EXPECT_TRUE(becomes(search, {"hit 0", "hit 2", "hit 3"}));
+    // What lies in a folder that goes, goes with it; what has been looked at stays in front.
+    search.rowsSeen(3);
+    search.holdRows();
+    std::filesystem::rename((folder / "in").path(), (folder / "hit away").path());
+    search.askAgain({folder / "in", folder / "hit away", folder / "hit away/hit 0"});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return search.rows()->size() == 4; }, 10'000));
+    EXPECT_EQ(names(search).front(), "hit 3");
+    EXPECT_EQ(finished, 1);
+}
+
+TEST(PaneSearch, askedTheSameAgainItKeepsItsRowsUntilItKnows) {
+    TestFolder folder;
+    for (int i = 0; i < 900; ++i) folder.file(std::to_string(i % 30) + "/hit " + std::to_string(i));
+    PaneSearch search;
+    search.start(searching(folder, "hit"), {}, true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !search.isRunning(); }, 10'000));
+    folder.file("0/hit new");
+    std::vector<std::size_t> counts;
+    QObject::connect(&search, &PaneSearch::rowsChanged,
+                     [&] { counts.push_back(search.rows()->size()); });
+    search.start(searching(folder, "hit"), {}, true, true);
+    EXPECT_TRUE(search.isRunning());
+    EXPECT_EQ(search.rows()->size(), 900u);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !search.isRunning(); }, 10'000));
+    EXPECT_EQ(counts, std::vector<std::size_t>{901});
 }
 
 }  // namespace

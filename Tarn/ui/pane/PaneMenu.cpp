@@ -183,7 +183,6 @@ void addArrangement(QMenu& menu, PaneModel& pane) {
     if (pane.viewMode() == ViewMode::list)
         ColumnMenu::fill(*menu.addMenu(Icons::symbol("tablecells"), Words::tr("Columns")),
                          pane.columns());
-    if (pane.showsResults()) return;
     Choices groups(menu, "square.grid.2x2", Words::tr("Group By"));
     for (const GroupField field : allGroupFields)
         groups.add(FileGrouping::title(field), pane.groupBy() == field,

@@ -57,18 +57,26 @@ void PaneView::begin() {
     setAutoScroll(true);
     // The default context menu of a scroll area holds nothing.
     setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(&pane_.items(), &QAbstractItemModel::modelAboutToBeReset, this, &PaneView::notePlace);
     connect(&pane_, &PaneModel::rowsChanged, this, [this] {
         updateGeometries();
+        restorePlace();
         viewport()->update();
         if (awaited_ && pane_.items().row(*awaited_)) closeEditor();
     });
     connect(&pane_, &PaneModel::tagColorsChanged, viewport(), qOverload<>(&QWidget::update));
     connect(&pane_, &PaneModel::renamingChanged, this, &PaneView::renamingChanged);
     connect(&pane_, &PaneModel::locationChanged, this, [this] {
+        place_.reset();
+        folding_.reset();
+        beforeResults_.reset();
         updateGeometries();
         verticalScrollBar()->setValue(0);
         viewport()->update();
     });
+    // Whoever scrolls works with the rows.
+    connect(verticalScrollBar(), &QAbstractSlider::actionTriggered, this,
+            [this] { pane_.holdRows(); });
     connect(&pane_, &PaneModel::cutChanged, viewport(), qOverload<>(&QWidget::update));
     connect(&dragScroll_, &QTimer::timeout, this,
             [this] { verticalScrollBar()->setValue(verticalOffset() + dragScrollStep_); });
@@ -211,7 +219,7 @@ void PaneView::paintEvent(QPaintEvent* event) {
         Paint::focusRing(painter, QRectF(target).adjusted(1, 1, -1, -1), Metrics::radiusRow);
     }
     // While results stream in, what has been on the screen keeps its place.
-    if (const auto rows = visibleRows()) pane_.rowsSeen(rows->last + 1);
+    if (const auto rows = visibleRows()) pane_.rowsSeen(rows->first, rows->last);
 }
 
 QRect PaneView::headingRect(int group) const {
@@ -307,10 +315,12 @@ bool PaneView::viewportEvent(QEvent* event) {
 
 void PaneView::mousePressEvent(QMouseEvent* event) {
     showsCursor_ = false;
+    sincePointed_.start();
     pane_.holdRows();
     const auto heading = places().headingAt(toContent(event->pos()).y());
     if (heading && event->button() == Qt::LeftButton) {
         const RowGroup group = pane_.groups()[static_cast<std::size_t>(*heading)];
+        folding_ = Folding{group.title, !group.isFolded};
         pane_.setGroupFolded(group.title, !group.isFolded);
         takePress();
         return;
@@ -323,6 +333,7 @@ void PaneView::mousePressEvent(QMouseEvent* event) {
 
 void PaneView::mouseMoveEvent(QMouseEvent* event) {
     const int row = rowAt(toContent(event->pos()));
+    sincePointed_.start();
     hover(row);
     hoverHeading(places().headingAt(toContent(event->pos()).y()));
     if (row >= 0) pane_.holdRows();
@@ -383,6 +394,8 @@ void PaneView::scrollWhileDragging(std::optional<QPoint> point) {
 }
 
 void PaneView::showDropTarget(std::optional<int> row) {
+    dropFolder_.reset();
+    if (row && *row >= 0) dropFolder_ = pane_.items().item(*row).url;
     if (row == dropRow_) return;
     dropRow_ = row;
     viewport()->update();
@@ -421,15 +434,13 @@ void PaneView::dragLeaveEvent(QDragLeaveEvent*) {
 }
 
 void PaneView::dropEvent(QDropEvent* event) {
-    const auto row = dropRow_;
+    // Where the label has said, whatever has become of the rows since.
+    std::optional<URL> folder = dropFolder_;
+    if (!folder && dropRow_ && pane_.location().isFolder()) folder = pane_.location().url;
     scrollWhileDragging(std::nullopt);
     showDropTarget(std::nullopt);
     DropLabel::hide(*this);
-    std::optional<FileDrop> drop;
-    if (row && *row >= 0 && *row < rowCount())
-        drop = FileDrop::of(*event, pane_.items().item(*row).url);
-    else if (row && pane_.location().isFolder())
-        drop = FileDrop::of(*event, pane_.location().url);
+    const auto drop = folder ? FileDrop::of(*event, *folder) : std::nullopt;
     if (!drop) {
         event->ignore();
         return;

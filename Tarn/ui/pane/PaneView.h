@@ -2,12 +2,16 @@
 
 #include <functional>
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QTimer>
 #include <QtGui/QPixmap>
 #include <QtWidgets/QAbstractItemView>
 
+#include "Tarn/model/RowOrder.h"
 #include "Tarn/ui/pane/RowPlaces.h"
 #include "TarnCore/base/URL.h"
 
@@ -21,6 +25,9 @@ class RenameEditor;
 /// What the list and the grid of a pane share: rows of one size, with headings between them where
 /// they are grouped, so that every question about geometry is answered by arithmetic and 100,000
 /// rows cost as much as ten. A click on a heading folds its group.
+///
+/// When rows come or go above what is on the screen, that stays where it is; at the very top one
+/// sees what comes.
 ///
 /// Content coordinates begin at the first row; viewport coordinates are those of the screen.
 class PaneView : public QAbstractItemView {
@@ -137,10 +144,28 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    /// What was on the screen, and where, in viewport coordinates.
+    struct Place {
+        RowOrder order;
+        bool isAtTop = false;
+        int offset = 0;
+        std::vector<std::pair<URL, int>> rows;  ///< With their tops; what must stay, first.
+        std::optional<std::pair<std::string, int>> heading;  ///< The one above the rows.
+    };
+    /// A group that was clicked, until it is as it is to be.
+    struct Folding {
+        std::string title;
+        bool isFolded = false;
+    };
     /// Where a drop at a point of the viewport goes: the folder in that row, else the pane's own;
     /// the row is -1 for that one. Absent where nothing can be dropped.
     std::optional<std::pair<URL, int>> dropTarget(const QPoint& point) const;
     void showDropTarget(std::optional<int> row);
+    /// Before and after the rows are replaced.
+    void notePlace();
+    void restorePlace();
+    int offsetFor(const Place& place) const;
+    std::optional<int> headingTop(const std::string& title) const;
     /// With the place of what is dragged; absent when it has left.
     void scrollWhileDragging(std::optional<QPoint> point);
     void hover(int row);
@@ -158,16 +183,20 @@ private:
     int hovered_ = -1;
     std::optional<int> hoveredHeading_;
     bool pressIsTaken_ = false;
-    std::uint64_t shownNavigation_ = 0;
     QString typed_;
     QElapsedTimer sinceTyped_;
     std::optional<QPoint> bandStart_;  ///< Content coordinates; a rubber band is being drawn.
     QPoint bandEnd_;
     RenameEditor* editor_ = nullptr;
-    std::optional<URL> named_;    ///< The item that the field is for.
-    std::optional<URL> awaited_;  ///< The item under its new name, until it is listed.
-    bool showsCursor_ = false;    ///< The keyboard was used last, not the pointer.
-    std::optional<int> dropRow_;  ///< Would take the drop; -1 for the pane as a whole.
+    std::optional<URL> named_;       ///< The item that the field is for.
+    std::optional<URL> awaited_;     ///< The item under its new name, until it is listed.
+    bool showsCursor_ = false;       ///< The keyboard was used last, not the pointer.
+    std::optional<int> dropRow_;     ///< Would take the drop; -1 for the pane as a whole.
+    std::optional<URL> dropFolder_;  ///< In that row.
+    std::optional<Place> place_;     ///< While the rows are being replaced.
+    std::optional<Folding> folding_;
+    std::optional<Place> beforeResults_;  ///< The place, while what was found in it is shown.
+    QElapsedTimer sincePointed_;          ///< Since the pointer was last used over the rows.
     std::function<QPixmap(const FileItem&)> dragPicture_;
     QTimer dragScroll_;
     int dragScrollStep_ = 0;  ///< Pixels, downwards.

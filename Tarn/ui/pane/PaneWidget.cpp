@@ -73,9 +73,17 @@ PaneWidget::PaneWidget(WindowModel& window, PaneModel& pane, QWidget* parent)
     connect(&pane, &PaneModel::rowsChanged, this, &PaneWidget::showState);
     connect(&pane, &PaneModel::viewModeChanged, this, [this] {
         const bool hadFocus = list_->hasFocus() || grid_->hasFocus();
+        const PaneView* before = list_;
+        if (view() == list_) before = grid_;
+        const auto seen = before->visibleRows();
         showState();
         if (hadFocus) view()->setFocus();
-        view()->scrollTo(view()->currentIndex());
+        // What was in sight stays so; above all what the keyboard is at.
+        const int current = view()->currentIndex().row();
+        if (seen && (current < seen->first || current > seen->last))
+            view()->scrollTo(pane_.items().index(seen->first, 0), PaneView::PositionAtTop);
+        else
+            view()->scrollTo(view()->currentIndex());
     });
     connect(&pane, &PaneModel::locationChanged, this, &PaneWidget::showState);
     connect(&pane, &PaneModel::unfoldingFailed, this, &PaneWidget::say);
@@ -213,6 +221,8 @@ void PaneWidget::showState() {
     else if (!pane_.items().isEmpty() || pane_.isLoading() || pane_.isSearching() ||
              !pane_.groups().empty())
         show(Page::rows);
+    else if (pane_.showsResults() && pane_.search().rows()->size() > 0)
+        showNothingFiltered();
     else if (pane_.showsResults())
         showNothingFound();
     else if (pane_.listingError())
@@ -454,7 +464,7 @@ QString PaneWidget::statusText() const {
         return text + QStringLiteral(" · ") + Counts::bytes(bytes);
     }
     if (pane_.showsResults()) {
-        const QString found = Counts::results(count);
+        const QString found = Counts::results(itemCount());
         if (pane_.isSearching()) return tr("%1 so far").arg(found);
         const QString visited = Counts::files(pane_.search().visitedCount());
         constexpr double shortest = 0.1;
@@ -508,16 +518,17 @@ void PaneWidget::dragMembers(const QPixmap& image) {
 }
 
 void PaneWidget::giveName(const URL& item, const QString& name) {
-    window_.edits().rename(item, name.toStdString(),
-                           [self = QPointer<PaneWidget>(this), name](const QString& refusal) {
-                               if (!self) return;
-                               PaneView* view = self->view();
-                               if (!refusal.isEmpty()) return view->refuseName(refusal);
-                               view->acceptName(name);
-                               // Results know their files by the names they had.
-                               if (self->pane_.showsResults())
-                                   self->pane_.setSearchText(self->pane_.searchText());
-                           });
+    window_.edits().rename(
+        item, name.toStdString(),
+        [self = QPointer<PaneWidget>(this), item, name](const QString& refusal) {
+            if (!self) return;
+            PaneView* view = self->view();
+            if (!refusal.isEmpty()) return view->refuseName(refusal);
+            view->acceptName(name);
+            // Results know their files by the names they had.
+            if (self->pane_.showsResults())
+                self->pane_.lookAgain({item, item.parent().appending(name.toStdString())});
+        });
 }
 
 }  // namespace tarn

@@ -13,6 +13,10 @@
 namespace tarn {
 namespace {
 
+void makeFile(const std::string& name) {
+    std::ofstream(Paths::home().appending("Work/Many").appending(name).path()) << name;
+}
+
 PaneView* shownView(Stage& stage) {
     for (PaneView* view : stage.window().findChildren<PaneView*>())
         if (view->isVisible()) return view;
@@ -30,6 +34,37 @@ Top topOf(PaneView& view) {
     if (!rows) return {};
     return {view.pane().items().item(rows->first).name,
             view.visualRect(view.model()->index(rows->first, 0)).top()};
+}
+
+TEST(Screens, keepTheFirstRowInItsPlaceWhileOthersCome) {
+    for (const ViewMode mode : {ViewMode::list, ViewMode::grid}) {
+        SCOPED_TRACE(mode == ViewMode::list ? "list" : "grid");
+        Stage stage({"bare", [](Stage&) {}});
+        std::filesystem::create_directories(Paths::home().appending("Work/Many").path());
+        for (int i = 100; i < 500; ++i) makeFile("m" + std::to_string(i));
+        stage.go(Location::folder(Paths::home().appending("Work/Many")), mode);
+        stage.wait([&] { return stage.pane().items().count() == 400; });
+        PaneView* view = shownView(stage);
+        ASSERT_TRUE(view);
+        // At the very top one wants to see what comes.
+        view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum() / 2 + 7);
+        Top before = topOf(*view);
+        int batches = 0;
+        QObject::connect(&stage.pane(), &PaneModel::rowsChanged, &stage.window(), [&] {
+            ++batches;
+            const Top after = topOf(*view);
+            EXPECT_EQ(after.name, before.name) << "batch " << batches;
+            EXPECT_EQ(after.y, before.y) << "batch " << batches;
+        });
+        // Behind, and a whole line of the grid in front.
+        int count = 400;
+        for (const char* letter : {"z", "a"}) {
+            for (int i = 0; i < 60; ++i) makeFile(letter + std::to_string(i));
+            count += 60;
+            stage.wait([&] { return stage.pane().items().count() == count; });
+        }
+        EXPECT_GE(batches, 2);
+    }
 }
 
 TEST(Screens, keepTheFirstResultInItsPlaceWhileOthersCome) {
@@ -51,7 +86,7 @@ TEST(Screens, keepTheFirstResultInItsPlaceWhileOthersCome) {
             // Someone has begun to look at them.
             stage.pane().holdRows();
             view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum() / 2);
-            stage.pane().rowsSeen(view->visibleRows()->last + 1);
+            stage.pane().rowsSeen(view->visibleRows()->first, view->visibleRows()->last);
             before = topOf(*view);
             return;
         }
