@@ -153,6 +153,14 @@ TEST_F(SessionTest, aSnapshotBringsEveryPlaceBack) {
     }
 }
 
+TEST_F(SessionTest, comingBackDecidesNothingForTheFolder) {
+    const ViewMode other =
+        app.settings().defaultView == ViewMode::list ? ViewMode::grid : ViewMode::list;
+    const WindowModel window(app, {{{Location::folder(folder / "a"), other}}, 0, true, false});
+    EXPECT_EQ(window.active().viewMode(), other);
+    EXPECT_EQ(app.viewPrefs(folder / "a"), std::nullopt);
+}
+
 TEST_F(SessionTest, aWindowHasOnePaneOrTwo) {
     WindowModel window(app, at("a"));
     EXPECT_FALSE(window.otherPane());
