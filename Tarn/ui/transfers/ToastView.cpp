@@ -106,6 +106,9 @@ void ToastView::showToast() {
 }
 
 void ToastView::appear() {
+    // What the pane stands in may be moved without it.
+    for (QWidget* one = &pane_; one && one != parentWidget(); one = one->parentWidget())
+        one->installEventFilter(this);
     isHeld_ = false;
     timer_.start(remaining_);
     show();
@@ -162,7 +165,8 @@ void ToastView::place() {
 
 bool ToastView::eventFilter(QObject* watched, QEvent* event) {
     const bool isMoved = event->type() == QEvent::Resize || event->type() == QEvent::Move;
-    if (watched == &pane_ && isMoved && !isHidden()) place();
+    const auto* moved = isMoved ? qobject_cast<QWidget*>(watched) : nullptr;
+    if (moved && (moved == &pane_ || moved->isAncestorOf(&pane_)) && !isHidden()) place();
     if (watched == &pane_ && event->type() == QEvent::Show && isHidden() && window_.toast())
         appear();
     if (watched == &pane_ && event->type() == QEvent::Hide && !isHidden()) {
