@@ -2,6 +2,7 @@
 #include <fstream>
 #include <iterator>
 
+#include <QtCore/QElapsedTimer>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
@@ -33,6 +34,8 @@
 
 namespace tarn {
 namespace {
+
+constexpr qint64 calm = 300;  // milliseconds without new rows
 
 /// A person at the window: keys go to whatever has the keyboard, clicks to what lies under the
 /// pointer.
@@ -74,6 +77,14 @@ protected:
         click(*view().viewport(), placeOf(name), modifiers);
     }
     void doubleClickRow(const char* name) {
+        // Rows that were shown from memory are replaced once the folder has been read again.
+        QElapsedTimer since;
+        since.start();
+        const auto watch = QObject::connect(&pane(), &PaneModel::rowsChanged, window,
+                                            [&since] { since.restart(); });
+        const bool isCalm = waitFor([&since] { return since.elapsed() >= calm; });
+        QObject::disconnect(watch);
+        ASSERT_TRUE(isCalm);
         clickRow(name);
         QTest::mouseDClick(view().viewport(), Qt::LeftButton, {}, placeOf(name));
     }
