@@ -31,6 +31,14 @@ BlockArena::~BlockArena() {
     if (base_) munmap(base_, size_);
 }
 
+void BlockArena::useLargePages() {
+    if (!base_ || ordinary_ == 0) return;
+    constexpr int collapse = 25;  // MADV_COLLAPSE of linux/mman.h, which older systems lack
+    const std::size_t bytes = std::min(ordinary_, size_);
+    madvise(base_, bytes, MADV_HUGEPAGE);
+    madvise(base_, bytes, collapse);
+}
+
 std::size_t BlockArena::sizeFor(std::size_t bytes) {
     return static_cast<std::size_t>(std::ranges::lower_bound(sizes, bytes) - sizes.begin());
 }

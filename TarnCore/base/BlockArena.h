@@ -10,8 +10,9 @@ namespace tarn {
 
 /// Memory for many small blocks that are visited in no order, such as the entries of a large hash
 /// table. They lie side by side, and behind the first few megabytes on large pages of the
-/// processor, since walking the page tables would cost more than the visits themselves. What is no
-/// longer used goes back to the system, one large page at a time.
+/// processor, since walking the page tables would cost more than the visits themselves. The first
+/// ones are spared to programs that need few. What is no longer used goes back to the system, one
+/// large page at a time.
 ///
 /// Callable from any thread. An object is large and takes address space, so there are few of them.
 class BlockArena {
@@ -30,6 +31,10 @@ public:
     /// `largestBlock`, and where there is no more room.
     void* take(std::size_t size);
     void give(void* block);
+
+    /// Puts the first megabytes on large pages as well, with what lies in them, where the system
+    /// can do that.
+    void useLargePages();
 
     /// The address lies in this memory.
     bool holds(const void* address) const {

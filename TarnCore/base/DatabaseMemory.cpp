@@ -73,4 +73,8 @@ void install() {
     }();
 }
 
+void useLargePages() {
+    if (isWanted) arena().useLargePages();
+}
+
 }  // namespace tarn::DatabaseMemory

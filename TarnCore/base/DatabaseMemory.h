@@ -10,4 +10,8 @@ namespace tarn::DatabaseMemory {
 /// Has effect once, and before SQLite is first used. Callable from any thread.
 void install();
 
+/// For a program that is about to fill an index, for which four megabytes more are worth the time.
+/// Callable from any thread.
+void useLargePages();
+
 }  // namespace tarn::DatabaseMemory

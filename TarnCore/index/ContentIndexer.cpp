@@ -13,9 +13,11 @@
 
 #include <unistd.h>
 
+#include "TarnCore/base/DatabaseMemory.h"
 #include "TarnCore/base/Guarded.h"
 #include "TarnCore/base/TaskPool.h"
 #include "TarnCore/base/Text.h"
+#include "TarnCore/base/TokenFinder.h"
 #include "TarnCore/files/TreeWalker.h"
 #include "TarnCore/index/CandidateWalk.h"
 #include "TarnCore/index/IndexingQueue.h"
@@ -63,6 +65,7 @@ public:
           queue_(bytesOnTheWay, readers) {}
 
     ContentIndexer::Outcome run(const ContentIndexer::Progress& progress) {
+        DatabaseMemory::useLargePages();
         // Threads of its own, since a lowered priority cannot be raised again.
         TaskPool pool(readers_ + 1);
         for (std::size_t i = 0; i < readers_; ++i)
@@ -98,12 +101,13 @@ private:
     bool isStopped() const { return token_.isCancelled() || stop_.isCancelled(); }
 
     void readAll() {
+        TokenFinder tokenFinder;
         while (!isStopped()) {
             waitWhilePaused();
             if (wasPaused_) return;
             const std::size_t next = next_.fetch_add(1);
             if (next >= candidates_.size() || isStopped()) return;
-            readOne(candidates_[next]);
+            readOne(candidates_[next], tokenFinder);
             ++done_;
         }
     }
@@ -119,7 +123,7 @@ private:
         }
     }
 
-    void readOne(const ContentIndexer::Candidate& candidate) {
+    void readOne(const ContentIndexer::Candidate& candidate, TokenFinder& tokenFinder) {
         const std::string& path = candidate.url.path();
         const auto attributes = Platform::current().files->attributes(candidate.url, Links::keep);
         if (!attributes || attributes->type == FileType::symlink || !Text::isValidUTF8(path))
@@ -133,6 +137,7 @@ private:
         if (result.outcome != ReadOutcome::read) result.text.clear();
         TextIndex::Entry entry{path, known.mtime, known.size, candidate.method,
                                std::move(result.text)};
+        entry.tokens = tokenFinder.tokens(entry.text);
         if (result.hasPictures)
             entry.recognizedBy =
                 result.lacksRecognition ? std::vector<std::string>() : recognizedBy_;

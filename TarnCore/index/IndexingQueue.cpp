@@ -5,11 +5,11 @@
 namespace tarn {
 namespace {
 
-/// What an entry takes beside its text.
+/// What an entry takes beside its text and the tokens.
 constexpr std::size_t overhead = 256;
 
 std::size_t bytesOf(const TextIndex::Entry& entry) {
-    return entry.text.capacity() + entry.path.size() + overhead;
+    return entry.text.capacity() + entry.tokens.bytes() + entry.path.size() + overhead;
 }
 
 }  // namespace

@@ -7,15 +7,13 @@ namespace {
 
 /// A part of the longest log; for less, it is not worth to wait for the disk.
 constexpr int worthwhile = 6;
-/// Of SQLite, where nothing else was asked for.
-constexpr int pageSize = 4096;
 constexpr double patience = 2;  // seconds
 
 }  // namespace
 
 void LogKeeper::watch(Database& writer) {
-    writer.onCommit([this, &writer](int pages) {
-        const int most = longest_ / pageSize;
+    const int most = static_cast<int>(longest_ / writer.number("PRAGMA page_size"));
+    writer.onCommit([this, &writer, most](int pages) {
         if (pages < most / worthwhile) return;
         if (pages < most) {
             if (!isAtWork_.exchange(true)) queue_.run([this] { bringIn(); });

@@ -14,6 +14,7 @@
 #include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/Date.h"
 #include "TarnCore/base/FileDescriptor.h"
+#include "TarnCore/base/TextTokens.h"
 #include "TarnCore/base/URL.h"
 #include "TarnCore/index/TextExtractor.h"
 
@@ -77,6 +78,9 @@ public:
         /// Of a picture, or a document with pages that are pictures: the data of languages by which
         /// its text was recognised, none where it was not. Absent for every other file.
         std::optional<std::vector<std::string>> recognizedBy{};
+        /// Of the text, found by a TokenFinder; without any they are found while it is stored,
+        /// which makes the one who stores wait.
+        TextTokens tokens{};
     };
     void store(const std::string& path, double mtime, std::int64_t size,
                TextExtractor::Method method, std::string_view text);

@@ -8,10 +8,12 @@
 namespace tarn {
 namespace {
 
-// In KiB and bytes.
+/// In bytes, but for the cache, which is in KiB. A text is some pages long, and the log is written
+/// by the page: an eighth of the writer's time with SQLite's usual 4 KiB, half of that with 16.
+/// Those make the file 6 % larger, 8 KiB half of that.
 constexpr const char* settings =
-    "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA cache_size=-16384;"
-    "PRAGMA journal_size_limit=100663296;";
+    "PRAGMA page_size=8192; PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;"
+    "PRAGMA cache_size=-16384; PRAGMA journal_size_limit=100663296;";
 
 constexpr const char* schema =
     "CREATE TABLE IF NOT EXISTS files (path TEXT PRIMARY KEY, mtime REAL, size INTEGER, "
@@ -37,6 +39,7 @@ std::pair<std::string, std::string> range(const URL& folder) {
 }  // namespace
 
 void TextTables::create() {
+    if (!prepared_) prepared_ = PreparedTokens::install(database_);
     database_.execute(settings);
     database_.execute(schema);
     setPostings();
@@ -118,6 +121,7 @@ void TextTables::insert(const TextIndex::Entry& entry, double now) {
         .bind(6, now)
         .run();
     const std::int64_t id = database_.lastRowID();
+    const PreparedTokens::Offer offer(prepared_, entry.text, entry.tokens);
     database_.lend("INSERT INTO body (rowid, path, text) VALUES (?, ?, ?)")
         ->bind(1, id)
         .bind(2, entry.path)

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "TarnCore/base/Database.h"
+#include "TarnCore/base/PreparedTokens.h"
 #include "TarnCore/index/TextIndex.h"
 
 namespace tarn {
@@ -75,6 +76,7 @@ private:
     void insert(const TextIndex::Entry& entry, double now);
 
     Database& database_;
+    PreparedTokens* prepared_ = nullptr;  ///< The database's, once it is one for writing.
 };
 
 }  // namespace tarn

@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <cstring>
 #include <random>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -49,6 +50,20 @@ TEST(BlockArena, BlocksKeepWhatIsWrittenAndAreApart) {
         arena.give(block.at);
     }
     EXPECT_EQ(arena.used(), 0U);
+}
+
+TEST(BlockArena, KeepsWhatLiesOnPagesThatBecomeLarge) {
+    BlockArena arena(2 * BlockArena::largePage, BlockArena::largePage);
+    std::vector<char*> blocks;
+    for (char mark = 'a'; mark <= 'z'; ++mark) {
+        blocks.push_back(static_cast<char*>(arena.take(1000)));
+        std::memset(blocks.back(), mark, 1000);
+    }
+    arena.useLargePages();
+    for (char mark = 'a'; mark <= 'z'; ++mark) {
+        const char* const block = blocks[static_cast<std::size_t>(mark - 'a')];
+        EXPECT_EQ(std::string(block, 1000), std::string(1000, mark));
+    }
 }
 
 TEST(BlockArena, IsFullAtItsEndAndUsedAgain) {
