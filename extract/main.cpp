@@ -42,7 +42,7 @@ constexpr Sandbox::Limits limits = {
 constexpr std::int64_t besideOthers = 72 * MiB;
 /// For the rest, one at a time: 85 for 2,400 pixels a side; what is above that is for large photos
 /// in formats that cannot be read in pieces.
-constexpr std::int64_t alone = 144 * MiB;
+constexpr std::int64_t alone = 112 * MiB;
 /// What a helper may hold between two files; one that holds more makes room for a fresh one.
 constexpr std::size_t mostKept = 56 * MiB;
 /// Seconds of processor time for one file, for the case that the parent does not look.

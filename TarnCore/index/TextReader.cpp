@@ -33,6 +33,9 @@ using std::chrono::steady_clock;
 using TextExtractor::Method;
 using TextExtractor::Tool;
 
+/// Bytes; readers look at documents where the system has mapped them, which takes memory like any
+/// other, so that a larger one is read while nothing else is.
+constexpr std::int64_t largestBesideOthers = 24 << 20;
 constexpr auto betweenQuestions = std::chrono::milliseconds(50);
 constexpr std::chrono::seconds idleTime(20);
 
@@ -241,13 +244,15 @@ struct TextReader::State {
         bool lacksMemory = false;
     };
 
-    /// Beside others first; what does not fit there gets all the memory for itself.
+    /// Beside others first, unless it is large; what does not fit there gets all the memory for
+    /// itself.
     Result readInHelper(ExtractProtocol::Request request, double seconds, const OpenFile& file,
                         const CancelToken& token) {
         if (!program || pool.lock()->isStranger) return {.outcome = Outcome::unable};
         if (pool.lock()->killers.contains(file.identity)) return {.outcome = Outcome::killed};
+        request.isAlone = file.size > largestBesideOthers;
         Attempt attempt = attemptIn(request, seconds, file, token);
-        if (attempt.lacksMemory) {
+        if (attempt.lacksMemory && !request.isAlone) {
             request.isAlone = true;
             attempt = attemptIn(request, seconds, file, token);
         }

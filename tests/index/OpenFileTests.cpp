@@ -20,6 +20,9 @@ TEST(OpenFile, isReadWholeWhateverItsSize) {
         ASSERT_TRUE(opened);
         EXPECT_EQ(opened->bytes(), content);
         EXPECT_EQ(opened->copy(), content);
+        const std::string_view bytes = opened->bytes();
+        opened->letGo();
+        EXPECT_EQ(bytes, content);
         EXPECT_EQ(OpenFile::of(file.get(), 2'999'999).has_value(), size < 3'000'000);
         unlink((folder / "f").c_str());
     }

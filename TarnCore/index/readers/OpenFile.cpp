@@ -65,6 +65,10 @@ std::string_view OpenFile::bytes() {
     return {static_cast<const char*>(mapped_), static_cast<std::size_t>(size_)};
 }
 
+void OpenFile::letGo() {
+    if (mapped_) madvise(mapped_, static_cast<std::size_t>(size_), MADV_DONTNEED);
+}
+
 std::string OpenFile::copy() const {
     std::string all(static_cast<std::size_t>(size_), '\0');
     all.resize(read(0, all));

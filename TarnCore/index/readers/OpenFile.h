@@ -27,6 +27,8 @@ public:
     /// of a document only what is needed takes memory; when such a file is cut short meanwhile, the
     /// process dies of it. Throws std::system_error.
     std::string_view bytes();
+    /// What was looked at of `bytes` needs no memory any more; it can be looked at again.
+    void letGo();
     /// A copy of all of it.
     std::string copy() const;
 

@@ -74,6 +74,7 @@ Reading document(std::string_view bytes, const Options& options) {
         if (Text::trimmed(page).empty()) reading.hasPictures = true;
         text.addLines(page);
         text.lineBreak();
+        if (options.afterPage) options.afterPage();
         return !text.isFull();
     };
     if (!service->read(bytes, onPage, drawn)) return {};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,6 +18,7 @@ inline constexpr int longestSide = 2400;
 struct Options {
     bool ocr = false;
     std::span<const std::string> languages{};  ///< Empty: those of TextExtractor.
+    std::function<void()> afterPage{};         ///< Of a document; for who lets go of its bytes.
 };
 
 /// The pages of a PDF document with a line break behind each. Pages without text are drawn and

@@ -94,7 +94,9 @@ Reading read(int file, std::string_view fileName, bool ocr,
     if (!content) return {};
     Reading reading;
     try {
-        reading = readAs(*method, *content, ext, {.ocr = ocr, .languages = languages});
+        reading = readAs(
+            *method, *content, ext,
+            {.ocr = ocr, .languages = languages, .afterPage = [&content] { content->letGo(); }});
     } catch (const std::system_error&) {
         return {};  // The disk fails, or the file is on one that is gone.
     }
