@@ -10,6 +10,7 @@
 #include <fcntl.h>
 
 #include "TarnCore/base/FileDescriptor.h"
+#include "TarnCore/base/QuietOpen.h"
 #include "TarnCore/base/SerialQueue.h"
 #include "TarnCore/index/ExtractProcess.h"
 
@@ -25,7 +26,7 @@ struct PreviewReader::State {
 
     Answer ask(const URL& file, const std::string& question, const CancelToken& token) {
         const FileDescriptor opened(
-            open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+            openQuietly(AT_FDCWD, file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
         struct stat facts {};
         if (!opened || fstat(opened.get(), &facts) != 0 || !S_ISREG(facts.st_mode)) return {};
         const auto isStopped = [&] { return isEnding || token.isCancelled(); };

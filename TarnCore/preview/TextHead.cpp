@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "TarnCore/base/FileDescriptor.h"
+#include "TarnCore/base/QuietOpen.h"
 #include "TarnCore/index/PlainText.h"
 
 namespace tarn {
@@ -68,7 +69,8 @@ std::optional<std::string> TextHead::decode(std::string_view bytes, bool isWhole
 
 std::optional<TextHead> TextHead::read(const URL& url, std::int64_t bytes,
                                        const CancelToken& token) {
-    const FileDescriptor file(open(url.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    const FileDescriptor file(
+        openQuietly(AT_FDCWD, url.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat facts {};
     if (!file || fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
     const auto most = static_cast<std::size_t>(std::clamp<std::int64_t>(bytes, 0, mostBytes));

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "TarnCore/base/FileDescriptor.h"
+#include "TarnCore/base/QuietOpen.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/index/PlainText.h"
 #include "TarnCore/index/TextExtractor.h"
@@ -27,7 +28,7 @@ namespace {
 
 /// One that does not block on what only looks like a file.
 FileDescriptor openAt(int folder, const char* name) {
-    return FileDescriptor(openat(folder, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    return FileDescriptor(openQuietly(folder, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
 }
 
 Reading readWord(const OpenFile& file) {

@@ -258,6 +258,9 @@ Stage::Stage(const Screen& screen, QSize size) {
     app_ = std::make_unique<AppModel>();
     app_->noteVisited(Paths::documents());
     app_->noteVisited(Paths::documents().appending("Projects/Garden"));
+    // Otherwise they are known only once the files that carry them were seen.
+    app_->tagColors().remember({"Important", TagColor::red});
+    app_->tagColors().remember({"Work", TagColor::blue});
     window_ = new BrowserWindow(
         std::make_unique<WindowModel>(*app_, Location::folder(Paths::home().appending("Empty"))));
     window_->setAttribute(Qt::WA_DeleteOnClose, false);
