@@ -117,10 +117,10 @@ TEST_F(WindowEditsTest, aTagGoesToThoseThatLackItAndThenFromAll) {
               (std::vector<TagColor>{TagColor::red, TagColor::blue}));
     window->edits().toggleTag(work);
     waitFor([&] { return tags("b.txt").empty(); });
-    EXPECT_EQ(tags("a.txt"), Tags{red});
+    waitFor([&] { return tags("a.txt") == Tags{red}; });
     window->operations().undo();
     waitFor([&] { return tags("b.txt") == Tags{work}; });
-    EXPECT_EQ(tags("a.txt"), (Tags{red, work}));
+    waitFor([&] { return tags("a.txt") == Tags{red, work}; });
 }
 
 TEST_F(WindowEditsTest, newFilesTakeFreeNames) {

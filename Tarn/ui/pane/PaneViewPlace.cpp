@@ -51,7 +51,8 @@ int PaneView::offsetFor(const Place& place) const {
     const RowOrder& order = pane_.rowOrder();
     // Results begin with the best.
     if (place.isAtTop || place.order.search != order.search) return 0;
-    if (place.order != order) return verticalOffset();
+    // Not where the row with the keyboard has gone to.
+    if (place.order != order) return place.offset;
     const auto offsetOf = [&](const std::pair<URL, int>& held) -> std::optional<int> {
         const auto row = pane_.items().row(held.first);
         if (!row) return std::nullopt;
