@@ -297,11 +297,15 @@ void PaneWidget::showError() {
 void PaneWidget::showNothingFound() {
     const QString place = placeText(pane_.location(), pane_.location().title());
     switch (pane_.searchScope()) {
-        case SearchScopeSetting::currentFolder:
+        case SearchScopeSetting::currentFolder: {
+            const bool isHome = pane_.location() == Location::folder(Paths::home());
             state_->setContent({"magnifyingglass", tr("No Results"),
-                                tr("Nothing in “%1” matches.").arg(place), tr("Search Home")});
-            action_ = [this] { pane_.setScope(SearchScopeSetting::home); };
+                                tr("Nothing in “%1” matches.").arg(place),
+                                isHome ? tr("Search This Computer") : tr("Search Home")});
+            const auto wider = isHome ? SearchScopeSetting::thisMac : SearchScopeSetting::home;
+            action_ = [this, wider] { pane_.setScope(wider); };
             break;
+        }
         case SearchScopeSetting::home:
             state_->setContent({"magnifyingglass", tr("No Results"),
                                 tr("Nothing in your home folder matches."),
