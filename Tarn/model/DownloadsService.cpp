@@ -6,16 +6,15 @@
 #include <map>
 #include <optional>
 #include <set>
-#include <system_error>
 #include <utility>
 
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/SourceNames.h"
 #include "TarnCore/base/Text.h"
+#include "TarnCore/files/AddedDate.h"
 #include "TarnCore/files/DirectoryLister.h"
 #include "TarnCore/files/ListingError.h"
 #include "TarnCore/files/Paths.h"
-#include "TarnCore/files/ResourceReader.h"
 #include "TarnCore/platform/Platform.h"
 
 namespace tarn {
@@ -29,16 +28,6 @@ bool isFinished(const URL& url) {
     if (url.name().starts_with('.')) return false;
     const std::string extension = Text::lowercased(url.pathExtension());
     return std::ranges::find(unfinished, extension) == std::end(unfinished);
-}
-
-void noteArrival(const URL& url) {
-    const Platform& platform = Platform::current();
-    try {
-        platform.attributes->set(url, std::string(ResourceReader::addedAttribute),
-                                 std::to_string(platform.clock->now().seconds));
-    } catch (const std::system_error&) {
-        // The disk keeps no attributes, or the item is not ours: its creation time has to do.
-    }
 }
 
 }  // namespace
@@ -142,7 +131,7 @@ void DownloadsService::look(const std::vector<std::string>& paths) {
     if (isAll) watch();
     const std::vector<URL> arrivals = isAll ? folder_->lookAtAll() : folder_->look(changed);
     if (arrivals.empty()) return;
-    for (const URL& item : arrivals) noteArrival(item);
+    for (const URL& item : arrivals) AddedDate::note(item);
     MainThread::post(QPointer<DownloadsService>(this),
                      [arrivals](DownloadsService& service) { emit service.arrived(arrivals); });
 }

@@ -6,6 +6,7 @@
 
 #include "TarnCore/base/Text.h"
 #include "TarnCore/base/UUID.h"
+#include "TarnCore/files/AddedDate.h"
 #include "TarnCore/files/FileTags.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/files/SupportDirectory.h"
@@ -168,6 +169,7 @@ FileChange createFolder(const std::vector<URL>& items, const URL& parent, std::s
                 makeUnderFreeName([&] { return uniqueURL(change.url.appending(item.name())); },
                                   [&](const URL& url) { move(item, url); });
             add(Step::move(item, to));
+            AddedDate::note(to);
         } catch (const std::exception& error) {
             throwFailed(error, "move " + quotedName(item));
         }

@@ -3,6 +3,7 @@
 #include <unordered_set>
 
 #include "TarnCore/base/Text.h"
+#include "TarnCore/files/AddedDate.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/ops/ChangeJournal.h"
 #include "TarnCore/ops/FileOps.h"
@@ -22,6 +23,11 @@ const Step::Move* asMove(const Step& step) { return std::get_if<Step::Move>(&ste
     throw FileOpError::failed(friendly(error, "move " + quotedName(item)));
 }
 
+/// Whoever only gets another name stays where it is.
+void noteArrival(const URL& from, const URL& to) {
+    if (from.parent() != to.parent()) AddedDate::note(to);
+}
+
 /// One item from where it is to where it shall be, with the folders above.
 void moveBack(const URL& from, const URL& to) {
     if (!exists(from)) throw FileOpError::missing(from.name());
@@ -33,6 +39,7 @@ void moveBack(const URL& from, const URL& to) {
         if (error.code() == std::errc::file_exists) throw FileOpError::nameTaken(to.name());
         throwFailedMove(error, from);
     }
+    noteArrival(from, to);
 }
 
 /// The Trash keeps a note of each item that it holds.
@@ -89,10 +96,12 @@ bool isNested(const Moves& pairs) {
 }
 
 void moveAll(const Moves& pairs) {
-    if (isNested(pairs))
+    if (isNested(pairs)) {
         for (const auto& [from, to] : pairs) moveBack(from, to);
-    else
-        swapSafeMove(pairs);
+        return;
+    }
+    swapSafeMove(pairs);
+    for (const auto& [from, to] : pairs) noteArrival(from, to);
 }
 
 void undo(Step& step) {

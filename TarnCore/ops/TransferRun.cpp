@@ -9,6 +9,7 @@
 #include <unordered_set>
 
 #include "TarnCore/base/Text.h"
+#include "TarnCore/files/AddedDate.h"
 #include "TarnCore/files/FileTags.h"
 #include "TarnCore/ops/FileOps.h"
 #include "TarnCore/ops/TransferMeasure.h"
@@ -256,7 +257,7 @@ void TransferRun::merge(const URL& source, const URL& folder) {
 }
 
 bool TransferRun::place(const URL& source, const FileAttributes& facts, URL target, bool mayWait) {
-    if (job_.kind() == TransferKind::move && rename(source, target)) return true;
+    if (job_.kind() == TransferKind::move && rename(source, facts.type, target)) return true;
     if (!mayWait || !mayBatch_ || !TransferBatch::takes(facts)) {
         copyWaiting();
         return copy(source, std::move(target));
@@ -296,7 +297,7 @@ void TransferRun::copyWaiting() {
 }
 
 /// False when that is another disk.
-bool TransferRun::rename(const URL& source, URL& target) {
+bool TransferRun::rename(const URL& source, FileType type, URL& target) {
     for (;;) {
         try {
             files_->move(source, target);
@@ -304,6 +305,7 @@ bool TransferRun::rename(const URL& source, URL& target) {
             steps_.push_back(Step::move(source, target));
             addResult(target);
             moved_.push_back(source);
+            AddedDate::note(target, type);
             return true;
         } catch (const std::system_error& error) {
             if (error.code().value() == EXDEV) return false;

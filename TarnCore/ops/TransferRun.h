@@ -80,7 +80,7 @@ private:
     /// Copies the files that wait, as one batch.
     void copyWaiting();
     void copied(const URL& source, const URL& target, FileCopy::Outcome outcome);
-    bool rename(const URL& source, URL& target);
+    bool rename(const URL& source, FileType type, URL& target);
     bool copy(const URL& source, URL target);
     FileCopy::Watch watch(URL& target);
     void removeIfEmpty(const URL& folder);

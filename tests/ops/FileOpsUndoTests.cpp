@@ -3,10 +3,12 @@
 #include <set>
 
 #include "TarnCore/base/Text.h"
+#include "TarnCore/files/ResourceReader.h"
 #include "TarnCore/ops/FileOps.h"
 #include "TarnCore/ops/OperationHistory.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
+#include "TarnCore/platform/memory/MemoryExtendedAttributes.h"
 #include "TarnCore/platform/memory/MemoryFileSystem.h"
 #include "TarnCore/platform/memory/MemoryPlatform.h"
 #include "TarnCore/platform/memory/MemoryTrash.h"
@@ -16,7 +18,7 @@
 namespace tarn {
 namespace {
 
-/// Names, contents and tags of everything below a folder.
+/// Names, contents and tags of everything below a folder, and not when it came there.
 using Tree = std::map<std::string, std::string>;
 
 Tree treeBelow(const URL& root) {
@@ -43,7 +45,8 @@ Tree treeBelow(const URL& root) {
                 else
                     text += platform.files->readFile(url, 1000);
                 for (const std::string& name : platform.attributes->list(url))
-                    text += " " + name + "=" + platform.attributes->get(url, name).value_or("");
+                    if (name != ResourceReader::addedAttribute)
+                        text += " " + name + "=" + platform.attributes->get(url, name).value_or("");
             }
     }
     return tree;
@@ -90,6 +93,29 @@ TEST(FileOpsUndo, refusesBeforeItMovesAnything) {
     Platform::current().files->removeFile(folder / "new/a");
     EXPECT_EQ(sentence([&] { FileOps::revert(steps); }),
               "“a” can’t be found. It may have been moved or deleted.");
+}
+
+TEST(FileOpsUndo, notesWhenAnItemCameToAnotherFolderOnly) {
+    MemoryPlatform machine(Date{700});
+    const ScopedPlatform scope(machine.services());
+    const auto added = [&](const URL& url) {
+        return machine.attributes->get(url, std::string(ResourceReader::addedAttribute));
+    };
+    const URL first = URL::fromPath("/one/a"), second = URL::fromPath("/two/a"),
+              third = URL::fromPath("/two/b"), link = URL::fromPath("/two/link");
+    for (const char* folder : {"/one", "/two"}) machine.files->addFolder(URL::fromPath(folder));
+    machine.files->addFile(first, "A");
+    machine.files->addFile(URL::fromPath("/one/stays"), "");
+    machine.files->createLink(URL::fromPath("/one/link"), "/one/stays");
+    FileOps::reapply({Step::move(first, second), Step::move(URL::fromPath("/one/link"), link)});
+    EXPECT_EQ(added(second), std::to_string(Date{700}.seconds));
+    EXPECT_FALSE(added(link)) << "it would be the target's";
+    machine.attributes->set(second, std::string(ResourceReader::addedAttribute), "1");
+    FileOps::reapply({Step::move(second, third)});
+    EXPECT_EQ(added(third), "1") << "it has only another name";
+    machine.attributes->failWith(ENOTSUP);
+    FileOps::revert({Step::move(first, third)});
+    EXPECT_TRUE(FileOps::exists(first));
 }
 
 TEST(FileOpsUndo, makesTheFoldersAgainThatAreGone) {

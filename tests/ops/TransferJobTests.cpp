@@ -20,6 +20,7 @@
 #include "TarnCore/ops/SpeedMeter.h"
 #include "TarnCore/ops/TransferJob.h"
 #include "TarnCore/ops/TransferWords.h"
+#include "TarnCore/platform/memory/MemoryExtendedAttributes.h"
 #include "TarnCore/platform/memory/MemoryFileCopy.h"
 #include "TarnCore/platform/memory/MemoryFileSystem.h"
 #include "TarnCore/platform/memory/MemoryPlatform.h"
@@ -140,6 +141,22 @@ TEST_F(TransferJobTest, movesByRenamingOnOneDiskAndByCopyingToAnother) {
     }
     // The other disk has it all before the first original goes.
     EXPECT_EQ(machine.copying->flushed(), std::vector{usb("to")});
+}
+
+TEST_F(TransferJobTest, notesWhenAMovedItemCame) {
+    disk.addFile(home("from/a"), "1");
+    disk.addFile(home("from/sub/b"), "22");
+    disk.addFile(home("from/stays"), "");
+    disk.createLink(home("from/link"), "/home/from/stays");
+    run(TransferKind::move, {home("from/a"), home("from/sub"), home("from/link")}, home("to"));
+    const std::string now = std::to_string(machine.clock->now().seconds);
+    const struct {
+        const char* item;
+        std::string added;
+    } cases[] = {{"to/a", now}, {"to/sub", now}, {"to/sub/b", "none"}, {"from/stays", "none"}};
+    for (const auto& c : cases)
+        EXPECT_EQ(machine.attributes->get(home(c.item), "tarn.added").value_or("none"), c.added)
+            << c.item;
 }
 
 TEST_F(TransferJobTest, refusesWhatMakesNoSense) {

@@ -164,9 +164,13 @@ TEST_F(FileCopyTest, keepsAttributesAndAccessLists) {
         if (lsetxattr((folder / c.item).c_str(), c.name, c.value.data(), c.value.size(), 0) != 0)
             GTEST_SKIP() << c.name << ": " << std::strerror(errno);
     }
+    // The copy comes to its place now.
+    ASSERT_EQ(lsetxattr((folder / "from/sub").c_str(), "user.tarn.added", "1.5", 3, 0), 0);
     ASSERT_EQ(chmod((folder / "from/sub/read-only").c_str(), 0440), 0);
 
     EXPECT_EQ(copying.copy(folder / "from", folder / "to", watch()), Outcome::complete);
+    EXPECT_EQ(attribute(folder / "to/sub", "user.tarn.added"), "-");
+    EXPECT_EQ(attribute(folder / "from/sub", "user.tarn.added"), "1.5");
 
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

@@ -18,7 +18,11 @@ constexpr const char* defaultListKey = "system.posix_acl_default";
 
 enum class Sort { user, accessList, privileged, skipped };
 
+/// When the original came to its place. The copy comes to its own now, where it is created.
+constexpr std::string_view addedKey = "user.tarn.added";
+
 Sort sortOf(std::string_view name) {
+    if (name == addedKey) return Sort::skipped;
     if (name.starts_with("user.")) return Sort::user;
     if (name == accessListKey || name == defaultListKey) return Sort::accessList;
     // Which programs may do what belongs to the place, not to the file; signatures hold for one
