@@ -59,7 +59,7 @@ double EventWatch::now() const {
 
 bool EventWatch::begin() {
     if (!running_.empty() && !running_.back().hasLoop) return false;
-    running_.push_back({now()});
+    running_.push_back({now(), secondsOf(CLOCK_THREAD_CPUTIME_ID)});
     return true;
 }
 
@@ -67,6 +67,8 @@ void EventWatch::end(const Subject& subject) {
     const Running event = running_.back();
     running_.pop_back();
     if (event.hasLoop) return;
+    const double work = secondsOf(CLOCK_THREAD_CPUTIME_ID) - event.workBegun;
+    if (work > hardest_.seconds) hardest_ = {work, subject.name()};
     const double seconds = now() - event.begun;
     if (seconds <= longest_.seconds) return;
     longest_ = {seconds, subject.name()};

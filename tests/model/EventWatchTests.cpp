@@ -4,6 +4,7 @@
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "Tarn/model/EventWatch.h"
 
@@ -54,6 +55,19 @@ TEST_F(EventWatchTest, workCountsWithItsPartsAndIsNamed) {
     EXPECT_GE(seconds, 0.09);
     EXPECT_EQ(watch.longest().name, "Paint of QObject “pane”");
     EXPECT_EQ(longOnes, 1);
+    EXPECT_GE(watch.hardest().seconds, 0.09);
+    EXPECT_EQ(watch.hardest().name, watch.longest().name);
+}
+
+TEST_F(EventWatchTest, waitsAreNoWorkButCount) {
+    if (access("/proc/thread-self/schedstat", R_OK) != 0)
+        GTEST_SKIP() << "this kernel does not tell waits apart";
+    const double seconds = seen([] {
+        const timespec pause{0, 100'000'000};
+        nanosleep(&pause, nullptr);
+    });
+    EXPECT_GE(seconds, 0.09);
+    EXPECT_LT(watch.hardest().seconds, 0.09);
 }
 
 TEST_F(EventWatchTest, eventsInsideOfALoopCountAndTheLoopDoesNot) {

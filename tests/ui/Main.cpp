@@ -11,25 +11,7 @@
 #include "TarnCore/files/SupportDirectory.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
-
-namespace {
-
-/// Fails tests in which one event keeps the main thread for too long.
-class EventListener final : public testing::EmptyTestEventListener {
-public:
-    explicit EventListener(tarn::EventWatch& watch) : watch_(watch) {}
-
-    void OnTestStart(const testing::TestInfo&) override { watch_.reset(); }
-    void OnTestEnd(const testing::TestInfo&) override {
-        const tarn::EventWatch::Event& longest = watch_.longest();
-        EXPECT_LE(longest.seconds, tarn::EventWatch::longestAllowed) << longest.name.toStdString();
-    }
-
-private:
-    tarn::EventWatch& watch_;
-};
-
-}  // namespace
+#include "tests/ui/EventListener.h"
 
 int main(int argc, char** argv) {
     // The same zone, language, screen, font and desktop everywhere.
@@ -43,9 +25,7 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     tarn::Platform::setCurrent(tarn::makeLinuxPlatform());
     tarn::WatchedApplication app(argc, argv);
-    // Not by default: code that is not optimised, or watched by a sanitizer, takes longer.
-    if (qEnvironmentVariableIsSet("TARN_WATCH_EVENTS"))
-        testing::UnitTest::GetInstance()->listeners().Append(new EventListener(app.watch()));
+    tarn::EventListener::install(app.watch());
     app.setFont(QFont(QStringLiteral("Inter"), 10));
     tarn::Theme& theme = tarn::Theme::install(app);
     theme.setMode(tarn::Theme::Mode::light);
