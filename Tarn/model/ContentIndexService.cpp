@@ -73,7 +73,12 @@ ContentIndexService::ContentIndexService(ActivityList& activities, URL file,
     connect(&index_, &PaneWatcher::changed, this, &ContentIndexService::indexChanged);
 }
 
-ContentIndexService::~ContentIndexService() { token_.cancel(); }
+ContentIndexService::~ContentIndexService() { cancelRun(); }
+
+void ContentIndexService::cancelRun() {
+    token_.cancel();
+    if (pause_) pause_->wake();
+}
 
 void ContentIndexService::start() {
     Q_ASSERT(MainThread::isCurrent());
@@ -97,7 +102,7 @@ void ContentIndexService::setSettings(const IndexSettings& settings) {
 }
 
 void ContentIndexService::apply() {
-    token_.cancel();
+    cancelRun();
     wasStopped_ = false;
     if (!isOn()) {
         watched_.clear();
@@ -128,13 +133,13 @@ void ContentIndexService::runNow() {
 }
 
 void ContentIndexService::rebuild() {
-    token_.cancel();
+    cancelRun();
     wantsRebuild_ = true;
     runNow();
 }
 
 void ContentIndexService::forget(const URL& folder) {
-    token_.cancel();
+    cancelRun();
     forgotten_.push_back(folder);
     runNext();
 }
@@ -343,7 +348,7 @@ void ContentIndexService::showActivity() {
         if (!activity_) return;
         if (activity_->isStopped() && !token_.isCancelled()) {
             wasStopped_ = true;
-            token_.cancel();
+            cancelRun();
         }
         pause_->setPaused(activity_->isPaused());
         emit changed();

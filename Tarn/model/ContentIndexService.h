@@ -117,6 +117,8 @@ private:
     void ended(const Job& job, const Ended& result);
     void progressed(std::int64_t done, std::int64_t total, const std::string& name);
     void holdChanged(std::optional<MachinePause::Reason> reason);
+    /// The one that is running.
+    void cancelRun();
     void showActivity();
     void followActivity();
     void setState(State state);

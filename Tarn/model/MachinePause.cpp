@@ -1,13 +1,13 @@
 #include "Tarn/model/MachinePause.h"
 
-#include <condition_variable>
+#include <algorithm>
 #include <utility>
 
 namespace tarn {
 namespace {
 
-/// How long a wait is deaf to its token.
-constexpr std::chrono::milliseconds step(200);
+/// Between two looks at the machine, whatever the timing says.
+constexpr std::chrono::milliseconds leastPause(10);
 
 std::chrono::steady_clock::duration seconds(double count) {
     return std::chrono::duration_cast<std::chrono::steady_clock::duration>(
@@ -20,8 +20,19 @@ MachinePause::MachinePause(std::shared_ptr<MachineLoad> load, Timing timing, Tol
     : load_(std::move(load)), timing_(timing), told_(std::move(told)) {}
 
 void MachinePause::setPaused(bool isPaused) {
-    const std::lock_guard lock(mutex_);
-    isPaused_ = isPaused;
+    {
+        const std::lock_guard lock(mutex_);
+        if (std::exchange(isPaused_, isPaused) == isPaused) return;
+    }
+    wake();
+}
+
+void MachinePause::wake() {
+    {
+        const std::lock_guard lock(mutex_);
+        ++wakes_;
+    }
+    changed_.notify_all();
 }
 
 bool MachinePause::isPaused() const {
@@ -50,7 +61,8 @@ void MachinePause::look() {
     {
         const std::lock_guard lock(mutex_);
         const auto now = Clock::now();
-        nextLook_ = now + seconds(timing_.betweenLooks);
+        nextLook_ = now + seconds(reason == Reason::battery ? timing_.betweenBatteryLooks
+                                                            : timing_.betweenLooks);
         isLooking_ = false;
         if (reason) calmSince_ = now;
         // A machine that was busy a moment ago is likely to be so again in another.
@@ -61,10 +73,20 @@ void MachinePause::look() {
 }
 
 void MachinePause::wait(const CancelToken& token) {
-    std::mutex own;
-    std::condition_variable never;
-    std::unique_lock lock(own);
-    while (!token.isCancelled() && holds()) never.wait_for(lock, step);
+    for (;;) {
+        std::uint64_t seen = 0;
+        {
+            const std::lock_guard lock(mutex_);
+            seen = wakes_;
+        }
+        if (token.isCancelled() || !holds()) return;
+        std::unique_lock lock(mutex_);
+        const auto isWoken = [&] { return wakes_ != seen; };
+        if (isPaused_)
+            changed_.wait(lock, isWoken);
+        else
+            changed_.wait_until(lock, std::max(nextLook_, Clock::now() + leastPause), isWoken);
+    }
 }
 
 }  // namespace tarn

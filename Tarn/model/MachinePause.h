@@ -1,6 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -18,8 +20,9 @@ public:
     enum class Reason { battery, busy };
     /// Seconds.
     struct Timing {
-        double betweenLooks = 2;  ///< At the machine.
-        double calm = 10;         ///< It has to have had time for so long after it was busy.
+        double betweenLooks = 2;          ///< At the machine.
+        double betweenBatteryLooks = 30;  ///< The same on a battery, which rests, too.
+        double calm = 10;  ///< It has to have had time for so long after it was busy.
     };
     /// Hears of every change of the machine's reason, on the thread that noticed it.
     using Told = std::function<void(std::optional<Reason>)>;
@@ -30,8 +33,12 @@ public:
     void setPaused(bool isPaused);
     /// True while nothing is to be begun. Looks at the machine now and then.
     bool holds();
-    /// Returns when nothing holds any more, or soon after the token was set.
+    /// Returns when nothing holds any more. Looks at the token when it is called, when it looks at
+    /// the machine, and when it is woken; not at all meanwhile, so that waiting for hours costs
+    /// nothing.
     void wait(const CancelToken& token);
+    /// Whoever sets a token says so here.
+    void wake();
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -42,6 +49,8 @@ private:
     const Timing timing_;
     const Told told_;
     mutable std::mutex mutex_;  ///< Not held while the machine is looked at or `told_` runs.
+    std::condition_variable changed_;
+    std::uint64_t wakes_ = 0;
     bool isPaused_ = false;
     bool isLooking_ = false;
     std::optional<Reason> reason_;

@@ -40,7 +40,7 @@ protected:
         timing.latency = 0.05;
         timing.shown = 0;
         timing.retry = 0.05;
-        timing.machine = {.betweenLooks = 0, .calm = 0};
+        timing.machine = {.betweenLooks = 0, .betweenBatteryLooks = 0, .calm = 0};
         return timing;
     }
     void start() {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <utility>
 
 #include <QtGui/QGuiApplication>
@@ -47,9 +48,15 @@ void preloadFolder(const ThumbnailCache& cache, const URL& folder, int pixels, M
 
 }  // namespace
 
-ThumbnailPreloader::ThumbnailPreloader(ThumbnailCache cache) : cache_(std::move(cache)) {}
+ThumbnailPreloader::ThumbnailPreloader(ThumbnailCache cache)
+    : cache_(std::move(cache)),
+      pause_(std::make_shared<MachinePause>(Platform::current().load, MachinePause::Timing(),
+                                            nullptr)) {}
 
-ThumbnailPreloader::~ThumbnailPreloader() { token_.cancel(); }
+ThumbnailPreloader::~ThumbnailPreloader() {
+    token_.cancel();
+    pause_->wake();
+}
 
 void ThumbnailPreloader::preloadVisited(const AppModel& app) {
     const double ratio = qGuiApp->devicePixelRatio();
@@ -62,13 +69,13 @@ void ThumbnailPreloader::preloadVisited(const AppModel& app) {
 }
 
 void ThumbnailPreloader::preload(std::vector<URL> folders, int pixels) {
-    queue_.run([cache = cache_, folders = std::move(folders), pixels, token = token_] {
-        const auto& load = Platform::current().load;
-        if (load) load->lowerPriorityOfThread();
-        MachinePause pause(load, {}, [](auto) {});
-        for (const URL& folder : folders)
-            if (!token.isCancelled()) preloadFolder(cache, folder, pixels, pause, token);
-    });
+    queue_.run(
+        [cache = cache_, folders = std::move(folders), pixels, token = token_, pause = pause_] {
+            const auto& load = Platform::current().load;
+            if (load) load->lowerPriorityOfThread();
+            for (const URL& folder : folders)
+                if (!token.isCancelled()) preloadFolder(cache, folder, pixels, *pause, token);
+        });
 }
 
 }  // namespace tarn

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "Tarn/model/MachinePause.h"
@@ -39,6 +40,7 @@ public:
 private:
     ThumbnailCache cache_;
     CancelToken token_;
+    std::shared_ptr<MachinePause> pause_;
     SerialQueue queue_{"tarn.preload"};
 };
 
