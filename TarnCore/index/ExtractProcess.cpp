@@ -136,12 +136,29 @@ ExtractProcess::ExtractProcess(const URL& program, bool inBackground) {
     socket_ = std::move(ours);
 }
 
-ExtractProcess::~ExtractProcess() {
+ExtractProcess::~ExtractProcess() { kill(); }
+
+int ExtractProcess::kill() {
+    if (id_ < 0) return 0;
     const std::vector<pid_t> tools = children(id_);
-    kill(id_, SIGKILL);
-    for (const pid_t tool : tools) kill(tool, SIGKILL);
-    while (waitpid(id_, nullptr, 0) < 0 && errno == EINTR) {
+    ::kill(id_, SIGKILL);
+    for (const pid_t tool : tools) ::kill(tool, SIGKILL);
+    int status = 0;
+    while (waitpid(id_, &status, 0) < 0 && errno == EINTR) {
     }
+    id_ = -1;
+    return status;
+}
+
+std::string ExtractProcess::whyNotReady() {
+    const int status = kill();
+    if (wasSlow_) return "It didn’t begin in time.";
+    // What had ended by itself says so; the signal that was sent above says nothing.
+    if (WIFSIGNALED(status) && WTERMSIG(status) != SIGKILL)
+        return "It was ended at once by signal " + std::to_string(WTERMSIG(status)) + ".";
+    if (WIFEXITED(status) && WEXITSTATUS(status) != 0)
+        return "It ended at once with status " + std::to_string(WEXITSTATUS(status)) + ".";
+    return "It ended at once.";
 }
 
 bool ExtractProcess::send(const std::string& frame, int file) {
@@ -183,8 +200,10 @@ std::optional<ExtractProcess::End> ExtractProcess::receive(std::string& bytes, s
 
 std::optional<ExtractProcess::End> ExtractProcess::receiveReady(const Wait& wait) {
     std::string bytes;
-    if (const auto end = receive(bytes, headerSize, wait))
+    if (const auto end = receive(bytes, headerSize, wait)) {
+        wasSlow_ = end == End::late;
         return end == End::stopped ? End::stopped : End::notReady;
+    }
     if (ExtractProtocol::isOtherVersion(bytes)) return End::stranger;
     const auto header = ExtractProtocol::decodeHeader(bytes);
     if (!header || header->kind != Kind::ready) return End::notReady;

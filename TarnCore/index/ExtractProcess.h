@@ -32,7 +32,7 @@ public:
     enum class End {
         text,      ///< `text` is what the file says, or the answer to what was asked.
         noText,    ///< It says nothing that can be read.
-        notReady,  ///< The helper ended before it had looked at the file.
+        notReady,  ///< The helper ended before it had looked at the file, or did not begin.
         stranger,  ///< The helper is of another version than this program.
         died,      ///< It ended, or answered nonsense, while it read the file.
         late,      ///< It took more time than it had.
@@ -57,6 +57,8 @@ public:
 
     /// False when it has ended or has said that it does.
     bool isUsable() const { return isUsable_; }
+    /// Why it was not ready, as a finished sentence. Ends it.
+    std::string whyNotReady();
     /// Files that it has given an answer for.
     std::size_t answered() const { return answered_; }
     pid_t id() const { return id_; }
@@ -70,10 +72,13 @@ private:
     Answer exchange(const std::string& frame, ExtractProtocol::Kind kind, int file, double seconds,
                     const std::function<bool()>& isStopped);
     bool send(const std::string& frame, int file);
+    /// Returns what wait() says of it; 0 when that was asked before.
+    int kill();
 
     FileDescriptor socket_;
     pid_t id_ = -1;
     bool isReady_ = false;
+    bool wasSlow_ = false;  ///< To say that it is ready.
     bool isUsable_ = true;
     std::size_t answered_ = 0;
 };

@@ -296,7 +296,7 @@ struct TextReader::State {
                     return {{.outcome = Outcome::unable}};
                 case ExtractProcess::End::notReady:
                     if (isFresh) {
-                        sayProblem("It ended at once.");
+                        sayProblem(helper->whyNotReady());
                         return {{.outcome = Outcome::unable}};
                     }
                     break;

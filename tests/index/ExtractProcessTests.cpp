@@ -119,6 +119,22 @@ TEST_F(ExtractProcessTest, believesAHelperNothing) {
     }
 }
 
+TEST_F(ExtractProcessTest, saysWhyAHelperIsNotReady) {
+    const struct {
+        const char* lines;
+        const char* why;
+    } cases[] = {{"exit 0", "It ended at once."},
+                 {"exit 3", "It ended at once with status 3."},
+                 {"kill -SEGV $$", "It was ended at once by signal 11."}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.lines);
+        const auto helper = startScript(c.lines);
+        ASSERT_EQ(helper->read(mail, open().get(), 60, never).end, End::notReady);
+        EXPECT_EQ(helper->whyNotReady(), c.why);
+    }
+    EXPECT_TRUE(helperProcesses().empty());
+}
+
 TEST_F(ExtractProcessTest, documentsThatNeverEndAreLate) {
     PDFDocument document;
     document.addRepeated("0 0 m 1 1 l S", 60);
