@@ -1,24 +1,23 @@
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <utility>
 
 #include <QtCore/QDir>
 #include <QtCore/QLocale>
 #include <QtCore/QTimer>
-#include <QtCore/QUrl>
 #include <QtDBus/QDBusConnection>
-#include <QtGui/QDesktopServices>
 #include <QtWidgets/QApplication>
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/TerminalCalls.h"
 #include "Tarn/model/TerminationSignals.h"
-#include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/desktop/AppID.h"
 #include "Tarn/ui/desktop/AppInstance.h"
 #include "Tarn/ui/desktop/AppRequests.h"
 #include "Tarn/ui/desktop/LoginEntry.h"
+#include "Tarn/ui/desktop/ServerMounts.h"
 #include "Tarn/ui/language/Language.h"
 #include "Tarn/ui/quicksearch/QuickSearch.h"
 #include "Tarn/ui/quicksearch/XDisplay.h"
@@ -27,7 +26,6 @@
 #include "Tarn/ui/transfers/DesktopClipboard.h"
 #include "Tarn/ui/transfers/SleepInhibitor.h"
 #include "Tarn/ui/transfers/TransferNotifier.h"
-#include "Tarn/ui/window/BrowserWindow.h"
 #include "Tarn/ui/window/FirstRows.h"
 #include "Tarn/ui/window/SessionWindows.h"
 #include "Tarn/ui/window/WatchedApplication.h"
@@ -84,24 +82,6 @@ void followLogin(tarn::AppModel& app) {
     QObject::connect(&app, &AppModel::settingsChanged, &app, apply);
 }
 
-/// Shows in windows what is chosen in the quick search.
-void follow(tarn::QuickSearch& search, tarn::AppModel& app, tarn::AppRequests& requests) {
-    using namespace tarn;
-    QObject::connect(&search, &QuickSearch::placeRequested, &requests,
-                     [&app, &requests](const Location& place, const std::vector<URL>& select) {
-                         AppRequest request;
-                         request.items = select;
-                         if (select.empty() && place.isFolder()) request.folders = {place.url};
-                         if (!request.isPlain()) return requests.carryOut(request);
-                         auto tab = std::make_unique<WindowModel>(app, place);
-                         AppRequests::raise(*new BrowserWindow(std::move(tab)), {});
-                     });
-    QObject::connect(&search, &QuickSearch::fileRequested, &app, [](const URL& file) {
-        QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(file.string())));
-    });
-    QObject::connect(&requests, &AppRequests::quickSearchRequested, &search, &QuickSearch::open);
-}
-
 }  // namespace
 
 int main(int argc, char** argv) try {
@@ -132,6 +112,7 @@ int main(int argc, char** argv) try {
     const SleepInhibitor inhibitor(app.transfers());
     const TransferNotifier notifier(app.transfers());
     const TerminalCalls calls(app.history());
+    const ServerMounts servers(app);
 
     // Before there are windows, whose session would be lost with a signal that ends the process.
     const TerminationSignals termination;
@@ -144,7 +125,7 @@ int main(int argc, char** argv) try {
                             QDBusConnection::connectToBus(QDBusConnection::SessionBus,
                                                           QStringLiteral("tarn-quick-search")),
                             XDisplay::connection());
-    follow(quickSearch, app, requests);
+    requests.serve(quickSearch);
     if (request.wantsQuickSearch) quickSearch.open(request.activationToken);
     QObject::connect(&instance, &AppInstance::requested, &requests, &AppRequests::carryOut);
     instance.begin();

@@ -125,6 +125,26 @@ TEST_F(OpenWithTest, whatIsOpenedIsNotedButForCopiesFromArchives) {
     EXPECT_EQ(*opened->opened.lock(), std::vector<std::string>{"text/markdown"});
 }
 
+TEST_F(OpenWithTest, filesAreOpenedWithoutAWindowAndItIsSaidWhereTheyAreNot) {
+    const URL one = folder.file("one.txt", "x");
+    const URL other = folder.file("three.md", "x");
+    std::vector<URL> asked;
+    const auto teller = [&](const URL& file) {
+        asked.push_back(file);
+        return &window;
+    };
+    FileOpener::open(app, {one, other}, teller);
+    ASSERT_TRUE(waitFor([this] { return opened->opened.lock()->size() == 2; }));
+    EXPECT_EQ(*opened->opened.lock(), (std::vector<std::string>{"text/plain", "text/markdown"}));
+    EXPECT_TRUE(waitFor([this] { return folder.exists("bin/Writer.log"); }));
+    // No desktop is here that would open it.
+    const URL unknown = folder.file("\xff\n.tarn-unknown", "\x01");
+    FileOpener::open(app, {unknown}, teller);
+    ASSERT_TRUE(waitFor([this] { return window.toast().has_value(); }));
+    EXPECT_TRUE(window.toast()->isError);
+    EXPECT_EQ(asked, std::vector{unknown});
+}
+
 TEST_F(OpenWithTest, theMenuNamesTheDefaultFirst) {
     QWidget host;
     OpenWithMenu menu(window, {folder.file("a.md", "x")}, host, nullptr);

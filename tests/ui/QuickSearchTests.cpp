@@ -6,9 +6,13 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/PaneModel.h"
+#include "Tarn/model/TabGroup.h"
+#include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/desktop/AppRequests.h"
 #include "Tarn/ui/quicksearch/QuickSearch.h"
 #include "Tarn/ui/quicksearch/QuickSearchPanel.h"
 #include "Tarn/ui/search/ChipRow.h"
+#include "Tarn/ui/window/BrowserWindow.h"
 #include "TarnCore/files/Paths.h"
 #include "tests/support/TestFolder.h"
 #include "tests/ui/Shown.h"
@@ -127,6 +131,32 @@ TEST_F(QuickSearchTest, opensWhatIsMarkedAndGoes) {
     EXPECT_TRUE(field().text().isEmpty());
     EXPECT_FALSE(list().isVisible());
     EXPECT_EQ(app.recentFolders(), recent);
+}
+
+TEST_F(QuickSearchTest, whatIsChosenIsShownInAWindow) {
+    AppRequests requests(app);
+    requests.serve(search);
+    open();
+    type("reports folder");
+    ASSERT_TRUE(waitForResults(1));
+    press(Qt::Key_Return);
+    ASSERT_EQ(app.groups().size(), 1U);
+    const URL documents = Paths::home().appending("Documents");
+    EXPECT_EQ(app.groups()[0]->tab(0).active().location(),
+              Location::folder(documents.appending("Reports")));
+    // Here is no desktop that would open a file, and it is said beside the file.
+    open();
+    type("notes");
+    ASSERT_TRUE(waitForResults(1));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(waitFor([this] { return app.groups().size() == 2; }));
+    WindowModel& shown = app.groups()[1]->tab(0);
+    EXPECT_EQ(shown.active().location(), Location::folder(documents));
+    ASSERT_TRUE(shown.toast());
+    EXPECT_TRUE(shown.toast()->isError);
+    EXPECT_TRUE(waitFor([&shown] { return shown.active().hasSelection(); }));
+    for (QWidget* widget : QApplication::topLevelWidgets())
+        if (qobject_cast<BrowserWindow*>(widget)) delete widget;
 }
 
 TEST_F(QuickSearchTest, neverOpensWhatAnOlderTextHasFound) {

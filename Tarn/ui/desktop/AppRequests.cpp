@@ -16,7 +16,9 @@
 #include "Tarn/model/UserLists.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/desktop/AppRequest.h"
+#include "Tarn/ui/desktop/FileOpener.h"
 #include "Tarn/ui/onboarding/OnboardingSheet.h"
+#include "Tarn/ui/quicksearch/QuickSearch.h"
 #include "Tarn/ui/window/BrowserWindow.h"
 #include "Tarn/ui/window/SessionWindows.h"
 #include "TarnCore/files/FileItem.h"
@@ -103,6 +105,32 @@ void AppRequests::carryOut(const AppRequest& request) {
     if (!request.items.empty()) showItems(request.items, false, token);
     if (!request.properties.empty()) showItems(request.properties, true, token);
     if (request.wantsQuickSearch) emit quickSearchRequested(token);
+}
+
+void AppRequests::serve(QuickSearch& search) {
+    connect(&search, &QuickSearch::placeRequested, this,
+            [this](const Location& place, const std::vector<URL>& select) {
+                if (!select.empty())
+                    showItems(select, false, {});
+                else if (place.isFolder())
+                    showFolder(place.url, {});
+                else
+                    show(place, {});
+            });
+    connect(&search, &QuickSearch::fileRequested, this, [this](const URL& file) {
+        FileOpener::open(app_, {file}, [self = QPointer(this)](const URL& one) {
+            return self ? &self->show(Location::folder(one.parent()), {one}) : nullptr;
+        });
+    });
+    connect(this, &AppRequests::quickSearchRequested, &search, &QuickSearch::open);
+}
+
+WindowModel& AppRequests::show(const Location& place, const std::vector<URL>& items) {
+    auto window = std::make_unique<WindowModel>(app_, place);
+    if (!items.empty()) select(*window, items, false);
+    WindowModel& shown = *window;
+    raise(*new BrowserWindow(std::move(window)), {});
+    return shown;
 }
 
 void AppRequests::raise(QWidget& window, const std::string& activationToken) {

@@ -14,6 +14,9 @@ namespace tarn {
 class AppModel;
 struct AppRequest;
 class BrowserWindow;
+struct Location;
+class QuickSearch;
+class WindowModel;
 
 /// Carries out in this process what is asked of the program. Main thread only.
 class AppRequests final : public QObject {
@@ -23,6 +26,9 @@ public:
     explicit AppRequests(AppModel& app, QObject* parent = nullptr);
 
     void carryOut(const AppRequest& request);
+
+    /// Shows and opens what is chosen in the quick search, and has it shown when that is asked for.
+    void serve(QuickSearch& search);
 
     /// Shows a window in front of those of other programs, as far as the desktop allows: with a
     /// token of the program that asked, or without.
@@ -39,6 +45,8 @@ private:
     void openWorkspace(const AppRequest& request);
     void openPath(const URL& url, const std::string& token);
     void showFolder(const URL& folder, const std::string& token);
+    /// In a window of its own.
+    WindowModel& show(const Location& place, const std::vector<URL>& select);
     /// In a tab for each of their folders; those that are not shown yet in one new window.
     void showItems(const std::vector<URL>& items, bool withProperties, const std::string& token);
 

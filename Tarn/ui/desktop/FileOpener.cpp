@@ -64,12 +64,9 @@ bool start(const Group& group, const std::string& terminal) {
 }
 
 /// By the desktop's own way, which also knows programs outside of a sandbox, and hands them what
-/// lets their window come to the front.
-void openByDesktop(WindowModel& window, const URL& file) {
-    const QUrl url = QUrl::fromEncoded(QByteArray::fromStdString(file.string()));
-    if (QDesktopServices::openUrl(url)) return;
-    tell(window,
-         text("There is no program that opens “%1”.").arg(displayText(std::string(file.name()))));
+/// lets their window come to the front. False when there is no program for it.
+bool openByDesktop(const URL& file) {
+    return QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(file.string())));
 }
 
 }  // namespace
@@ -112,32 +109,43 @@ std::vector<DesktopEntry> programs(const std::vector<URL>& files) {
 }
 
 void open(WindowModel& window, const std::vector<URL>& files) {
-    window.app().pool().run([files, self = QPointer<WindowModel>(&window),
-                             terminal = window.app().settings().terminalApp] {
-        std::vector<Group> groups;
-        std::vector<URL> others;
-        for (const URL& file : files) {
-            std::vector<DesktopEntry> openers;
-            if (files.size() > 1) openers = DesktopEntries::openers(types(file));
-            if (openers.empty()) {
-                others.push_back(file);
-                continue;
+    open(window.app(), files,
+         [self = QPointer<WindowModel>(&window)](const URL&) { return self.data(); });
+}
+
+void open(AppModel& app, const std::vector<URL>& files,
+          const std::function<WindowModel*(const URL& file)>& teller) {
+    app.pool().run(
+        [files, teller, target = QPointer<AppModel>(&app), terminal = app.settings().terminalApp] {
+            std::vector<Group> groups;
+            std::vector<URL> others;
+            for (const URL& file : files) {
+                std::vector<DesktopEntry> openers;
+                if (files.size() > 1) openers = DesktopEntries::openers(types(file));
+                if (openers.empty()) {
+                    others.push_back(file);
+                    continue;
+                }
+                const auto isSame = [&openers](const Group& group) {
+                    return group.program.id == openers.front().id;
+                };
+                auto group = std::ranges::find_if(groups, isSame);
+                if (group == groups.end()) group = groups.insert(group, {openers.front(), {}});
+                group->files.push_back(file);
             }
-            const auto isSame = [&openers](const Group& group) {
-                return group.program.id == openers.front().id;
-            };
-            auto group = std::ranges::find_if(groups, isSame);
-            if (group == groups.end()) group = groups.insert(group, {openers.front(), {}});
-            group->files.push_back(file);
-        }
-        for (const Group& group : groups)
-            if (!start(group, terminal))
-                others.insert(others.end(), group.files.begin(), group.files.end());
-        note(files);
-        MainThread::post(self, [others](WindowModel& model) {
-            for (const URL& file : others) openByDesktop(model, file);
+            for (const Group& group : groups)
+                if (!start(group, terminal))
+                    others.insert(others.end(), group.files.begin(), group.files.end());
+            note(files);
+            MainThread::post(target, [others, teller](AppModel&) {
+                for (const URL& file : others) {
+                    if (openByDesktop(file)) continue;
+                    if (WindowModel* const window = teller(file))
+                        tell(*window, text("There is no program that opens “%1”.")
+                                          .arg(displayText(std::string(file.name()))));
+                }
+            });
         });
-    });
 }
 
 void openWith(WindowModel& window, const std::vector<URL>& files, const DesktopEntry& program) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,7 @@
 
 namespace tarn {
 
+class AppModel;
 class WindowModel;
 
 /// Opens files with the desktop's programs, and tells the desktop what was opened.
@@ -23,6 +25,10 @@ std::vector<DesktopEntry> programs(const std::vector<URL>& files);
 /// With the program that is chosen for its type each; files of one program are opened together.
 /// Main thread; the programs outlive this one. `window` tells of what could not be opened.
 void open(WindowModel& window, const std::vector<URL>& files);
+/// The same where no window asks for it. `teller` makes or finds the one that tells of a file; null
+/// where nobody is left.
+void open(AppModel& app, const std::vector<URL>& files,
+          const std::function<WindowModel*(const URL& file)>& teller);
 void openWith(WindowModel& window, const std::vector<URL>& files, const DesktopEntry& program);
 
 }  // namespace FileOpener
