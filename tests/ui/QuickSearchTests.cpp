@@ -145,6 +145,7 @@ TEST_F(QuickSearchTest, whatIsChosenIsShownInAWindow) {
     EXPECT_EQ(app.groups()[0]->tab(0).active().location(),
               Location::folder(documents.appending("Reports")));
     // Here is no desktop that would open a file, and it is said beside the file.
+    ASSERT_TRUE(waitFor([this] { return !search.panel(); }));
     open();
     type("notes");
     ASSERT_TRUE(waitForResults(1));
@@ -156,7 +157,8 @@ TEST_F(QuickSearchTest, whatIsChosenIsShownInAWindow) {
     EXPECT_TRUE(shown.toast()->isError);
     EXPECT_TRUE(waitFor([&shown] { return shown.active().hasSelection(); }));
     for (QWidget* widget : QApplication::topLevelWidgets())
-        if (qobject_cast<BrowserWindow*>(widget)) delete widget;
+        if (qobject_cast<BrowserWindow*>(widget)) widget->deleteLater();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 TEST_F(QuickSearchTest, neverOpensWhatAnOlderTextHasFound) {

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 
 #include <QtDBus/QDBusConnectionInterface>
@@ -41,8 +42,10 @@ TEST(ServerMounts, noticesServersThatOtherProgramsConnect) {
                                            u"org.gtk.vfs.MountTracker"_s, u"Mounted"_s);
     told.setArguments({u":1.7"_s});  // and more, which nobody here reads
     ASSERT_TRUE(bus.server().send(told));
-    ASSERT_TRUE(waitFor([&app] { return app.volumes().size() == 1; }));
-    EXPECT_EQ(app.volumes()[0].url, URL::fromPath("/servers/photos"));
+    EXPECT_TRUE(waitFor([&app] {
+        return std::ranges::find(app.volumes(), URL::fromPath("/servers/photos"), &Volume::url) !=
+               app.volumes().end();
+    }));
 }
 
 }  // namespace

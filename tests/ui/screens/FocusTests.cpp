@@ -45,7 +45,7 @@ Difference between(const QImage& one, const QImage& other) {
 QImage around(const QImage& picture, const QWidget& window, const QWidget& widget) {
     const QRect rect(widget.mapTo(&window, QPoint()), widget.size());
     return picture.copy(
-        rect.adjusted(-ringReach, -ringReach, ringReach, ringReach).intersected(picture.rect()));
+        Looks::inPixels(picture, rect.adjusted(-ringReach, -ringReach, ringReach, ringReach)));
 }
 
 bool takesTab(const QWidget& widget) {
