@@ -1,4 +1,7 @@
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string>
 
 #include <QtCore/QProcess>
 #include <QtCore/QScopeGuard>
@@ -24,6 +27,7 @@
 #include "Tarn/ui/quicksearch/XKeyGrab.h"
 #include "Tarn/ui/settings/HotKeyField.h"
 #include "Tarn/ui/settings/SearchSection.h"
+#include "TarnCore/files/SupportDirectory.h"
 #include "tests/ui/Shown.h"
 #include "tests/ui/XServer.h"
 
@@ -151,6 +155,12 @@ protected:
         daemon.kill();
         daemon.waitForFinished();
     }
+    /// What the next start of the program finds, which is written in the background.
+    static std::string stored() {
+        const URL store = SupportDirectory::url().appending("shortcut-portal.json");
+        std::ifstream file(store.path());
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
     bool reaches(const QuickSearchKey& key, QuickSearchKey::State state) {
         return waitFor([&] { return key.state() == state; });
     }
@@ -192,6 +202,7 @@ TEST_F(ShortcutPortalTest, asksOnAClickAndNeverAtAStart) {
     EXPECT_TRUE(search.panel());
 
     // What was given once is taken again at the next start, and not after it was turned off.
+    ASSERT_TRUE(waitFor([] { return stored().find("true") != std::string::npos; }));
     QuickSearchKey next(app, client, nullptr);
     EXPECT_TRUE(reaches(next, QuickSearchKey::State::ready));
     AppSettings settings = app.settings();
@@ -209,6 +220,7 @@ TEST_F(ShortcutPortalTest, asksOnAClickAndNeverAtAStart) {
     ASSERT_TRUE(reaches(next, QuickSearchKey::State::failed));
     EXPECT_EQ(next.sentence(), u"The desktop gave it no keys, since that was declined."_s);
     app.setSettings({});
+    ASSERT_TRUE(waitFor([] { return stored().find("false") != std::string::npos; }));
     QuickSearchKey afterNo(app, client, nullptr);
     EXPECT_TRUE(reaches(afterNo, QuickSearchKey::State::mustAsk));
 }

@@ -19,7 +19,9 @@ public:
     bool start() {
         process_.start(QStringLiteral("Xvfb"),
                        {QStringLiteral("-displayfd"), QStringLiteral("1"),
-                        QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+                        QStringLiteral("-nolisten"), QStringLiteral("tcp"),
+                        // When the last one has gone, it would close the connection of the next.
+                        QStringLiteral("-noreset")});
         if (!process_.waitForStarted() || !process_.waitForReadyRead(10'000)) return false;
         display_ = u':' + QString::fromUtf8(process_.readLine()).trimmed();
         return true;
