@@ -125,6 +125,19 @@ TEST_F(PathBarTest, anOfferContinuesTheWholePath) {
     EXPECT_EQ(edit().text().toStdString(), root.url().path() + "/one/");
 }
 
+TEST_F(PathBarTest, returnGoesToWhatIsTypedAndNotToAnOffer) {
+    const URL one = root.folder("one");
+    root.folder("one/deep");
+    bar.setLocation(URL());
+    bar.beginEditing();
+    QTest::keyClicks(&edit(), QString::fromStdString(one.path() + "/"));
+    auto* completer = edit().findChild<QCompleter*>();
+    ASSERT_TRUE(waitFor([&] { return completer->popup()->isVisible(); }));
+    QTest::keyClick(completer->popup(), Qt::Key_Return);
+    ASSERT_TRUE(waitFor([this] { return folder.has_value(); })) << edit().text().toStdString();
+    EXPECT_EQ(*folder, one);
+}
+
 TEST_F(PathBarTest, whatIsNotThereStaysInTheField) {
     bar.setLocation(root.url());
     type(u"no such folder"_s);

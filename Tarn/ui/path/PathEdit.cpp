@@ -4,12 +4,13 @@
 
 #include <QtGui/QKeyEvent>
 #include <QtGui/QStandardItemModel>
-#include <QtWidgets/QAbstractItemView>
 #include <QtWidgets/QCompleter>
 
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/ui/path/OfferList.h"
 #include "Tarn/ui/theme/Icons.h"
+#include "Tarn/ui/theme/Metrics.h"
 #include "TarnCore/base/TaskPool.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/platform/Platform.h"
@@ -40,6 +41,7 @@ PathEdit::PathEdit(QWidget* parent)
       completer_(new QCompleter(offers_, this)) {
     setFrame(false);
     setAccessibleName(tr("Path"));
+    OfferList::install(*completer_);
     completer_->setCompletionMode(QCompleter::UnfilteredPopupCompletion);
     completer_->setCompletionRole(offerRole);
     completer_->setMaxVisibleItems(offersShown);
@@ -91,9 +93,18 @@ void PathEdit::offer() {
                 if (found.names.empty())
                     edit.completer_->popup()->hide();
                 else
-                    edit.completer_->complete();
+                    edit.showOffers();
             });
         });
+}
+
+void PathEdit::showOffers() {
+    // Without a frame of its own the field stands in that of its parent.
+    const QRect field =
+        hasFrame() ? rect() : QRect(mapFromParent(QPoint()), parentWidget()->size());
+    completer_->complete(field.adjusted(0, 0, 0, Metrics::space4));
+    // The completer has chosen the first one: Return would go there instead of to what is typed.
+    completer_->popup()->setCurrentIndex({});
 }
 
 void PathEdit::resolve() {

@@ -36,6 +36,7 @@ protected:
 
 private:
     void offer();
+    void showOffers();
     void resolve();
     void completePrefix();
     void setLeadsNowhere(bool nowhere);

@@ -22,6 +22,19 @@ namespace tarn {
 
 using namespace Metrics;
 
+namespace {
+
+/// Menus and the lists of combo boxes: cards with rounded corners.
+bool isPopupCard(const QWidget* widget) {
+    return qobject_cast<const QMenu*>(widget) || widget->inherits("QComboBoxPrivateContainer");
+}
+
+bool hasTextBesideIcon(const QStyleOptionToolButton& button) {
+    return button.toolButtonStyle == Qt::ToolButtonTextBesideIcon && !button.text.isEmpty();
+}
+
+}  // namespace
+
 TarnStyle::TarnStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
 
 void TarnStyle::polish(QWidget* widget) {
@@ -31,11 +44,11 @@ void TarnStyle::polish(QWidget* widget) {
         qobject_cast<QHeaderView*>(widget))
         widget->setAttribute(Qt::WA_Hover);
     // Rounded corners need a window that can be seen through. Set before the native window exists.
-    if (qobject_cast<QMenu*>(widget)) widget->setAttribute(Qt::WA_TranslucentBackground);
+    if (isPopupCard(widget)) widget->setAttribute(Qt::WA_TranslucentBackground);
 }
 
 void TarnStyle::unpolish(QWidget* widget) {
-    if (qobject_cast<QMenu*>(widget)) widget->setAttribute(Qt::WA_TranslucentBackground, false);
+    if (isPopupCard(widget)) widget->setAttribute(Qt::WA_TranslucentBackground, false);
     QProxyStyle::unpolish(widget);
 }
 
@@ -146,9 +159,8 @@ int TarnStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
             if (hint == SH_Slider_AbsoluteSetButtons) return Qt::LeftButton;
             return 1;
         case SH_Menu_SloppySubMenus:
-            return 1;
         case SH_ComboBox_Popup:
-            return 0;
+            return 1;
         default:
             return QProxyStyle::styleHint(hint, option, widget, data);
     }
@@ -163,6 +175,9 @@ QSize TarnStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
             size.setWidth(std::max(size.width() + space8, controlHeight));
             break;
         case CT_ToolButton:
+            if (const auto* button = qstyleoption_cast<const QStyleOptionToolButton*>(option);
+                button && hasTextBesideIcon(*button))
+                size.rwidth() += space12;
             size = size.expandedTo({smallestTarget, smallestTarget});
             break;
         case CT_LineEdit:
@@ -315,6 +330,13 @@ void TarnStyle::drawControl(ControlElement element, const QStyleOption* option, 
                 QStyleOptionButton label = *button;
                 if (StyleControls::isProminent(*button))
                     label.palette.setColor(QPalette::ButtonText, colors.onAccent);
+                QProxyStyle::drawControl(element, &label, painter, widget);
+            }
+            return;
+        case CE_ToolButtonLabel:
+            if (const auto* button = qstyleoption_cast<const QStyleOptionToolButton*>(option)) {
+                QStyleOptionToolButton label = *button;
+                if (hasTextBesideIcon(*button)) label.rect.adjust(space6, 0, -space6, 0);
                 QProxyStyle::drawControl(element, &label, painter, widget);
             }
             return;
