@@ -8,6 +8,7 @@
 #include "Tarn/ui/thumbnails/PictureDecoder.h"
 #include "Tarn/ui/thumbnails/ThumbnailLoader.h"
 #include "TarnCore/platform/Platform.h"
+#include "tests/support/PDFDocument.h"
 #include "tests/support/ScopedPlatform.h"
 #include "tests/support/TestFolder.h"
 #include "tests/ui/Shown.h"
@@ -42,13 +43,11 @@ protected:
                          });
         QObject::connect(&loader, &ThumbnailLoader::unavailable, &scope,
                          [&](const URL& file) { done = done || file == url; });
-        loader.request(url, modified(url), pixels);
+        loader.request(item(url), pixels);
         EXPECT_TRUE(waitFor([&] { return done; }));
         return image;
     }
-    static Date modified(const URL& url) {
-        return Platform::current().files->requireAttributes(url, Links::follow).modified;
-    }
+    static FileItem item(const URL& url) { return FileItem::load(url).value_or(FileItem()); }
     URL stored(const char* folder, const URL& file) const {
         const QByteArray digest = QCryptographicHash::hash(QByteArray::fromStdString(file.string()),
                                                            QCryptographicHash::Md5);
@@ -147,6 +146,22 @@ TEST_F(ThumbnailTest, whatCannotBeDrawnIsRememberedUntilItChanges) {
     EXPECT_EQ(load(url).pixelColor(5, 5), QColor(Qt::green));
 }
 
+TEST_F(ThumbnailTest, documentsShowTheirFirstPage) {
+    PDFDocument document;
+    document.addText({"First page"});
+    const URL url = root.file("a.pdf", document.bytes(), firstTime);
+    ASSERT_TRUE(ThumbnailLoader::canThumbnail(item(url)));
+    const QImage page = load(url);
+    EXPECT_EQ(page.height(), 128);
+    EXPECT_LT(page.width(), 128);
+    EXPECT_EQ(page.pixelColor(page.width() / 2, 120), QColor(Qt::white));
+    EXPECT_EQ(read(stored("normal", url)).size(), page.size());
+
+    const URL broken = root.file("b.pdf", "%PDF-1.7 broken", firstTime);
+    EXPECT_TRUE(load(broken).isNull());
+    EXPECT_TRUE(cache.hasFailed(broken, firstTime));
+}
+
 TEST_F(ThumbnailTest, theStoreItselfGetsNone) {
     root.folder("cache/thumbnails/normal");
     const URL own = picture("cache/thumbnails/normal/own.png", Qt::red);
@@ -185,13 +200,13 @@ TEST_F(ThumbnailTest, droppedWishesAreNotMet) {
     std::vector<URL> made;
     QObject::connect(&loader, &ThumbnailLoader::ready,
                      [&made](const URL& file, const QImage&) { made.push_back(file); });
-    for (const URL& url : files) loader.request(url, firstTime, 128);
+    for (const URL& url : files) loader.request(item(url), 128);
     loader.setVisible({files[3], files[4]});
     const auto has = [&made](const URL& url) {
         return std::find(made.begin(), made.end(), url) != made.end();
     };
     ASSERT_TRUE(waitFor([&] { return has(files[3]) && has(files[4]); }));
-    loader.request(files[5], firstTime, 128);
+    loader.request(item(files[5]), 128);
     ASSERT_TRUE(waitFor([&] { return has(files[5]); }));
     EXPECT_LT(made.size(), 10U);  // those two, this one, and what had begun before
 }

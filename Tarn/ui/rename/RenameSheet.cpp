@@ -98,12 +98,9 @@ QWidget* RenameSheet::makeRules() {
     rules_->setAutoFillBackground(false);
     column->addWidget(scroll_, 1);
 
-    add_ = new QToolButton;
+    add_ = new QPushButton(Icons::symbol("plus"), tr("Add Rule"));
     add_->setObjectName(QStringLiteral("addRule"));
-    add_->setAutoRaise(true);
-    add_->setText(tr("Add Rule"));
-    add_->setIcon(Icons::symbol("plus"));
-    add_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    add_->setAutoDefault(false);
     add_->setIconSize({Metrics::space12, Metrics::space12});
     auto* kinds = new QMenu(add_);
     for (int kind = 0; kind < ruleKindCount; ++kind) {
@@ -116,7 +113,7 @@ QWidget* RenameSheet::makeRules() {
                 Qt::QueuedConnection);
         });
     }
-    connect(add_, &QToolButton::clicked, kinds, [this, kinds] {
+    connect(add_, &QPushButton::clicked, kinds, [this, kinds] {
         kinds->popup(add_->mapToGlobal(QPoint(0, add_->height() + Metrics::space4)));
     });
     extension_ = new WrappingCheckBox(tr("Include the extension"));

@@ -47,7 +47,7 @@ private:
     QScrollArea* scroll_ = nullptr;
     QWidget* rules_ = nullptr;
     std::vector<RuleEditor*> editors_;
-    QToolButton* add_ = nullptr;
+    QPushButton* add_ = nullptr;
     QCheckBox* extension_ = nullptr;
     RenamePreviewView* preview_ = nullptr;
     QLabel* count_ = nullptr;

@@ -29,10 +29,6 @@ bool isPopupCard(const QWidget* widget) {
     return qobject_cast<const QMenu*>(widget) || widget->inherits("QComboBoxPrivateContainer");
 }
 
-bool hasTextBesideIcon(const QStyleOptionToolButton& button) {
-    return button.toolButtonStyle == Qt::ToolButtonTextBesideIcon && !button.text.isEmpty();
-}
-
 }  // namespace
 
 TarnStyle::TarnStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
@@ -175,9 +171,6 @@ QSize TarnStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
             size.setWidth(std::max(size.width() + space8, controlHeight));
             break;
         case CT_ToolButton:
-            if (const auto* button = qstyleoption_cast<const QStyleOptionToolButton*>(option);
-                button && hasTextBesideIcon(*button))
-                size.rwidth() += space12;
             size = size.expandedTo({smallestTarget, smallestTarget});
             break;
         case CT_LineEdit:
@@ -330,13 +323,6 @@ void TarnStyle::drawControl(ControlElement element, const QStyleOption* option, 
                 QStyleOptionButton label = *button;
                 if (StyleControls::isProminent(*button))
                     label.palette.setColor(QPalette::ButtonText, colors.onAccent);
-                QProxyStyle::drawControl(element, &label, painter, widget);
-            }
-            return;
-        case CE_ToolButtonLabel:
-            if (const auto* button = qstyleoption_cast<const QStyleOptionToolButton*>(option)) {
-                QStyleOptionToolButton label = *button;
-                if (hasTextBesideIcon(*button)) label.rect.adjust(space6, 0, -space6, 0);
                 QProxyStyle::drawControl(element, &label, painter, widget);
             }
             return;

@@ -29,10 +29,9 @@ QImage fitted(const QImage& image, int pixels) {
 }  // namespace
 
 /// What is still to be made; the workers take from the end.
-struct ThumbnailLoader::Wishes {
+struct ThumbnailLoader::Lane::Wishes {
     struct Wish {
-        URL file;
-        Date modified;
+        FileItem item;
         int pixels;
     };
     struct Lists {
@@ -50,17 +49,27 @@ struct ThumbnailLoader::Wishes {
     }
 };
 
+ThumbnailLoader::Lane::Lane(std::size_t threads)
+    : wishes(std::make_shared<Wishes>()), pool(threads) {}
+
 ThumbnailLoader::ThumbnailLoader(ThumbnailCache cache, QObject* parent)
     : QObject(parent),
       kept_(memoryBytes),
-      wishes_(std::make_shared<Wishes>()),
       cache_(std::move(cache)),
-      pool_(workerCount()) {}
+      helper_(HelperPictures::shared()),
+      decoded_(workerCount()),
+      drawn_(1) {}
 
-ThumbnailLoader::~ThumbnailLoader() { cancelAll(); }
+ThumbnailLoader::~ThumbnailLoader() {
+    cancelAll();
+    token_.cancel();
+}
 
-ThumbnailLoader::Made ThumbnailLoader::make(const ThumbnailCache& cache, const URL& file,
-                                            Date expected, int pixels) {
+ThumbnailLoader::Made ThumbnailLoader::make(const ThumbnailCache& cache, HelperPictures& helper,
+                                            const FileItem& item, int pixels,
+                                            const CancelToken& token) {
+    const URL& file = item.url;
+    const Date expected = *item.modified;
     const Platform& platform = Platform::current();
     if (cache.holds(file)) return {expected, {}};
     const auto mount = platform.volumes->mountHolding(file);
@@ -72,7 +81,12 @@ ThumbnailLoader::Made ThumbnailLoader::make(const ThumbnailCache& cache, const U
         return {modified, fitted(*stored, pixels)};
     if (cache.hasFailed(file, modified)) return {modified, {}};
     const int size = ThumbnailCache::storedSize(pixels);
-    const QImage image = PictureDecoder::decode(file, size);
+    const PreviewKind kind = PreviewKinds::of(item);
+    const std::optional<QImage> drawn = HelperPictures::draws(kind)
+                                            ? helper.picture(file, kind, size, token)
+                                            : PictureDecoder::decode(file, size);
+    if (!drawn) return {expected, {}};
+    const QImage& image = *drawn;
     // A file that is just being written must not be remembered as broken.
     const auto after = platform.files->attributes(file, Links::follow);
     if (!after || after->modified != modified || after->size != facts->size)
@@ -86,8 +100,8 @@ ThumbnailLoader::Made ThumbnailLoader::make(const ThumbnailCache& cache, const U
 }
 
 bool ThumbnailLoader::canThumbnail(const FileItem& item) {
-    return !item.isDirectory && item.kind == FileKind::image && item.size.value_or(0) > 0 &&
-           item.modified;
+    if (item.isDirectory || item.size.value_or(0) <= 0 || !item.modified) return false;
+    return item.kind == FileKind::image || HelperPictures::draws(PreviewKinds::of(item));
 }
 
 QPixmap ThumbnailLoader::cached(const URL& file, Date modified) const {
@@ -99,55 +113,67 @@ QPixmap ThumbnailLoader::picture(const FileItem& item, int pixels) {
     if (!canThumbnail(item)) return {};
     const Kept* kept = kept_.object(item.path());
     const bool current = kept && kept->modified == *item.modified;
-    if (!current || kept->pixels < pixels) request(item.url, *item.modified, pixels);
+    if (!current || kept->pixels < pixels) request(item, pixels);
     return current ? kept->pixmap : QPixmap();
 }
 
-void ThumbnailLoader::request(const URL& file, Date modified, int pixels) {
+void ThumbnailLoader::request(const FileItem& item, int pixels) {
+    Lane& lane = HelperPictures::draws(PreviewKinds::of(item)) ? drawn_ : decoded_;
     {
-        auto lists = wishes_->lists.lock();
-        const auto same = [&file](const Wishes::Wish& wish) { return wish.file == file; };
+        auto lists = lane.wishes->lists.lock();
+        const auto same = [&item](const Lane::Wishes::Wish& wish) {
+            return wish.item.url == item.url;
+        };
         const auto begun = std::find_if(lists->begun.begin(), lists->begun.end(), same);
-        if (begun != lists->begun.end() && begun->modified == modified && begun->pixels >= pixels)
+        if (begun != lists->begun.end() && begun->item.modified == item.modified &&
+            begun->pixels >= pixels)
             return;
         std::erase_if(lists->stack, same);
-        lists->stack.push_back({file, modified, pixels});
+        lists->stack.push_back({item, pixels});
     }
-    pool_.run(
-        [wishes = wishes_, cache = cache_, self = QPointer(this)] {
+    lane.pool.run(
+        [&lane, wishes = lane.wishes, cache = cache_, helper = helper_, token = token_,
+         self = QPointer(this)] {
             const auto wish = wishes->take();
             if (!wish) return;
-            const Made made = make(cache, wish->file, wish->modified, wish->pixels);
-            MainThread::post(self, [wish = *wish, made](ThumbnailLoader& loader) {
-                loader.keep(wish.file, wish.modified, wish.pixels, made.image);
+            Made made = make(cache, *helper, wish->item, wish->pixels, token);
+            MainThread::post(self, [&lane, wish = *wish,
+                                    image = std::move(made.image)](ThumbnailLoader& loader) {
+                loader.keep(lane, wish.item, wish.pixels, image);
             });
         },
         TaskPriority::background);
 }
 
-void ThumbnailLoader::keep(const URL& file, Date modified, int pixels, const QImage& image) {
-    std::erase_if(wishes_->lists.lock()->begun, [&](const Wishes::Wish& wish) {
-        return wish.file == file && wish.modified == modified && wish.pixels == pixels;
+void ThumbnailLoader::keep(Lane& lane, const FileItem& item, int pixels, const QImage& image) {
+    std::erase_if(lane.wishes->lists.lock()->begun, [&](const Lane::Wishes::Wish& wish) {
+        return wish.item.url == item.url && wish.item.modified == item.modified &&
+               wish.pixels == pixels;
     });
-    auto* kept = new Kept{modified, pixels, QPixmap::fromImage(image)};
+    auto* kept = new Kept{*item.modified, pixels, QPixmap::fromImage(image)};
     const qsizetype bytes = qsizetype{image.sizeInBytes()} + qsizetype{256};
-    kept_.insert(file.path(), kept, bytes);
+    kept_.insert(item.path(), kept, bytes);
     if (image.isNull())
-        emit unavailable(file);
+        emit unavailable(item.url);
     else
-        emit ready(file, image);
+        emit ready(item.url, image);
 }
 
 void ThumbnailLoader::setVisible(const std::vector<URL>& files) {
     std::unordered_map<URL, std::size_t> order;
     for (std::size_t i = 0; i < files.size(); ++i) order.emplace(files[i], i);
-    auto lists = wishes_->lists.lock();
-    std::erase_if(lists->stack, [&order](const auto& wish) { return !order.contains(wish.file); });
-    std::stable_sort(
-        lists->stack.begin(), lists->stack.end(),
-        [&order](const auto& a, const auto& b) { return order.at(a.file) > order.at(b.file); });
+    const auto place = [&order](const auto& wish) { return order.find(wish.item.url); };
+    for (const Lane* lane : {&decoded_, &drawn_}) {
+        auto lists = lane->wishes->lists.lock();
+        std::erase_if(lists->stack, [&](const auto& wish) { return place(wish) == order.end(); });
+        std::stable_sort(
+            lists->stack.begin(), lists->stack.end(),
+            [&](const auto& a, const auto& b) { return place(a)->second > place(b)->second; });
+    }
 }
 
-void ThumbnailLoader::cancelAll() { wishes_->lists.lock()->stack.clear(); }
+void ThumbnailLoader::cancelAll() {
+    for (const Lane* lane : {&decoded_, &drawn_}) lane->wishes->lists.lock()->stack.clear();
+}
 
 }  // namespace tarn

@@ -10,7 +10,9 @@
 #include <QtGui/QImage>
 #include <QtGui/QPixmap>
 
+#include "Tarn/ui/thumbnails/HelperPictures.h"
 #include "Tarn/ui/thumbnails/ThumbnailCache.h"
+#include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/TaskPool.h"
 #include "TarnCore/files/FileItem.h"
 
@@ -39,8 +41,9 @@ public:
     /// `pixels` is the side of the square it must fit, in device pixels.
     QPixmap picture(const FileItem& item, int pixels);
 
-    /// ready() or unavailable() follows, unless the wish is dropped before.
-    void request(const URL& file, Date modified, int pixels);
+    /// ready() or unavailable() follows, unless the wish is dropped before. Of what
+    /// canThumbnail().
+    void request(const FileItem& item, int pixels);
 
     /// Drops the wishes for all files but these, in whose order the rest are met.
     void setVisible(const std::vector<URL>& files);
@@ -54,7 +57,8 @@ public:
         Date modified;
         QImage image;
     };
-    static Made make(const ThumbnailCache& cache, const URL& file, Date expected, int pixels);
+    static Made make(const ThumbnailCache& cache, HelperPictures& helper, const FileItem& item,
+                     int pixels, const CancelToken& token);
 
 signals:
     void ready(const tarn::URL& file, const QImage& image);
@@ -67,14 +71,23 @@ private:
         int pixels = 0;
         QPixmap pixmap;  ///< Null for a file that has none.
     };
-    struct Wishes;
+    /// Pictures are decoded by threads of this process; what the helper draws has to wait for it,
+    /// and does not hold them up.
+    struct Lane {
+        struct Wishes;
+        explicit Lane(std::size_t threads);
+        std::shared_ptr<Wishes> wishes;
+        TaskPool pool;
+    };
 
-    void keep(const URL& file, Date modified, int pixels, const QImage& image);
+    void keep(Lane& lane, const FileItem& item, int pixels, const QImage& image);
 
     QCache<std::string, Kept> kept_;  ///< By path; costs in bytes.
-    std::shared_ptr<Wishes> wishes_;
     ThumbnailCache cache_;
-    TaskPool pool_;
+    CancelToken token_;
+    std::shared_ptr<HelperPictures> helper_;
+    Lane decoded_;
+    Lane drawn_;
 };
 
 }  // namespace tarn

@@ -24,8 +24,8 @@ bool isWorthIt(const URL& folder) {
     return !mount || !mount->isNetwork;
 }
 
-void preloadFolder(const ThumbnailCache& cache, const URL& folder, int pixels, MachinePause& pause,
-                   const CancelToken& token) {
+void preloadFolder(const ThumbnailCache& cache, HelperPictures& helper, const URL& folder,
+                   int pixels, MachinePause& pause, const CancelToken& token) {
     if (!isWorthIt(folder)) return;
     std::vector<FileItem> items;
     try {
@@ -42,7 +42,7 @@ void preloadFolder(const ThumbnailCache& cache, const URL& folder, int pixels, M
         pause.wait(token);
         if (token.isCancelled()) return;
         // Which looks into the store first.
-        ThumbnailLoader::make(cache, item.url, *item.modified, pixels);
+        ThumbnailLoader::make(cache, helper, item, pixels, token);
     }
 }
 
@@ -69,13 +69,13 @@ void ThumbnailPreloader::preloadVisited(const AppModel& app) {
 }
 
 void ThumbnailPreloader::preload(std::vector<URL> folders, int pixels) {
-    queue_.run(
-        [cache = cache_, folders = std::move(folders), pixels, token = token_, pause = pause_] {
-            const auto& load = Platform::current().load;
-            if (load) load->lowerPriorityOfThread();
-            for (const URL& folder : folders)
-                if (!token.isCancelled()) preloadFolder(cache, folder, pixels, *pause, token);
-        });
+    queue_.run([cache = cache_, helper = HelperPictures::shared(), folders = std::move(folders),
+                pixels, token = token_, pause = pause_] {
+        const auto& load = Platform::current().load;
+        if (load) load->lowerPriorityOfThread();
+        for (const URL& folder : folders)
+            if (!token.isCancelled()) preloadFolder(cache, *helper, folder, pixels, *pause, token);
+    });
 }
 
 }  // namespace tarn
