@@ -78,6 +78,7 @@ void PaneModel::endRename() {
     tree_.setHolds(false);
     emit renamingChanged();
     if (!std::exchange(missedChanges_, false)) return;
+    if (showsResults_) arrange();
     if (location_.isQuery())
         liveRowsChanged();
     else

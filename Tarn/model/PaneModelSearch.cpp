@@ -147,6 +147,11 @@ void PaneModel::textsChanged() {
 }
 
 void PaneModel::resultsChanged() {
+    // Rows must not move under a name that is being edited.
+    if (renaming_ && showsResults_) {
+        missedChanges_ = true;
+        return;
+    }
     const bool isFirst = !std::exchange(showsResults_, true);
     if (isFirst) selection_.clear();
     arrange();

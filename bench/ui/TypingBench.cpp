@@ -56,13 +56,14 @@ public:
     /// One more letter, or all of a word, after which one waits for what is found.
     void type(const std::string& text, Timings& timings) {
         first_ = 0;
-        const std::uint64_t before = pane().rowOrder().search;
-        awaited_ = before;
+        before_ = pane().rowOrder().search;
         qt_.watch().reset();
         timer_.start();
         field_.setText(QString::fromStdString(text));
-        waitUntil([&] { return pane().query() && pane().isSearching(); });
-        waitUntil([&] { return !pane().isSearching() && !pane().isLoading(); });
+        waitUntil([&] {
+            const bool isAsked = pane().query() && pane().query()->raw == text;
+            return isAsked && !pane().isSearching() && !pane().isLoading();
+        });
         const double whole = sinceDue();
         window_.repaint();
         if (first_ > 0) timings.first.push_back(first_);
@@ -81,7 +82,7 @@ private:
     }
     void look() {
         if (first_ > 0 || !pane().showsResults() || pane().items().isEmpty()) return;
-        if (pane().rowOrder().search == awaited_) return;  // Those of the letters before.
+        if (pane().rowOrder().search == before_) return;  // Those of the letters before.
         window_.repaint();
         first_ = sinceDue();
     }
@@ -91,7 +92,7 @@ private:
     SearchField& field_;
     QElapsedTimer timer_;
     double first_ = 0;
-    std::uint64_t awaited_ = 0;
+    std::uint64_t before_ = 0;  ///< Whose results were shown when the text was typed.
 };
 
 void print(const std::string& title, const Timings& timings) {

@@ -116,6 +116,23 @@ TEST_F(PaneArrangementTest, resultsAreGroupedTheBestFirstInEach) {
     waitForRows({"big pear.jpg", "pear.jpg", "pear.txt", "plum.txt"});
 }
 
+TEST_F(PaneArrangementTest, changesOfResultsWaitForTheNameThatIsEdited) {
+    folder.file("pear 1");
+    folder.file("pear 2");
+    open(folder.url());
+    pane.setScope(SearchScopeSetting::currentFolder);
+    pane.setSearchText("pear");
+    waitForRows({"pear 1", "pear 2"});
+    waitFor([this] { return !pane.isSearching(); });
+    pane.beginRename(folder / "pear 2");
+    std::filesystem::remove((folder / "pear 1").path());
+    pane.lookAgain({folder / "pear 1"});
+    waitFor([this] { return pane.search().rows()->size() == 1; });
+    EXPECT_EQ(shown(), (std::vector<std::string>{"pear 1", "pear 2"}));
+    pane.endRename();
+    EXPECT_EQ(shown(), std::vector<std::string>{"pear 2"});
+}
+
 TEST_F(PaneArrangementTest, theCloudFilterIsForResultsToo) {
     folder.file("pear.txt");
     open(folder.url());
