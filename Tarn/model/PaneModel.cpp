@@ -283,17 +283,36 @@ void PaneModel::load() {
         emit stateChanged();
         return;
     }
-    if (location_.isFolder()) {
-        if (auto cached = app_.listings().find({location_.url, showsHidden_})) {
-            isLoading_ = false;
-            showListing(cached->rows, cached->sort, true);
-            isPartial_ = false;
-        }
-    }
+    if (location_.isFolder()) showCached();
     emit stateChanged();
     // A large archive may take longer to read without anything being wrong.
     if (isLoading_ && location_.isFolder()) deadlineTimer_.start();
     watchAndList();
+}
+
+void PaneModel::showCached() {
+    const auto cached = app_.listings().find({location_.url, showsHidden_});
+    if (!cached) return;
+    const auto show = [](PaneModel& pane, const auto&... listing) {
+        pane.isLoading_ = false;
+        pane.showListing(listing..., true);
+        pane.isPartial_ = false;
+    };
+    if (cached->sort == sort_) {
+        show(*this, cached->rows, cached->sort);
+        return;
+    }
+    // In another order they would move under the pointer in a moment.
+    app_.pool().run([rows = cached->rows, sort = sort_, how = wantedArrangement(), show,
+                     generation = generation_, self = QPointer<PaneModel>(this)] {
+        MainThread::post(
+            self, [generation, show,
+                   listed = Listed(PaneRows::sorted(rows, sort), sort, how)](PaneModel& pane) {
+                if (generation != pane.generation_ || !pane.isListing_) return;
+                show(pane, listed);
+                emit pane.stateChanged();
+            });
+    });
 }
 
 void PaneModel::watchAndList() {
@@ -388,7 +407,9 @@ std::function<void()> PaneModel::folderListing() {
         if (token.isCancelled()) return;
         const auto tell = [&](const SharedRows& part) {
             MainThread::post(self, [generation, part = Listed(part, sort, how)](PaneModel& pane) {
-                if (generation == pane.generation_) pane.showListing(part, true);
+                // What came from the cache is more.
+                const bool isMore = pane.isPartial_ || pane.listing_->size() == 0;
+                if (generation == pane.generation_ && isMore) pane.showListing(part, true);
             });
         };
         try {

@@ -254,6 +254,7 @@ private:
         RowArrangement how;
         SharedRows arranged;
     };
+    void showCached();
     void noteListing(SharedRows rows, const SortOrder& sort, bool isPartial);
     void showListing(SharedRows rows, const SortOrder& sort, bool isPartial);
     void showListing(const Listed& listed, bool isPartial);

@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <set>
 
 #include <QtTest/QTest>
 #include <gtest/gtest.h>
@@ -81,6 +82,23 @@ TEST_F(PaneModelTest, followsTheSettingsWhereNothingElseWasChosen) {
     waitFor([&other] { return other.items().rows()->items().front().name == "a.txt"; });
     EXPECT_FALSE(app.viewPrefs(folder.url())) << "following is no choice";
     app.setSettings(before);
+}
+
+TEST_F(PaneModelTest, whatIsKnownOfAFolderComesInTheOrderOfNow) {
+    const URL inner = folder.folder("inner");
+    folder.file("inner/a", "1");
+    folder.file("inner/b", "22");
+    open(inner);
+    pane.sortBy(SortField::size);
+    waitFor([this] { return names() == Names{"b", "a"}; });
+    open(folder.url());
+    std::vector<Names> shown;
+    QObject::connect(&pane, &PaneModel::rowsChanged, [&] {
+        if (pane.location().url == inner) shown.push_back(names());
+    });
+    open(inner);
+    std::erase(shown, Names());
+    EXPECT_EQ(std::set(shown.begin(), shown.end()), std::set{(Names{"b", "a"})});
 }
 
 TEST_F(PaneModelTest, goingToTheSamePlaceAddsNoHistory) {
