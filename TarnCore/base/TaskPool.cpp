@@ -11,34 +11,109 @@
 namespace tarn {
 
 struct TaskPool::State {
+    struct Task {
+        std::function<void()> work;
+        bool isShare = false;  ///< Of a forEach(), which may take long.
+    };
+
     std::mutex mutex;
     std::condition_variable wake;
-    std::deque<std::function<void()>> urgent;
-    std::deque<std::function<void()>> background;
+    std::condition_variable wakeSpare;
+    std::deque<Task> urgent;
+    std::deque<Task> background;
     bool stopping = false;
     std::size_t threadCount = 0;
     std::vector<std::thread> threads;
+    std::size_t sharing = 0;  ///< Of `threads`, how many are inside of a forEach().
+    /// A walk of the whole disk keeps all threads for seconds. Meanwhile this one does what someone
+    /// waits for: a folder to be listed, a preview. Begins when it is first needed.
+    std::thread spare;
 
-    void startThreadsIfNeeded() {  // with the mutex held
+    /// The pool that the current thread is one of the `threads` of, and how deep in forEach() it
+    /// is.
+    struct Membership {
+        State* pool = nullptr;
+        int depth = 0;
+    };
+    static thread_local Membership membership;
+
+    /// Counts the current thread among those that share, if it is one of the pool's.
+    class Sharing {
+    public:
+        explicit Sharing(State& state) : state_(state) {
+            if (membership.pool != &state_ || membership.depth++ > 0) return;
+            const std::lock_guard lock(state_.mutex);
+            ++state_.sharing;
+            state_.wakeSpareIfWanted();
+        }
+        ~Sharing() {
+            if (membership.pool != &state_ || --membership.depth > 0) return;
+            const std::lock_guard lock(state_.mutex);
+            --state_.sharing;
+        }
+        Sharing(const Sharing&) = delete;
+        Sharing& operator=(const Sharing&) = delete;
+
+    private:
+        State& state_;
+    };
+
+    // All below with the mutex held.
+
+    void startThreadsIfNeeded() {
         if (!threads.empty()) return;
         for (std::size_t i = 0; i < threadCount; ++i) threads.emplace_back([this] { work(); });
     }
 
+    std::deque<Task>::iterator firstThatIsNoShare() {
+        return std::find_if(urgent.begin(), urgent.end(),
+                            [](const Task& task) { return !task.isShare; });
+    }
+
+    bool wantsSpare() { return sharing == threadCount && firstThatIsNoShare() != urgent.end(); }
+
+    void wakeSpareIfWanted() {
+        if (stopping || !wantsSpare()) return;
+        if (!spare.joinable()) spare = std::thread([this] { workBesideShares(); });
+        wakeSpare.notify_one();
+    }
+
+    static void run(Task task, std::unique_lock<std::mutex>& lock) {
+        lock.unlock();
+        task.work();
+        task.work = nullptr;
+        lock.lock();
+    }
+
+    // What the threads run.
+
     void work() {
+        membership.pool = this;
         std::unique_lock lock(mutex);
         for (;;) {
             wake.wait(lock, [&] { return stopping || !urgent.empty() || !background.empty(); });
             if (stopping) return;
             auto& queue = urgent.empty() ? background : urgent;
-            auto task = std::move(queue.front());
+            Task task = std::move(queue.front());
             queue.pop_front();
-            lock.unlock();
-            task();
-            task = nullptr;
-            lock.lock();
+            run(std::move(task), lock);
+        }
+    }
+
+    void workBesideShares() {
+        std::unique_lock lock(mutex);
+        for (;;) {
+            wakeSpare.wait(lock, [&] { return stopping || wantsSpare(); });
+            if (stopping) return;
+            const auto next = firstThatIsNoShare();
+            Task task = std::move(*next);
+            urgent.erase(next);
+            run(std::move(task), lock);
         }
     }
 };
+
+thread_local TaskPool::State::Membership TaskPool::State::membership;
 
 TaskPool::TaskPool(std::size_t threads) : state_(std::make_unique<State>()) {
     if (threads == 0) threads = std::clamp<std::size_t>(std::thread::hardware_concurrency(), 2, 8);
@@ -46,7 +121,7 @@ TaskPool::TaskPool(std::size_t threads) : state_(std::make_unique<State>()) {
 }
 
 TaskPool::~TaskPool() {
-    std::deque<std::function<void()>> dropped[2];
+    std::deque<State::Task> dropped[2];
     {
         const std::lock_guard lock(state_->mutex);
         state_->stopping = true;
@@ -54,7 +129,9 @@ TaskPool::~TaskPool() {
         dropped[1].swap(state_->background);
     }
     state_->wake.notify_all();
+    state_->wakeSpare.notify_all();
     for (auto& thread : state_->threads) thread.join();
+    if (state_->spare.joinable()) state_->spare.join();
 }
 
 void TaskPool::run(std::function<void()> task, TaskPriority priority) {
@@ -63,13 +140,15 @@ void TaskPool::run(std::function<void()> task, TaskPriority priority) {
         if (state_->stopping) return;
         state_->startThreadsIfNeeded();
         (priority == TaskPriority::userWaits ? state_->urgent : state_->background)
-            .push_back(std::move(task));
+            .push_back({std::move(task)});
+        state_->wakeSpareIfWanted();
     }
     state_->wake.notify_one();
 }
 
 void TaskPool::forEach(std::size_t count, const std::function<void(std::size_t)>& body) {
     if (count == 0) return;
+    const State::Sharing sharing(*state_);  // Also while others finish their shares.
     struct Share {
         std::atomic<std::size_t> next{0};
         std::mutex mutex;
@@ -79,7 +158,8 @@ void TaskPool::forEach(std::size_t count, const std::function<void(std::size_t)>
     // The helpers may start after the caller has done everything and gone, so they own the share;
     // `body` itself is only called for an index that the caller is still waiting for.
     auto share = std::make_shared<Share>();
-    auto take = [share, count, &body] {
+    auto take = [share, count, &body, state = state_.get()] {
+        const State::Sharing taking(*state);
         for (;;) {
             const std::size_t i = share->next.fetch_add(1);
             if (i >= count) return;
@@ -89,7 +169,14 @@ void TaskPool::forEach(std::size_t count, const std::function<void(std::size_t)>
         }
     };
     const std::size_t helpers = std::min(count - 1, state_->threadCount);
-    for (std::size_t i = 0; i < helpers; ++i) run(take);
+    if (helpers > 0) {
+        const std::lock_guard lock(state_->mutex);
+        if (!state_->stopping) {
+            state_->startThreadsIfNeeded();
+            for (std::size_t i = 0; i < helpers; ++i) state_->urgent.push_back({take, true});
+        }
+    }
+    for (std::size_t i = 0; i < helpers; ++i) state_->wake.notify_one();
     take();
     std::unique_lock lock(share->mutex);
     share->done.wait(lock, [&] { return share->finished == count; });

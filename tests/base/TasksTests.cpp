@@ -45,6 +45,22 @@ TEST(TaskPool, urgentWorkOvertakesBackgroundWork) {
     EXPECT_EQ(std::string(order.begin(), order.end()), "aub");
 }
 
+TEST(TaskPool, whoeverWaitsIsServedWhileEveryThreadSharesLongWork) {
+    std::latch bothShare(3), served(2), done(1);
+    TaskPool pool(2);
+    pool.run([&] {
+        pool.forEach(2, [&](std::size_t) {
+            bothShare.arrive_and_wait();
+            served.wait();
+        });
+        done.count_down();
+    });
+    bothShare.arrive_and_wait();
+    pool.run([&] { served.count_down(); });
+    pool.run([&] { pool.forEach(2, [&](std::size_t i) { served.count_down(i == 0 ? 1 : 0); }); });
+    done.wait();
+}
+
 TEST(TaskPool, goingDropsWhatHasNotBegun) {
     std::atomic<int> ran = 0;
     std::latch started(1), go(1);
