@@ -20,17 +20,6 @@ constexpr qint64 restPerRun = 100;
 
 SharedRows noRows() { return std::make_shared<const PaneRows>(std::vector<FileItem>()); }
 
-/// Without those that lie inside another one.
-std::vector<std::string> outermost(const std::set<std::string>& paths) {
-    std::vector<std::string> outer;
-    for (const std::string& path : paths) {
-        const bool isInside =
-            !outer.empty() && path.starts_with(outer.back()) && path[outer.back().size()] == '/';
-        if (!isInside) outer.push_back(path);
-    }
-    return outer;
-}
-
 /// Takes out the thing at a path and all that lies below it.
 template <class Items>
 void takeInside(Items& items, const std::string& path, Items& taken) {
@@ -66,6 +55,7 @@ LiveList::LiveList(QObject* parent, LiveTiming timing)
     repeatTimer_.setSingleShot(true);
     connect(&repeatTimer_, &QTimer::timeout, this, &LiveList::repeat);
     connect(&watcher_, &PaneWatcher::changed, this, &LiveList::changed);
+    connect(&changes_, &ChangedPaths::replaced, this, &LiveList::changesApplied);
 }
 
 LiveList::~LiveList() { stop(); }
@@ -77,8 +67,8 @@ void LiveList::stop() {
     watcher_.stop();
     token_.cancel();
     retireTask();
-    pending_.clear();
-    isRunning_ = isWalking_ = isApplying_ = isOrdering_ = isDirty_ = isHeld_ = isCut_ = false;
+    changes_.clear();
+    isRunning_ = isWalking_ = isOrdering_ = isDirty_ = isHeld_ = isCut_ = false;
     seen_ = 0;
     // Freeing 100,000 items takes a while.
     if (found_) walking_.run([found = std::move(found_), renewed = std::move(renewed_)] {});
@@ -110,12 +100,12 @@ void LiveList::start(LiveQuery query, const SortOrder& sort) {
 void LiveList::repeat() {
     if (!found_) return;
     // Nor beside the changes, which write into what it would replace.
-    if (isWalking_ || isApplying_) {
+    if (isWalking_ || changes_.isAsking()) {
         if (!repeatTimer_.isActive()) repeatTimer_.start(laterPublish);
         return;
     }
     repeatTimer_.stop();
-    pending_.clear();
+    changes_.clear();
     renewed_ = std::make_shared<Found>();
     run(renewed_);
 }
@@ -248,45 +238,35 @@ void LiveList::changed(const std::vector<std::string>& paths) {
             const qint64 rest = pause - sinceRun_.elapsed();
             repeatTimer_.start(static_cast<int>(std::max<qint64>(0, rest)));
         } else if (query_.matters(path)) {
-            pending_.insert(path);
+            changes_.add(path);
         }
     }
     applyChanges();
 }
 
 void LiveList::askAgain(const std::vector<URL>& urls) {
-    for (const URL& url : urls) pending_.insert(url.path());
+    for (const URL& url : urls) changes_.add(url.path());
     applyChanges();
 }
 
 void LiveList::applyChanges() {
-    if (pending_.empty() || isWalking_ || isApplying_ || !found_) return;
-    isApplying_ = true;
-    walking_.run([self = QPointer<LiveList>(this), run = run_, query = query_, found = found_,
-                  token = token_, paths = outermost(pending_)] {
-        if (token.isCancelled()) return;
+    if (isWalking_ || !found_) return;
+    changes_.ask(query_, [found = found_](const std::vector<std::string>& paths,
+                                          std::vector<FileItem> things) {
         Items now;
-        for (FileItem& item : query.find(paths, token)) {
+        for (FileItem& item : things) {
             std::string path = item.path();
             now.insert_or_assign(std::move(path), std::move(item));
         }
-        if (token.isCancelled()) return;
         Items before;
-        {
-            const auto items = found->items.lock();
-            for (const std::string& path : paths) takeInside(*items, path, before);
-            for (const auto& [path, item] : now) items->insert_or_assign(path, item);
-        }
-        MainThread::post(self, [run, isDifferent = now != before](LiveList& list) {
-            list.changesApplied(run, isDifferent);
-        });
+        const auto items = found->items.lock();
+        for (const std::string& path : paths) takeInside(*items, path, before);
+        for (const auto& [path, item] : now) items->insert_or_assign(path, item);
+        return now != before;
     });
-    pending_.clear();
 }
 
-void LiveList::changesApplied(std::uint64_t run, bool isDifferent) {
-    if (run != run_) return;
-    isApplying_ = false;
+void LiveList::changesApplied(bool isDifferent) {
     if (isDifferent) {
         isDirty_ = true;
         publish();

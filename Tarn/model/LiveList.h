@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -12,6 +11,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QTimer>
 
+#include "Tarn/model/ChangedPaths.h"
 #include "Tarn/model/LiveQuery.h"
 #include "Tarn/model/PaneRows.h"
 #include "Tarn/model/PaneWatcher.h"
@@ -90,7 +90,7 @@ private:
     void ordered(std::uint64_t run, SharedRows rows, const SortOrder& sort, bool isLast);
     void changed(const std::vector<std::string>& paths);
     void applyChanges();
-    void changesApplied(std::uint64_t run, bool isDifferent);
+    void changesApplied(bool isDifferent);
     void retireTask();
 
     const LiveTiming timing_;
@@ -102,13 +102,11 @@ private:
     std::shared_ptr<Found> renewed_;  ///< Of a repeated run, until it is over.
     PaneWatcher watcher_;
     std::vector<URL> watched_;
-    std::set<std::string> pending_;  ///< Paths that changed and were not asked again yet.
     QTimer repeatTimer_;
     QElapsedTimer sinceRun_;
     qint64 runTook_ = 0;  ///< Milliseconds.
     bool isRunning_ = false;
     bool isWalking_ = false;  ///< A run is under way, the first or another.
-    bool isApplying_ = false;
     bool isOrdering_ = false;
     bool isDirty_ = false;
     bool isHeld_ = false;
@@ -122,6 +120,7 @@ private:
     QElapsedTimer clock_;
     SerialQueue ordering_{"tarn.ordering"};
     SerialQueue walking_{"tarn.live"};  ///< Tags, changes, and the end of tasks.
+    ChangedPaths changes_{walking_};
 };
 
 }  // namespace tarn

@@ -1,9 +1,7 @@
 #include "Tarn/model/PaneSearch.h"
 
 #include <algorithm>
-#include <string_view>
 
-#include "Tarn/model/LiveQuery.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/SourceNames.h"
 #include "TarnCore/search/SearchRanking.h"
@@ -37,13 +35,6 @@ SharedRows orderedRows(std::vector<FileItem> items, const SearchQuery& query, co
                             [&task](const FileItem& item) { return task.imageScore(item.url); }));
 }
 
-/// The path, or that of a folder it lies in, is among them.
-bool isAtOrBelow(std::string_view path, const std::set<std::string, std::less<>>& places) {
-    for (auto end = path.size(); end != path.npos && end > 0; end = path.rfind('/', end - 1))
-        if (places.contains(path.substr(0, end))) return true;
-    return false;
-}
-
 bool isBefore(const FileItem& a, const FileItem& b) { return a.path() < b.path(); }
 
 }  // namespace
@@ -53,6 +44,7 @@ PaneSearch::PaneSearch(QObject* parent) : QObject(parent), rows_(noRows()) {
     publishTimer_.setTimerType(Qt::PreciseTimer);
     connect(&publishTimer_, &QTimer::timeout, this, &PaneSearch::publish);
     connect(&watcher_, &PaneWatcher::changed, this, &PaneSearch::changed);
+    connect(&changes_, &ChangedPaths::replaced, this, &PaneSearch::changesApplied);
 }
 
 PaneSearch::~PaneSearch() { cancel(); }
@@ -108,9 +100,7 @@ void PaneSearch::cancel() {
     isRunning_ = false;
     watcher_.stop();
     watched_.clear();
-    pending_.clear();
-    applying_.cancel();
-    isApplying_ = false;
+    changes_.clear();
     retireTask();
     found_.reset();
 }
@@ -234,45 +224,34 @@ void PaneSearch::changed(const std::vector<std::string>& paths) {
 
 void PaneSearch::askAgain(const std::vector<URL>& urls) {
     if (isRunning_ || !task_) return;
-    for (const URL& url : urls) pending_.insert(url.path());
+    for (const URL& url : urls) changes_.add(url.path());
     applyChanges();
 }
 
 void PaneSearch::applyChanges() {
-    if (pending_.empty() || isRunning_ || isApplying_ || !found_) return;
-    isApplying_ = true;
-    applying_ = CancelToken();
-    queue_.run([self = QPointer<PaneSearch>(this), run = run_, found = found_, token = applying_,
-                query = LiveQuery::search(options_),
-                places = std::set<std::string, std::less<>>(pending_.begin(), pending_.end())] {
-        std::vector<std::string> outermost;
-        for (const std::string& place : places)
-            if (!isAtOrBelow(std::string_view(place).substr(0, place.rfind('/')), places))
-                outermost.push_back(place);
-        std::vector<FileItem> now = query.find(outermost, token);
-        if (token.isCancelled()) return;
-        std::sort(now.begin(), now.end(), isBefore);
-        std::vector<FileItem> before;
-        {
-            const auto items = found->items.lock();
-            const auto kept = std::stable_partition(
-                items->begin(), items->end(),
-                [&places](const FileItem& item) { return !isAtOrBelow(item.path(), places); });
-            before.assign(std::make_move_iterator(kept), std::make_move_iterator(items->end()));
-            items->erase(kept, items->end());
-            items->insert(items->end(), now.begin(), now.end());
-        }
-        std::sort(before.begin(), before.end(), isBefore);
-        MainThread::post(self, [run, isDifferent = now != before](PaneSearch& search) {
-            search.changesApplied(run, isDifferent);
+    if (isRunning_ || !found_) return;
+    changes_.ask(
+        LiveQuery::search(options_),
+        [found = found_](const std::vector<std::string>& paths, std::vector<FileItem> now) {
+            const ChangedPaths::Set places(paths.begin(), paths.end());
+            std::sort(now.begin(), now.end(), isBefore);
+            std::vector<FileItem> before;
+            {
+                const auto items = found->items.lock();
+                const auto kept = std::stable_partition(
+                    items->begin(), items->end(), [&places](const FileItem& item) {
+                        return !ChangedPaths::isAtOrBelow(item.path(), places);
+                    });
+                before.assign(std::make_move_iterator(kept), std::make_move_iterator(items->end()));
+                items->erase(kept, items->end());
+                items->insert(items->end(), now.begin(), now.end());
+            }
+            std::sort(before.begin(), before.end(), isBefore);
+            return now != before;
         });
-    });
-    pending_.clear();
 }
 
-void PaneSearch::changesApplied(std::uint64_t run, bool isDifferent) {
-    if (run != run_) return;
-    isApplying_ = false;
+void PaneSearch::changesApplied(bool isDifferent) {
     if (isDifferent) {
         isDirty_ = true;
         publish();

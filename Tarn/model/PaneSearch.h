@@ -10,6 +10,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QTimer>
 
+#include "Tarn/model/ChangedPaths.h"
 #include "Tarn/model/PaneRows.h"
 #include "Tarn/model/PaneSnippets.h"
 #include "Tarn/model/PaneWatcher.h"
@@ -87,7 +88,7 @@ private:
     void watchResults();
     void changed(const std::vector<std::string>& paths);
     void applyChanges();
-    void changesApplied(std::uint64_t run, bool isDifferent);
+    void changesApplied(bool isDifferent);
     void retireTask();
 
     std::shared_ptr<SearchTask> task_;
@@ -110,13 +111,11 @@ private:
     SharedRows rows_;
     PaneWatcher watcher_;
     std::set<URL> watched_;
-    std::set<std::string> pending_;  ///< Paths that changed and were not asked again yet.
-    bool isApplying_ = false;
-    CancelToken applying_;
     QTimer publishTimer_;
     QElapsedTimer clock_;
     double elapsed_ = 0;
     SerialQueue queue_{"tarn.ordering"};
+    ChangedPaths changes_{queue_};
     SerialQueue retired_{"tarn.retired"};  ///< Ends old tasks, which wait for their threads.
 };
 

@@ -132,7 +132,8 @@ TEST(PaneSearch, resultsFollowWhatHappensToTheirFiles) {
     search.rowsSeen(3);
     search.holdRows();
     std::filesystem::rename((folder / "in").path(), (folder / "hit away").path());
-    search.askAgain({folder / "in", folder / "hit away", folder / "hit away/hit 0"});
+    search.askAgain(
+        {folder / "in", folder / "hit away", folder / "hit away 2", folder / "hit away/hit 0"});
     EXPECT_TRUE(QTest::qWaitFor([&] { return search.rows()->size() == 4; }, 10'000));
     EXPECT_EQ(names(search).front(), "hit 3");
     EXPECT_EQ(finished, 1);
