@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <chrono>
 #include <numeric>
+#include <optional>
 #include <span>
 #include <utility>
 
 #include "TarnCore/base/Collation.h"
+#include "TarnCore/base/TaskPool.h"
 #include "TarnCore/files/DirectoryLister.h"
 #include "TarnCore/files/ListedFolder.h"
 
@@ -23,9 +25,10 @@ constexpr std::size_t longestSlice = 16'384;
 constexpr std::chrono::milliseconds patience(80);
 constexpr std::chrono::milliseconds laterPatience(250);
 
-std::vector<std::uint32_t> counted(std::size_t count) {
-    std::vector<std::uint32_t> positions(count);
-    std::iota(positions.begin(), positions.end(), 0U);
+/// The half-open range from `begin` to `end`.
+std::vector<std::uint32_t> counted(std::size_t begin, std::size_t end) {
+    std::vector<std::uint32_t> positions(end - begin);
+    std::iota(positions.begin(), positions.end(), static_cast<std::uint32_t>(begin));
     return positions;
 }
 
@@ -41,27 +44,42 @@ std::vector<std::uint32_t> firstPositions(const std::vector<ListedNameView>& nam
         if (order == 0) return i < j;
         return (order < 0) == sort.ascending;
     };
-    std::vector<std::uint32_t> positions = counted(names.size());
-    const std::size_t count = std::min(FolderListing::firstRowCount, positions.size());
-    const auto end = positions.begin() + static_cast<std::ptrdiff_t>(count);
-    std::partial_sort(positions.begin(), end, positions.end(), isBefore);
-    positions.resize(count);
-    return positions;
+    const auto keepFirst = [&](std::vector<std::uint32_t>& positions) {
+        const std::size_t count = std::min(FolderListing::firstRowCount, positions.size());
+        const auto end = positions.begin() + static_cast<std::ptrdiff_t>(count);
+        std::partial_sort(positions.begin(), end, positions.end(), isBefore);
+        positions.resize(count);
+    };
+    const std::size_t pieces = TaskPool::shared().threadCount();
+    std::vector<std::vector<std::uint32_t>> firstOf(pieces);
+    TaskPool::shared().forEach(pieces, [&](std::size_t piece) {
+        firstOf[piece] =
+            counted(names.size() * piece / pieces, names.size() * (piece + 1) / pieces);
+        keepFirst(firstOf[piece]);
+    });
+    std::vector<std::uint32_t> first;
+    for (const auto& some : firstOf) first.insert(first.end(), some.begin(), some.end());
+    keepFirst(first);
+    return first;
 }
 
 }  // namespace
 
 SharedRows FolderListing::rows(const URL& folder, bool includeHidden, const SortOrder& sort,
-                               const CancelToken& token,
-                               const std::function<void(SharedRows)>& onPart) {
+                               const CancelToken& token, const Progress& progress) {
     Clock::time_point due = Clock::now() + patience;
-    const ListedFolder listed(folder, includeHidden, token);
+    std::optional<ListedFolder> read(std::in_place, folder, includeHidden, token);
+    if (progress.onNames) {
+        progress.onNames();
+        if (read->mayHaveChanged()) read.emplace(folder, includeHidden, token);
+    }
+    const ListedFolder& listed = *read;
     const ResourceKeys keys = DirectoryLister::keys(folder, listed.size());
     const bool comesInOrder = sort.field == SortField::name;
     const std::vector<ListedNameView> names =
         comesInOrder ? listed.names() : std::vector<ListedNameView>();
     // Reading sources takes longer than all the rest.
-    const bool tellsParts = onPart && sort.field != SortField::source;
+    const bool tellsParts = progress.onPart && sort.field != SortField::source;
     const bool hasQuickStart =
         tellsParts && comesInOrder && DirectoryLister::tagsDeferred(listed.size());
     std::vector<SharedItems> parts;
@@ -69,12 +87,12 @@ SharedRows FolderListing::rows(const URL& folder, bool includeHidden, const Sort
     if (hasQuickStart && !token.isCancelled()) {
         first = firstPositions(names, sort);
         parts.push_back(shareItems(listed.items(first, keys, token)));
-        onPart(PaneRows::joined(parts));
+        progress.onPart(PaneRows::joined(parts));
         due = Clock::now() + laterPatience;
     }
 
     const std::vector<std::uint32_t> positions =
-        comesInOrder ? sort.sortedIndexes(names) : counted(listed.size());
+        comesInOrder ? sort.sortedIndexes(names) : counted(0, listed.size());
     std::span<const std::uint32_t> left(positions);
     if (std::ranges::equal(first, left.first(first.size())))
         left = left.subspan(first.size());
@@ -88,7 +106,7 @@ SharedRows FolderListing::rows(const URL& folder, bool includeHidden, const Sort
         slice = std::min(slice * 2, longestSlice);
         if (!tellsParts || left.empty() || Clock::now() < due) continue;
         SharedRows part = PaneRows::joined(parts);
-        onPart(comesInOrder ? std::move(part) : PaneRows::sorted(part, sort));
+        progress.onPart(comesInOrder ? std::move(part) : PaneRows::sorted(part, sort));
         due = Clock::now() + laterPatience;
     }
     SharedRows all = PaneRows::joined(parts);

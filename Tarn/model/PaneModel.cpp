@@ -1,11 +1,11 @@
 #include "Tarn/model/PaneModel.h"
 
 #include <algorithm>
-#include <atomic>
 #include <utility>
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/ArchiveListing.h"
+#include "Tarn/model/AwaitedWatch.h"
 #include "Tarn/model/ContentIndexService.h"
 #include "Tarn/model/DownloadsService.h"
 #include "Tarn/model/FolderListing.h"
@@ -17,9 +17,6 @@ namespace tarn {
 namespace {
 
 constexpr double folderLatency = 0.25;  // seconds
-
-/// Milliseconds that a listing waits for the watch on its folder, which usually takes one.
-constexpr int watchPatience = 30;
 
 /// Milliseconds after which a place that has not answered at all is said not to respond.
 constexpr int listingDeadline = 10'000;
@@ -52,11 +49,6 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
                                 "” isn’t responding. It may be on a disk or server that is away.");
         isLoading_ = false;
         emit stateChanged();
-    });
-    lateWatchTimer_.setSingleShot(true);
-    lateWatchTimer_.setInterval(watchPatience);
-    connect(&lateWatchTimer_, &QTimer::timeout, this, [this] {
-        if (listUnlessBegun_) listUnlessBegun_();
     });
     connect(&app, &AppModel::cutURLsChanged, this, &PaneModel::cutChanged);
     // What is shown as the settings say follows them; what the user has changed here stays.
@@ -107,8 +99,6 @@ void PaneModel::moveOn() {
     isArranging_ = false;
     live_.stop();
     refreshTimer_.stop();
-    lateWatchTimer_.stop();
-    listUnlessBegun_ = {};
 }
 
 // --- Going places
@@ -316,33 +306,17 @@ void PaneModel::showCached() {
 }
 
 void PaneModel::watchAndList() {
-    // The watch comes first, so that no change falls between the listing and the watch. A disk
-    // that makes the watch wait must not make the rows wait: then the listing begins without it,
-    // and what was missed is read once the watch is there.
     isListing_ = true;
-    struct Begun {
-        std::atomic<bool> isListing{false};
-        std::atomic<bool> isLate{false};
-    };
-    const auto begun = std::make_shared<Begun>();
-    auto list = [begun, task = listing(), &pool = app_.pool()] {
-        if (!begun->isListing.exchange(true)) pool.run(task);
-    };
-    listUnlessBegun_ = [begun, list] {
-        begun->isLate = true;
-        list();
-    };
-    lateWatchTimer_.start();
+    const auto watch = std::make_shared<AwaitedWatch>();
     const URL watched = location_.isFolder() ? location_.url : location_.url.parent();
     watcher_.watch({watched}, WatchDepth::children, folderLatency,
-                   [begun, list, generation = generation_, self = QPointer<PaneModel>(this)] {
-                       const bool wasLate = begun->isListing && begun->isLate;
-                       list();
-                       if (!wasLate) return;
+                   [watch, generation = generation_, self = QPointer<PaneModel>(this)] {
+                       if (watch->arrive()) return;
                        MainThread::post(self, [generation](PaneModel& pane) {
                            if (generation == pane.generation_) pane.refreshSoon();
                        });
                    });
+    app_.pool().run(listing(watch));
 }
 
 void PaneModel::reload(bool clearThumbnails) {
@@ -394,16 +368,18 @@ void PaneModel::startListing() {
     app_.pool().run(listing());
 }
 
-std::function<void()> PaneModel::listing() {
+std::function<void()> PaneModel::listing(std::shared_ptr<AwaitedWatch> watch) {
     missedChanges_ = false;
     listToken_ = CancelToken();
-    return location_.isFolder() ? folderListing() : archiveListing();
+    return location_.isFolder() ? folderListing(std::move(watch))
+                                : archiveListing(std::move(watch));
 }
 
-std::function<void()> PaneModel::folderListing() {
-    return [folder = location_.url, hidden = showsHidden_, sort = sort_, token = listToken_,
-            how = wantedArrangement(), wantsParts = isLoading_, generation = generation_,
-            cache = app_.sharedListings(), self = QPointer<PaneModel>(this)] {
+std::function<void()> PaneModel::folderListing(std::shared_ptr<AwaitedWatch> watch) {
+    return [watch = std::move(watch), folder = location_.url, hidden = showsHidden_, sort = sort_,
+            token = listToken_, how = wantedArrangement(), wantsParts = isLoading_,
+            generation = generation_, cache = app_.sharedListings(),
+            self = QPointer<PaneModel>(this)] {
         if (token.isCancelled()) return;
         const auto tell = [&](const SharedRows& part) {
             MainThread::post(self, [generation, part = Listed(part, sort, how)](PaneModel& pane) {
@@ -413,8 +389,10 @@ std::function<void()> PaneModel::folderListing() {
             });
         };
         try {
-            SharedRows rows = FolderListing::rows(
-                folder, hidden, sort, token, wantsParts ? tell : std::function<void(SharedRows)>());
+            FolderListing::Progress progress;
+            if (watch) progress.onNames = [&watch] { watch->wait(); };
+            if (wantsParts) progress.onPart = tell;
+            SharedRows rows = FolderListing::rows(folder, hidden, sort, token, progress);
             if (token.isCancelled()) return;
             cache->keep({folder, hidden}, {rows, sort});
             MainThread::post(self, [generation, all = Listed(rows, sort, how)](PaneModel& pane) {

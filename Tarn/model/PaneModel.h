@@ -32,6 +32,7 @@
 namespace tarn {
 
 class AppModel;
+class AwaitedWatch;
 class TextReader;
 
 /// What one pane shows: a place, its items, the search in it, and the way here.
@@ -222,9 +223,9 @@ private:
     void orderChanged();
     void load();
     /// What reads the place and posts the answer; for the pool.
-    std::function<void()> listing();
-    std::function<void()> folderListing();
-    std::function<void()> archiveListing();
+    std::function<void()> listing(std::shared_ptr<AwaitedWatch> watch = nullptr);
+    std::function<void()> folderListing(std::shared_ptr<AwaitedWatch> watch);
+    std::function<void()> archiveListing(std::shared_ptr<AwaitedWatch> watch);
     /// The place is a folder, on the disk or in an archive; others have a screen of their own.
     bool hasListing() const { return location_.isFolder() || location_.isArchive(); }
     /// Of a place that is a query; absent for a saved search that does not exist.
@@ -312,8 +313,6 @@ private:
     ArchiveCache::Entries shownEntries_;  ///< Of the archive whose rows are shown.
     QTimer refreshTimer_;
     QTimer deadlineTimer_;
-    QTimer lateWatchTimer_;
-    std::function<void()> listUnlessBegun_;
     PaneWatcher watcher_;
     PaneTree tree_;
     LiveList live_;

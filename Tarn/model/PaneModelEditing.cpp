@@ -3,15 +3,18 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/ArchiveListing.h"
+#include "Tarn/model/AwaitedWatch.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/PaneModel.h"
 
 namespace tarn {
 
-std::function<void()> PaneModel::archiveListing() {
-    return [archive = location_.url, inside = location_.text, hidden = showsHidden_, sort = sort_,
-            token = listToken_, shown = shownEntries_, generation = generation_,
-            cache = app_.sharedArchives(), self = QPointer<PaneModel>(this)] {
+std::function<void()> PaneModel::archiveListing(std::shared_ptr<AwaitedWatch> watch) {
+    return [watch = std::move(watch), archive = location_.url, inside = location_.text,
+            hidden = showsHidden_, sort = sort_, token = listToken_, shown = shownEntries_,
+            generation = generation_, cache = app_.sharedArchives(),
+            self = QPointer<PaneModel>(this)] {
+        if (watch) watch->wait();
         if (token.isCancelled()) return;
         const auto fail = [&](const ListingError& error) {
             if (token.isCancelled()) return;

@@ -16,14 +16,16 @@ void PaneWatcher::watch(std::vector<URL> folders, WatchDepth depth, double laten
     const std::uint64_t watch = ++current_;
     queue_.run([this, watch, folders = std::move(folders), depth, latency,
                 whenWatching = std::move(whenWatching), self = QPointer<PaneWatcher>(this)] {
-        watcher_ =
+        auto fresh =
             std::make_unique<FolderWatcher>([self, watch](const std::vector<std::string>& paths) {
                 MainThread::post(self, [watch, paths](PaneWatcher& watcher) {
                     watcher.tellChanged(watch, paths);
                 });
             });
-        watcher_->watch(folders, latency, depth);
+        fresh->watch(folders, latency, depth);
         if (whenWatching) whenWatching();
+        // Ending the old one takes the kernel 20 ms, which nobody is to wait for.
+        watcher_ = std::move(fresh);
     });
 }
 

@@ -1,6 +1,7 @@
 #include "TarnCore/files/ListedFolder.h"
 
 #include <cerrno>
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <system_error>
@@ -12,6 +13,15 @@
 
 namespace tarn {
 namespace {
+
+/// File times come from a clock that ticks up to 10 ms late.
+constexpr double clockTick = 0.05;
+
+/// What the times of files are taken from, whatever the program takes for now.
+Date systemTime() {
+    const std::chrono::nanoseconds since = std::chrono::system_clock::now().time_since_epoch();
+    return Date::fromUnix(0, since.count());
+}
 
 ListingError listingError(const URL& folder, int errnum) {
     const std::string name = DirectoryLister::displayName(folder);
@@ -91,6 +101,8 @@ private:
 ListedFolder::ListedFolder(URL folder, bool includeHidden, const CancelToken& token)
     : folder_(std::move(folder)), reader_(open(folder_)), resources_(folder_) {
     try {
+        readAt_ = systemTime();
+        modified_ = reader_->attributes().modified;
         readNames(includeHidden, token);
     } catch (const std::system_error& error) {
         throw listingError(folder_, error.code().value());
@@ -105,6 +117,15 @@ void ListedFolder::readNames(bool includeHidden, const CancelToken& token) {
             entries_.push_back({bytes_.size(), entry.length, entry.type});
             bytes_.append(entry.name, entry.length + std::size_t{1});
         }
+    }
+}
+
+bool ListedFolder::mayHaveChanged() const {
+    try {
+        // A change that follows another at once may leave the time as it is.
+        return modified_ >= readAt_ - clockTick || reader_->attributes().modified != modified_;
+    } catch (const std::system_error&) {
+        return true;
     }
 }
 

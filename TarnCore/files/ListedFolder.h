@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "TarnCore/base/CancelToken.h"
+#include "TarnCore/base/Date.h"
 #include "TarnCore/files/FileItem.h"
 #include "TarnCore/files/ListedName.h"
 #include "TarnCore/files/ListingError.h"
@@ -31,6 +32,8 @@ public:
     ListedFolder& operator=(const ListedFolder&) = delete;
 
     std::size_t size() const { return entries_.size(); }
+    /// Names may have come or gone since they were read.
+    bool mayHaveChanged() const;
     /// Views into this object. Items are not looked at, links excepted.
     std::vector<ListedNameView> names() const;
 
@@ -53,6 +56,8 @@ private:
     const URL folder_;
     std::unique_ptr<FolderReader> reader_;
     const ResourceReader resources_;
+    Date readAt_;        ///< When the names were read, and
+    Date modified_;      ///< how old they were then.
     std::string bytes_;  ///< The names end to end, each followed by a NUL.
     std::vector<Entry> entries_;
 };
