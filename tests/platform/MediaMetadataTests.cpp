@@ -7,6 +7,7 @@
 #include "TarnCore/platform/linux/LinuxContentTypes.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
 #include "TarnCore/platform/linux/LinuxMediaMetadata.h"
+#include "TarnCore/platform/linux/LinuxPictureDecoding.h"
 #include "TarnCore/platform/memory/MemoryContentTypes.h"
 #include "TarnCore/platform/memory/MemoryRecentFiles.h"
 #include "TarnCore/platform/memory/MemoryVolumes.h"
@@ -26,8 +27,9 @@ std::string littleEndian(std::uint32_t value, int size) {
     return {big.rbegin(), big.rend()};
 }
 
-/// A JPEG of 40 × 30 dots without any picture, but with what a camera writes.
-std::string photo(const std::string& make, const std::string& model, std::uint16_t orientation) {
+/// What a camera writes into its files; a TIFF file of its own.
+std::string cameraFacts(const std::string& make, const std::string& model,
+                        std::uint16_t orientation) {
     constexpr std::uint32_t directory = 8 + 2 + 3 * 12 + 4;
     std::string tiff = "MM" + bigEndian(42, 2) + bigEndian(8, 4) + bigEndian(3, 2);
     std::string values;
@@ -41,10 +43,16 @@ std::string photo(const std::string& make, const std::string& model, std::uint16
     addText(0x0110, model);
     tiff += bigEndian(0x0112, 2) + bigEndian(3, 2) + bigEndian(1, 4) + bigEndian(orientation, 2) +
             bigEndian(0, 2);
-    tiff += bigEndian(0, 4) + values;
-    const std::string exif = std::string("Exif\0\0", 6) + tiff;
-    return "\xFF\xD8\xFF\xE1" + bigEndian(static_cast<std::uint32_t>(exif.size() + 2), 2) + exif +
-           "\xFF\xC0" + bigEndian(11, 2) + '\x08' + bigEndian(30, 2) + bigEndian(40, 2) +
+    return tiff + bigEndian(0, 4) + values;
+}
+
+/// A JPEG of 40 × 30 dots without any picture, but with what a camera writes, behind a comment.
+std::string photo(const std::string& make, const std::string& model, std::uint16_t orientation,
+                  std::uint32_t comment = 0) {
+    const std::string exif = std::string("Exif\0\0", 6) + cameraFacts(make, model, orientation);
+    return "\xFF\xD8\xFF\xFE" + bigEndian(comment + 2, 2) + std::string(comment, '-') + "\xFF\xE1" +
+           bigEndian(static_cast<std::uint32_t>(exif.size() + 2), 2) + exif + "\xFF\xC0" +
+           bigEndian(11, 2) + '\x08' + bigEndian(30, 2) + bigEndian(40, 2) +
            std::string("\x01\x01\x11\x00", 4) + "\xFF\xD9";
 }
 
@@ -108,6 +116,16 @@ TEST_F(LinuxMediaMetadataTest, knowsTheCameraAndTheUprightSize) {
     EXPECT_EQ(found.pixelWidth, 30);
     EXPECT_EQ(found.pixelHeight, 40);
     EXPECT_EQ(metadata.read(folder.file("b.jpg", photo("Apple", "iPhone 15", 1))).pixelWidth, 40);
+    const URL raw = folder.file("c.tif", cameraFacts("Canon", "Canon EOS R5", 1));
+    EXPECT_EQ(metadata.read(raw).cameraModel, "Canon EOS R5");
+    // Wherever in the pieces that are read what is looked for begins and ends.
+    for (const std::uint32_t comment : {16'300U, 16'352U, 16'384U, 50'000U}) {
+        SCOPED_TRACE(comment);
+        const auto read =
+            metadata.read(folder.file("d.jpg", photo("Canon", "Canon EOS R5", 6, comment)));
+        EXPECT_EQ(read.cameraModel, "Canon EOS R5");
+        EXPECT_EQ(read.pixelHeight, 40);
+    }
 }
 
 TEST_F(LinuxMediaMetadataTest, knowsWhenAPictureWasTaken) {
@@ -161,6 +179,21 @@ TEST_F(LinuxMediaMetadataTest, knowsWhenAFileWasOpened) {
     const timespec earlier[2] = {{2'000'000, 0}, {3'000'000, 0}};
     ASSERT_EQ(utimensat(AT_FDCWD, written.c_str(), earlier, 0), 0);
     EXPECT_EQ(metadata.lastOpened(written), std::nullopt);
+}
+
+TEST_F(LinuxMediaMetadataTest, leavesNoTraceOfReadingInTheAccessTime) {
+    for (const URL& file : {folder.file("a.jpg", photo("Canon", "Canon EOS R5", 1)),
+                            folder.file("b.tif", cameraFacts("Canon", "Canon EOS R5", 1)),
+                            folder.file("c.wav", sound()), folder.file("d.pdf", threePages())}) {
+        SCOPED_TRACE(file.name());
+        // Older than the last change, so that any other reading would be noted.
+        const timespec times[] = {{1'000'000'000, 0}, {1'100'000'000, 0}};
+        ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
+        EXPECT_NE(metadata.read(file), ItemMetadata()) << "nothing was read";
+        LinuxPictureDecoding().decode(file, 128);
+        EXPECT_EQ(LinuxFileSystem().requireAttributes(file, Links::keep).accessed,
+                  Date::fromUnix(1'000'000'000));
+    }
 }
 
 TEST_F(LinuxMediaMetadataTest, doesNotBelieveAccessTimesThatAreNotKept) {

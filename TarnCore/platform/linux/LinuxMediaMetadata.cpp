@@ -1,8 +1,11 @@
 #include "TarnCore/platform/linux/LinuxMediaMetadata.h"
 
 #include <ctime>
+#include <string>
+#include <system_error>
 #include <utility>
 
+#include "TarnCore/platform/linux/LinuxFileBytes.h"
 #include "TarnCore/platform/linux/MediaReader.h"
 #include "TarnCore/platform/linux/Module.h"
 
@@ -53,7 +56,6 @@ ItemMetadata LinuxMediaMetadata::read(const URL& url) const {
     const auto attributes = files_->attributes(url, Links::follow);
     if (!attributes) return metadata;
     metadata.lastOpened = lastOpened(url, *attributes);
-    // Libraries open by name, and a pipe would hold them for ever.
     if (attributes->type != FileType::file || attributes->size == 0) return metadata;
     const auto type = types_->typeForName(url.name());
     if (!type) return metadata;
@@ -65,7 +67,12 @@ ItemMetadata LinuxMediaMetadata::read(const URL& url) const {
         reader = films();
     else if (is(ContentType::pdf))
         reader = documents();
-    if (reader) reader->read(url.path(), metadata);
+    if (!reader) return metadata;
+    try {
+        reader->read(LinuxFileBytes(url.c_str()), std::string(url.name()), metadata);
+    } catch (const std::system_error&) {
+        // Gone, or not ours to read.
+    }
     return metadata;
 }
 

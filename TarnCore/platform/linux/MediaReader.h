@@ -3,6 +3,7 @@
 #include <string>
 
 #include "TarnCore/platform/MediaMetadata.h"
+#include "TarnCore/platform/linux/LinuxFileBytes.h"
 
 namespace tarn {
 
@@ -11,15 +12,17 @@ namespace tarn {
 class MediaReader {
 public:
     virtual ~MediaReader() = default;
-    /// Adds what it finds in a plain file to `metadata`; nothing when it cannot be understood.
-    /// Never throws.
-    virtual void read(const std::string& path, ItemMetadata& metadata) const = 0;
+    /// Adds what it finds in a file of that name to `metadata`; nothing when it cannot be
+    /// understood. Never throws. Does not open it once more, which would change the time of the
+    /// last access.
+    virtual void read(const LinuxFileBytes& file, const std::string& name,
+                      ItemMetadata& metadata) const = 0;
 };
 
 /// A module exports one function of this type and name, which returns null when it was built for
 /// another version of the interface. What it returns lives as long as the process.
 using MediaReaderEntry = const MediaReader*(int version);
-inline constexpr int mediaReaderVersion = 2;
+inline constexpr int mediaReaderVersion = 3;
 inline constexpr const char* mediaReaderSymbol = "tarnMediaReader";
 
 }  // namespace tarn

@@ -1,8 +1,8 @@
 #include <memory>
 
+#include <fcntl.h>
 #include <poppler.h>
 
-#include "TarnCore/base/QuietOpen.h"
 #include "TarnCore/platform/linux/MediaReader.h"
 
 namespace tarn {
@@ -15,12 +15,13 @@ struct Release {
 
 class PopplerReader final : public MediaReader {
 public:
-    void read(const std::string& path, ItemMetadata& metadata) const override {
-        const int file = openQuietly(AT_FDCWD, path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-        if (file < 0) return;
+    void read(const LinuxFileBytes& file, const std::string&,
+              ItemMetadata& metadata) const override {
+        const int own = fcntl(file.descriptor(), F_DUPFD_CLOEXEC, 0);
+        if (own < 0) return;
         // Which closes it in the end, or at once when this is no such document.
         const std::unique_ptr<PopplerDocument, Release> document(
-            poppler_document_new_from_fd(file, nullptr, nullptr));
+            poppler_document_new_from_fd(own, nullptr, nullptr));
         if (!document) return;
         if (const int pages = poppler_document_get_n_pages(document.get()); pages > 0)
             metadata.pages = pages;

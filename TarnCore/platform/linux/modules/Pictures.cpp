@@ -1,9 +1,9 @@
 #include <exception>
-#include <mutex>
 
 #include <exiv2/exiv2.hpp>
 
 #include "TarnCore/platform/linux/MediaReader.h"
+#include "TarnCore/platform/linux/modules/ExivImage.h"
 
 namespace tarn {
 namespace {
@@ -29,24 +29,11 @@ bool isSideways(const Exiv2::ExifData& exif) {
 
 class ExivReader final : public MediaReader {
 public:
-    ExivReader() {
-        Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
-        // The XMP toolkit shares state between threads and wants a lock for it.
-        static std::recursive_mutex mutex;
-        Exiv2::XmpParser::initialize(
-            [](void* data, bool isLocking) {
-                auto* shared = static_cast<std::recursive_mutex*>(data);
-                isLocking ? shared->lock() : shared->unlock();
-            },
-            &mutex);
-#if defined(EXV_ENABLE_BMFF) && !EXIV2_TEST_VERSION(0, 28, 0)
-        Exiv2::enableBMFF(true);  // HEIC, AVIF, CR3; from 0.28 on by itself
-#endif
-    }
-
-    void read(const std::string& path, ItemMetadata& metadata) const override {
+    void read(const LinuxFileBytes& file, const std::string&,
+              ItemMetadata& metadata) const override {
         try {
-            const auto image = Exiv2::ImageFactory::open(path);
+            const auto image = ExivImage::open(file);
+            if (!image) return;
             image->readMetadata();
             const Exiv2::ExifData& exif = image->exifData();
             metadata.cameraMake = text(exif, Exiv2::make(exif));

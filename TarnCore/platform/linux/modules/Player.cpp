@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "TarnCore/platform/linux/DrawingModules.h"
+#include "TarnCore/platform/linux/modules/MediaInput.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -39,41 +40,9 @@ struct Release {
     void operator()(AVPacket* packet) const { av_packet_free(&packet); }
     void operator()(SwsContext* scaler) const { sws_freeContext(scaler); }
     void operator()(SwrContext* resampler) const { swr_free(&resampler); }
-    void operator()(AVIOContext* io) const {
-        av_freep(&io->buffer);
-        avio_context_free(&io);
-    }
 };
 template <class Type>
 using Owned = std::unique_ptr<Type, Release>;
-
-/// The file, as the libraries read it.
-struct Source {
-    const FileBytes& bytes;
-    std::int64_t at = 0;
-
-    static int read(void* opaque, std::uint8_t* into, int size) {
-        auto& source = *static_cast<Source*>(opaque);
-        try {
-            const std::size_t got = source.bytes.read(
-                source.at, {reinterpret_cast<char*>(into), static_cast<std::size_t>(size)});
-            source.at += static_cast<std::int64_t>(got);
-            return got == 0 ? AVERROR_EOF : static_cast<int>(got);
-        } catch (...) {
-            return AVERROR(EIO);  // The disk fails; no exception may cross C.
-        }
-    }
-    static std::int64_t seek(void* opaque, std::int64_t offset, int whence) {
-        auto& source = *static_cast<Source*>(opaque);
-        const std::int64_t size = source.bytes.size();
-        if (whence == AVSEEK_SIZE) return size;
-        std::int64_t to = offset;
-        if (whence == SEEK_CUR) to += source.at;
-        if (whence == SEEK_END) to += size;
-        if (to < 0 || to > size) return AVERROR(EINVAL);
-        return source.at = to;
-    }
-};
 
 /// Quarter turns to the right that make the picture upright.
 int quarterTurns(const AVStream* stream) {
@@ -149,16 +118,13 @@ private:
 
 class FFmpegMedia final : public OpenMedia {
 public:
-    explicit FFmpegMedia(const FileBytes& bytes) : source_{bytes} {}
+    explicit FFmpegMedia(const FileBytes& bytes) : input_(bytes, readBuffer) {}
 
     bool open() {
-        auto* buffer = static_cast<unsigned char*>(av_malloc(readBuffer));
-        if (!buffer) return false;
-        io_.reset(avio_alloc_context(buffer, readBuffer, 0, &source_, Source::read, nullptr,
-                                     Source::seek));
+        if (!input_.context()) return false;
         AVFormatContext* format = avformat_alloc_context();
-        if (!io_ || !format) return false;
-        format->pb = io_.get();
+        if (!format) return false;
+        format->pb = input_.context();
         // What a file names beside itself is not looked for.
         format->flags |= AVFMT_FLAG_CUSTOM_IO;
         format->max_streams = 64;
@@ -399,8 +365,7 @@ private:
         return resampler_ != nullptr;
     }
 
-    Source source_;
-    Owned<AVIOContext> io_;
+    MediaInput input_;
     Owned<AVFormatContext> format_;
     Decoder film_;
     Decoder sound_;

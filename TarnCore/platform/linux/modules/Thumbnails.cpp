@@ -3,15 +3,15 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include <exiv2/exiv2.hpp>
-#include <fcntl.h>
-#include <unistd.h>
 #include <vips/vips.h>
 
-#include "TarnCore/base/QuietOpen.h"
+#include "TarnCore/platform/linux/LinuxFileBytes.h"
 #include "TarnCore/platform/linux/LinuxPictureDecoding.h"
+#include "TarnCore/platform/linux/modules/ExivImage.h"
 
 namespace tarn {
 namespace {
@@ -22,26 +22,10 @@ struct Unref {
 };
 using Image = std::unique_ptr<VipsImage, Unref>;
 
-class Descriptor {
-public:
-    explicit Descriptor(const char* path)
-        : value_(openQuietly(AT_FDCWD, path, O_RDONLY | O_CLOEXEC)) {}
-    ~Descriptor() {
-        if (value_ >= 0) close(value_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int value() const { return value_; }
-
-private:
-    int value_;
-};
-
 /// From a descriptor, because libvips would read options out of a name like "a[n=2].gif".
-Image thumbnail(const URL& url, int size) {
-    const Descriptor file(url.c_str());
-    if (file.value() < 0) return nullptr;
-    const std::unique_ptr<VipsSource, Unref> source(vips_source_new_from_descriptor(file.value()));
+Image thumbnail(const LinuxFileBytes& file, int size) {
+    const std::unique_ptr<VipsSource, Unref> source(
+        vips_source_new_from_descriptor(file.descriptor()));
     VipsImage* out = nullptr;
     if (!source || vips_thumbnail_source(source.get(), &out, size, "height", size, "size",
                                          VIPS_SIZE_DOWN, nullptr) != 0)
@@ -51,11 +35,12 @@ Image thumbnail(const URL& url, int size) {
 
 /// The smallest preview in a camera's file that is large enough, else its largest. `bytes` must
 /// live as long as the picture.
-Image preview(const URL& url, int size, std::string& bytes) {
+Image preview(const LinuxFileBytes& file, int size, std::string& bytes) {
     try {
-        const auto file = Exiv2::ImageFactory::open(url.path());
-        file->readMetadata();
-        const Exiv2::PreviewManager manager(*file);
+        const auto image = ExivImage::open(file);
+        if (!image) return nullptr;
+        image->readMetadata();
+        const Exiv2::PreviewManager manager(*image);
         const auto previews = manager.getPreviewProperties();  // smallest first
         if (previews.empty()) return nullptr;
         auto chosen = previews.back();
@@ -95,15 +80,19 @@ public:
         vips_concurrency_set(1);  // pictures are decoded side by side instead
         g_log_set_handler(
             "VIPS", G_LOG_LEVEL_WARNING, [](auto...) {}, nullptr);
-        Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
-        Exiv2::enableBMFF();
     }
 
     std::optional<DecodedPicture> decode(const URL& url, int size) const override {
         if (!ready_) return std::nullopt;
         std::string bytes;
-        Image image = thumbnail(url, size);
-        if (!image) image = preview(url, size, bytes);
+        Image image;
+        try {
+            const LinuxFileBytes file(url.c_str());
+            image = thumbnail(file, size);
+            if (!image) image = preview(file, size, bytes);
+        } catch (const std::system_error&) {
+            return std::nullopt;  // Gone, or not ours to read.
+        }
         image = applied(std::move(image), [](VipsImage* in, VipsImage** out) {
             return vips_colourspace(in, out, VIPS_INTERPRETATION_sRGB, nullptr);
         });
