@@ -1,12 +1,9 @@
 #include "Tarn/ui/thumbnails/ThumbnailCache.h"
 
-#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <string_view>
-
-#include <sys/stat.h>
 
 #include <QtCore/QBuffer>
 #include <QtCore/QCryptographicHash>
@@ -18,6 +15,7 @@
 
 #include "TarnCore/base/Deflate.h"
 #include "TarnCore/base/FileIO.h"
+#include "TarnCore/base/PrivateFolders.h"
 #include "TarnCore/base/UUID.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/files/SupportDirectory.h"
@@ -95,13 +93,6 @@ std::string textChunk(std::string_view key, std::string_view value) {
     return chunk;
 }
 
-bool makePrivateFolder(const URL& folder) {
-    if (::mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST) return true;
-    if (errno != ENOENT || folder.isRoot()) return false;
-    return makePrivateFolder(folder.parent()) &&
-           (::mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST);
-}
-
 void write(const URL& folder, const URL& file, Date modified, const QImage& image) {
     const std::string uri = desktopURI(file);
     QByteArray bytes;
@@ -109,7 +100,7 @@ void write(const URL& folder, const URL& file, Date modified, const QImage& imag
     buffer.open(QIODevice::WriteOnly);
     QImageWriter writer(&buffer, "png");
     writer.setCompression(quickCompression);
-    if (!writer.write(image) || bytes.size() < headerSize || !makePrivateFolder(folder)) return;
+    if (!writer.write(image) || bytes.size() < headerSize || !PrivateFolders::make(folder)) return;
     // Qt packs texts of more than 40 characters, and the desktop's library reads plain ones only.
     const std::string texts = textChunk(uriKey, uri) +
                               textChunk(timeKey, timeText(modified).toStdString()) +

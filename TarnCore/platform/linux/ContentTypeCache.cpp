@@ -3,11 +3,10 @@
 #include <cstdio>
 #include <system_error>
 
-#include <sys/stat.h>
-
 #include <fcntl.h>
 
 #include "TarnCore/base/FileIO.h"
+#include "TarnCore/base/PrivateFolders.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
 
@@ -23,12 +22,6 @@ std::string field(std::string_view text) {
     for (char& c : out)
         if (c == '\t' || c == '\n') c = ' ';
     return out;
-}
-
-void makeFolders(const URL& folder) {
-    if (folder.isRoot() || mkdir(folder.c_str(), 0700) == 0 || errno != ENOENT) return;
-    makeFolders(folder.parent());
-    mkdir(folder.c_str(), 0700);
 }
 
 }  // namespace
@@ -91,7 +84,7 @@ ContentTypeCache ContentTypeCacheFile::load() {
 }
 
 void ContentTypeCacheFile::create() {
-    makeFolders(file_.parent());
+    PrivateFolders::make(file_.parent());
     std::string temporary = file_.path() + ".XXXXXX";
     fd_ = FileDescriptor(mkostemp(temporary.data(), O_APPEND | O_CLOEXEC));
     if (!fd_) return;
