@@ -3,10 +3,8 @@
 #include <filesystem>
 #include <optional>
 
-#include <QtCore/QDir>
-#include <QtCore/QTemporaryDir>
-
 #include "Tarn/model/DisplayText.h"
+#include "Tarn/model/MemberFolder.h"
 #include "TarnCore/archive/ArchiveReader.h"
 #include "TarnCore/base/Guarded.h"
 #include "TarnCore/base/UUID.h"
@@ -35,7 +33,7 @@ void protect(const URL& url) {
 }  // namespace
 
 struct ArchiveMembers::State {
-    Guarded<std::optional<QTemporaryDir>> folder;
+    Guarded<std::optional<MemberFolder>> folder;
 };
 
 ArchiveMembers::ArchiveMembers() : state_(std::make_unique<State>()) {}
@@ -44,9 +42,8 @@ ArchiveMembers::~ArchiveMembers() = default;
 
 URL ArchiveMembers::folder() {
     const auto folder = state_->folder.lock();
-    if (!*folder) folder->emplace(QDir::tempPath() + QStringLiteral("/Tarn-Members-XXXXXX"));
-    if (!(*folder)->isValid()) throw ArchiveError::unreadable("There is no room to unpack it.");
-    return URL::fromPath((*folder)->path().toStdString());
+    if (!*folder) folder->emplace();
+    return (*folder)->url();
 }
 
 void ArchiveMembers::watch(ActivityTask::Handle& handle, const std::string& currentName,

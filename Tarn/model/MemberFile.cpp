@@ -5,12 +5,11 @@
 #include <utility>
 #include <vector>
 
-#include <QtCore/QDir>
-#include <QtCore/QTemporaryDir>
-
-#include "Tarn/model/DisplayText.h"
+#include "Tarn/model/CoreSentences.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/MemberFolder.h"
 #include "TarnCore/archive/ArchiveReader.h"
+#include "TarnCore/files/ListingError.h"
 
 namespace tarn {
 namespace {
@@ -30,17 +29,18 @@ std::int64_t bytesBelow(const std::string& folder) {
 
 /// Not every archive says how large a member is, nor is it true of every one that does. So what
 /// has been written is counted.
-URL unpacked(const URL& archive, const std::string& member, const QTemporaryDir& folder,
+URL unpacked(const URL& archive, const std::string& member, const URL& folder,
              const CancelToken& token, bool& isTooLarge) {
-    if (!folder.isValid()) throw ArchiveError::unreadable("There is no room to unpack it.");
     ArchiveReader::Watch watch;
     watch.token = token;
     watch.progress = [&](const ArchiveReader::Progress&) {
-        isTooLarge |= bytesBelow(folder.path().toStdString()) > MemberFile::largest;
+        isTooLarge |= bytesBelow(folder.path()) > MemberFile::largest;
         if (isTooLarge) token.cancel();
     };
-    const URL target = URL::fromPath(folder.path().toStdString()).appending("member");
-    return ArchiveReader::extract(archive, {member}, target, watch).front();
+    const auto made = ArchiveReader::extract(archive, {member}, folder.appending("member"), watch);
+    // The archive is another one meanwhile.
+    if (made.empty()) throw ListingError::notFound(member.substr(member.rfind('/') + 1));
+    return made.front();
 }
 
 }  // namespace
@@ -71,22 +71,22 @@ void MemberFile::take(const URL& archive, const std::string& member,
                 self = QPointer<MemberFile>(this)] {
         if (token.isCancelled()) return;
         std::optional<FileItem> item;
-        QString problem;
+        std::string problem;
         bool isTooLarge = false;
         try {
-            folder_ = std::make_unique<QTemporaryDir>(QDir::tempPath() +
-                                                      QStringLiteral("/Tarn-Member-XXXXXX"));
-            item = FileItem::load(unpacked(archive, member, *folder_, token, isTooLarge));
+            folder_ = std::make_unique<MemberFolder>();
+            item = FileItem::load(unpacked(archive, member, folder_->url(), token, isTooLarge));
             if (item && item->isSymlink) item.reset();
         } catch (const Error& error) {
-            problem = isTooLarge ? tooLarge : displayText(error.what());
+            problem = error.what();
         }
-        MainThread::post(self, [request, item = std::move(item), problem](MemberFile& there) {
+        const QString said = isTooLarge ? tooLarge : coreSentence(problem);
+        MainThread::post(self, [request, item = std::move(item), said](MemberFile& there) {
             if (request != there.request_) return;
             if (item)
                 emit there.ready(*item);
             else
-                emit there.failed(problem);
+                emit there.failed(said);
         });
     });
 }

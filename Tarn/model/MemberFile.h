@@ -13,9 +13,9 @@
 #include "TarnCore/base/URL.h"
 #include "TarnCore/files/FileItem.h"
 
-class QTemporaryDir;
-
 namespace tarn {
+
+class MemberFolder;
 
 /// A member of an archive as a file that can be looked at.
 ///
@@ -44,7 +44,7 @@ signals:
 private:
     std::uint64_t request_ = 0;  ///< Counts calls; the answer to an older one is dropped.
     CancelToken token_;
-    std::unique_ptr<QTemporaryDir> folder_;  ///< Touched on queue_ only.
+    std::unique_ptr<MemberFolder> folder_;  ///< Touched on queue_ only.
     SerialQueue queue_{"tarn.member"};
 };
 

@@ -17,6 +17,7 @@
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/MemberFolder.h"
 #include "Tarn/model/WindowModel.h"
 #include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/QuietOpen.h"
@@ -44,8 +45,7 @@ void tell(WindowModel& window, const QString& message) {
 
 /// Copies that were taken out of an archive, or belong to a program, are nothing to come back to.
 bool isWorthNoting(const URL& file) {
-    const bool isMember = file.path().find("/Tarn-Members-") != std::string::npos;
-    return !isMember && !Paths::isAppData(file, Paths::home());
+    return !MemberFolder::holds(file) && !Paths::isAppData(file, Paths::home());
 }
 
 void note(const std::vector<URL>& files) {
