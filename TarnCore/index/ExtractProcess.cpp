@@ -33,9 +33,8 @@ using ExtractProtocol::Kind;
 constexpr const char* programName = "tarn-extract";
 constexpr suseconds_t betweenQuestions = 50'000;  // microseconds
 /// Starting takes 20 ms; a machine that swaps may need a thousand times that.
-constexpr double readyWithin = 20;  // seconds
-/// A helper with idle priority on a busy machine has a right to its processor time, but not for
-/// ever.
+constexpr double readyWithin = 20;  // seconds of processor time
+/// A helper on a busy machine has a right to its processor time, but not for ever.
 constexpr double mostWaiting = 4;  // seconds for each of its own
 
 std::system_error failure(int errnum) {
@@ -241,7 +240,8 @@ ExtractProcess::Answer ExtractProcess::exchange(const std::string& frame, Kind k
                                                 const std::function<bool()>& isStopped) {
     isUsable_ = false;
     if (!isReady_) {
-        if (const auto end = receiveReady(Wait(id_, readyWithin, readyWithin, isStopped)))
+        if (const auto end =
+                receiveReady(Wait(id_, mostWaiting * readyWithin, readyWithin, isStopped)))
             return {.end = *end};
         isReady_ = true;
     }

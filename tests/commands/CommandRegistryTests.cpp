@@ -180,13 +180,13 @@ TEST_F(CommandsTest, copiesTheTextsOfPicturesInTheirOrder) {
     EXPECT_FALSE(isEnabled("copyText"));
     pane().select({folder_ / "a.txt", folder_ / "broken.png"});
     ASSERT_TRUE(run("copyText"));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return window->toast().has_value(); }, 30'000));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window->toast().has_value(); }, 100'000));
     EXPECT_TRUE(window->toast()->isError) << "nothing can be read";
     EXPECT_FALSE(app.clipboard().data());
     window->dismissToast(window->toast()->id);
     pane().select({folder_ / "broken.png", folder_ / "scan.png"});
     ASSERT_TRUE(run("copyText"));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return window->toast().has_value(); }, 30'000));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window->toast().has_value(); }, 100'000));
     EXPECT_FALSE(window->toast()->isError) << window->toast()->message.toStdString();
     ASSERT_TRUE(app.clipboard().data());
     const QString text = app.clipboard().data()->text();
