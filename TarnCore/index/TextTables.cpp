@@ -193,10 +193,13 @@ void TextTables::seal() {
 }
 
 bool TextTables::isSealed() {
-    const auto exists = database_.lend("SELECT 1 FROM sqlite_master WHERE name = 'seal'");
-    if (!exists->step()) return false;
-    const auto row = database_.lend("SELECT state FROM seal");
-    return row->step() && !row->text(0).empty() && row->text(0) == state();
+    try {
+        const auto row = database_.lend("SELECT state FROM seal");
+        return row->step() && !row->text(0).empty() && row->text(0) == state();
+    } catch (const DatabaseError& error) {
+        if (error.reason() == DatabaseError::Reason::failed) return false;  // No such table.
+        throw;
+    }
 }
 
 void TextTables::match(const std::string& expression, bool imagesOnly, const Hit& onHit) {

@@ -1,9 +1,11 @@
 #include "TarnCore/platform/UniformTypes.h"
 
+#include <algorithm>
 #include <cassert>
 #include <string>
-#include <unordered_map>
 #include <vector>
+
+#include "TarnCore/base/WordMap.h"
 
 namespace tarn::UniformTypes {
 namespace {
@@ -17,30 +19,36 @@ void forEachWord(std::string_view list, const Body& body) {
     }
 }
 
-using Map = std::unordered_map<std::string_view, std::size_t>;
+using Map = WordMap<std::uint16_t>;
+using Words = std::string_view Declaration::*;
 
 std::optional<std::size_t> find(const Map& map, std::string_view key) {
-    const auto found = map.find(key);
-    if (found == map.end()) return std::nullopt;
-    return found->second;
+    const std::uint16_t* found = map.find(key);
+    return found ? std::optional<std::size_t>(*found) : std::nullopt;
 }
 
-/// The table, made quick to search. Building it takes some twenty microseconds.
+/// The first type that has each word of a column.
+Map mapOf(Words column) {
+    std::size_t count = 0;
+    for (const Declaration& row : declarations())
+        count += 1 + static_cast<std::size_t>(std::ranges::count(row.*column, ' '));
+    Map map(count);
+    std::uint16_t i = 0;
+    for (const Declaration& row : declarations()) {
+        forEachWord(row.*column, [&](std::string_view word) { map.add(word, i); });
+        ++i;
+    }
+    return map;
+}
+
+/// The types made quick to search, and what they descend from.
 class Index {
 public:
     Index() : lineages(declarations().size()) {
-        const auto rows = declarations();
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-            identifiers.emplace(rows[i].identifier, i);
-            forEachWord(rows[i].extensions, [&](auto word) { extensions.emplace(word, i); });
-            forEachWord(rows[i].mimeTypes, [&](auto word) { mimeTypes.emplace(word, i); });
-        }
-        for (std::size_t i = 0; i < rows.size(); ++i) resolve(i);
+        for (std::size_t i = 0; i < lineages.size(); ++i) resolve(i);
     }
 
-    Map identifiers;
-    Map extensions;
-    Map mimeTypes;
+    const Map identifiers = mapOf(&Declaration::identifier);
     std::vector<Set> lineages;
 
 private:
@@ -138,7 +146,8 @@ std::optional<std::size_t> indexOf(std::string_view identifier) {
 }
 
 std::optional<std::size_t> indexForExtension(std::string_view lowerExtension) {
-    return find(index().extensions, lowerExtension);
+    static const Map extensions = mapOf(&Declaration::extensions);
+    return find(extensions, lowerExtension);
 }
 
 std::optional<std::size_t> indexForName(std::string_view lowerName) {
@@ -148,7 +157,8 @@ std::optional<std::size_t> indexForName(std::string_view lowerName) {
 }
 
 std::optional<std::size_t> indexForMIMEType(std::string_view mimeType) {
-    return find(index().mimeTypes, mimeType);
+    static const Map mimeTypes = mapOf(&Declaration::mimeTypes);
+    return find(mimeTypes, mimeType);
 }
 
 const Set& lineage(std::size_t i) { return index().lineages[i]; }

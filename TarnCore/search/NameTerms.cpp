@@ -75,6 +75,7 @@ bool NameTerms::allIn(std::string_view name) const {
 }
 
 std::vector<std::size_t> NameTerms::missingFrom(std::string_view name) const {
+    if (stems_.empty()) return {};
     return withFolded(name, [&](std::string_view folded) {
         std::vector<std::size_t> missing;
         for (std::size_t i = 0; i < stems_.size(); ++i)

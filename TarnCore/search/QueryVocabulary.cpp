@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <unordered_map>
 
 #include "TarnCore/base/Text.h"
+#include "TarnCore/base/WordMap.h"
 
 namespace tarn {
 namespace {
@@ -181,15 +181,27 @@ constexpr std::string_view sourceIntroducers = "from via off through";
 /// No known word is longer, so that endless ones need not be hashed.
 constexpr std::size_t longestWord = 16;
 
-using Words = std::unordered_map<std::string_view, QueryWord>;
+using Words = WordMap<QueryWord>;
+
+/// Those that are on two lists are counted twice.
+constexpr std::size_t mostWords =
+    countRowWords(kindWords) + countRowWords(cameraWords) + countRowWords(monthWords) +
+    countRowWords(weekdayWords) + countRowWords(unitWords) + countRowWords(numberWords) +
+    countRowWords(fieldWords) + countWords(safeExtensions) + countWords(ambiguousExtensions) +
+    countWords(fillers) + countWords(ambiguousSources) + countWords(contentIntroducers) +
+    countWords(quotationIntroducers) + countWords(imageWords) + countWords(sourceIntroducers);
 
 template <class Change>
 void forEachWord(Words& words, std::string_view list, const Change& change) {
-    for (const std::string_view word : Text::split(list, ' ')) change(words[word]);
+    while (!list.empty()) {
+        const std::string_view word = list.substr(0, list.find(' '));
+        change(words.add(word));
+        list.remove_prefix(std::min(list.size(), word.size() + 1));
+    }
 }
 
 Words buildWords() {
-    Words words;
+    Words words(mostWords);
     const auto set = [&words](const auto& rows, auto QueryWord::*field) {
         for (const auto& row : rows) {
             forEachWord(words, row.words, [&](QueryWord& word) { word.*field = row.meaning; });
@@ -221,8 +233,7 @@ Words buildWords() {
 const QueryWord* QueryVocabulary::find(std::string_view word) {
     static const Words words = buildWords();
     if (word.size() > longestWord) return nullptr;
-    const auto found = words.find(word);
-    return found == words.end() ? nullptr : &found->second;
+    return words.find(word);
 }
 
 const QueryVocabulary::KindPhrase* QueryVocabulary::findKindPhrase(std::string_view first,

@@ -45,6 +45,7 @@ void SearchResults::add(std::vector<FileItem> items) {
     if (items.empty()) return;
     {
         const auto state = state_.lock();
+        if (state->pending.empty()) state->pending.reserve(std::max(fullBatch, items.size()));
         for (FileItem& item : items) {
             if (state->emitted >= rules_.limit) break;
             if (!state->seen.insert(item.path()).second) continue;

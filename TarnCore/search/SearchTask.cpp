@@ -220,13 +220,15 @@ void SearchTask::State::addFromTextIndex(SearchResults& results, const FindCandi
 void SearchTask::State::addMatching(SearchResults& results,
                                     const CandidateQueue::Candidates& candidates) {
     std::vector<FileItem> items;
+    items.reserve(candidates.size());
     std::unordered_map<URL, ResourceReader> folders;  // Neighbours often share one.
     for (const IndexedContent::Candidate& candidate : candidates) {
         if (stop.isCancelled()) break;
         const auto attributes = Platform::current().files->attributes(candidate.url, Links::keep);
         if (!attributes || !matcher.mayMatch(*attributes)) continue;
         if (!textMatches(candidate, *attributes)) continue;
-        const auto& folder = folders.try_emplace(candidate.url.parent(), candidate.url.parent());
+        const URL parent = candidate.url.parent();
+        const auto& folder = folders.try_emplace(parent, parent);
         if (auto item = loadMatching(candidate.url, *attributes, folder.first->second))
             items.push_back(std::move(*item));
     }
@@ -356,9 +358,13 @@ void SearchTask::start(std::function<void(std::vector<FileItem>)> onBatch,
         state_->options.priority);
 }
 
+void SearchTask::run(const std::function<void(std::vector<FileItem>)>& onBatch) {
+    state_->run(onBatch);
+}
+
 std::vector<FileItem> SearchTask::runAll() {
     std::vector<FileItem> items;
-    state_->run([&](std::vector<FileItem> batch) {
+    run([&](std::vector<FileItem> batch) {
         std::move(batch.begin(), batch.end(), std::back_inserter(items));
     });
     return items;

@@ -42,10 +42,10 @@ struct SearchOptions {
 /// the roots, at once; every result is delivered once, in batches, until the limit is reached.
 /// Documents that no index knows are read when the walk is done, the newest first.
 ///
-/// `start` may be called once. `onBatch` comes from worker threads, one at a time; `onDone` comes
-/// once, after the last batch, on a worker thread, also after `cancel`. No batch follows a
-/// `cancel`, except one that was on its way. Any thread may cancel, and so may `onBatch`. The
-/// destructor cancels and waits, so it must not run in a callback.
+/// `start`, or one of `run` and `runAll`, may be called once. `onBatch` comes from worker threads,
+/// one at a time; `onDone` comes once, after the last batch, on a worker thread, also after
+/// `cancel`. No batch follows a `cancel`, except one that was on its way. Any thread may cancel,
+/// and so may `onBatch`. The destructor cancels and waits, so it must not run in a callback.
 ///
 /// Folders on servers are entered only where a root lies on one. A root on a server that no longer
 /// answers keeps its thread in the kernel: results from other roots still come, but `onDone`, and
@@ -58,7 +58,10 @@ public:
     SearchTask& operator=(const SearchTask&) = delete;
 
     void start(std::function<void(std::vector<FileItem>)> onBatch, std::function<void()> onDone);
-    /// Runs to the end on this thread and the pool, and returns everything accepted.
+    /// Runs to the end on this thread and the pool; `onBatch` comes from any of them, one at a
+    /// time.
+    void run(const std::function<void(std::vector<FileItem>)>& onBatch);
+    /// The same, and returns everything accepted.
     std::vector<FileItem> runAll();
     void cancel();
 

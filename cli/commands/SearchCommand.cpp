@@ -293,9 +293,12 @@ int run(const Arguments& arguments, Session& session) {
                                                arguments.has("explain") ? &task : nullptr);
     // An index answers before threads have begun.
     if (search.indexesOnly) {
-        const auto printer = shared.lock();
-        (*printer)->add(task.runAll());
-        return finish(**printer, task, search.query, session.quiet());
+        task.run([&](std::vector<FileItem> batch) {
+            const auto printer = shared.lock();
+            (*printer)->add(std::move(batch));
+            if (!(*printer)->failure.empty()) task.cancel();
+        });
+        return finish(**shared.lock(), task, search.query, session.quiet());
     }
     task.start(
         [&](std::vector<FileItem> batch) {
