@@ -194,6 +194,8 @@ void Database::onCommit(std::function<void(int pages)> hook) {
 }
 
 void Database::checkpoint() {
+    // Before a connection has read something it knows of no log, and SQLite would do nothing.
+    number("PRAGMA schema_version");
     sqlite3_wal_checkpoint_v2(handle_, nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
 }
 

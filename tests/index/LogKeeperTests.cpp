@@ -47,6 +47,15 @@ TEST_F(LogKeeperOfAFile, keepsTheLogShortWhileMuchIsWritten) {
     EXPECT_EQ(total(writer), times * bytes);
 }
 
+TEST_F(LogKeeperOfAFile, bringsInWhatIsThereLongBeforeTheWriterWouldWait) {
+    static_assert(2 * bytes < longest);
+    for (int i = 1; i <= 2; ++i) {
+        writer.execute("INSERT INTO t VALUES (zeroblob(200000))");
+        keeper.wait();
+        EXPECT_GE(sizeOf(file), i * bytes);
+    }
+}
+
 TEST_F(LogKeeperOfAFile, leavesReadersWhatTheySee) {
     Database reader(file, Database::Access::read, 5);
     reader.execute("BEGIN");
