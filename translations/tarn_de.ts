@@ -617,14 +617,6 @@
 <context>
     <name>tarn::ConflictSheet</name>
     <message>
-        <source>A folder called %1 is already in %2</source>
-        <translation>Ein Ordner namens %1 ist schon in %2</translation>
-    </message>
-    <message>
-        <source>%1 is already in %2</source>
-        <translation>%1 ist schon in %2</translation>
-    </message>
-    <message>
         <source>Do the same for all folders</source>
         <translation>Für alle Ordner übernehmen</translation>
     </message>
@@ -643,10 +635,6 @@
     <message>
         <source>Already There</source>
         <translation>Schon vorhanden</translation>
-    </message>
-    <message>
-        <source>From %1</source>
-        <translation>Aus %1</translation>
     </message>
     <message>
         <source>Stop</source>
@@ -687,6 +675,18 @@
     <message>
         <source>Puts both into one folder (M)</source>
         <translation>Legt beide in einen Ordner (M)</translation>
+    </message>
+    <message>
+        <source>A folder called “%1” is already in “%2”</source>
+        <translation>Ein Ordner namens „%1“ ist schon in „%2“</translation>
+    </message>
+    <message>
+        <source>“%1” is already in “%2”</source>
+        <translation>„%1“ ist schon in „%2“</translation>
+    </message>
+    <message>
+        <source>From “%1”</source>
+        <translation>Aus „%1“</translation>
     </message>
 </context>
 <context>
@@ -774,7 +774,7 @@
     <name>tarn::CoreSentences</name>
     <message>
         <source>“%1”, “%2” and %3 more</source>
-        <translation>„%1“, „%2“ und %3 weiteren</translation>
+        <translation>„%1“, „%2“ und %3 weitere</translation>
     </message>
     <message>
         <source>“%1”, “%2” and “%3”</source>
@@ -802,7 +802,7 @@
     </message>
     <message>
         <source>New folder “%1” with %2</source>
-        <translation>Neuer Ordner „%1“ mit %2</translation>
+        <translation>Neuer Ordner „%1“ für %2</translation>
     </message>
     <message>
         <source>New folder “%1”</source>
@@ -850,7 +850,7 @@
     </message>
     <message>
         <source>Remove the tag “%1” from %2</source>
-        <translation>Tag „%1“ von %2 entfernen</translation>
+        <translation>Tag „%1“ entfernen: %2</translation>
     </message>
     <message>
         <source>Remove tag “%1”</source>
@@ -858,7 +858,7 @@
     </message>
     <message>
         <source>Remove all tags from %1</source>
-        <translation>Alle Tags von %1 entfernen</translation>
+        <translation>Alle Tags entfernen: %1</translation>
     </message>
     <message>
         <source>Rename tag “%1” to “%2”</source>
@@ -1170,7 +1170,7 @@
     </message>
     <message>
         <source>The other disk doesn’t keep all tags, attributes and access rights of %1.</source>
-        <translation>Der andere Datenträger behält nicht alle Tags, Attribute und Zugriffsrechte von %1.</translation>
+        <translation>Der andere Datenträger behält nicht alle Tags, Attribute und Zugriffsrechte. Betroffen: %1.</translation>
     </message>
     <message>
         <source>Estimating…</source>
@@ -1602,6 +1602,54 @@
     <message>
         <source>Trash</source>
         <translation>Papierkorb</translation>
+    </message>
+    <message>
+        <source>Large Files</source>
+        <translation>Große Dateien</translation>
+    </message>
+    <message>
+        <source>Screenshots</source>
+        <translation>Bildschirmfotos</translation>
+    </message>
+    <message>
+        <source>Installers</source>
+        <translation>Installationsprogramme</translation>
+    </message>
+    <message>
+        <source>Gray</source>
+        <translation>Grau</translation>
+    </message>
+    <message>
+        <source>Plain Text</source>
+        <translation>Nur Text</translation>
+    </message>
+    <message>
+        <source>Markdown</source>
+        <translation>Markdown</translation>
+    </message>
+    <message>
+        <source>Rich Text</source>
+        <translation>Formatierter Text</translation>
+    </message>
+    <message>
+        <source>Word Document</source>
+        <translation>Word-Dokument</translation>
+    </message>
+    <message>
+        <source>Excel Spreadsheet</source>
+        <translation>Excel-Tabelle</translation>
+    </message>
+    <message>
+        <source>PowerPoint Presentation</source>
+        <translation>PowerPoint-Präsentation</translation>
+    </message>
+    <message>
+        <source>HTML Page</source>
+        <translation>HTML-Seite</translation>
+    </message>
+    <message>
+        <source>CSV Table</source>
+        <translation>CSV-Tabelle</translation>
     </message>
 </context>
 <context>
@@ -2245,7 +2293,7 @@
     </message>
     <message>
         <source>Reading %1 of %2</source>
-        <translation>%1 von %2 wird gelesen</translation>
+        <translation>%2, davon %1 gelesen</translation>
     </message>
     <message>
         <source>Looking for new files…</source>
@@ -3024,7 +3072,7 @@
     </message>
     <message>
         <source>%1 of %2 selected</source>
-        <translation>%1 von %2 ausgewählt</translation>
+        <translation>%2, davon %1 ausgewählt</translation>
     </message>
     <message>
         <source>%1 so far</source>
@@ -3484,7 +3532,26 @@
     </message>
     <message>
         <source>%1 of %2 get a new name</source>
-        <translation>%1 von %2 bekommen einen neuen Namen</translation>
+        <translation>%2, davon %1 mit neuem Namen</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::RenameWorkspaceSheet</name>
+    <message>
+        <source>Rename Workspace</source>
+        <translation>Arbeitsbereich umbenennen</translation>
+    </message>
+    <message>
+        <source>Name of the workspace</source>
+        <translation>Name des Arbeitsbereichs</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Umbenennen</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
     </message>
 </context>
 <context>
@@ -4166,6 +4233,10 @@
         <source>Favourites</source>
         <translation>Favoriten</translation>
     </message>
+    <message>
+        <source>Workspaces</source>
+        <translation>Arbeitsbereiche</translation>
+    </message>
 </context>
 <context>
     <name>tarn::TabStrip</name>
@@ -4395,6 +4466,11 @@
         <source>%1 couldn’t be moved</source>
         <translation>%1 konnten nicht bewegt werden</translation>
     </message>
+    <message>
+        <source>%1 of %2</source>
+        <comment>number of items</comment>
+        <translation>%1 / %2</translation>
+    </message>
 </context>
 <context>
     <name>tarn::TransfersButton</name>
@@ -4552,6 +4628,10 @@
         <source>Copy Path</source>
         <translation>Pfad kopieren</translation>
     </message>
+    <message>
+        <source>Open Workspace</source>
+        <translation>Arbeitsbereich öffnen</translation>
+    </message>
 </context>
 <context>
     <name>tarn::WindowChanges</name>
@@ -4624,11 +4704,11 @@
     </message>
     <message>
         <source>Removed the tag “%1” from %2</source>
-        <translation>Tag „%1“ von %2 entfernt</translation>
+        <translation>Tag „%1“ entfernt: %2</translation>
     </message>
     <message>
         <source>Removed all tags from %1</source>
-        <translation>Alle Tags von %1 entfernt</translation>
+        <translation>Alle Tags entfernt: %1</translation>
     </message>
     <message>
         <source>Compressed %1 as “%2”</source>
@@ -4715,6 +4795,37 @@
     <message>
         <source>Renamed “%1” to “%2”</source>
         <translation>„%1“ in „%2“ umbenannt</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::WorkspaceActions</name>
+    <message>
+        <source>Delete the workspace “%1”?</source>
+        <translation>Arbeitsbereich „%1“ löschen?</translation>
+    </message>
+    <message>
+        <source>The folders that its tabs show stay as they are.</source>
+        <translation>Die Ordner, die seine Tabs zeigen, bleiben, wie sie sind.</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Rename…</source>
+        <translation>Umbenennen …</translation>
+    </message>
+    <message>
+        <source>Delete…</source>
+        <translation>Löschen …</translation>
     </message>
 </context>
 </TS>

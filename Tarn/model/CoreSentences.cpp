@@ -7,6 +7,7 @@
 
 #include <QtCore/QCoreApplication>
 
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 
@@ -228,7 +229,9 @@ bool fits(QStringView pattern, QStringView text, Values& values) {
     while (at < pattern.size() && !isPlaceholder(pattern, at)) ++at;
     if (!text.startsWith(pattern.first(at))) return false;
     if (at == pattern.size()) return text.size() == at;
-    const bool isName = at > 0 && pattern[at - 1] == u'“';
+    const QStringView before = pattern.first(at);
+    const bool isName = before.endsWith(u'“');
+    const bool isTag = before.endsWith(u"ag “") || before.endsWith(u" with “");
     QString& value = values[static_cast<std::size_t>(pattern[at + 1].unicode() - u'1')];
     pattern = pattern.sliced(at + 2);
     text = text.sliced(at);
@@ -239,7 +242,8 @@ bool fits(QStringView pattern, QStringView text, Values& values) {
     for (qsizetype end = isLast ? text.size() - next.size() : text.indexOf(next, 1); end >= 1;
          end = isLast ? -1 : text.indexOf(next, end + 1)) {
         if (!fits(pattern, text.sliced(end), values)) continue;
-        const auto meant = isName ? text.first(end).toString() : translated(text.first(end));
+        const QString part = text.first(end).toString();
+        const auto meant = isTag ? tagText(part.toStdString()) : isName ? part : translated(part);
         if (!meant) continue;
         value = *meant;
         return true;

@@ -1,12 +1,16 @@
 #include "Tarn/model/CoreTexts.h"
 
+#include <algorithm>
 #include <string>
 
 #include <QtCore/QCoreApplication>
 
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/records/Location.h"
+#include "Tarn/model/records/SmartFolders.h"
+#include "TarnCore/files/FileGrouping.h"
 #include "TarnCore/files/Paths.h"
+#include "TarnCore/tags/FinderTag.h"
 
 namespace tarn {
 namespace {
@@ -65,15 +69,29 @@ namespace {
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Everything"),
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Only in the Cloud"),
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "On This Computer"),
-    // Colours of tags.
+    // Smart folders that everybody has.
+    QT_TRANSLATE_NOOP("tarn::CoreTexts", "Large Files"),
+    QT_TRANSLATE_NOOP("tarn::CoreTexts", "Screenshots"),
+    QT_TRANSLATE_NOOP("tarn::CoreTexts", "Installers"),
+    // Colours of tags, and the tags that everybody has.
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "No Colour"),
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Grey"),
+    QT_TRANSLATE_NOOP("tarn::CoreTexts", "Gray"),
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Green"),
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Purple"),
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Blue"),
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Yellow"),
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Red"),
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Orange"),
+    // New files.
+    QT_TRANSLATE_NOOP("tarn::CoreTexts", "Plain Text"),
+    QT_TRANSLATE_NOOP("tarn::CoreTexts", "Markdown"),
+    QT_TRANSLATE_NOOP("tarn::CoreTexts", "Rich Text"),
+    QT_TRANSLATE_NOOP("tarn::CoreTexts", "Word Document"),
+    QT_TRANSLATE_NOOP("tarn::CoreTexts", "Excel Spreadsheet"),
+    QT_TRANSLATE_NOOP("tarn::CoreTexts", "PowerPoint Presentation"),
+    QT_TRANSLATE_NOOP("tarn::CoreTexts", "HTML Page"),
+    QT_TRANSLATE_NOOP("tarn::CoreTexts", "CSV Table"),
     // Rules for names.
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Find and replace"),
     QT_TRANSLATE_NOOP("tarn::CoreTexts", "Add text"),
@@ -96,16 +114,37 @@ QString folderText(const URL& folder) {
     return folder.isRoot() || folder == Paths::trash() ? coreText(name) : displayText(name);
 }
 
+QString tagText(std::string_view name) {
+    const auto standard = FinderTag::standard();
+    return std::ranges::find(standard, name, &FinderTag::name) != standard.end()
+               ? coreText(name)
+               : displayText(name);
+}
+
+std::string tagNamed(const QString& typed) {
+    for (const FinderTag& tag : FinderTag::standard())
+        if (tagText(tag.name) == typed) return tag.name;
+    return typed.toStdString();
+}
+
+QString groupText(GroupField field, std::string_view title) {
+    return field == GroupField::tags && title != "No Tags" ? tagText(title) : coreText(title);
+}
+
 QString placeText(const Location& place, std::string_view title) {
     using Case = Location::Case;
     switch (place.which) {
         case Case::folder:
             return folderText(place.url);
         case Case::archive:
-        case Case::tag:
         case Case::source:
-        case Case::smartFolder:
             return displayText(title);
+        case Case::tag:
+            return tagText(title);
+        case Case::smartFolder:
+            // One that is gone has only the name that all of them have.
+            return SmartFolders::isBuiltIn(place.id) || title == place.title() ? coreText(title)
+                                                                               : displayText(title);
         case Case::library:
         case Case::home:
         case Case::cleanup:

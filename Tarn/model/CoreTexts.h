@@ -1,11 +1,13 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include <QtCore/QString>
 
 namespace tarn {
 
+enum class GroupField;
 struct Location;
 class URL;
 
@@ -16,6 +18,16 @@ QString coreText(std::string_view english);
 
 /// What a folder is called: its own name, but "/" and the Trash have one of the core's.
 QString folderText(const URL& folder);
+
+/// What a tag is called: those that everybody has in the language that is shown, all others as they
+/// were named. On the disk all keep their own names.
+QString tagText(std::string_view name);
+
+/// The name of the tag that a person means who types this: the other way round.
+std::string tagNamed(const QString& typed);
+
+/// The heading of a group of files, of which only tags have names that people give.
+QString groupText(GroupField field, std::string_view title);
 
 /// `title` of a place, which the core has named unless a person or a folder gave the name.
 QString placeText(const Location& place, std::string_view title);

@@ -16,6 +16,12 @@ namespace {
 
 const char* const absent = "—";
 
+QString tags(const FileItem& item) {
+    QStringList names;
+    for (const std::string& tag : item.tags) names << tagText(tag);
+    return names.join(QStringLiteral(", "));
+}
+
 }  // namespace
 
 PaneItems::PaneItems(TaskPool& pool, QObject* parent)
@@ -103,7 +109,7 @@ QString PaneItems::text(const FileItem& item, PaneColumn column) const {
         case PaneColumn::source:
             return source(item);
         case PaneColumn::tags:
-            return displayText(Text::join(item.tags, ", "));
+            return tags(item);
     }
     return {};
 }

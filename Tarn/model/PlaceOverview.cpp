@@ -3,8 +3,8 @@
 #include <limits>
 #include <map>
 
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/Counts.h"
-#include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "TarnCore/base/Guarded.h"
 #include "TarnCore/files/Paths.h"
@@ -133,7 +133,7 @@ int PlaceOverview::rowCount(const QModelIndex& parent) const {
 QVariant PlaceOverview::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= rowCount()) return {};
     const OverviewRow& row = this->row(index.row());
-    const QString name = displayText(row.location.text);
+    const QString name = placeText(row.location, row.location.text);
     if (role == Qt::DisplayRole) return name;
     if (role == Qt::AccessibleTextRole) return name + QStringLiteral(", ") + detail(row);
     return {};

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
@@ -122,8 +123,9 @@ std::vector<SidebarRow> SidebarModel::favoriteRows() const {
 std::vector<SidebarRow> SidebarModel::smartFolderRows() const {
     std::vector<SidebarRow> rows;
     for (const SmartFolder& folder : app_.lists().smartFolders()) {
-        SidebarRow row = place(displayText(folder.name), folder.symbol,
-                               Location::smartFolder(folder.id), SidebarSection::smartFolders);
+        const Location location = Location::smartFolder(folder.id);
+        SidebarRow row = place(placeText(location, folder.name), folder.symbol, location,
+                               SidebarSection::smartFolders);
         row.kind = SidebarRow::Kind::smartFolder;
         row.id = folder.id;
         row.isBuiltIn = folder.builtIn;
@@ -138,7 +140,7 @@ std::vector<SidebarRow> SidebarModel::tagRows() const {
     tags.resize(std::min(tags.size(), FinderTag::standard().size() + mostOwnTags));
     for (const FinderTag& tag : tags) {
         SidebarRow row =
-            place(displayText(tag.name), "tag", Location::tag(tag.name), SidebarSection::tags);
+            place(tagText(tag.name), "tag", Location::tag(tag.name), SidebarSection::tags);
         row.kind = SidebarRow::Kind::tag;
         row.tag = tag;
         rows.push_back(std::move(row));

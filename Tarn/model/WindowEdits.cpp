@@ -6,6 +6,7 @@
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/CoreSentences.h"
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/FileMime.h"
@@ -202,7 +203,7 @@ void WindowEdits::addTagTo(const std::vector<URL>& urls, const FinderTag& tag) {
                {[name = Text::quoted(tag.name)](const std::string& what) {
                     return "Tag " + what + " with " + name;
                 },
-                [name = displayText(tag.name)](const QString& what) {
+                [name = tagText(tag.name)](const QString& what) {
                     return tr("Tagged %1 with “%2”").arg(what, name);
                 }},
                [tag](const URL& url) { return TagStore::add(tag, url); });
@@ -213,7 +214,7 @@ void WindowEdits::removeTag(const std::string& tag) {
                {[name = Text::quoted(tag)](const std::string& what) {
                     return "Remove the tag " + name + " from " + what;
                 },
-                [name = displayText(tag)](const QString& what) {
+                [name = tagText(tag)](const QString& what) {
                     return tr("Removed the tag “%1” from %2").arg(name, what);
                 }},
                [tag](const URL& url) { return TagStore::remove(tag, url); });

@@ -7,7 +7,7 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QToolButton>
 
-#include "Tarn/model/DisplayText.h"
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/ui/tags/TagDots.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
@@ -34,7 +34,7 @@ TagChip::TagChip(FinderTag tag, bool isShared, QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
-    const QString name = displayText(tag_.name);
+    const QString name = tagText(tag_.name);
     setText(name);
     setAccessibleName(tr("Tag “%1”").arg(name));
     setAccessibleDescription(isShared ? tr("Press Delete to remove it.")

@@ -1,6 +1,7 @@
 #include "Tarn/ui/pane/NewFileMenu.h"
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/WindowEdits.h"
@@ -28,7 +29,9 @@ void NewFileMenu::look() {
 }
 
 void NewFileMenu::addFile(const FileTemplate& file) {
-    QString title = displayText(file.title).replace(u'&', QStringLiteral("&&"));
+    // The user's own are called as their files are.
+    QString title = file.sourceURL ? displayText(file.title) : coreText(file.title);
+    title.replace(u'&', QStringLiteral("&&"));
     addAction(Icons::symbol(file.symbol), title, this,
               [this, file] { window_->edits().newFile(file); });
 }

@@ -5,7 +5,7 @@
 #include <QtGui/QAccessible>
 #include <QtWidgets/QAccessibleWidget>
 
-#include "Tarn/model/DisplayText.h"
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/ui/pane/PaneView.h"
 #include "Tarn/ui/pane/SnippetLine.h"
@@ -37,7 +37,7 @@ public:
             PaneModel& pane = view_->pane();
             QString text = PaneView::tr("%1 of %2").arg(row_ + 1).arg(pane.items().count());
             if (const RowGroup* group = pane.items().rows()->group(static_cast<std::size_t>(row_)))
-                text = PaneView::tr("%1, %2").arg(displayText(group->title), text);
+                text = PaneView::tr("%1, %2").arg(groupText(pane.groupBy(), group->title), text);
             if (const TextMatch* match = pane.snippet(pane.items().item(row_))) {
                 if (const QString line = SnippetLine::spoken(*match); !line.isEmpty())
                     text += QStringLiteral(". ") + line;

@@ -248,8 +248,8 @@ void PaneView::paintHeading(QPainter& painter, int group, const QRect& rect) con
     const QString count = QLocale().toString(heading.itemCount);
     const int countWidth = Fonts::textWidth(Fonts::small(), count) + Metrics::space8;
     const int room = line.width() - left - countWidth - Metrics::space8;
-    const QString title =
-        QFontMetrics(bold).elidedText(coreText(heading.title), Qt::ElideRight, room);
+    const QString title = QFontMetrics(bold).elidedText(groupText(pane_.groupBy(), heading.title),
+                                                        Qt::ElideRight, room);
     const int width = Fonts::textWidth(bold, title);
     painter.setFont(bold);
     painter.setPen(palette().color(QPalette::Text));

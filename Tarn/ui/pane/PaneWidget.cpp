@@ -295,7 +295,7 @@ void PaneWidget::showError() {
 }
 
 void PaneWidget::showNothingFound() {
-    const QString place = placeText(pane_.location(), pane_.location().title());
+    const QString place = placeText(pane_.location(), pane_.title());
     switch (pane_.searchScope()) {
         case SearchScopeSetting::currentFolder: {
             const bool isHome = pane_.location() == Location::folder(Paths::home());
@@ -385,7 +385,7 @@ void PaneWidget::showNothingFiltered() {
 void PaneWidget::showEmptyQuery() {
     const Location& place = pane_.location();
     const std::string symbol(place.symbol());
-    const QString title = QString::fromStdString(pane_.title());
+    const QString title = placeText(place, pane_.title());
     const auto [heading, sentence] = [&]() -> std::pair<QString, QString> {
         switch (place.which) {
             case Location::Case::library:

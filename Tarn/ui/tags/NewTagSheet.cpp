@@ -73,7 +73,7 @@ void NewTagSheet::pick(TagColor color) {
 void NewTagSheet::check() { create_->setEnabled(!name_->text().trimmed().isEmpty()); }
 
 void NewTagSheet::apply() {
-    const std::string name = name_->text().trimmed().toStdString();
+    const std::string name = tagNamed(name_->text().trimmed());
     if (name.empty()) return;
     window_.edits().addTag({name, color_});
     finish();

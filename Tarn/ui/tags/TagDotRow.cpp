@@ -7,7 +7,7 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QToolTip>
 
-#include "Tarn/model/DisplayText.h"
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
@@ -62,7 +62,7 @@ void TagDotRow::point(int index) {
     if (index == pointed_) return;
     pointed_ = index;
     setAccessibleDescription(
-        index < 0 ? QString() : displayText(entries_[static_cast<std::size_t>(index)].tag.name));
+        index < 0 ? QString() : tagText(entries_[static_cast<std::size_t>(index)].tag.name));
     update();
 }
 
@@ -142,8 +142,7 @@ bool TagDotRow::event(QEvent* event) {
         if (index >= 0)
             QToolTip::showText(
                 help->globalPos(),
-                displayText(entries_[static_cast<std::size_t>(index)].tag.name).toHtmlEscaped(),
-                this);
+                tagText(entries_[static_cast<std::size_t>(index)].tag.name).toHtmlEscaped(), this);
         return true;
     }
     return QWidget::event(event);

@@ -7,7 +7,7 @@
 #include <QtWidgets/QWidgetAction>
 
 #include "Tarn/model/AppModel.h"
-#include "Tarn/model/DisplayText.h"
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/tags/TagDotRow.h"
@@ -45,7 +45,7 @@ void fillNames(QMenu& menu, WindowModel& window) {
     for (const FinderTag& tag : offered(window, items)) {
         const TagDots::Share shared = share(items, tag.name);
         // An & in a name is no mark of a key.
-        QString text = displayText(tag.name).replace(u'&', QStringLiteral("&&"));
+        QString text = tagText(tag.name).replace(u'&', QStringLiteral("&&"));
         QAction* action = menu.addAction(TagDots::icon(tag.color, shared), text, &menu,
                                          [&window, tag] { window.edits().toggleTag(tag); });
         action->setCheckable(true);

@@ -22,7 +22,7 @@ QString doneOfTotal(const TransferProgress& progress) {
         return Words::tr("%1 of %2")
             .arg(Counts::bytes(progress.doneBytes), Counts::bytes(progress.totalBytes));
     if (progress.totalItems > 0)
-        return Words::tr("%1 of %2")
+        return Words::tr("%1 of %2", "number of items")
             .arg(QString::number(progress.doneItems), Counts::items(progress.totalItems));
     return {};
 }
