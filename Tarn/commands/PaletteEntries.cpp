@@ -7,8 +7,8 @@
 
 #include "Tarn/commands/CommandRegistry.h"
 #include "Tarn/model/AppModel.h"
-#include "Tarn/model/Counts.h"
 #include "Tarn/model/CoreTexts.h"
+#include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/TabGroup.h"
 #include "Tarn/model/UserLists.h"
@@ -154,12 +154,8 @@ bool PaletteEntries::run(const PaletteEntry& entry, WindowModel& window) {
         case PaletteEntry::Kind::folder:
             window.active().navigate(Location::folder(entry.folder));
             return true;
-        case PaletteEntry::Kind::workspace: {
-            const Workspace* workspace = window.app().lists().workspace(entry.workspace);
-            if (!workspace || !window.group()) return false;
-            window.group()->open(workspace->tabs);
-            return true;
-        }
+        case PaletteEntry::Kind::workspace:
+            return window.group() && window.group()->openWorkspace(entry.workspace);
     }
     return false;
 }

@@ -54,6 +54,7 @@ StartPlaces::StartPlaces(AppModel& app, QObject* parent) : QObject(parent), app_
         library_.push_back(std::move(place));
     }
     connect(&app, &AppModel::volumesChanged, this, &StartPlaces::showVolumes);
+    connect(&app.lists(), &UserLists::workspacesChanged, this, &StartPlaces::showWorkspaces);
     connect(&app.lists(), &UserLists::favoritesChanged, this, &StartPlaces::showFavorites);
     connect(&probe_, &VolumeProbe::answered, this,
             [this](const URL& mountPoint, const std::optional<VolumeSpace>& space) {
@@ -64,6 +65,7 @@ StartPlaces::StartPlaces(AppModel& app, QObject* parent) : QObject(parent), app_
     connect(&probe_, &VolumeProbe::silent, this, [this](const URL& mountPoint) {
         setSpace(mountPoint, tr("Not responding"), std::nullopt);
     });
+    showWorkspaces();
     showFavorites();
     showVolumes();
     refresh();
@@ -88,6 +90,19 @@ void StartPlaces::refresh() {
         });
     });
     for (const StartPlace& volume : volumes_) probe_.ask(volume.location.url);
+}
+
+void StartPlaces::showWorkspaces() {
+    workspaces_.clear();
+    for (const Workspace& workspace : app_.lists().workspaces()) {
+        StartPlace place;
+        place.title = displayText(workspace.name);
+        place.detail = Counts::tabs(static_cast<std::int64_t>(workspace.tabs.size()));
+        place.symbol = "rectangle.on.rectangle";
+        place.workspace = workspace.id;
+        workspaces_.push_back(std::move(place));
+    }
+    emit changed();
 }
 
 void StartPlaces::showFavorites() {

@@ -54,6 +54,13 @@ void TabGroup::open(const std::vector<WindowSnapshot>& tabs) {
     if (!tabs.empty()) setCurrent(first);
 }
 
+bool TabGroup::openWorkspace(const UUID& id) {
+    const Workspace* workspace = app_.lists().workspace(id);
+    if (!workspace) return false;
+    open(workspace->tabs);
+    return true;
+}
+
 WindowModel& TabGroup::add(std::unique_ptr<WindowModel> tab, bool makeCurrent) {
     insert(count(), std::move(tab), makeCurrent);
     return *tabs_.back();

@@ -41,6 +41,8 @@ public:
     WindowModel& open(const WindowSnapshot& snapshot, bool makeCurrent = true);
     /// Adds tabs in their order after the current one, the first of them in front.
     void open(const std::vector<WindowSnapshot>& tabs);
+    /// Those of a workspace likewise; false when it has gone.
+    bool openWorkspace(const UUID& id);
     /// Adds a tab that was made elsewhere, at the end.
     WindowModel& add(std::unique_ptr<WindowModel> tab, bool makeCurrent = true);
     /// Gives a tab away, as a window of its own; the same then happens as for one that is closed.

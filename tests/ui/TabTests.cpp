@@ -8,6 +8,7 @@
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/TabGroup.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/home/StartTile.h"
 #include "Tarn/ui/inspector/Inspector.h"
 #include "Tarn/ui/onboarding/OnboardingSheet.h"
 #include "Tarn/ui/pane/PaneView.h"
@@ -16,6 +17,8 @@
 #include "Tarn/ui/quicklook/QuickLook.h"
 #include "Tarn/ui/search/SearchField.h"
 #include "Tarn/ui/sheets/HistorySheet.h"
+#include "Tarn/ui/sheets/QuestionSheet.h"
+#include "Tarn/ui/sheets/RenameWorkspaceSheet.h"
 #include "Tarn/ui/sidebar/Sidebar.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/transfers/ToastView.h"
@@ -356,6 +359,45 @@ TEST_F(TabTest, theStartScreenSearches) {
     press(Qt::Key_Escape);
     EXPECT_EQ(field->text(), QString());
     EXPECT_TRUE(field->isVisible());
+}
+
+TEST_F(TabTest, workspacesAreOpenedRenamedAndDeletedOnTheStartScreen) {
+    UserLists& lists = app.lists();
+    const UUID id = lists.saveWorkspace("Taxes", {model().snapshot(), model().snapshot()});
+    const UUID other = lists.saveWorkspace("Garden", {model().snapshot()});
+    model().active().navigate(Location::home());
+    const auto tile = [this](const char* name) -> StartTile* {
+        for (auto* one : window->page().active().findChildren<StartTile*>())
+            if (one->isVisible() && one->text() == QString::fromUtf8(name)) return one;
+        return nullptr;
+    };
+    ASSERT_TRUE(waitFor([&] { return tile("Taxes") != nullptr; }));
+    tile("Taxes")->setFocus();
+    press(Qt::Key_F2);
+    auto* sheet = window->findChild<RenameWorkspaceSheet*>();
+    ASSERT_TRUE(sheet);
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("garden"));
+    press(Qt::Key_Return);
+    EXPECT_TRUE(sheet->isVisible()) << "the other one is called so";
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral(" shed"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(lists.workspace(id)->name, "garden shed");
+    ASSERT_TRUE(tile("garden shed"));
+    const int before = group().count();
+    tile("garden shed")->click();
+    EXPECT_EQ(group().count(), before + 2);
+
+    group().setCurrent(0);
+    tile("Garden")->setFocus();
+    press(Qt::Key_Delete);
+    press(Qt::Key_Return);
+    EXPECT_TRUE(lists.workspace(other)) << "the harmless answer";
+    tile("Garden")->setFocus();
+    press(Qt::Key_Delete);
+    part<QuestionSheet>().yes()->click();
+    EXPECT_FALSE(lists.workspace(other));
+    EXPECT_FALSE(tile("Garden"));
+    lists.removeWorkspace(id);
 }
 
 TEST_F(TabTest, onboardingGoesOnWhereItWasLeft) {

@@ -12,6 +12,7 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/home/StartSection.h"
 #include "Tarn/ui/home/StartTile.h"
+#include "Tarn/ui/menus/WorkspaceActions.h"
 #include "Tarn/ui/text/ClearButton.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
@@ -28,6 +29,7 @@ StartScreen::StartScreen(WindowModel& tab, PaneModel& pane, QWidget* parent)
       content_(new QWidget),
       field_(new QLineEdit),
       recents_(new StartSection(tr("Recent Folders"), content_)),
+      workspaces_(new StartSection(tr("Workspaces"), content_)),
       favorites_(new StartSection(tr("Favourites"), content_)),
       library_(new StartSection(tr("Library"), content_)),
       volumes_(new StartSection(tr("Locations"), content_)) {
@@ -52,11 +54,15 @@ StartScreen::StartScreen(WindowModel& tab, PaneModel& pane, QWidget* parent)
     auto* column = new QVBoxLayout(content_);
     column->setSpacing(Metrics::space24);
     column->addWidget(field_);
-    for (StartSection* section : {recents_, favorites_, library_, volumes_}) {
+    for (StartSection* section : {recents_, workspaces_, favorites_, library_, volumes_}) {
         column->addWidget(section);
         connectSection(*section);
     }
     column->addStretch(1);
+    connect(workspaces_, &StartSection::tileAdded, this, [this](StartTile* tile) {
+        WorkspaceActions::addTo(*tile, tab_,
+                                [tile] { return tile->place().workspace.value_or(UUID()); });
+    });
     scroll_->setWidgetResizable(true);
     scroll_->setFrameShape(QFrame::NoFrame);
     scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -73,17 +79,27 @@ StartScreen::StartScreen(WindowModel& tab, PaneModel& pane, QWidget* parent)
 
 void StartScreen::connectSection(StartSection& section) {
     connect(&section, &StartSection::chosen, this,
-            [this](const Location& location) { pane_.navigate(location); });
-    connect(&section, &StartSection::chosenAside, this, [this](const Location& location) {
-        if (TabGroup* group = tab_.group())
-            group->open(WindowSnapshot::of(location, tab_.sidebarVisible()), false);
-    });
+            [this](const StartPlace& place) { open(place, false); });
+    connect(&section, &StartSection::chosenAside, this,
+            [this](const StartPlace& place) { open(place, true); });
+}
+
+void StartScreen::open(const StartPlace& place, bool isAside) {
+    TabGroup* group = tab_.group();
+    if (place.workspace) {
+        if (group) group->openWorkspace(*place.workspace);
+    } else if (!isAside) {
+        pane_.navigate(place.location);
+    } else if (group) {
+        group->open(WindowSnapshot::of(place.location, tab_.sidebarVisible()), false);
+    }
 }
 
 void StartScreen::enter() { field_->setFocus(Qt::OtherFocusReason); }
 
 void StartScreen::showPlaces() {
     recents_->setPlaces(places_->recents());
+    workspaces_->setPlaces(places_->workspaces());
     favorites_->setPlaces(places_->favorites());
     library_->setPlaces(places_->library());
     volumes_->setPlaces(places_->volumes());

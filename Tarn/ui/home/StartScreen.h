@@ -11,7 +11,7 @@ class PaneModel;
 class StartPlaces;
 class StartSection;
 class WindowModel;
-struct Location;
+struct StartPlace;
 
 /// The place `home`: a large field to search with, and where one may want to go.
 class StartScreen final : public QWidget {
@@ -31,6 +31,7 @@ protected:
 private:
     void showPlaces();
     void connectSection(StartSection& section);
+    void open(const StartPlace& place, bool isAside);
     void layOut();
 
     WindowModel& tab_;
@@ -40,6 +41,7 @@ private:
     QWidget* content_;
     QLineEdit* field_;
     StartSection* recents_;
+    StartSection* workspaces_;
     StartSection* favorites_;
     StartSection* library_;
     StartSection* volumes_;

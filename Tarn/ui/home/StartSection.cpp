@@ -40,11 +40,12 @@ void StartSection::setPlaces(const std::vector<StartPlace>& places) {
     while (tiles_.size() < places.size()) {
         auto* tile = new StartTile(this);
         connect(tile, &StartTile::clicked, this,
-                [this, tile] { emit chosen(tile->place().location); });
+                [this, tile] { emit chosen(StartPlace(tile->place())); });
         connect(tile, &StartTile::openedAside, this,
-                [this, tile] { emit chosenAside(tile->place().location); });
+                [this, tile] { emit chosenAside(StartPlace(tile->place())); });
         tile->show();
         tiles_.push_back(tile);
+        emit tileAdded(tile);
     }
     for (std::size_t i = 0; i < places.size(); ++i) tiles_[i]->setPlace(places[i]);
     setVisible(!places.empty());

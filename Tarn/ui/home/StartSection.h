@@ -28,8 +28,9 @@ public:
     QSize minimumSizeHint() const override;
 
 signals:
-    void chosen(const tarn::Location& location);
-    void chosenAside(const tarn::Location& location);
+    void tileAdded(tarn::StartTile* tile);
+    void chosen(const tarn::StartPlace& place);
+    void chosenAside(const tarn::StartPlace& place);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -31,7 +31,8 @@ void StartTile::setPlace(const StartPlace& place) {
     if (place == place_) return;
     place_ = place;
     setText(place.title);
-    const bool isFolder = place.location.isFolder() && !place.symbol.starts_with("externaldrive") &&
+    const bool isFolder = place.location.isFolder() && !place.workspace &&
+                          !place.symbol.starts_with("externaldrive") &&
                           !place.symbol.starts_with("internaldrive") && place.symbol != "network";
     icon_ = isFolder ? Icons::folder(place.symbol == "folder" ? std::string() : place.symbol)
                      : Icons::symbol(place.symbol, Icons::Tint::accent);
@@ -65,7 +66,7 @@ void StartTile::paintEvent(QPaintEvent*) {
     const auto placed = [this](const QRect& logical) {
         return QStyle::visualRect(layoutDirection(), rect(), logical);
     };
-    const bool isSymbol = place_.location.which == Location::Case::library;
+    const bool isSymbol = place_.workspace || place_.location.which == Location::Case::library;
     const int side = isSymbol ? Metrics::iconRow : Metrics::iconLarge;
     const int margin = Metrics::space12;
     icon_.paint(&painter, placed({margin, (height() - side) / 2, side, side}));

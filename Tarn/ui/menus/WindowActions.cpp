@@ -18,6 +18,7 @@
 #include "Tarn/commands/CommandActions.h"
 #include "Tarn/commands/CommandRegistry.h"
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/DisplayText.h"
 #include "Tarn/model/TabGroup.h"
 #include "Tarn/model/UserLists.h"
 #include "Tarn/model/WindowModel.h"
@@ -245,6 +246,7 @@ void WindowActions::fillGroup(QMenu& menu, std::string_view group) {
         if (std::ranges::find(beginnings, command.id) != std::end(beginnings)) menu.addSeparator();
         if (!command.id.starts_with("copyPath")) {
             menu.addAction(action(command.id));
+            if (command.id == "workspace.save") addWorkspaces(menu);
             continue;
         }
         if (command.id != "copyPath") continue;
@@ -267,6 +269,21 @@ void WindowActions::fillGroup(QMenu& menu, std::string_view group) {
             });
         }
     }
+}
+
+void WindowActions::addWorkspaces(QMenu& menu) {
+    QMenu* all = menu.addMenu(tr("Open Workspace"));
+    connect(&menu, &QMenu::aboutToShow, all, [this, all] {
+        all->clear();
+        for (const Workspace& workspace : app_.lists().workspaces()) {
+            // An & in a name is no mark of a key.
+            const QString name = displayText(workspace.name).replace(u'&', QStringLiteral("&&"));
+            all->addAction(name, this, [this, id = workspace.id] {
+                if (model_ && model_->group()) model_->group()->openWorkspace(id);
+            });
+        }
+        all->setEnabled(!all->isEmpty());
+    });
 }
 
 QMenu* WindowActions::makeGroup(std::string_view group, QWidget* parent) {

@@ -67,6 +67,8 @@ private:
     void followPanes();
     void setKeys();
     void showPalette();
+    /// The menu that opens one of them.
+    void addWorkspaces(QMenu& menu);
 
     struct Own {
         QAction* action;

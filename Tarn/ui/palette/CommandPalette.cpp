@@ -1,6 +1,7 @@
 #include "Tarn/ui/palette/CommandPalette.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include <QtGui/QAccessible>
 #include <QtGui/QAction>
@@ -11,6 +12,7 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListView>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QScrollBar>
 
 #include "Tarn/commands/CommandRegistry.h"
@@ -18,8 +20,10 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/focus/Overlay.h"
 #include "Tarn/ui/menus/KeyText.h"
+#include "Tarn/ui/menus/WorkspaceActions.h"
 #include "Tarn/ui/palette/PaletteDelegate.h"
 #include "Tarn/ui/palette/PaletteModel.h"
+#include "Tarn/ui/text/ListKey.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
@@ -84,6 +88,8 @@ CommandPalette::CommandPalette(WindowModel& model, QWidget& window)
     list_->setAutoFillBackground(false);
     list_->viewport()->setAutoFillBackground(false);
     connect(list_, &QListView::clicked, this, &CommandPalette::run);
+    list_->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(list_, &QListView::customContextMenuRequested, this, &CommandPalette::openMenu);
     nothing_->setForegroundRole(QPalette::PlaceholderText);
     nothing_->setContentsMargins(space16, space12, space16, space16);
 
@@ -168,23 +174,27 @@ void CommandPalette::filter(const QString& text) {
 
 void CommandPalette::mark(int row) {
     list_->setCurrentIndex(rows_->index(row));
-    // The keyboard stays in the field; this is what readers of the screen follow.
-    QAccessibleEvent marked(list_, QAccessible::Focus);
-    marked.setChild(row);
-    QAccessible::updateAccessibility(&marked);
+    ListKey::tellMarked(*list_, row);
 }
 
 void CommandPalette::step(int by) {
     const int count = rows_->rowCount();
+    const bool isPage = std::abs(by) > 1;
     int row = list_->currentIndex().row();
-    for (int tries = 0; tries < count; ++tries) {
-        row = (row + by + count) % count;
+    int wanted = row;
+    int left = std::abs(by);
+    for (int tries = 0; tries < count && left > 0; ++tries) {
+        row += by < 0 ? -1 : 1;
+        if (isPage && (row < 0 || row >= count)) break;
+        row = (row + count) % count;
         if (rows_->isHeading(row)) continue;
-        mark(row);
-        // With the heading above the first one.
-        if (row <= 1) list_->scrollToTop();
-        return;
+        wanted = row;
+        --left;
     }
+    if (wanted < 0) return;
+    mark(wanted);
+    // With the heading above the first one.
+    if (wanted <= 1) list_->scrollToTop();
 }
 
 void CommandPalette::run(const QModelIndex& index) {
@@ -198,42 +208,32 @@ void CommandPalette::run(const QModelIndex& index) {
     PaletteEntries::run(entry, model);
 }
 
+void CommandPalette::openMenu(const QPoint& position) {
+    const QModelIndex index = list_->indexAt(position);
+    if (!index.isValid() || rows_->isHeading(index.row())) return;
+    const PaletteEntry& entry = *rows_->row(index.row()).entry;
+    if (entry.kind != PaletteEntry::Kind::workspace) return;
+    mark(index.row());
+    auto* menu = new QMenu(parentWidget());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    WorkspaceActions::addTo(*menu, model_, [id = entry.workspace] { return id; });
+    connect(menu, &QMenu::triggered, this, &CommandPalette::finish);
+    menu->popup(list_->viewport()->mapToGlobal(position));
+}
+
 bool CommandPalette::handleKey(int key, Qt::KeyboardModifiers modifiers) {
-    const int page = rowsShown - 1;
-    switch (key) {
-        case Qt::Key_Escape:
+    const ListKey asked = ListKey::of(key, rowsShown);
+    switch (asked.wish) {
+        case ListKey::Wish::close:
             finish();
             return true;
-        case Qt::Key_Down:
-            step(1);
+        case ListKey::Wish::move:
+            step(asked.rows);
             return true;
-        case Qt::Key_Up:
-            step(-1);
-            return true;
-        case Qt::Key_Tab:
-            step(1);
-            return true;
-        case Qt::Key_Backtab:
-            step(-1);
-            return true;
-        case Qt::Key_PageDown:
-        case Qt::Key_PageUp:
-            for (int i = 0; i < page; ++i) {
-                const int before = list_->currentIndex().row();
-                step(key == Qt::Key_PageDown ? 1 : -1);
-                // Not round the ends.
-                const int now = list_->currentIndex().row();
-                if ((key == Qt::Key_PageDown) == (now < before)) {
-                    mark(before);
-                    break;
-                }
-            }
-            return true;
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
+        case ListKey::Wish::choose:
             run(list_->currentIndex());
             return true;
-        default:
+        case ListKey::Wish::none:
             break;
     }
     // The keys that opened it close it.

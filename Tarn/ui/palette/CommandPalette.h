@@ -38,10 +38,13 @@ private:
     void place();
     void filter(const QString& text);
     bool handleKey(int key, Qt::KeyboardModifiers modifiers);
-    /// Marks the next row that is no heading, or the one before; goes round at the ends.
+    /// Marks the row that many further down, not counting headings; single steps go round at the
+    /// ends.
     void step(int by);
     void mark(int row);
     void run(const QModelIndex& index);
+    /// What else can be done with a row than running it.
+    void openMenu(const QPoint& position);
 
     WindowModel& model_;
     PaletteModel* rows_;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include <QtGui/QAccessible>
 #include <QtGui/QAction>
 #include <QtGui/QCursor>
 #include <QtGui/QGuiApplication>
@@ -22,6 +21,7 @@
 #include "Tarn/ui/quicksearch/XDisplay.h"
 #include "Tarn/ui/search/BusyLine.h"
 #include "Tarn/ui/search/ChipRow.h"
+#include "Tarn/ui/text/ListKey.h"
 #include "Tarn/ui/text/TabularLabel.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
@@ -228,10 +228,7 @@ void QuickSearchPanel::mark(int row) {
     pane_->selection().setCurrentIndex(
         index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     list_->scrollTo(index);
-    // The keyboard stays in the field; this is what readers of the screen follow.
-    QAccessibleEvent marked(list_, QAccessible::Focus);
-    marked.setChild(row);
-    QAccessible::updateAccessibility(&marked);
+    ListKey::tellMarked(*list_, row);
 }
 
 void QuickSearchPanel::step(int by) {
@@ -255,41 +252,30 @@ void QuickSearchPanel::choose(const QModelIndex& index, bool reveals) {
 }
 
 bool QuickSearchPanel::handleKey(int key, Qt::KeyboardModifiers modifiers) {
-    switch (key) {
-        case Qt::Key_Escape:
+    // From the first row on to the chips, which have no other way to them.
+    if (key == Qt::Key_Backtab && (list_->isHidden() || list_->currentIndex().row() <= 0)) {
+        chips_->focusLast();
+        return true;
+    }
+    const ListKey asked = ListKey::of(key, rowsShown);
+    switch (asked.wish) {
+        case ListKey::Wish::close:
             close();
             return true;
-        case Qt::Key_Down:
-        case Qt::Key_Tab:
-            step(1);
+        case ListKey::Wish::move:
+            step(asked.rows);
             return true;
-        case Qt::Key_Up:
-            step(-1);
-            return true;
-        case Qt::Key_Backtab:
-            // From the first row on to the chips, which have no other way to them.
-            if (list_->isHidden() || list_->currentIndex().row() <= 0)
-                chips_->focusLast();
-            else
-                step(-1);
-            return true;
-        case Qt::Key_PageDown:
-            step(rowsShown - 1);
-            return true;
-        case Qt::Key_PageUp:
-            step(1 - rowsShown);
-            return true;
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
+        case ListKey::Wish::choose:
             // What is shown may still be what an older text has found.
             if (isCurrent())
                 choose(list_->currentIndex(), modifiers & Qt::ControlModifier);
             else if (isWaiting_)
                 pane_->setSearchText(field_->text().toStdString());
             return true;
-        default:
+        case ListKey::Wish::none:
             return false;
     }
+    return false;
 }
 
 bool QuickSearchPanel::event(QEvent* event) {
