@@ -137,10 +137,6 @@ void IndexSection::makeSwitches() {
     row->addStretch();
     column->addLayout(row);
     languagesButton_->setMenu(languagesMenu_);
-    languagesButton_->setIcon(Icons::symbol("chevron.down", Icons::Tint::secondary));
-    languagesButton_->setIconSize({Metrics::space12, Metrics::space12});
-    // The arrow stands behind the text, as one reads.
-    languagesButton_->setLayoutDirection(isRightToLeft() ? Qt::LeftToRight : Qt::RightToLeft);
     languagesButton_->setAccessibleName(tr("Languages of text in pictures"));
     connect(on_, &QCheckBox::clicked, this, [this](bool isOn) {
         change([isOn](AppSettings& settings) { settings.indexFileContents = isOn; });

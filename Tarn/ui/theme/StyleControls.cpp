@@ -112,6 +112,23 @@ void comboBox(QPainter& painter, const QStyleOptionComboBox& option, const QRect
                 option.state & QStyle::State_Enabled);
 }
 
+void menuButtonLabel(QPainter& painter, const QStyleOptionButton& button, const QStyle& style) {
+    QStyleOptionComboBox box;
+    box.rect = button.rect;
+    box.direction = button.direction;
+    box.fontMetrics = button.fontMetrics;
+    const bool isEnabled = button.state & QStyle::State_Enabled;
+    const auto part = [&](QStyle::SubControl which) {
+        return style.subControlRect(QStyle::CC_ComboBox, &box, which, nullptr);
+    };
+    const Qt::Alignment leading = QStyle::visualAlignment(button.direction, Qt::AlignLeft);
+    style.drawItemText(&painter, part(QStyle::SC_ComboBoxEditField),
+                       static_cast<int>(leading | Qt::AlignVCenter) | Qt::TextSingleLine,
+                       button.palette, isEnabled, button.text, QPalette::ButtonText);
+    paintSymbol(painter, part(QStyle::SC_ComboBoxArrow), "chevron.down", Icons::Tint::secondary,
+                isEnabled);
+}
+
 void checkBox(QPainter& painter, const QStyleOption& option) {
     const Colors& colors = Colors::current();
     const bool on = option.state & (QStyle::State_On | QStyle::State_NoChange);

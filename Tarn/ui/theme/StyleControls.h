@@ -17,6 +17,8 @@ void pushButton(QPainter& painter, const QStyleOption& option);
 void toolButton(QPainter& painter, const QStyleOption& option);
 void field(QPainter& painter, const QStyleOption& option);
 void comboBox(QPainter& painter, const QStyleOptionComboBox& option, const QRect& arrow);
+/// Of a button with a menu, which looks like a list of choices.
+void menuButtonLabel(QPainter& painter, const QStyleOptionButton& button, const QStyle& style);
 void checkBox(QPainter& painter, const QStyleOption& option);
 void radioButton(QPainter& painter, const QStyleOption& option);
 void slider(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle);

@@ -169,6 +169,9 @@ QSize TarnStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
         case CT_PushButton:
             size.setHeight(std::max(size.height(), controlHeight));
             size.setWidth(std::max(size.width() + space8, controlHeight));
+            if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+                button && button->features & QStyleOptionButton::HasMenu)
+                size.rwidth() += space8;
             break;
         case CT_ToolButton:
             size = size.expandedTo({smallestTarget, smallestTarget});
@@ -320,9 +323,24 @@ void TarnStyle::drawControl(ControlElement element, const QStyleOption* option, 
             return;
         case CE_PushButtonLabel:
             if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
+                if (button->features & QStyleOptionButton::HasMenu)
+                    return StyleControls::menuButtonLabel(*painter, *button, *this);
                 QStyleOptionButton label = *button;
                 if (StyleControls::isProminent(*button))
                     label.palette.setColor(QPalette::ButtonText, colors.onAccent);
+                QProxyStyle::drawControl(element, &label, painter, widget);
+            }
+            return;
+        case CE_ToolButtonLabel:
+            if (const auto* tool = qstyleoption_cast<const QStyleOptionToolButton*>(option)) {
+                QStyleOptionToolButton label = *tool;
+                if (tool->toolButtonStyle == Qt::ToolButtonTextBesideIcon && !tool->icon.isNull()) {
+                    // Both of them in the middle; the toolkit begins at the edge.
+                    const int text =
+                        tool->fontMetrics.size(Qt::TextShowMnemonic, tool->text).width();
+                    const int spare = tool->rect.width() - tool->iconSize.width() - space4 - text;
+                    if (spare > 1) label.rect.adjust(spare / 2, 0, -(spare - spare / 2), 0);
+                }
                 QProxyStyle::drawControl(element, &label, painter, widget);
             }
             return;
