@@ -1788,7 +1788,7 @@
     </message>
     <message>
         <source>Zero KB</source>
-        <translation>0 KB</translation>
+        <translation>0 kB</translation>
     </message>
 </context>
 <context>
@@ -4432,7 +4432,7 @@
     </message>
     <message>
         <source>Waiting for another transfer between these disks</source>
-        <translation>Wartet auf eine andere Übertragung zwischen diesen Volumes</translation>
+        <translation>Wartet auf eine andere Übertragung</translation>
     </message>
     <message>
         <source>Preparing…</source>

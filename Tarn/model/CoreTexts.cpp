@@ -9,6 +9,7 @@
 #include "Tarn/model/records/Location.h"
 #include "Tarn/model/records/SmartFolders.h"
 #include "TarnCore/files/FileGrouping.h"
+#include "TarnCore/files/FileItem.h"
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/tags/FinderTag.h"
 
@@ -125,6 +126,10 @@ std::string tagNamed(const QString& typed) {
     for (const FinderTag& tag : FinderTag::standard())
         if (tagText(tag.name) == typed) return tag.name;
     return typed.toStdString();
+}
+
+QString kindText(const FileItem& item) {
+    return item.isDirectory ? coreText(item.kindDescription) : displayText(item.kindDescription);
 }
 
 QString groupText(GroupField field, std::string_view title) {

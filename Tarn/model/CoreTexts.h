@@ -8,6 +8,7 @@
 namespace tarn {
 
 enum class GroupField;
+struct FileItem;
 struct Location;
 class URL;
 
@@ -25,6 +26,9 @@ QString tagText(std::string_view name);
 
 /// The name of the tag that a person means who types this: the other way round.
 std::string tagNamed(const QString& typed);
+
+/// What kind of file it is; the desktop has named all but folders, in the language of the session.
+QString kindText(const FileItem& item);
 
 /// The heading of a group of files, of which only tags have names that people give.
 QString groupText(GroupField field, std::string_view title);

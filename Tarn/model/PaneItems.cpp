@@ -99,7 +99,7 @@ QString PaneItems::text(const FileItem& item, PaneColumn column) const {
         case PaneColumn::size:
             return item.size ? Counts::bytes(*item.size) : QString::fromUtf8(absent);
         case PaneColumn::kind:
-            return displayText(item.kindDescription);
+            return kindText(item);
         case PaneColumn::folder:
             return displayText(Paths::abbreviate(item.url.parent()));
         case PaneColumn::created:

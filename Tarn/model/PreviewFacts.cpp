@@ -106,7 +106,7 @@ PreviewFacts PreviewFacts::read(const FileItem& item) {
 std::vector<PreviewFact> PreviewFacts::lines(const FileItem& item, const PreviewFacts* facts,
                                              const QString& found) {
     Lines out;
-    out.add(tr("Kind"), displayText(item.kindDescription));
+    out.add(tr("Kind"), kindText(item));
     if (!item.isDirectory && item.size) out.add(tr("Size"), sizeText(*item.size));
     switch (PreviewKinds::of(item)) {
         case PreviewKind::pdf:

@@ -10,6 +10,7 @@
 #include <QtWidgets/QScrollArea>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
@@ -257,7 +258,7 @@ void Inspector::showFacts() {
     const FileItem& item = items_.front();
     std::vector<PreviewFact> lines =
         PreviewFacts::lines(item, read_ ? &*read_ : nullptr, preview_->fact());
-    QString caption = displayText(item.kindDescription);
+    QString caption = kindText(item);
     if (item.isDirectory) {
         QString size;
         if (isMeasuring_) size = tr("Calculating…");

@@ -8,6 +8,7 @@
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QLabel>
 
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/ui/theme/Fonts.h"
@@ -121,7 +122,7 @@ void IconPreview::load() {
 }
 
 void IconPreview::showFacts() {
-    QStringList facts = {QString::fromStdString(item().kindDescription)};
+    QStringList facts = {kindText(item())};
     if (!fact_.isEmpty())
         facts.append(fact_);
     else if (!item().isDirectory && item().size)

@@ -14,6 +14,7 @@
 #include <QtWidgets/QToolButton>
 
 #include "Tarn/model/ArchiveListing.h"
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MemberFile.h"
@@ -288,7 +289,7 @@ void QuickLook::updateTitle() {
     if (!item_ || !pane_) return;
     const QString name = displayText(item_->name);
     title_->setText(name);
-    QStringList facts = {displayText(item_->kindDescription), preview_->fact()};
+    QStringList facts = {kindText(*item_), preview_->fact()};
     if (!item_->isDirectory && item_->size) facts.append(Counts::bytes(*item_->size));
     facts.removeAll(QString());
     facts_->setText(facts.join(QStringLiteral(" · ")));

@@ -8,6 +8,7 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QToolButton>
 
+#include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Paint.h"
@@ -20,6 +21,7 @@ SearchField::SearchField(QWidget* parent)
     : QWidget(parent),
       edit_(new QLineEdit(this)),
       clear_(new QToolButton(this)),
+      placeholder_(tr("Search")),
       width_(searchFieldWidth) {
     setFocusProxy(edit_);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
@@ -29,7 +31,6 @@ SearchField::SearchField(QWidget* parent)
     clearGround.setColor(QPalette::Base, Qt::transparent);
     edit_->setPalette(clearGround);
     edit_->setAccessibleName(tr("Search"));
-    edit_->setPlaceholderText(tr("Search"));
     edit_->installEventFilter(this);
     clear_->setIcon(Icons::symbol("xmark.circle.fill", Icons::Tint::secondary));
     clear_->setFocusPolicy(Qt::NoFocus);
@@ -58,7 +59,10 @@ void SearchField::setText(const QString& text) { edit_->setText(text); }
 
 void SearchField::clear() { edit_->clear(); }
 
-void SearchField::setPlaceholder(const QString& text) { edit_->setPlaceholderText(text); }
+void SearchField::setPlaceholder(const QString& text) {
+    placeholder_ = text;
+    placeParts();
+}
 
 void SearchField::beginEditing() {
     edit_->setFocus(Qt::ShortcutFocusReason);
@@ -131,6 +135,10 @@ void SearchField::placeParts() {
     // Folded there is no room for any text; the keyboard still comes here.
     edit_->setGeometry(placed(
         QRect(left, focusRing, std::max(1, width() - left - right), height() - 2 * focusRing)));
+    // A word that is whole says more than the beginning of several.
+    const int room = edit_->width() - 2 * space4;
+    edit_->setPlaceholderText(Fonts::textWidth(edit_->font(), placeholder_) <= room ? placeholder_
+                                                                                    : tr("Search"));
     clear_->setGeometry(
         placed(QRect(width() - smallestTarget - space4, (height() - smallestTarget) / 2,
                      smallestTarget, smallestTarget)));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QString>
 #include <QtCore/QVariantAnimation>
 #include <QtWidgets/QWidget>
 
@@ -56,6 +57,7 @@ private:
 
     QLineEdit* edit_;
     QToolButton* clear_;
+    QString placeholder_;  ///< Shown where there is the room.
     QVariantAnimation growth_;
     int width_;
     bool isFolded_ = false;

@@ -177,8 +177,13 @@ ShortcutSection::Row ShortcutSection::makeRow(const TarnCommand& command) {
     keepsRoom.setRetainSizeWhenHidden(true);
     reset->setSizePolicy(keepsRoom);
     row->addWidget(symbol);
-    row->addWidget(name);
-    row->addWidget(more, 1);
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(0);
+    texts->addStretch();
+    texts->addWidget(name);
+    texts->addWidget(more);
+    texts->addStretch();
+    row->addLayout(texts, 1);
     auto* keys = new QWidget;
     keys->setMinimumHeight(Metrics::rowRoomy);
     auto* controls = new QHBoxLayout(keys);
@@ -235,6 +240,7 @@ void ShortcutSection::showSettings() {
                     others.append(KeyText::shown(key));
         }
         row.more->setText(others.isEmpty() ? QString() : tr("also %1").arg(others.join(tr(", "))));
+        row.more->setVisible(!others.isEmpty());
         const Shortcut& standard = CommandList::find(row.command->id)->shortcut;
         const bool isChanged = own.value_or(Shortcut()) != standard;
         row.reset->setVisible(isChanged);

@@ -6,14 +6,13 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 
+#include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/TransferModel.h"
 #include "Tarn/ui/sheets/ConflictSide.h"
 #include "Tarn/ui/text/WrappingCheckBox.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Metrics.h"
-#include "TarnCore/base/Text.h"
-#include "TarnCore/files/Paths.h"
 
 namespace tarn {
 namespace {
@@ -37,12 +36,12 @@ ConflictSide::Facts facts(const URL& url, bool isFolder, std::optional<Date> mod
 }
 
 QString question(const TransferConflict& conflict) {
-    const std::string name = Text::quoted(conflict.existing.name());
-    const std::string folder = Text::quoted(Paths::displayName(conflict.existing.parent()));
-    if (conflict.bothFolders)
-        return ConflictSheet::tr("A folder called %1 is already in %2")
-            .arg(displayText(name), displayText(folder));
-    return ConflictSheet::tr("%1 is already in %2").arg(displayText(name), displayText(folder));
+    const QString name = displayText(conflict.existing.name());
+    const QString folder = folderText(conflict.existing.parent());
+    const QString said = conflict.bothFolders
+                             ? ConflictSheet::tr("A folder called “%1” is already in “%2”")
+                             : ConflictSheet::tr("“%1” is already in “%2”");
+    return said.arg(name, folder);
 }
 
 }  // namespace
@@ -72,8 +71,7 @@ ConflictSheet::ConflictSheet(TransferModel& transfer, QWidget& window)
     existing.heading = tr("Already There");
     auto incoming = facts(conflict_.source, conflict_.bothFolders, conflict_.sourceModified,
                           conflict_.sourceSize, conflict_.existingModified, conflict_.existingSize);
-    incoming.heading =
-        tr("From %1").arg(displayText(Text::quoted(Paths::displayName(conflict_.source.parent()))));
+    incoming.heading = tr("From “%1”").arg(folderText(conflict_.source.parent()));
     existing_ = new ConflictSide(existing, thumbnails_);
     incoming_ = new ConflictSide(incoming, thumbnails_);
     sides_->setSpacing(Metrics::space12);

@@ -1,9 +1,11 @@
 // All screens on one sheet, light and dark, to be looked at: tarn-contact-sheet OUT [OPTION...]
 // [NAME...]. With --each there is a picture for each screen as well. Other options: --width=360,
 // --height=800, --right-to-left, --long, --german, --high-contrast, --scale=2.
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <string_view>
 
 #include <QtCore/QDir>
 #include <QtCore/QLocale>
@@ -85,8 +87,11 @@ int main(int argc, char** argv) {
     }
     if (!std::getenv("QT_QPA_PLATFORM")) setenv("QT_QPA_PLATFORM", "offscreen", 1);
     setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);
-    const ScreenHome home;
+    const bool isGerman = std::any_of(
+        argv, argv + argc, [](const char* word) { return std::string_view(word) == "--german"; });
+    const ScreenHome home(isGerman ? "de_DE" : "en_US");
     QApplication app(argc, argv);
+    if (isGerman) Language::use(QLocale(QStringLiteral("de_DE")));
     QApplication::setFont(QFont(QStringLiteral("Inter"), 10));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setCursorFlashTime(0);
@@ -104,7 +109,7 @@ int main(int argc, char** argv) {
         else if (argument == QStringLiteral("--long"))
             longer = std::make_unique<LongTexts>();
         else if (argument == QStringLiteral("--german"))
-            Language::use(QLocale(QStringLiteral("de_DE")));
+            continue;
         else if (argument == QStringLiteral("--high-contrast"))
             theme.setHighContrast(true);
         else if (argument.startsWith(QStringLiteral("--width=")))

@@ -180,12 +180,12 @@ Platform services() {
 HeldCopies::HeldCopies() { ++holds(); }
 HeldCopies::~HeldCopies() { --holds(); }
 
-ScreenHome::ScreenHome() {
+ScreenHome::ScreenHome(const std::string& locale) {
     setenv("TZ", "UTC", 1);
-    setenv("LC_ALL", "en_US.UTF-8", 1);
+    setenv("LC_ALL", (locale + ".UTF-8").c_str(), 1);
     setenv("TARN_ISOLATED_ROOT", root_.path().toUtf8().constData(), 1);
     Paths::reload();
-    Collation::use("en_US");
+    Collation::use(locale);
     Platform::setCurrent(services());
     makeFiles();
 }
@@ -195,6 +195,10 @@ ScreenHome::~ScreenHome() {
     const BusyPool still;
     // Qt would leave a name that is no text.
     std::filesystem::remove_all(root_.path().toStdString());
+}
+
+URL ScreenHome::work(std::string_view name) {
+    return Paths::home().appending("Work").appending(name);
 }
 
 void ScreenHome::reset() {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include <QtCore/QTemporaryDir>
 
@@ -14,7 +16,7 @@ namespace tarn {
 /// Made once, before the first thread; removed with everything in it when it goes.
 class ScreenHome {
 public:
-    ScreenHome();
+    explicit ScreenHome(const std::string& locale = "en_US");
     ~ScreenHome();
     ScreenHome(const ScreenHome&) = delete;
     ScreenHome& operator=(const ScreenHome&) = delete;
@@ -22,6 +24,9 @@ public:
     /// Forgets what windows have stored, and makes the folder Work afresh, whose files screens may
     /// change.
     static void reset();
+
+    /// A file or folder of Work.
+    static URL work(std::string_view name);
 
 private:
     QTemporaryDir root_;
