@@ -1,4 +1,3 @@
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -11,7 +10,7 @@
 #include "Tarn/commands/MimeApps.h"
 #include "Tarn/commands/Programs.h"
 #include "TarnCore/base/Error.h"
-#include "TarnCore/files/Paths.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {
@@ -23,30 +22,7 @@ using Words = std::vector<std::string>;
 /// A machine with what a test installs on it, and nothing else.
 class ProgramsTest : public testing::Test {
 protected:
-    ProgramsTest() {
-        set("PATH", file("bin"));
-        set("XDG_DATA_HOME", file("data"));
-        set("XDG_DATA_DIRS", file("share"));
-        set("XDG_CONFIG_HOME", file("config"));
-        set("XDG_CONFIG_DIRS", file("etc"));
-        set("XDG_CURRENT_DESKTOP", "");
-        Paths::reload();
-    }
-    ~ProgramsTest() override {
-        for (const auto& [name, value] : before_) {
-            if (value)
-                setenv(name.c_str(), value->c_str(), 1);
-            else
-                unsetenv(name.c_str());
-        }
-        Paths::reload();
-    }
-
-    void set(const std::string& name, const std::string& value) {
-        const char* old = std::getenv(name.c_str());
-        before_.emplace_back(name, old ? std::optional<std::string>(old) : std::nullopt);
-        setenv(name.c_str(), value.c_str(), 1);
-    }
+    void set(const std::string& name, const std::string& value) { machine_.set(name, value); }
     std::string file(const std::string& name) const { return (root_ / name).string(); }
     void write(const std::string& name, const std::string& text) {
         fs::create_directories((root_ / name).parent_path());
@@ -68,7 +44,12 @@ protected:
 private:
     TestFolder test_;
     fs::path root_ = test_.url().path();
-    std::vector<std::pair<std::string, std::optional<std::string>>> before_;
+    ScopedEnvironment machine_{{"PATH", file("bin")},
+                               {"XDG_DATA_HOME", file("data")},
+                               {"XDG_DATA_DIRS", file("share")},
+                               {"XDG_CONFIG_HOME", file("config")},
+                               {"XDG_CONFIG_DIRS", file("etc")},
+                               {"XDG_CURRENT_DESKTOP", ""}};
 };
 
 TEST_F(ProgramsTest, theFirstTerminalThatIsThereIsTaken) {

@@ -1,4 +1,3 @@
-#include <cstdlib>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -6,6 +5,7 @@
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/files/SupportDirectory.h"
 #include "TarnCore/files/UserDirs.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {
@@ -16,31 +16,17 @@ using testing::ElementsAre;
 /// A home folder of its own, and no other variable that moves folders about.
 class PathsTest : public testing::Test {
 protected:
-    PathsTest() {
-        for (const char* name : variables) {
-            const char* value = std::getenv(name);
-            saved_.emplace_back(name, value ? std::optional<std::string>(value) : std::nullopt);
-            unsetenv(name);
-        }
-        set("HOME", home().path());
-    }
-    ~PathsTest() override {
-        for (const auto& [name, value] : saved_)
-            value ? setenv(name, value->c_str(), 1) : unsetenv(name);
-        Paths::reload();
-    }
-    void set(const char* name, const std::string& value) {
-        setenv(name, value.c_str(), 1);
-        Paths::reload();
-    }
+    void set(const char* name, const std::string& value) { variables_.set(name, value); }
     URL home() const { return root / "ada"; }
 
     const TestFolder root;
 
 private:
-    static constexpr const char* variables[] = {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME",
-                                                "XDG_CACHE_HOME", "TARN_ISOLATED_ROOT"};
-    std::vector<std::pair<const char*, std::optional<std::string>>> saved_;
+    ScopedEnvironment variables_{{"HOME", home().path()},
+                                 {"XDG_DATA_HOME", {}},
+                                 {"XDG_CONFIG_HOME", {}},
+                                 {"XDG_CACHE_HOME", {}},
+                                 {"TARN_ISOLATED_ROOT", {}}};
 };
 
 TEST_F(PathsTest, theDesktopNamesTheUsersFolders) {

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -19,6 +18,7 @@
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/ops/FileOps.h"
 #include "TarnCore/platform/Platform.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/ScopedPlatform.h"
 #include "tests/support/TestFolder.h"
 
@@ -59,14 +59,8 @@ private:
 class BackgroundServicesTest : public testing::Test {
 protected:
     BackgroundServicesTest() {
-        setenv("TARN_ISOLATED_ROOT", root.url().c_str(), 1);
-        Paths::reload();
         downloads = root.folder("Home/Downloads");
         root.folder("Home/.local/share/Trash/files");
-    }
-    ~BackgroundServicesTest() override {
-        unsetenv("TARN_ISOLATED_ROOT");
-        Paths::reload();
     }
     static Platform noting(const std::shared_ptr<NotedWatching>& watching) {
         Platform platform = Platform::current();
@@ -79,6 +73,7 @@ protected:
     }
 
     TestFolder root;
+    ScopedEnvironment isolation{{"TARN_ISOLATED_ROOT", root.url().path()}};
     URL downloads;
     std::shared_ptr<NotedWatching> watching =
         std::make_shared<NotedWatching>(Platform::current().watching);

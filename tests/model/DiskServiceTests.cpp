@@ -1,7 +1,6 @@
 #include <cstdlib>
 #include <optional>
 
-#include <QtCore/QProcess>
 #include <QtDBus/QDBusArgument>
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
@@ -13,6 +12,7 @@
 
 #include "TarnCore/base/TaskPool.h"
 #include "TarnCore/platform/linux/LinuxDrives.h"
+#include "tests/support/PrivateBus.h"
 
 namespace tarn {
 namespace {
@@ -79,27 +79,18 @@ public:
 class DiskServiceTest : public testing::Test {
 protected:
     void SetUp() override {
-        daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
-        if (!daemon.waitForStarted()) GTEST_SKIP() << "there is no dbus-daemon here";
-        ASSERT_TRUE(daemon.waitForReadyRead());
-        const QByteArray address = daemon.readLine().trimmed();
-        setenv("DBUS_SYSTEM_BUS_ADDRESS", address.constData(), 1);
+        if (!bus.isRunning()) GTEST_SKIP() << "there is no dbus-daemon here";
+        setenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().toUtf8().constData(), 1);
         qDBusRegisterMetaType<Interfaces>();
         qDBusRegisterMetaType<Objects>();
         qDBusRegisterMetaType<QByteArrayList>();
-        server = QDBusConnection::connectToBus(QString::fromUtf8(address), u"disks"_s);
-        ASSERT_TRUE(server.registerVirtualObject(u"/org/freedesktop/UDisks2"_s, &disks,
-                                                 QDBusConnection::SubPath));
-        ASSERT_TRUE(server.registerService(u"org.freedesktop.UDisks2"_s));
+        ASSERT_TRUE(bus.server().registerVirtualObject(u"/org/freedesktop/UDisks2"_s, &disks,
+                                                       QDBusConnection::SubPath));
+        ASSERT_TRUE(bus.server().registerService(u"org.freedesktop.UDisks2"_s));
         disks.addDrive(u"Stick"_s, false, true, true);
         disks.add(u"sdb1"_s, u"Stick"_s, {"/media/ada/A"});
     }
-    void TearDown() override {
-        QDBusConnection::disconnectFromBus(u"disks"_s);
-        daemon.kill();
-        daemon.waitForFinished();
-        unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
-    }
+    void TearDown() override { unsetenv("DBUS_SYSTEM_BUS_ADDRESS"); }
     /// On another thread, while this one answers for the service.
     EjectResult eject(const char* mountPoint, bool force = false) {
         Mount volume;
@@ -117,9 +108,8 @@ protected:
         return result.value_or(EjectResult());
     }
 
-    QProcess daemon;
+    PrivateBus bus;
     FakeDisks disks;
-    QDBusConnection server{QString()};
 };
 
 TEST_F(DiskServiceTest, unmountsAndThenLetsGoOfTheDrive) {

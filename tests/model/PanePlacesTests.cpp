@@ -1,5 +1,4 @@
 // Places of a pane that are queries over the home folder.
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 
@@ -14,6 +13,7 @@
 #include "TarnCore/platform/memory/MemoryVolumes.h"
 #include "TarnCore/sources/SourceResolver.h"
 #include "TarnCore/tags/TagStore.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/ScopedPlatform.h"
 #include "tests/support/TestFolder.h"
 
@@ -23,16 +23,9 @@ namespace {
 /// A home folder of the test's own.
 class Home {
 public:
-    Home() {
-        setenv("TARN_ISOLATED_ROOT", root.url().c_str(), 1);
-        Paths::reload();
-        root.folder("Home");
-    }
-    ~Home() {
-        unsetenv("TARN_ISOLATED_ROOT");
-        Paths::reload();
-    }
+    Home() { root.folder("Home"); }
     TestFolder root;
+    ScopedEnvironment isolation{{"TARN_ISOLATED_ROOT", root.url().path()}};
 };
 
 class PanePlacesTest : public testing::Test {

@@ -5,6 +5,7 @@
 #include "Tarn/model/TerminalCalls.h"
 #include "TarnCore/base/SerialQueue.h"
 #include "TarnCore/ops/FileOps.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {
@@ -12,16 +13,6 @@ namespace {
 
 class TerminalCallsTest : public testing::Test {
 protected:
-    TerminalCallsTest() {
-        // A socket of this test's own, whatever windows are open on the machine.
-        setenv("TARN_ISOLATED_ROOT", folder.url().c_str(), 1);
-        setenv("XDG_RUNTIME_DIR", sockets.url().c_str(), 1);
-    }
-    ~TerminalCallsTest() override {
-        unsetenv("TARN_ISOLATED_ROOT");
-        unsetenv("XDG_RUNTIME_DIR");
-    }
-
     /// What the terminal would be answered.
     std::string ask(const std::string& request) {
         std::optional<std::string> answer;
@@ -39,6 +30,9 @@ protected:
 
     TestFolder folder;
     TestFolder sockets;
+    // A socket of this test's own, whatever windows are open on the machine.
+    ScopedEnvironment isolation{{"TARN_ISOLATED_ROOT", folder.url().path()},
+                                {"XDG_RUNTIME_DIR", sockets.url().path()}};
     HistoryModel history{std::nullopt};
 };
 

@@ -9,9 +9,7 @@
 #include "Tarn/model/VolumeEjector.h"
 #include "Tarn/model/WindowModel.h"
 #include "TarnCore/files/Paths.h"
-#include "TarnCore/platform/memory/MemoryDrives.h"
-#include "TarnCore/platform/memory/MemoryVolumes.h"
-#include "tests/support/ScopedPlatform.h"
+#include "tests/support/DiskAndStick.h"
 
 namespace tarn {
 namespace {
@@ -20,26 +18,12 @@ using Outcome = EjectResult::Outcome;
 
 bool waitFor(const std::function<bool()>& done) { return QTest::qWaitFor(done, 5000); }
 
-/// The disk of the machine and a stick, which can be ejected.
-class VolumeEjectorTest : public testing::Test {
+class VolumeEjectorTest : public testing::Test, protected DiskAndStick {
 protected:
     void SetUp() override {
-        Mount root;
-        root.fileSystem = "ext4";
-        Mount stick;
-        stick.mountPoint = point;
-        stick.fileSystem = "vfat";
-        stick.isRemovable = true;
-        volumes->setMounts({root, stick});
         app.emplace();
         app->refreshVolumes();
         ASSERT_TRUE(waitFor([this] { return app->volumes().size() == 2; }));
-    }
-    Platform services() const {
-        Platform all = Platform::current();
-        all.volumes = volumes;
-        all.drives = drives;
-        return all;
     }
     VolumeEjector::Ended eject(bool force) {
         std::optional<VolumeEjector::Ended> ended;
@@ -50,10 +34,6 @@ protected:
         return ended.value_or(VolumeEjector::Ended());
     }
 
-    const URL point = URL::fromPath("/run/media/ada/STICK");
-    std::shared_ptr<MemoryVolumes> volumes = std::make_shared<MemoryVolumes>();
-    std::shared_ptr<MemoryDrives> drives = std::make_shared<MemoryDrives>(volumes);
-    ScopedPlatform platform{services()};
     std::optional<AppModel> app;
 };
 

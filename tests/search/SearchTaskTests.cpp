@@ -1,7 +1,6 @@
 #include <atomic>
 #include <cerrno>
 #include <condition_variable>
-#include <cstdlib>
 #include <mutex>
 #include <set>
 
@@ -13,6 +12,7 @@
 #include "TarnCore/platform/memory/MemoryFileSystem.h"
 #include "TarnCore/platform/memory/MemoryPlatform.h"
 #include "TarnCore/search/SearchTask.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/ScopedPlatform.h"
 #include "tests/support/TestFolder.h"
 
@@ -301,11 +301,8 @@ TEST(SearchTask, joinsTheMetadataIndexWithTheWalk) {
     // A scratch tree has no index of its own.
     options.query.containing.clear();
     const auto before = machine.files->opened().size();
-    setenv("TARN_ISOLATED_ROOT", "/scratch", 1);
-    Paths::reload();
+    const ScopedEnvironment isolation{{"TARN_ISOLATED_ROOT", "/scratch"}};
     found(options, root);
-    unsetenv("TARN_ISOLATED_ROOT");
-    Paths::reload();
     EXPECT_GT(machine.files->opened().size(), before);
 }
 

@@ -4,7 +4,6 @@
 
 #include "TarnCore/base/PropertyList.h"
 #include "TarnCore/files/FileItem.h"
-#include "TarnCore/files/Paths.h"
 #include "TarnCore/files/SupportDirectory.h"
 #include "TarnCore/ops/FileOps.h"
 #include "TarnCore/ops/TransferJob.h"
@@ -12,6 +11,7 @@
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 #include "TarnCore/platform/memory/MemoryExtendedAttributes.h"
 #include "TarnCore/tags/TagStore.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/ScopedPlatform.h"
 #include "tests/support/TestFolder.h"
 
@@ -200,14 +200,7 @@ TEST_F(TagStoreTest, aNewFileDoesNotInheritTheTagsOfItsName) {
 /// Searches walk the home folder, which is a test's own.
 class TagSearchTest : public TagStoreTest {
 protected:
-    TagSearchTest() {
-        setenv("TARN_ISOLATED_ROOT", folder.url().c_str(), 1);
-        Paths::reload();
-    }
-    ~TagSearchTest() override {
-        unsetenv("TARN_ISOLATED_ROOT");
-        Paths::reload();
-    }
+    ScopedEnvironment isolation{{"TARN_ISOLATED_ROOT", folder.url().path()}};
     URL home(std::string_view name) const { return folder.file("Home/" + std::string(name)); }
 };
 

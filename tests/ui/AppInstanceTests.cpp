@@ -15,8 +15,8 @@
 #include "Tarn/ui/window/BrowserWindow.h"
 #include "Tarn/ui/window/SessionWindows.h"
 #include "TarnCore/files/Paths.h"
+#include "tests/support/PrivateBus.h"
 #include "tests/support/TestFolder.h"
-#include "tests/ui/PrivateBus.h"
 #include "tests/ui/Shown.h"
 
 namespace tarn {

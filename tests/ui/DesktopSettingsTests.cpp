@@ -1,4 +1,3 @@
-#include <QtCore/QProcess>
 #include <QtDBus/QDBusArgument>
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
@@ -8,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "Tarn/ui/theme/DesktopSettings.h"
+#include "tests/support/PrivateBus.h"
 #include "tests/ui/Shown.h"
 
 namespace tarn {
@@ -60,22 +60,12 @@ public:
 class PortalTest : public testing::Test {
 protected:
     void SetUp() override {
-        daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
-        if (!daemon.waitForStarted()) GTEST_SKIP() << "there is no dbus-daemon here";
-        ASSERT_TRUE(daemon.waitForReadyRead());
-        const QString address = QString::fromUtf8(daemon.readLine()).trimmed();
+        if (!bus.isRunning()) GTEST_SKIP() << "there is no dbus-daemon here";
         qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
         qDBusRegisterMetaType<Channels>();
-        server = QDBusConnection::connectToBus(address, u"server"_s);
-        client = QDBusConnection::connectToBus(address, u"client"_s);
-        ASSERT_TRUE(server.registerVirtualObject(u"/org/freedesktop/portal/desktop"_s, &portal));
-        ASSERT_TRUE(server.registerService(u"org.freedesktop.portal.Desktop"_s));
-    }
-    void TearDown() override {
-        QDBusConnection::disconnectFromBus(u"server"_s);
-        QDBusConnection::disconnectFromBus(u"client"_s);
-        daemon.kill();
-        daemon.waitForFinished();
+        ASSERT_TRUE(
+            bus.server().registerVirtualObject(u"/org/freedesktop/portal/desktop"_s, &portal));
+        ASSERT_TRUE(bus.server().registerService(u"org.freedesktop.portal.Desktop"_s));
     }
     void change(const QString& key, const QVariant& value) {
         auto signal =
@@ -83,18 +73,16 @@ protected:
                                        u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
         signal << u"org.freedesktop.appearance"_s << key
                << QVariant::fromValue(QDBusVariant(value));
-        ASSERT_TRUE(server.send(signal));
+        ASSERT_TRUE(bus.server().send(signal));
     }
 
-    QProcess daemon;
+    PrivateBus bus;
     FakePortal portal;
-    QDBusConnection server{QString()};
-    QDBusConnection client{QString()};
 };
 
 TEST_F(PortalTest, answersThatComeLateAreTaken) {
     // The portal lives in this thread, so that it cannot answer before the first window is up.
-    DesktopSettings settings(client);
+    DesktopSettings settings(bus.client());
     EXPECT_FALSE(settings.scheme());
     ASSERT_TRUE(waitFor([&] { return settings.scheme().has_value(); }));
     EXPECT_EQ(settings.scheme(), DesktopSettings::Scheme::dark);
@@ -105,7 +93,7 @@ TEST_F(PortalTest, answersThatComeLateAreTaken) {
 }
 
 TEST_F(PortalTest, changesAreFollowedWhileTheProgramRuns) {
-    DesktopSettings settings(client);
+    DesktopSettings settings(bus.client());
     ASSERT_TRUE(waitFor([&] { return settings.scheme().has_value(); }));
     change(u"color-scheme"_s, 2U);
     EXPECT_TRUE(waitFor([&] { return settings.scheme() == DesktopSettings::Scheme::light; }));

@@ -1,38 +1,26 @@
 #include <optional>
 
 #include <QtTest/QTest>
-#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListWidget>
-#include <QtWidgets/QPushButton>
 #include <gtest/gtest.h>
 
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/sheets/ConnectServerSheet.h"
 #include "Tarn/ui/sheets/EjectSheet.h"
-#include "Tarn/ui/text/ElidedLabel.h"
-#include "TarnCore/platform/memory/MemoryDrives.h"
-#include "TarnCore/platform/memory/MemoryVolumes.h"
-#include "tests/support/ScopedPlatform.h"
+#include "tests/support/DiskAndStick.h"
 #include "tests/support/TestFolder.h"
-#include "tests/ui/Shown.h"
+#include "tests/ui/SheetTest.h"
 
 namespace tarn {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-class DriveSheetTest : public testing::Test {
+class DriveSheetTest : public SheetTest, protected DiskAndStick {
 protected:
     void SetUp() override {
-        Mount root;
-        root.fileSystem = "ext4";
-        Mount stick;
-        stick.mountPoint = point;
-        stick.fileSystem = "vfat";
-        stick.isRemovable = true;
-        volumes->setMounts({root, stick});
         drives->setServer("smb://nas/photos", "ada", "s3cret", folder.url());
         app.emplace();
         while (!app->lists().servers().empty())
@@ -42,46 +30,15 @@ protected:
         model.emplace(*app, Location::folder(folder.url().parent()));
         window.resize(700, 600);
     }
-    Platform services() const {
-        Platform all = Platform::current();
-        all.volumes = volumes;
-        all.drives = drives;
-        return all;
-    }
-    template <class Shown>
-    void open(Shown* shown) {
-        sheet = shown;
-        show(window);
-        shown->open(shown->firstField());
-    }
-    QPushButton* button(const char* text) const {
-        for (QPushButton* one : sheet->findChildren<QPushButton*>())
-            if (one->text() == QString::fromUtf8(text)) return one;
-        return nullptr;
-    }
-    bool says(const QString& text) const {
-        for (const QLabel* label : sheet->findChildren<QLabel*>())
-            if (label->isVisible() && label->text() == text) return true;
-        for (const ElidedLabel* label : sheet->findChildren<ElidedLabel*>())
-            if (label->isVisible() && label->text() == text) return true;
-        return false;
-    }
     QWidget* field(const char* name) const {
         for (QLineEdit* one : sheet->findChildren<QLineEdit*>())
             if (one->isVisible() && one->accessibleName() == QString::fromUtf8(name)) return one;
         return nullptr;
     }
-    bool isOpen() const { return sheet && sheet->isVisible(); }
 
-    const URL point = URL::fromPath("/run/media/ada/STICK");
     TestFolder folder;
-    std::shared_ptr<MemoryVolumes> volumes = std::make_shared<MemoryVolumes>();
-    std::shared_ptr<MemoryDrives> drives = std::make_shared<MemoryDrives>(volumes);
-    ScopedPlatform platform{services()};
     std::optional<AppModel> app;
     std::optional<WindowModel> model;
-    QWidget window;
-    QPointer<Sheet> sheet;
 };
 
 TEST_F(DriveSheetTest, whoUsesAVolumeIsShownUntilItCanBeEjected) {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "Tarn/ui/menus/FileManagerCall.h"
-#include "tests/ui/PrivateBus.h"
+#include "tests/support/PrivateBus.h"
 #include "tests/ui/Shown.h"
 
 namespace tarn {

@@ -1,8 +1,6 @@
 #include <QtTest/QTest>
 #include <QtWidgets/QComboBox>
-#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
-#include <QtWidgets/QPushButton>
 #include <gtest/gtest.h>
 
 #include "Tarn/model/AppModel.h"
@@ -14,12 +12,12 @@
 #include "Tarn/ui/sheets/RenameFavoriteSheet.h"
 #include "Tarn/ui/sheets/SaveWorkspaceSheet.h"
 #include "tests/support/TestFolder.h"
-#include "tests/ui/Shown.h"
+#include "tests/ui/SheetTest.h"
 
 namespace tarn {
 namespace {
 
-class ListSheetTest : public testing::Test {
+class ListSheetTest : public SheetTest {
 protected:
     ListSheetTest() {
         clear();
@@ -34,29 +32,11 @@ protected:
         while (!lists.workspaces().empty()) lists.removeWorkspace(lists.workspaces().back().id);
         while (!lists.favorites().empty()) lists.removeFavorite(lists.favorites().back().id);
     }
-    template <class Shown>
-    void open(Shown* shown) {
-        sheet = shown;
-        show(window);
-        shown->open(shown->firstField());
-    }
-    QPushButton* button(const char* text) {
-        for (QPushButton* one : sheet->findChildren<QPushButton*>())
-            if (one->text() == QString::fromUtf8(text)) return one;
-        return nullptr;
-    }
-    bool says(const char* text) {
-        for (const QLabel* label : sheet->findChildren<QLabel*>())
-            if (label->isVisible() && label->text() == QString::fromUtf8(text)) return true;
-        return false;
-    }
     QWidget* focused() { return QApplication::focusWidget(); }
 
     TestFolder folder;
     AppModel app;
     WindowModel model{app, Location::folder(folder.url())};
-    QWidget window;
-    QPointer<Sheet> sheet;
 };
 
 TEST_F(ListSheetTest, aSearchBecomesASmartFolder) {
@@ -65,10 +45,10 @@ TEST_F(ListSheetTest, aSearchBecomesASmartFolder) {
     auto* chips = sheet->findChild<ChipRow*>();
     ASSERT_EQ(chips->chips().size(), 2u);
     EXPECT_EQ(chips->chips()[0].label, "PDFs");
-    EXPECT_TRUE(says("Names with “invoice”"));
+    EXPECT_TRUE(says(QStringLiteral("Names with “invoice”")));
     EXPECT_FALSE(button("Save")->isEnabled());
     QTest::keyClicks(focused(), "installers");
-    EXPECT_TRUE(says("There is a smart folder called “Installers” already."));
+    EXPECT_TRUE(says(QStringLiteral("There is a smart folder called “Installers” already.")));
     EXPECT_FALSE(button("Save")->isEnabled());
     QTest::keyClick(focused(), Qt::Key_Return);
     ASSERT_TRUE(sheet->isVisible());
@@ -96,7 +76,7 @@ TEST_F(ListSheetTest, aWorkspaceIsSavedAndReplaced) {
     WindowModel& tab = group.open(model.snapshot(), true);
     group.open(model.snapshot(), false);
     open(new SaveWorkspaceSheet(window, tab));
-    EXPECT_TRUE(says("The 2 tabs of this window are kept under this name."));
+    EXPECT_TRUE(says(QStringLiteral("The 2 tabs of this window are kept under this name.")));
     EXPECT_FALSE(button("Save")->isEnabled());
     QTest::keyClicks(focused(), "Taxes");
     QTest::keyClick(focused(), Qt::Key_Return);
@@ -105,7 +85,7 @@ TEST_F(ListSheetTest, aWorkspaceIsSavedAndReplaced) {
 
     open(new SaveWorkspaceSheet(window, model));
     QTest::keyClicks(focused(), "taxes");
-    EXPECT_TRUE(says("Takes the place of “Taxes”."));
+    EXPECT_TRUE(says(QStringLiteral("Takes the place of “Taxes”.")));
     button("Replace")->click();
     ASSERT_EQ(app.lists().workspaces().size(), 1u);
     EXPECT_EQ(app.lists().workspaces()[0].tabs.size(), 1u);
@@ -120,7 +100,7 @@ TEST_F(ListSheetTest, aFavoriteIsRenamedAndGetsItsOwnNameBack) {
     EXPECT_EQ(name(), "Paperwork");
     open(new RenameFavoriteSheet(window, model, app.lists().favorites()[0]));
     QTest::keyClick(focused(), Qt::Key_Delete);
-    EXPECT_TRUE(says("The sidebar shows the folder’s own name again."));
+    EXPECT_TRUE(says(QStringLiteral("The sidebar shows the folder’s own name again.")));
     button("Rename")->click();
     EXPECT_EQ(name(), "Papers");
 }

@@ -1,9 +1,8 @@
-#include <cstdlib>
 
 #include <gtest/gtest.h>
 
 #include "Tarn/ui/desktop/LoginEntry.h"
-#include "TarnCore/files/Paths.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {
@@ -11,14 +10,6 @@ namespace {
 
 class LoginEntryTest : public testing::Test {
 protected:
-    LoginEntryTest() {
-        setenv("TARN_ISOLATED_ROOT", root.url().c_str(), 1);
-        Paths::reload();
-    }
-    ~LoginEntryTest() override {
-        unsetenv("TARN_ISOLATED_ROOT");
-        Paths::reload();
-    }
     std::string written() const {
         return root.read(LoginEntry::file().path().substr(root.url().path().size() + 1));
     }
@@ -26,6 +17,7 @@ protected:
         return root.exists(LoginEntry::file().path().substr(root.url().path().size() + 1));
     }
     TestFolder root;
+    ScopedEnvironment isolation{{"TARN_ISOLATED_ROOT", root.url().path()}};
 };
 
 TEST_F(LoginEntryTest, comesAndGoesWithTheSetting) {

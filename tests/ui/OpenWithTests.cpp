@@ -1,4 +1,3 @@
-#include <cstdlib>
 #include <filesystem>
 #include <optional>
 
@@ -15,8 +14,8 @@
 #include "Tarn/ui/settings/GeneralSection.h"
 #include "Tarn/ui/sheets/OpenWithSheet.h"
 #include "TarnCore/base/Guarded.h"
-#include "TarnCore/files/Paths.h"
 #include "TarnCore/platform/OpenedFiles.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TestFolder.h"
 #include "tests/ui/Shown.h"
 
@@ -39,12 +38,6 @@ public:
 class OpenWithTest : public testing::Test {
 protected:
     void SetUp() override {
-        set("XDG_DATA_HOME", (folder / "data").path());
-        set("XDG_DATA_DIRS", (folder / "share").path());
-        set("XDG_CONFIG_HOME", (folder / "config").path());
-        set("XDG_CONFIG_DIRS", (folder / "etc").path());
-        set("XDG_CURRENT_DESKTOP", "");
-        Paths::reload();
         for (const char* name : {"Reader", "Writer"}) {
             const URL program =
                 folder.file(std::string("bin/") + name,
@@ -60,21 +53,7 @@ protected:
                     "[MIME Cache]\ntext/plain=Reader.desktop;\ntext/markdown=Writer.desktop;\n");
         OpenedFiles::setCurrent(opened);
     }
-    void TearDown() override {
-        OpenedFiles::setCurrent(nullptr);
-        for (const auto& [name, value] : before) {
-            if (value)
-                setenv(name.c_str(), value->c_str(), 1);
-            else
-                unsetenv(name.c_str());
-        }
-        Paths::reload();
-    }
-    void set(const std::string& name, const std::string& value) {
-        const char* old = std::getenv(name.c_str());
-        before.emplace_back(name, old ? std::optional<std::string>(old) : std::nullopt);
-        setenv(name.c_str(), value.c_str(), 1);
-    }
+    void TearDown() override { OpenedFiles::setCurrent(nullptr); }
     static std::vector<std::string> names(const std::vector<DesktopEntry>& programs) {
         std::vector<std::string> all;
         for (const DesktopEntry& program : programs) all.push_back(program.name);
@@ -88,7 +67,11 @@ protected:
     }
 
     TestFolder folder;
-    std::vector<std::pair<std::string, std::optional<std::string>>> before;
+    ScopedEnvironment desktop{{"XDG_DATA_HOME", (folder / "data").path()},
+                              {"XDG_DATA_DIRS", (folder / "share").path()},
+                              {"XDG_CONFIG_HOME", (folder / "config").path()},
+                              {"XDG_CONFIG_DIRS", (folder / "etc").path()},
+                              {"XDG_CURRENT_DESKTOP", ""}};
     std::shared_ptr<OpenedFilesInMemory> opened = std::make_shared<OpenedFilesInMemory>();
     AppModel app;
     WindowModel window{app, Location::home()};

@@ -3,7 +3,6 @@
 #include <iterator>
 #include <string>
 
-#include <QtCore/QProcess>
 #include <QtCore/QScopeGuard>
 #include <QtCore/QSocketNotifier>
 #include <QtDBus/QDBusArgument>
@@ -28,6 +27,7 @@
 #include "Tarn/ui/settings/HotKeyField.h"
 #include "Tarn/ui/settings/SearchSection.h"
 #include "TarnCore/files/SupportDirectory.h"
+#include "tests/support/PrivateBus.h"
 #include "tests/ui/Shown.h"
 #include "tests/ui/XServer.h"
 
@@ -136,24 +136,13 @@ private:
 class ShortcutPortalTest : public testing::Test {
 protected:
     void SetUp() override {
-        daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
-        if (!daemon.waitForStarted()) GTEST_SKIP() << "there is no dbus-daemon here";
-        ASSERT_TRUE(daemon.waitForReadyRead());
-        const QString address = QString::fromUtf8(daemon.readLine()).trimmed();
+        if (!bus.isRunning()) GTEST_SKIP() << "there is no dbus-daemon here";
         qDBusRegisterMetaType<Wish>();
         qDBusRegisterMetaType<QList<Wish>>();
-        server = QDBusConnection::connectToBus(address, u"portal"_s);
-        client = QDBusConnection::connectToBus(address, u"shortcuts"_s);
-        portal = std::make_unique<FakePortal>(server);
-        ASSERT_TRUE(server.registerVirtualObject(u"/org/freedesktop/portal"_s, portal.get(),
-                                                 QDBusConnection::SubPath));
-        ASSERT_TRUE(server.registerService(u"org.freedesktop.portal.Desktop"_s));
-    }
-    void TearDown() override {
-        QDBusConnection::disconnectFromBus(u"portal"_s);
-        QDBusConnection::disconnectFromBus(u"shortcuts"_s);
-        daemon.kill();
-        daemon.waitForFinished();
+        portal = std::make_unique<FakePortal>(bus.server());
+        ASSERT_TRUE(bus.server().registerVirtualObject(u"/org/freedesktop/portal"_s, portal.get(),
+                                                       QDBusConnection::SubPath));
+        ASSERT_TRUE(bus.server().registerService(u"org.freedesktop.portal.Desktop"_s));
     }
     /// What the next start of the program finds, which is written in the background.
     static std::string stored() {
@@ -165,9 +154,7 @@ protected:
         return waitFor([&] { return key.state() == state; });
     }
 
-    QProcess daemon;
-    QDBusConnection server{QString()};
-    QDBusConnection client{QString()};
+    PrivateBus bus;
     std::unique_ptr<FakePortal> portal;
     AppModel app;
 };
@@ -176,7 +163,7 @@ TEST_F(ShortcutPortalTest, asksOnAClickAndNeverAtAStart) {
     const QString id = QGuiApplication::desktopFileName();
     QGuiApplication::setDesktopFileName(u"tarn"_s);
     const auto restored = qScopeGuard([&id] { QGuiApplication::setDesktopFileName(id); });
-    QuickSearch search(app, client, nullptr);
+    QuickSearch search(app, bus.client(), nullptr);
     QuickSearchKey& key = search.key();
     ASSERT_TRUE(reaches(key, QuickSearchKey::State::mustAsk));
     // Whoever this program is has to be said first.
@@ -203,7 +190,7 @@ TEST_F(ShortcutPortalTest, asksOnAClickAndNeverAtAStart) {
 
     // What was given once is taken again at the next start, and not after it was turned off.
     ASSERT_TRUE(waitFor([] { return stored().find("true") != std::string::npos; }));
-    QuickSearchKey next(app, client, nullptr);
+    QuickSearchKey next(app, bus.client(), nullptr);
     EXPECT_TRUE(reaches(next, QuickSearchKey::State::ready));
     AppSettings settings = app.settings();
     settings.quickSearchEnabled = false;
@@ -221,13 +208,13 @@ TEST_F(ShortcutPortalTest, asksOnAClickAndNeverAtAStart) {
     EXPECT_EQ(next.sentence(), u"The desktop gave it no keys, since that was declined."_s);
     app.setSettings({});
     ASSERT_TRUE(waitFor([] { return stored().find("false") != std::string::npos; }));
-    QuickSearchKey afterNo(app, client, nullptr);
+    QuickSearchKey afterNo(app, bus.client(), nullptr);
     EXPECT_TRUE(reaches(afterNo, QuickSearchKey::State::mustAsk));
 }
 
 TEST_F(ShortcutPortalTest, saysWhenTheDesktopHasNoSuchPortal) {
     portal->hasShortcuts = false;
-    QuickSearchKey key(app, client, nullptr);
+    QuickSearchKey key(app, bus.client(), nullptr);
     ASSERT_TRUE(reaches(key, QuickSearchKey::State::unavailable));
     EXPECT_TRUE(key.sentence().contains(u"tarn --quick-search"_s));
     EXPECT_FALSE(key.canAskDesktop());

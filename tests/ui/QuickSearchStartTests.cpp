@@ -9,8 +9,8 @@
 #include <gtest/gtest.h>
 #include <xcb/xcb.h>
 
+#include "tests/support/PrivateBus.h"
 #include "tests/support/TestFolder.h"
-#include "tests/ui/PrivateBus.h"
 
 namespace tarn {
 namespace {

@@ -14,6 +14,7 @@
 #include "Tarn/ui/search/ChipRow.h"
 #include "Tarn/ui/window/BrowserWindow.h"
 #include "TarnCore/files/Paths.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TestFolder.h"
 #include "tests/ui/Shown.h"
 
@@ -29,11 +30,6 @@ protected:
         home.folder("Home/Documents/Reports");
         home.file("Home/.hidden report", "x");
     }
-    ~QuickSearchTest() override {
-        unsetenv("TARN_ISOLATED_ROOT");
-        Paths::reload();
-    }
-
     void open() {
         search.open();
         ASSERT_TRUE(search.panel());
@@ -55,12 +51,7 @@ protected:
     }
 
     TestFolder home;
-    struct Isolation {
-        explicit Isolation(const TestFolder& folder) {
-            setenv("TARN_ISOLATED_ROOT", folder.url().c_str(), 1);
-            Paths::reload();
-        }
-    } isolation{home};
+    ScopedEnvironment isolation{{"TARN_ISOLATED_ROOT", home.url().path()}};
     AppModel app;
     QuickSearch search{app, QDBusConnection(QString()), nullptr};
     QSignalSpy places{&search, &QuickSearch::placeRequested};

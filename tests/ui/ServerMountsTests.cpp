@@ -8,8 +8,8 @@
 #include "Tarn/ui/desktop/ServerMounts.h"
 #include "TarnCore/platform/memory/MemoryDrives.h"
 #include "TarnCore/platform/memory/MemoryVolumes.h"
+#include "tests/support/PrivateBus.h"
 #include "tests/support/ScopedPlatform.h"
-#include "tests/ui/PrivateBus.h"
 #include "tests/ui/Shown.h"
 
 namespace tarn {

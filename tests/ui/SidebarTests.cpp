@@ -1,5 +1,4 @@
 #include <condition_variable>
-#include <cstdlib>
 
 #include <QtCore/QMimeData>
 #include <QtGui/QDrag>
@@ -27,6 +26,7 @@
 #include "TarnCore/platform/memory/MemoryDrives.h"
 #include "TarnCore/platform/memory/MemoryVolumes.h"
 #include "TarnCore/tags/TagStore.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/ScopedPlatform.h"
 #include "tests/support/TestFolder.h"
 #include "tests/ui/Shown.h"
@@ -98,8 +98,6 @@ private:
 class SidebarTest : public testing::Test {
 protected:
     void SetUp() override {
-        setenv("TARN_ISOLATED_ROOT", root.url().c_str(), 1);
-        Paths::reload();
         for (const char* name : {"Home", "Home/Documents", "Home/Pictures", "Home/Projects"})
             root.folder(name);
         root.file("Home/Music", "a file, no folder");
@@ -120,8 +118,6 @@ protected:
         clear();
         volumes->letGo();
         app.reset();
-        unsetenv("TARN_ISOLATED_ROOT");
-        Paths::reload();
     }
     Platform services() const {
         Platform all = Platform::current();
@@ -221,6 +217,7 @@ protected:
     }
 
     TestFolder root;
+    ScopedEnvironment isolation{{"TARN_ISOLATED_ROOT", root.url().path()}};
     std::shared_ptr<FewVolumes> volumes = std::make_shared<FewVolumes>();
     ScopedPlatform platform{services()};
     std::optional<AppModel> app;

@@ -1,4 +1,3 @@
-#include <QtCore/QProcess>
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusVirtualObject>
 #include <gtest/gtest.h>
@@ -6,6 +5,7 @@
 #include "Tarn/model/HistoryModel.h"
 #include "Tarn/model/TransferList.h"
 #include "Tarn/ui/transfers/TransferNotifier.h"
+#include "tests/support/PrivateBus.h"
 #include "tests/support/TestFolder.h"
 #include "tests/ui/Shown.h"
 
@@ -35,20 +35,10 @@ public:
 class TransferNotifierTest : public testing::Test {
 protected:
     void SetUp() override {
-        daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
-        if (!daemon.waitForStarted()) GTEST_SKIP() << "there is no dbus-daemon here";
-        ASSERT_TRUE(daemon.waitForReadyRead());
-        const QString address = QString::fromUtf8(daemon.readLine()).trimmed();
-        server = QDBusConnection::connectToBus(address, u"desktop"_s);
-        client = QDBusConnection::connectToBus(address, u"tarn"_s);
-        ASSERT_TRUE(server.registerVirtualObject(u"/org/freedesktop/Notifications"_s, &desktop));
-        ASSERT_TRUE(server.registerService(u"org.freedesktop.Notifications"_s));
-    }
-    void TearDown() override {
-        QDBusConnection::disconnectFromBus(u"desktop"_s);
-        QDBusConnection::disconnectFromBus(u"tarn"_s);
-        daemon.kill();
-        daemon.waitForFinished();
+        if (!bus.isRunning()) GTEST_SKIP() << "there is no dbus-daemon here";
+        ASSERT_TRUE(
+            bus.server().registerVirtualObject(u"/org/freedesktop/Notifications"_s, &desktop));
+        ASSERT_TRUE(bus.server().registerService(u"org.freedesktop.Notifications"_s));
     }
     void copy() {
         transfers.add(TransferKind::copy, {folder.file("<b>.txt", "x")},
@@ -56,11 +46,9 @@ protected:
         ASSERT_TRUE(waitFor([this] { return transfers.activeCount() == 0; }));
     }
 
+    PrivateBus bus;
     int copies = 0;
-    QProcess daemon;
     FakeDesktop desktop;
-    QDBusConnection server{QString()};
-    QDBusConnection client{QString()};
     TestFolder folder;
     HistoryModel history{std::nullopt};
     TransferList transfers{history};
@@ -69,10 +57,10 @@ protected:
 TEST_F(TransferNotifierTest, tellsOfLongTransfersToWhoIsElsewhere) {
     constexpr double long_ = 3600;
     {
-        const TransferNotifier notifier(transfers, client, long_);
+        const TransferNotifier notifier(transfers, bus.client(), long_);
         copy();
     }
-    const TransferNotifier notifier(transfers, client, 0);
+    const TransferNotifier notifier(transfers, bus.client(), 0);
     {
         QWidget window;
         show(window);

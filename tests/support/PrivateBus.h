@@ -6,8 +6,8 @@
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusPendingCall>
-
-#include "tests/ui/Shown.h"
+#include <QtTest/QTest>
+#include <gtest/gtest.h>
 
 namespace tarn {
 
@@ -40,13 +40,13 @@ public:
 
     bool isRunning() const { return server_.isConnected() && client_.isConnected(); }
     const QString& address() const { return address_; }
-    const QDBusConnection& server() const { return server_; }
+    QDBusConnection server() const { return server_; }
     const QDBusConnection& client() const { return client_; }
 
     /// The answer to a call of the client, while events are handled.
     QDBusMessage ask(const QDBusMessage& call) const {
         QDBusPendingCall pending = client_.asyncCall(call);
-        EXPECT_TRUE(waitFor([&pending] { return pending.isFinished(); })) << "no answer";
+        EXPECT_TRUE(QTest::qWaitFor([&pending] { return pending.isFinished(); })) << "no answer";
         return pending.reply();
     }
 
