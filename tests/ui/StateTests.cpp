@@ -52,22 +52,6 @@ TEST(StatePage, saysWhatItIsGivenAndLeavesOutTheRest) {
     EXPECT_FALSE(button->isVisible());
 }
 
-TEST(StatePage, wrapsInsteadOfClippingInANarrowPane) {
-    StatePage page;
-    page.resize(360, 500);
-    page.setContent({"magnifyingglass", u"Nothing Found Anywhere in the Current Folder or Below"_s,
-                     u"A sentence that is quite a lot longer than the pane is wide, as happens in "
-                     u"languages with long words."_s,
-                     u"Search the Whole Home Folder"_s});
-    show(page);
-    for (const auto* label : page.findChildren<QLabel*>()) {
-        SCOPED_TRACE(label->text().toStdString());
-        EXPECT_GE(label->height(), label->heightForWidth(label->width()));
-        EXPECT_GE(label->geometry().left(), 0);
-        EXPECT_LE(label->geometry().right(), page.width());
-    }
-}
-
 TEST(StatusPill, keepsToItsCornerAndLetsClicksThrough) {
     QWidget pane;
     pane.resize(500, 300);

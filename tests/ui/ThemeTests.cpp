@@ -149,16 +149,5 @@ TEST(Controls, showWhichOneHasTheKeyboard) {
     }
 }
 
-TEST(Controls, areLargeEnoughToHit) {
-    QToolButton tool;
-    tool.setIcon(Icons::symbol("xmark"));
-    QCheckBox check(u"Hidden files"_s);
-    QPushButton push(u"Go"_s);
-    for (QWidget* control : std::initializer_list<QWidget*>{&tool, &check, &push}) {
-        EXPECT_GE(control->sizeHint().height(), 24);
-        EXPECT_GE(control->sizeHint().width(), 24);
-    }
-}
-
 }  // namespace
 }  // namespace tarn

@@ -99,54 +99,6 @@ TEST_F(WindowTest, lettersGoToTheFirstNameThatBeginsWithThem) {
     EXPECT_FALSE(pane().query());
 }
 
-TEST_F(WindowTest, theKeyboardGoesFromSearchToResultsAndBack) {
-    press(Qt::Key_F, Qt::ControlModifier);
-    ASSERT_TRUE(search()->isAncestorOf(QApplication::focusWidget()));
-    type("beta pdfs");
-    ASSERT_TRUE(waitFor([this] { return pane().showsResults() && !pane().isSearching(); }));
-    EXPECT_EQ(pane().items().count(), 2);
-    EXPECT_EQ(window->findChild<ChipRow*>()->chips().size(), 1u);
-    press(Qt::Key_Down);
-    EXPECT_EQ(QApplication::focusWidget(), view());
-    EXPECT_EQ(selected().size(), 1u);
-    press(Qt::Key_Up);
-    EXPECT_TRUE(search()->isAncestorOf(QApplication::focusWidget()));
-    press(Qt::Key_Down);
-    press(Qt::Key_Escape);
-    EXPECT_FALSE(pane().query());
-    EXPECT_EQ(search()->text(), QString());
-    EXPECT_EQ(pane().items().count(), 5);
-}
-
-TEST_F(WindowTest, keysGoThroughFolders) {
-    type("inner");
-    press(Qt::Key_Return);
-    settle();
-    EXPECT_EQ(pane().location(), Location::folder(folder / "inner"));
-    press(Qt::Key_Backspace);
-    settle();
-    EXPECT_EQ(pane().location(), Location::folder(folder.url()));
-    press(Qt::Key_Right, Qt::AltModifier);
-    press(Qt::Key_Left, Qt::AltModifier);
-    settle();
-    EXPECT_EQ(pane().location(), Location::folder(folder.url()));
-    press(Qt::Key_Right, Qt::AltModifier);
-    settle();
-    EXPECT_EQ(pane().location(), Location::folder(folder / "inner"));
-    press(Qt::Key_Up, Qt::AltModifier);
-    settle();
-    EXPECT_EQ(selected(), Names{"inner"});
-    press(Qt::Key_1, Qt::ControlModifier);
-    EXPECT_EQ(pane().viewMode(), ViewMode::grid);
-    press(Qt::Key_2, Qt::ControlModifier);
-    EXPECT_EQ(pane().viewMode(), ViewMode::list);
-    folder.file(".secret");
-    press(Qt::Key_H, Qt::ControlModifier);
-    ASSERT_TRUE(waitFor([this] { return pane().items().count() == 6; }));
-    press(Qt::Key_L, Qt::ControlModifier);
-    EXPECT_TRUE(qobject_cast<QLineEdit*>(QApplication::focusWidget()));
-}
-
 TEST_F(WindowTest, shiftAndControlSelectSeveral) {
     for (const ViewMode mode : {ViewMode::list, ViewMode::grid}) {
         SCOPED_TRACE(mode == ViewMode::list ? "list" : "grid");
@@ -236,48 +188,6 @@ TEST_F(WindowTest, theStatusCountsWhatIsShownAndSelected) {
     ASSERT_TRUE(waitFor([this] { return pane().showsResults() && !pane().isSearching(); }));
     EXPECT_TRUE(pill->text().startsWith(QStringLiteral("2 results · searched ")))
         << qPrintable(pill->text());
-}
-
-/// Part of the pixels of a picture that are not the ground.
-double drawnPart(const QImage& image, const QColor& ground) {
-    int drawn = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) drawn += image.pixel(x, y) != ground.rgb();
-    }
-    return static_cast<double>(drawn) / (image.width() * image.height());
-}
-
-TEST_F(WindowTest, isDrawnInBothAppearancesAndTheSameTwice) {
-    for (const Theme::Mode mode : {Theme::Mode::light, Theme::Mode::dark}) {
-        for (const ViewMode viewMode : {ViewMode::list, ViewMode::grid}) {
-            SCOPED_TRACE(std::string(mode == Theme::Mode::dark ? "dark " : "light ") +
-                         std::string(ViewModes::rawValue(viewMode)));
-            const ScopedMode scoped(mode);
-            pane().setViewMode(viewMode);
-            QCoreApplication::processEvents();
-            const QImage image = grabbed(*view()->viewport());
-            const double part = drawnPart(image, Colors::current().base);
-            EXPECT_GT(part, 0.005);
-            EXPECT_LT(part, 0.5);
-            EXPECT_EQ(image, grabbed(*view()->viewport()));
-        }
-    }
-}
-
-TEST_F(WindowTest, noLabelIsCutOff) {
-    for (const int width : {1280, 1000, 700, 480}) {
-        SCOPED_TRACE(width);
-        window->resize(width, 700);
-        QCoreApplication::processEvents();
-        for (QLabel* label : window->findChildren<QLabel*>()) {
-            if (!label->isVisible() || label->wordWrap()) continue;
-            EXPECT_GE(label->width(), label->sizeHint().width()) << qPrintable(label->text());
-        }
-        for (QAbstractButton* button : window->findChildren<QAbstractButton*>()) {
-            if (!button->isVisible() || !qobject_cast<QToolButton*>(button)) continue;
-            EXPECT_GE(button->width(), Metrics::chipCloseTarget) << qPrintable(button->text());
-        }
-    }
 }
 
 TEST_F(WindowTest, manyRowsAreShownWithoutLosingThePlace) {

@@ -81,6 +81,7 @@ TEST_P(EachScreen, leadsTheTabKeyToEverythingOnce) {
         QTest::keyClick(last, Qt::Key_Tab);
         QWidget* const now = QApplication::focusWidget();
         ASSERT_TRUE(now);
+        EXPECT_TRUE(stage.front().isAncestorOf(now)) << Looks::nameOf(*now);
         QCoreApplication::processEvents();
         if (last->mapTo(&stage.window(), QPoint()) != place) {
             // What it stands in was scrolled, so that anything may be where it is now.

@@ -17,8 +17,10 @@
 #include "Tarn/ui/pane/PaneMenu.h"
 #include "Tarn/ui/pane/PaneView.h"
 #include "Tarn/ui/pane/RenameEditor.h"
+#include "Tarn/ui/quicksearch/QuickSearchPanel.h"
 #include "Tarn/ui/settings/SettingsSheet.h"
 #include "Tarn/ui/settings/ShortcutField.h"
+#include "Tarn/ui/sheets/RenameWorkspaceSheet.h"
 #include "Tarn/ui/sidebar/Sidebar.h"
 #include "Tarn/ui/tags/TagMenu.h"
 #include "TarnCore/files/Paths.h"
@@ -27,9 +29,9 @@
 namespace tarn {
 namespace {
 
-void documents(Stage& stage) { stage.go(Location::folder(Paths::documents())); }
+const auto work = ScreenHome::work;
 
-URL work(const char* name) { return Paths::home().appending("Work").appending(name); }
+void documents(Stage& stage) { stage.go(Location::folder(Paths::documents())); }
 
 QLineEdit& field() {
     auto* edit = qobject_cast<QLineEdit*>(QApplication::focusWidget());
@@ -134,6 +136,16 @@ void renameFavorite(Stage& stage) {
     stage.model().showSheet(sheet);
 }
 
+void renameWorkspace(Stage& stage) {
+    auto& lists = stage.app().lists();
+    lists.saveWorkspace("Garden", {stage.model().snapshot()});
+    const UUID files = lists.saveWorkspace("Court files", {stage.model().snapshot()});
+    stage.go(Location::home());
+    auto* sheet = new RenameWorkspaceSheet(stage.window(), lists, *lists.workspace(files));
+    sheet->open(sheet->firstField());
+    field().setText(QStringLiteral("garden"));
+}
+
 const Screen rarer[] = {
     {"palette-empty", [](Stage& s) { palette(s, ""); }},
     {"palette-nothing", [](Stage& s) { palette(s, "qqqq"); }},
@@ -148,11 +160,34 @@ const Screen rarer[] = {
     {"connect-failed", [](Stage& s) { connect(s, "build.example.net"); }},
     {"connect-question", [](Stage& s) { connect(s, "sftp://build.example.org"); }},
     {"rename-favorite", renameFavorite},
+    {"rename-workspace", renameWorkspace},
 };
 
-void popUp(Stage& stage, QMenu* menu) { menu->popup(stage.window().mapToGlobal(QPoint(420, 150))); }
+void popUp(Stage& stage, QMenu* menu) {
+    menu->popup(stage.window().mapToGlobal(QPoint(stage.window().width() / 3, 150)));
+}
+
+/// A window of its own, in front of the other.
+void quickSearch(Stage& stage, const char* typed) {
+    documents(stage);
+    auto* panel = new QuickSearchPanel(stage.app());
+    // The app goes after the window.
+    QObject::connect(&stage.window(), &QObject::destroyed, panel, [panel] { delete panel; });
+    panel->prepare();
+    panel->move(
+        stage.window().mapToGlobal(QPoint((stage.window().width() - panel->width()) / 2, 120)));
+    panel->show();
+    panel->activateWindow();
+    stage.wait([panel] { return panel->isActiveWindow(); });
+    QTest::keyClicks(panel->findChild<QLineEdit*>(), QString::fromUtf8(typed));
+    stage.wait(
+        [&] { return !*typed || (panel->pane().showsResults() && !panel->pane().isSearching()); });
+}
 
 const Screen popups[] = {
+    {"quick-search", [](Stage& s) { quickSearch(s, ""); }},
+    {"quick-search-results", [](Stage& s) { quickSearch(s, "files from 2026 over 1 kb"); }},
+    {"quick-search-nothing", [](Stage& s) { quickSearch(s, "qwertz"); }},
     {"menu",
      [](Stage& s) {
          documents(s);

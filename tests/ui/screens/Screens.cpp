@@ -31,6 +31,8 @@
 namespace tarn {
 namespace {
 
+const auto work = ScreenHome::work;
+
 constexpr int patience = 10'000;  // milliseconds
 /// Milliseconds without anything drawn, after which a screen counts as finished.
 constexpr int quiet = 60;
@@ -89,8 +91,6 @@ void first(Stage& stage, int page) {
     sheet->open(sheet->next());
     for (int i = 0; i < page; ++i) sheet->next()->click();
 }
-
-URL work(const char* name) { return Paths::home().appending("Work").appending(name); }
 
 void transfers(Stage& stage) {
     stage.hold();
@@ -153,7 +153,11 @@ void inspector(Stage& stage) {
 }
 
 const Screen screens[] = {
-    {"start", [](Stage& s) { s.go(Location::home()); }},
+    {"start",
+     [](Stage& s) {
+         s.app().lists().saveWorkspace("Court files", {s.model().snapshot()});
+         s.go(Location::home());
+     }},
     {"list",
      [](Stage& s) {
          s.go(Location::folder(Paths::documents()));
@@ -330,8 +334,9 @@ QImage Stage::grab(double ratio) const {
     QImage image((QSizeF(window_->size()) * ratio).toSize(), QImage::Format_RGB32);
     image.setDevicePixelRatio(ratio);
     window_->render(&image);
-    if (QWidget* popup = QApplication::activePopupWidget())
-        popup->render(&image, popup->pos() - window_->mapToGlobal(QPoint()));
+    for (QWidget* other : QApplication::topLevelWidgets())
+        if (other != window_ && other->isVisible())
+            other->render(&image, other->pos() - window_->mapToGlobal(QPoint()));
     return image;
 }
 

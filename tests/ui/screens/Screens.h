@@ -46,7 +46,7 @@ public:
     void hold() { held_ = std::make_unique<HeldCopies>(); }
 
     QImage grab() const;
-    /// The window as a screen of this ratio shows it.
+    /// The window, and what lies over it, as a screen of this ratio shows them.
     QImage grab(double ratio) const;
 
 private:

@@ -195,6 +195,18 @@ void Session::browse() {
     press(Qt::Key_Up, Qt::AltModifier);
     ASSERT_TRUE(isAt(Paths::documents()));
     EXPECT_EQ(selected(), Names{"Projects"});
+    press(Qt::Key_Left, Qt::AltModifier);
+    ASSERT_TRUE(isAt(Paths::documents().appending("Projects")));
+    press(Qt::Key_Right, Qt::AltModifier);
+    ASSERT_TRUE(isAt(Paths::documents()));
+    const int count = pane().items().count();
+    press(Qt::Key_H, Qt::ControlModifier);
+    ASSERT_TRUE(waitFor([&] { return pane().items().count() == count + 1; }));
+    press(Qt::Key_H, Qt::ControlModifier);
+    ASSERT_TRUE(waitFor([&] { return pane().items().count() == count; }));
+    press(Qt::Key_1, Qt::ControlModifier);
+    EXPECT_EQ(view().objectName(), QStringLiteral("paneGrid"));
+    press(Qt::Key_2, Qt::ControlModifier);
 }
 
 void Session::search() {
@@ -218,6 +230,9 @@ void Session::search() {
     press(Qt::Key_Down);
     EXPECT_EQ(QApplication::focusWidget(), &view());
     EXPECT_EQ(selected().size(), 1u);
+    press(Qt::Key_Up);
+    EXPECT_TRUE(part<SearchField>()->isAncestorOf(QApplication::focusWidget()));
+    press(Qt::Key_Down);
     press(Qt::Key_Escape);
     ASSERT_TRUE(isAt(Paths::documents()));
     EXPECT_FALSE(part<ChipRow>());

@@ -12,6 +12,7 @@
 #include "Tarn/ui/states/StatePage.h"
 #include "Tarn/ui/states/StatusPill.h"
 #include "TarnCore/files/Paths.h"
+#include "tests/ui/Shown.h"
 #include "tests/ui/screens/BusyPool.h"
 #include "tests/ui/screens/Screens.h"
 
@@ -28,11 +29,15 @@ Part* shown(Stage& stage) {
 }
 
 /// The page says something in words that can be seen, and offers a way out where one is due.
-void expectPage(Stage& stage, bool hasAction) {
+void expectPage(Stage& stage, bool hasAction, const char* title = nullptr) {
+    // Where reading took long enough to be shown, that stays for a moment.
+    ASSERT_TRUE(waitFor([&stage] { return shown<StatePage>(stage) != nullptr; }));
     auto* page = shown<StatePage>(stage);
-    ASSERT_TRUE(page);
     EXPECT_FALSE(page->content().symbol.empty());
     EXPECT_FALSE(page->content().title.isEmpty());
+    if (title) {
+        EXPECT_EQ(page->content().title.toStdString(), title);
+    }
     EXPECT_FALSE(page->content().sentence.isEmpty());
     EXPECT_EQ(page->accessibleName(), page->content().title);
     auto* button = page->findChild<QPushButton*>();
@@ -59,16 +64,21 @@ TEST(Screens, sayWhyTheyAreEmpty) {
         const char* name;
         std::function<Location(Stage&)> place;
         bool hasAction;
+        const char* title = nullptr;
     } cases[] = {
         {"folder", [](Stage&) { return Location::folder(Paths::home().appending("Empty")); }, true},
         {"trash", [](Stage&) { return Location::folder(Paths::trash()); }, false},
         {"archive", [](Stage&) { return archive("Nothing.zip"); }, true},
-        {"videos", [](Stage&) { return Location::library(LibraryItem::videos); }, false},
+        {"recents", [](Stage&) { return Location::library(LibraryItem::recents); }, false,
+         "No Recent Files"},
+        {"videos", [](Stage&) { return Location::library(LibraryItem::videos); }, false,
+         "No Videos"},
         {"music", [](Stage&) { return Location::library(LibraryItem::music); }, false},
         {"apps", [](Stage&) { return Location::library(LibraryItem::apps); }, false},
         {"smart folder", emptySmartFolder, false},
-        {"tag", [](Stage&) { return Location::tag("Nothing"); }, false},
-        {"source", [](Stage&) { return Location::source("Nowhere"); }, false},
+        {"tag", [](Stage&) { return Location::tag("Nothing"); }, false, "Nothing Tagged “Nothing”"},
+        {"source", [](Stage&) { return Location::source("Nowhere"); }, false,
+         "Nothing from Nowhere"},
         {"cleanup", [](Stage&) { return Location::cleanup(); }, true},
         {"duplicates", [](Stage&) { return Location::duplicates(); }, true},
     };
@@ -79,7 +89,7 @@ TEST(Screens, sayWhyTheyAreEmpty) {
             Paths::home().appending("Work/Phone/Summer in the Mountains.mov").path());
         stage.go(c.place(stage));
         stage.settle();
-        expectPage(stage, c.hasAction);
+        expectPage(stage, c.hasAction, c.title);
     }
 }
 
