@@ -106,6 +106,7 @@ void print(const std::string& title, const Timings& timings) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);  // Who waits sees each line at once.
     SupportDirectory::useTestFolder();
     Platform::setCurrent(makeLinuxPlatform());
     WatchedApplication qt(argc, argv);
