@@ -20,6 +20,7 @@
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/window/BrowserWindow.h"
+#include "TarnCore/files/Paths.h"
 #include "tests/support/TestFolder.h"
 #include "tests/ui/Shown.h"
 
@@ -177,6 +178,34 @@ TEST_F(WindowTest, everyStateShowsItsPage) {
     EXPECT_EQ(page->content().sentence, QStringLiteral("“gone” doesn’t exist any more."));
     pane().navigate(Location::folder(folder.url()));
     ASSERT_TRUE(waitFor([&] { return !page->isVisible(); }));
+}
+
+TEST_F(WindowTest, whereNothingWasFoundAWiderPlaceIsOffered) {
+    auto* page = window->findChild<StatePage*>();
+    ASSERT_TRUE(page);
+    const URL home = Paths::home();
+    const struct {
+        const char* name;
+        URL folder;
+        SearchScopeSetting scope;
+        const char* action;
+    } cases[] = {
+        {"folder", folder.url(), SearchScopeSetting::currentFolder, "Search Home"},
+        {"home folder", home, SearchScopeSetting::currentFolder, "Search This Computer"},
+        {"home, from a folder", folder.url(), SearchScopeSetting::home, "Search This Computer"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        pane().navigate(Location::folder(c.folder));
+        settle();
+        pane().setScope(c.scope);
+        pane().setSearchText("zebra");
+        ASSERT_TRUE(waitFor([&] { return page->isVisible() && !pane().isSearching(); }));
+        EXPECT_EQ(page->content().title, QStringLiteral("No Results"));
+        EXPECT_EQ(page->content().action, QLatin1String(c.action));
+        pane().clearSearch(false);
+        ASSERT_TRUE(waitFor([&] { return !pane().query(); }));
+    }
 }
 
 TEST_F(WindowTest, theStatusCountsWhatIsShownAndSelected) {
