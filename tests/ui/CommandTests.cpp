@@ -1,4 +1,5 @@
 #include <QtGui/QAction>
+#include <QtGui/QContextMenuEvent>
 #include <QtTest/QTest>
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QLabel>
@@ -18,6 +19,7 @@
 #include "Tarn/ui/palette/GoToFolderSheet.h"
 #include "Tarn/ui/settings/ShortcutField.h"
 #include "Tarn/ui/settings/ShortcutSection.h"
+#include "Tarn/ui/sheets/RenameWorkspaceSheet.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "tests/support/TestFolder.h"
 #include "tests/ui/Shown.h"
@@ -175,6 +177,24 @@ TEST_F(CommandsUITest, menusHaveTheirGroupsInOrderAndTheFormatsOfPaths) {
     EXPECT_EQ(app.clipboard().data()->text().toStdString(), folder.url().string());
 }
 
+TEST_F(CommandsUITest, theWindowMenuOpensWorkspaces) {
+    const UUID id = app.lists().saveWorkspace("R&D", {model->snapshot(), model->snapshot()});
+    QMenu menu;
+    actions->fillGroup(menu, "Window");
+    QMenu* all = nullptr;
+    for (QAction* each : menu.actions())
+        if (each->menu()) all = each->menu();
+    ASSERT_TRUE(all);
+    emit menu.aboutToShow();
+    ASSERT_EQ(all->actions().size(), 1);
+    EXPECT_EQ(all->actions()[0]->text(), QStringLiteral("R&&D"));
+    all->actions()[0]->trigger();
+    EXPECT_EQ(group.count(), 3);
+    app.lists().removeWorkspace(id);
+    emit menu.aboutToShow();
+    EXPECT_FALSE(all->isEnabled());
+}
+
 // ---- The palette
 
 class PaletteUITest : public CommandsUITest {
@@ -235,6 +255,28 @@ TEST_F(PaletteUITest, aCommandThatAsksGetsTheKeyboard) {
     press(Qt::Key_Return);
     EXPECT_FALSE(palette());
     EXPECT_EQ(QApplication::focusWidget(), field);
+}
+
+TEST_F(PaletteUITest, aWorkspaceIsRenamedWhereItIsFound) {
+    const UUID id = app.lists().saveWorkspace("z-x taxes", {model->snapshot()});
+    press(Qt::Key_K, Qt::ControlModifier);
+    type("z-x");
+    const QPoint place = list()->visualRect(list()->currentIndex()).center();
+    QContextMenuEvent asked(QContextMenuEvent::Mouse, place,
+                            list()->viewport()->mapToGlobal(place));
+    QApplication::sendEvent(list()->viewport(), &asked);
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_TRUE(menu);
+    QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyClick(menu, Qt::Key_Return);
+    EXPECT_FALSE(palette());
+    auto* sheet = window.findChild<RenameWorkspaceSheet*>();
+    ASSERT_TRUE(sheet);
+    QTest::keyClicks(QApplication::focusWidget(), "z-x");
+    press(Qt::Key_Return);
+    EXPECT_EQ(app.lists().workspace(id)->name, "z-x");
+    app.lists().removeWorkspace(id);
 }
 
 // ---- Going to a path

@@ -40,7 +40,6 @@ StartScreen::StartScreen(WindowModel& tab, PaneModel& pane, QWidget* parent)
     font.setWeight(QFont::Normal);
     field_->setFont(font);
     field_->setMinimumHeight(Metrics::startFieldHeight);
-    field_->setPlaceholderText(tr("Search your files, like “pdfs from last week”"));
     field_->setAccessibleName(tr("Search your files"));
     field_->addAction(Icons::symbol("magnifyingglass", Icons::Tint::secondary),
                       QLineEdit::LeadingPosition);
@@ -122,6 +121,11 @@ void StartScreen::layOut() {
     const int side = std::max(edge, (width() - Metrics::startWidth) / 2);
     content_->layout()->setContentsMargins(side, isNarrow ? Metrics::space16 : 2 * Metrics::space24,
                                            side, Metrics::space24);
+    const QString whole = tr("Search your files, like “pdfs from last week”");
+    // Beside the symbol at one end and the cross at the other.
+    const int room = width() - 2 * side - 4 * Metrics::space24;
+    field_->setPlaceholderText(
+        Fonts::textWidth(field_->font(), whole) <= room ? whole : tr("Search your files"));
 }
 
 bool StartScreen::eventFilter(QObject* watched, QEvent* event) {
