@@ -24,7 +24,8 @@ public:
     /// Forgets what the Trash knows of an item that was taken out of it; nothing for other places.
     virtual void forget(const URL& trashed) = 0;
 
-    /// The folders that hold trashed items: the home's and those of the mounted disks that exist.
+    /// The folders that hold trashed items: the home's first, which need not be there before
+    /// something is trashed, and those of the mounted disks that are there.
     virtual std::vector<URL> folders() const = 0;
 
     struct Origin {

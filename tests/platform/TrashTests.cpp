@@ -129,6 +129,11 @@ TEST_F(LinuxTrashTest, forgetsOnlyWhatHasLeft) {
     EXPECT_TRUE(root.exists("info/b.trashinfo"));
 }
 
+TEST_F(LinuxTrashTest, namesTheFolderOfTheHomeBeforeAnythingIsInIt) {
+    EXPECT_FALSE(root.exists("data/Trash"));
+    EXPECT_EQ(trash.folders(), std::vector{root / "data/Trash/files"}) << "it is waited for";
+}
+
 TEST_F(LinuxTrashTest, usesATrashOfTheItemsOwnDisk) {
     const URL top = otherDisk();
     if (top.isRoot()) GTEST_SKIP() << "This machine has one disk.";

@@ -307,8 +307,11 @@ void LinuxTrash::forget(const URL& trashed) {
 }
 
 std::vector<URL> LinuxTrash::folders() const {
-    std::vector<URL> urls;
-    for (const Can& can : all()) urls.push_back(can.url.appending("files"));
+    std::vector<URL> urls = {homeTrash().appending("files")};
+    for (const Can& can : all()) {
+        URL files = can.url.appending("files");
+        if (files != urls.front()) urls.push_back(std::move(files));
+    }
     return urls;
 }
 
