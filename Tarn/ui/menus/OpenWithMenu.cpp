@@ -8,6 +8,7 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/desktop/FileOpener.h"
 #include "Tarn/ui/sheets/OpenWithSheet.h"
+#include "Tarn/ui/text/PlainTitle.h"
 #include "Tarn/ui/theme/Icons.h"
 
 namespace tarn {
@@ -33,7 +34,7 @@ OpenWithMenu::OpenWithMenu(WindowModel& window, std::vector<URL> files, QWidget&
 }
 
 void OpenWithMenu::add(const DesktopEntry& program, bool isDefault) {
-    QString title = displayText(program.name).replace(u'&', QStringLiteral("&&"));
+    QString title = plainTitle(displayText(program.name));
     if (isDefault) title = tr("%1 (default)").arg(title);
     const QIcon own =
         program.icon.empty() ? QIcon() : QIcon::fromTheme(QString::fromStdString(program.icon));

@@ -25,6 +25,7 @@
 #include "Tarn/ui/menus/FileManagerCall.h"
 #include "Tarn/ui/menus/KeyText.h"
 #include "Tarn/ui/palette/CommandPalette.h"
+#include "Tarn/ui/text/PlainTitle.h"
 #include "Tarn/ui/theme/Icons.h"
 
 namespace tarn {
@@ -276,8 +277,7 @@ void WindowActions::addWorkspaces(QMenu& menu) {
     connect(&menu, &QMenu::aboutToShow, all, [this, all] {
         all->clear();
         for (const Workspace& workspace : app_.lists().workspaces()) {
-            // An & in a name is no mark of a key.
-            const QString name = displayText(workspace.name).replace(u'&', QStringLiteral("&&"));
+            const QString name = plainTitle(displayText(workspace.name));
             all->addAction(name, this, [this, id = workspace.id] {
                 if (model_ && model_->group()) model_->group()->openWorkspace(id);
             });

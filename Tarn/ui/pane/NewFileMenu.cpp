@@ -6,6 +6,7 @@
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/text/PlainTitle.h"
 #include "Tarn/ui/theme/Icons.h"
 
 namespace tarn {
@@ -30,9 +31,8 @@ void NewFileMenu::look() {
 
 void NewFileMenu::addFile(const FileTemplate& file) {
     // The user's own are called as their files are.
-    QString title = file.sourceURL ? displayText(file.title) : coreText(file.title);
-    title.replace(u'&', QStringLiteral("&&"));
-    addAction(Icons::symbol(file.symbol), title, this,
+    const QString title = file.sourceURL ? displayText(file.title) : coreText(file.title);
+    addAction(Icons::symbol(file.symbol), plainTitle(title), this,
               [this, file] { window_->edits().newFile(file); });
 }
 

@@ -13,9 +13,10 @@
 #include <QtWidgets/QTabBar>
 #include <QtWidgets/QTableView>
 
-#include "Tarn/model/DisplayText.h"
 #include "Tarn/model/Counts.h"
+#include "Tarn/model/DisplayText.h"
 #include "Tarn/model/PreviewTable.h"
+#include "Tarn/ui/text/PlainTitle.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "TarnCore/preview/DelimitedText.h"
@@ -168,8 +169,7 @@ void TablePreview::showSheet(int number, Sheet sheet) {
         sheets_.assign(sheet->names.size(), nullptr);
         const QSignalBlocker quiet(tabs_);
         while (tabs_->count() > 0) tabs_->removeTab(0);
-        for (const std::string& name : sheet->names)
-            tabs_->addTab(displayText(name).replace(u'&', QStringLiteral("&&")));
+        for (const std::string& name : sheet->names) tabs_->addTab(plainTitle(displayText(name)));
         tabs_->setVisible(sheet->names.size() > 1 && !isSmall());
     }
     if (static_cast<std::size_t>(number) < sheets_.size())

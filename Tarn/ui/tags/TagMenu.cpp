@@ -11,6 +11,7 @@
 #include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/tags/TagDotRow.h"
+#include "Tarn/ui/text/PlainTitle.h"
 #include "Tarn/ui/theme/Icons.h"
 
 namespace tarn::TagMenu {
@@ -44,8 +45,7 @@ void fillNames(QMenu& menu, WindowModel& window) {
     for (const FileItem& item : items) hasTags |= !item.tags.empty();
     for (const FinderTag& tag : offered(window, items)) {
         const TagDots::Share shared = share(items, tag.name);
-        // An & in a name is no mark of a key.
-        QString text = tagText(tag.name).replace(u'&', QStringLiteral("&&"));
+        QString text = plainTitle(tagText(tag.name));
         QAction* action = menu.addAction(TagDots::icon(tag.color, shared), text, &menu,
                                          [&window, tag] { window.edits().toggleTag(tag); });
         action->setCheckable(true);

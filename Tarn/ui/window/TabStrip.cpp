@@ -13,6 +13,7 @@
 #include "Tarn/model/TabGroup.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/drag/FileDrop.h"
+#include "Tarn/ui/text/PlainTitle.h"
 #include "Tarn/ui/theme/Icons.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/window/FileTabBar.h"
@@ -20,9 +21,6 @@
 
 namespace tarn {
 namespace {
-
-/// An ampersand stands for itself, not for a key.
-QString plain(QString text) { return text.replace(u'&', QStringLiteral("&&")); }
 
 /// The whole path, or what the place is called.
 QString placeOf(const WindowModel& tab) {
@@ -97,7 +95,7 @@ void TabStrip::addTab(int index) {
     connect(&tab, &WindowModel::activePaneChanged, this, &TabStrip::updateTexts);
     {
         const QScopedValueRollback following(isFollowing_, true);
-        bar_->insert(index, plain(tab.title()), placeOf(tab));
+        bar_->insert(index, plainTitle(tab.title()), placeOf(tab));
         bar_->setCurrentIndex(group_.currentIndex());
     }
     followPanes();
@@ -129,7 +127,7 @@ void TabStrip::updateTexts() {
         QString text = tab.title();
         const QString parent = parentOf(tab);
         if (places[text].size() > 1 && !parent.isEmpty()) text = tr("%1 — %2").arg(text, parent);
-        bar_->setTabText(i, plain(text));
+        bar_->setTabText(i, plainTitle(text));
         bar_->setTabToolTip(i, placeOf(tab));
     }
 }
