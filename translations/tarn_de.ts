@@ -1348,6 +1348,14 @@
         <source>Documents can’t be read because “%1” is of another version than Tarn.</source>
         <translation>Dokumente können nicht gelesen werden, weil „%1“ von einer anderen Version ist als Tarn.</translation>
     </message>
+    <message>
+        <source>Change permissions of %1</source>
+        <translation>Rechte ändern: %1</translation>
+    </message>
+    <message>
+        <source>Couldn’t change permissions of “%1”</source>
+        <translation>Die Rechte von „%1“ konnten nicht geändert werden</translation>
+    </message>
 </context>
 <context>
     <name>tarn::CoreTexts</name>
@@ -2350,6 +2358,41 @@
         <source>%1 · %2</source>
         <translation>%1 · %2</translation>
     </message>
+    <message>
+        <source>Permissions…</source>
+        <translation>Rechte …</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::ItemPermissions</name>
+    <message>
+        <source>No access</source>
+        <translation>Kein Zugriff</translation>
+    </message>
+    <message>
+        <source>Read, write and run</source>
+        <translation>Lesen, schreiben und ausführen</translation>
+    </message>
+    <message>
+        <source>Read and write</source>
+        <translation>Lesen und schreiben</translation>
+    </message>
+    <message>
+        <source>Read and run</source>
+        <translation>Lesen und ausführen</translation>
+    </message>
+    <message>
+        <source>Read only</source>
+        <translation>Nur lesen</translation>
+    </message>
+    <message>
+        <source>Write only</source>
+        <translation>Nur schreiben</translation>
+    </message>
+    <message>
+        <source>Run only</source>
+        <translation>Nur ausführen</translation>
+    </message>
 </context>
 <context>
     <name>tarn::JobRow</name>
@@ -2840,6 +2883,22 @@
         <source>Add to Favourites</source>
         <translation>Zu den Favoriten hinzufügen</translation>
     </message>
+    <message>
+        <source>Permissions…</source>
+        <translation>Rechte …</translation>
+    </message>
+    <message>
+        <source>Open in New Tabs</source>
+        <translation>In neuen Tabs öffnen</translation>
+    </message>
+    <message>
+        <source>Open in New Tab</source>
+        <translation>In neuem Tab öffnen</translation>
+    </message>
+    <message>
+        <source>Open in New Window</source>
+        <translation>In neuem Fenster öffnen</translation>
+    </message>
 </context>
 <context>
     <name>tarn::PaneView</name>
@@ -3138,6 +3197,77 @@
     </message>
 </context>
 <context>
+    <name>tarn::PermissionsSheet</name>
+    <message>
+        <source>Apply to everything inside</source>
+        <translation>Auf alles darin anwenden</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Ändern</translation>
+    </message>
+    <message>
+        <source>“%1”</source>
+        <translation>„%1“</translation>
+    </message>
+    <message>
+        <source>Permissions of %1</source>
+        <translation>Rechte: %1</translation>
+    </message>
+    <message>
+        <source>Owner</source>
+        <translation>Eigentümer</translation>
+    </message>
+    <message>
+        <source>Group</source>
+        <translation>Gruppe</translation>
+    </message>
+    <message>
+        <source>Others</source>
+        <translation>Andere</translation>
+    </message>
+    <message>
+        <source>Permissions as letters</source>
+        <translation>Rechte als Buchstaben</translation>
+    </message>
+    <message>
+        <source>Run</source>
+        <translation>Ausführen</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Read</source>
+        <translation>Lesen</translation>
+    </message>
+    <message>
+        <source>Write</source>
+        <translation>Schreiben</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Only their owners can change this.</source>
+        <translation>Das können nur die Eigentümer ändern.</translation>
+    </message>
+    <message>
+        <source>Only the owner, %1, can change this.</source>
+        <translation>Das kann nur %1 ändern, dem es gehört.</translation>
+    </message>
+    <message>
+        <source>Files inside can be run afterwards only if they could be run before.</source>
+        <translation>Dateien darin lassen sich danach nur ausführen, wenn sie sich vorher ausführen ließen.</translation>
+    </message>
+</context>
+<context>
     <name>tarn::PictureTexts</name>
     <message>
         <source>No text was found in the picture.</source>
@@ -3298,6 +3428,14 @@
     <message>
         <source>Newest</source>
         <translation>Neueste</translation>
+    </message>
+    <message>
+        <source>Owner</source>
+        <translation>Eigentümer</translation>
+    </message>
+    <message>
+        <source>Access</source>
+        <translation>Zugriff</translation>
     </message>
 </context>
 <context>
@@ -4721,6 +4859,10 @@
     <message>
         <source>Extracted %1 to “%2”</source>
         <translation>%1 nach „%2“ entpackt</translation>
+    </message>
+    <message>
+        <source>Changed permissions of %1</source>
+        <translation>Rechte geändert: %1</translation>
     </message>
 </context>
 <context>

@@ -44,6 +44,7 @@ constexpr const char* patterns[] = {
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Remove all tags from %1"),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Rename tag “%1” to “%2”"),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Change colour of tag “%1”"),
+    QT_TRANSLATE_NOOP("tarn::CoreSentences", "Change permissions of %1"),
     // Why something was not done: the rest of a sentence that begins as one of those below.
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "%1 because you don’t have permission."),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "%1 because it no longer exists."),
@@ -72,6 +73,7 @@ constexpr const char* patterns[] = {
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t remove “%1”"),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t remove it"),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t change tags on “%1”"),
+    QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t change permissions of “%1”"),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t compress"),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t unpack “%1”"),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t eject “%1”"),

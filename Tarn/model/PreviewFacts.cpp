@@ -80,6 +80,12 @@ void addSource(Lines& out, const PreviewFacts& facts) {
         out.add(PreviewFacts::tr("Page"), displayText(facts.whereFroms[1]));
 }
 
+void addPermissions(Lines& out, const ItemPermissions& found) {
+    if (found.count == 0) return;
+    out.add(PreviewFacts::tr("Owner"), found.owner);
+    out.add(PreviewFacts::tr("Access"), found.access + u'\n' + found.bits());
+}
+
 }  // namespace
 
 PreviewFacts PreviewFacts::read(const FileItem& item) {
@@ -92,6 +98,7 @@ PreviewFacts PreviewFacts::read(const FileItem& item) {
                              (item.kind == FileKind::image || item.kind == FileKind::video ||
                               item.kind == FileKind::audio);
     if (hasMetadata) facts.metadata = platform.metadata->read(item.url);
+    facts.permissions = ItemPermissions::read({item.url});
     facts.metadata.lastOpened = platform.metadata->lastOpened(item.url);
     if (item.isSymlink) {
         try {
@@ -132,6 +139,7 @@ std::vector<PreviewFact> PreviewFacts::lines(const FileItem& item, const Preview
         out.add(tr("Link To"), facts->linkTarget);
     }
     out.add(tr("Where"), displayText(Paths::abbreviate(item.url.parent())));
+    if (facts) addPermissions(out, facts->permissions);
     return out.lines;
 }
 

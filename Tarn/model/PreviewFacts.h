@@ -7,6 +7,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QString>
 
+#include "Tarn/model/ItemPermissions.h"
 #include "TarnCore/files/FileItem.h"
 #include "TarnCore/platform/MediaMetadata.h"
 #include "TarnCore/sources/DownloadSource.h"
@@ -28,6 +29,7 @@ public:
     std::optional<DownloadSource> source;
     std::vector<std::string> whereFroms;
     std::optional<std::string> linkTarget;
+    ItemPermissions permissions;
 
     /// Reads the file; nothing of it on the main thread.
     static PreviewFacts read(const FileItem& item);

@@ -246,6 +246,39 @@ void WindowEdits::newTag() {
     if (!urls.empty()) window_.showSheet({WindowSheet::Which::newTag, urls});
 }
 
+// --- Permissions
+
+void WindowEdits::askPermissions() {
+    const std::vector<URL> urls = selectedURLs();
+    if (urls.empty() || window_.active().showsMembers()) return;
+    window_.showSheet({WindowSheet::Which::permissions, urls});
+}
+
+void WindowEdits::changePermissions(const std::vector<URL>& urls, const PermissionChange& change) {
+    const std::string what = Subject::of(urls);
+    const std::string title = "Change permissions of " + what;
+    const auto work = [urls, change, what, title](const CancelToken& token) {
+        std::vector<Step> steps;
+        QString failure;
+        try {
+            Permissions::change(urls, change, token, steps);
+        } catch (const Error& error) {
+            failure = coreSentence(error.what());
+        }
+        const std::size_t files = steps.size();
+        PerformedChange changed =
+            done(OperationKind::permissions, title, std::move(steps), files,
+                 files == 0 ? QString() : tr("Changed permissions of %1").arg(coreSentence(what)));
+        changed.failure = failure;
+        return changed;
+    };
+    if (change.isDeep)
+        performLong(coreSentence(title),
+                    [work](ActivityTask::Handle& handle) { return work(handle.token()); });
+    else
+        window_.operations().perform([work] { return work({}); });
+}
+
 // --- Archives
 
 void WindowEdits::performLong(const QString& title, Change work) {

@@ -11,6 +11,7 @@
 #include "Tarn/model/ActivityTask.h"
 #include "Tarn/model/WindowOperations.h"
 #include "TarnCore/base/URL.h"
+#include "TarnCore/ops/Permissions.h"
 #include "TarnCore/ops/Templates.h"
 #include "TarnCore/rename/BatchRenamer.h"
 #include "TarnCore/tags/FinderTag.h"
@@ -55,6 +56,12 @@ public:
     void toggleTag(const FinderTag& tag);
     /// Asks for the name and colour of a new tag.
     void newTag();
+
+    // Permissions.
+
+    /// Asks what becomes of those of the selected items.
+    void askPermissions();
+    void changePermissions(const std::vector<URL>& urls, const PermissionChange& change);
 
     // Archives.
 

@@ -7,6 +7,7 @@
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/ops/ChangeJournal.h"
 #include "TarnCore/ops/FileOps.h"
+#include "TarnCore/ops/Permissions.h"
 #include "TarnCore/ops/TwoPhaseMove.h"
 #include "TarnCore/platform/Platform.h"
 
@@ -110,6 +111,8 @@ void undo(Step& step) {
         forgetTrashed(move->to);
     } else if (const auto* tags = std::get_if<Step::Tags>(&step.change)) {
         writeTags(tags->before, tags->url);
+    } else if (const auto* bits = std::get_if<Step::Permissions>(&step.change)) {
+        Permissions::write(bits->url, bits->before);
     } else {
         auto& create = std::get<Step::Create>(step.change);
         if (!exists(create.url)) throw FileOpError::missing(create.url.name());
@@ -128,6 +131,8 @@ void redo(Step& step) {
         }
     } else if (const auto* tags = std::get_if<Step::Tags>(&step.change)) {
         writeTags(tags->after, tags->url);
+    } else if (const auto* bits = std::get_if<Step::Permissions>(&step.change)) {
+        Permissions::write(bits->url, bits->after);
     } else {
         auto& create = std::get<Step::Create>(step.change);
         if (!create.trashedAt) throw FileOpError::missing(create.url.name());
@@ -220,6 +225,8 @@ bool canRevert(const std::vector<Step>& steps) {
                                         sameFile(move->from, move->to));
         if (const auto* create = std::get_if<Step::Create>(&step.change))
             return exists(create->url);
+        if (const auto* bits = std::get_if<Step::Permissions>(&step.change))
+            return exists(bits->url);
         return exists(std::get<Step::Tags>(step.change).url);
     });
 }

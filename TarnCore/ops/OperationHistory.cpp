@@ -38,8 +38,9 @@ constexpr std::array kinds = {
     Kind{"batchRename", "pencil"},
     Kind{"rule", "wand.and.stars"},
     Kind{"convert", "photo.on.rectangle.angled"},
+    Kind{"permissions", "lock"},
 };
-static_assert(kinds.size() == static_cast<std::size_t>(OperationKind::convert) + 1);
+static_assert(kinds.size() == static_cast<std::size_t>(OperationKind::permissions) + 1);
 
 OperationKind kindNamed(std::string_view name) {
     const auto found = std::ranges::find(kinds, name, &Kind::name);

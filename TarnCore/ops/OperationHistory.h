@@ -27,7 +27,8 @@ enum class OperationKind : std::uint8_t {
     extract,
     batchRename,
     rule,
-    convert
+    convert,
+    permissions
 };
 
 std::string_view name(OperationKind kind);  ///< As it is stored: "batchRename".

@@ -25,9 +25,11 @@ void to_json(JSON& json, const Step& step) {
         JSON& fields = json["create"];
         fields = {{"url", create->url}};
         JSONFields::write(fields, "trashedAt", create->trashedAt);
+    } else if (const auto* tags = std::get_if<Step::Tags>(&step.change)) {
+        json["tags"] = {{"url", tags->url}, {"old", tags->before}, {"new", tags->after}};
     } else {
-        const auto& tags = std::get<Step::Tags>(step.change);
-        json["tags"] = {{"url", tags.url}, {"old", tags.before}, {"new", tags.after}};
+        const auto& bits = std::get<Step::Permissions>(step.change);
+        json["permissions"] = {{"url", bits.url}, {"old", bits.before}, {"new", bits.after}};
     }
 }
 
@@ -45,6 +47,10 @@ void from_json(const JSON& json, Step& step) {
         using List = std::vector<std::string>;
         step.change = Step::Tags{required<URL>(fields, "url"), required<List>(fields, "old"),
                                  required<List>(fields, "new")};
+    } else if (name == "permissions") {
+        step.change =
+            Step::Permissions{required<URL>(fields, "url"), required<std::uint32_t>(fields, "old"),
+                              required<std::uint32_t>(fields, "new")};
     } else {
         throw Error("“" + name + "” is no step.");
     }
@@ -69,6 +75,10 @@ std::size_t std::hash<tarn::Step>::operator()(const tarn::Step& step) const noex
             add(list->size());
             for (const std::string& tag : *list) add(std::hash<std::string>{}(tag));
         }
+    } else if (const auto* bits = std::get_if<tarn::Step::Permissions>(&step.change)) {
+        add(std::hash<tarn::URL>{}(bits->url));
+        add(bits->before);
+        add(bits->after);
     }
     return value;
 }

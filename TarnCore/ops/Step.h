@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -16,7 +17,7 @@ namespace tarn {
 ///
 /// Stored as an object with one key, the case, which holds an object of the fields:
 /// {"move": {"from": …, "to": …}}, {"create": {"url": …, "trashedAt": …}},
-/// {"tags": {"url": …, "old": […], "new": […]}}.
+/// {"tags": {"url": …, "old": […], "new": […]}}, {"permissions": {"url": …, "old": …, "new": …}}.
 struct Step {
     /// An item got another place or name; for a trashed one `to` is its place in the Trash.
     struct Move {
@@ -38,7 +39,15 @@ struct Step {
         bool operator==(const Tags&) const = default;
     };
 
-    std::variant<Move, Create, Tags> change;
+    /// The permission bits of an item were changed.
+    struct Permissions {
+        URL url;
+        std::uint32_t before = 0;  ///< Key "old".
+        std::uint32_t after = 0;   ///< Key "new".
+        bool operator==(const Permissions&) const = default;
+    };
+
+    std::variant<Move, Create, Tags, Permissions> change;
 
     static Step move(URL from, URL to) { return {Move{std::move(from), std::move(to)}}; }
     static Step create(URL url, std::optional<URL> trashedAt = std::nullopt) {
@@ -46,6 +55,10 @@ struct Step {
     }
     static Step tags(URL url, std::vector<std::string> before, std::vector<std::string> after) {
         return {Tags{std::move(url), std::move(before), std::move(after)}};
+    }
+
+    static Step permissions(URL url, std::uint32_t before, std::uint32_t after) {
+        return {Permissions{std::move(url), before, after}};
     }
 
     bool operator==(const Step&) const = default;

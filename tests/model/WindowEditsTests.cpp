@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Tarn/model/AppModel.h"
+#include "Tarn/model/ItemPermissions.h"
 #include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/WindowOperations.h"
@@ -121,6 +122,28 @@ TEST_F(WindowEditsTest, aTagGoesToThoseThatLackItAndThenFromAll) {
     window->operations().undo();
     waitFor([&] { return tags("b.txt") == Tags{work}; });
     waitFor([&] { return tags("a.txt") == Tags{red, work}; });
+}
+
+TEST_F(WindowEditsTest, permissionsAreAskedForChangedAndTakenBack) {
+    const auto canBeRun = [this](const char* name) {
+        return (ItemPermissions::read({folder / name}).any & Permissions::runBits) != 0;
+    };
+    pane().select({folder / "a.txt", folder / "b.txt"});
+    window->edits().askPermissions();
+    ASSERT_TRUE(window->sheet() && window->sheet()->which == WindowSheet::Which::permissions);
+    const std::vector<URL> asked = window->sheet()->urls;
+    EXPECT_EQ(asked, (std::vector<URL>{folder / "a.txt", folder / "b.txt"}));
+    for (const bool isDeep : {false, true}) {
+        SCOPED_TRACE(isDeep);
+        window->edits().changePermissions(asked, {0100, 0, isDeep});
+        waitFor([&] { return canBeRun("a.txt") && canBeRun("b.txt"); });
+        const QString title = QStringLiteral("Change permissions of 2 items");
+        waitFor([&] { return app.history().nextUndoTitle() == title; });
+        EXPECT_FALSE(canBeRun("c.txt"));
+        window->operations().undo();
+        waitFor([&] { return !canBeRun("a.txt") && !canBeRun("b.txt"); });
+        waitFor([&] { return app.history().nextRedoTitle() == title; });
+    }
 }
 
 TEST_F(WindowEditsTest, newFilesTakeFreeNames) {

@@ -13,6 +13,7 @@
 #include "Tarn/model/CoreTexts.h"
 #include "Tarn/model/Counts.h"
 #include "Tarn/model/DisplayText.h"
+#include "Tarn/model/HistoryModel.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/model/PreviewFolderSize.h"
@@ -48,7 +49,8 @@ Inspector::Inspector(QWidget* parent)
       caption_(new FactText),
       tags_(new TagEditor),
       facts_(new FactList),
-      measure_(new QPushButton(tr("Calculate Size"))) {
+      measure_(new QPushButton(tr("Calculate Size"))),
+      permissions_(new QPushButton(tr("Permissions…"))) {
     setAccessibleName(tr("Inspector"));
     setMinimumWidth(Metrics::inspectorMinimum);
     setMaximumWidth(Metrics::inspectorMaximum);
@@ -67,6 +69,7 @@ Inspector::Inspector(QWidget* parent)
     column->addWidget(tags_);
     column->addWidget(facts_);
     column->addWidget(measure_, 0, Qt::AlignLeading);
+    column->addWidget(permissions_, 0, Qt::AlignLeading);
     column->addStretch(1);
     scroll_->setWidget(content);
     scroll_->setWidgetResizable(true);
@@ -88,6 +91,11 @@ Inspector::Inspector(QWidget* parent)
         showFacts();
     });
     connect(measure_, &QPushButton::clicked, this, &Inspector::measureFolder);
+    connect(permissions_, &QPushButton::clicked, this, [this] {
+        std::vector<URL> urls;
+        for (const FileItem& item : items_) urls.push_back(item.url);
+        if (window_) window_->showSheet({WindowSheet::Which::permissions, urls});
+    });
     showNothing();
 }
 
@@ -112,9 +120,12 @@ void Inspector::setPane(WindowModel* window, PaneModel* pane) {
     window_ = window;
     pane_ = pane;
     // Whether folders are measured.
-    if (window)
+    if (window) {
         connect(&window->app(), &AppModel::settingsChanged, &soon_, qOverload<>(&QTimer::start),
                 Qt::UniqueConnection);
+        connect(&window->app().history(), &HistoryModel::changed, this, &Inspector::readAgain,
+                Qt::UniqueConnection);
+    }
     if (pane) {
         const auto later = [this] { soon_.start(); };
         connect(&pane->selection(), &QItemSelectionModel::selectionChanged, this, later);
@@ -190,6 +201,7 @@ void Inspector::showNothing() {
     tags_->hide();
     facts_->setFacts({});
     measure_->hide();
+    permissions_->hide();
 }
 
 void Inspector::showItems(std::vector<FileItem> items, bool isPlace) {
@@ -225,10 +237,16 @@ void Inspector::showItems(std::vector<FileItem> items, bool isPlace) {
         stack_->setItems(items_);
         name_->setValue(Counts::items(static_cast<std::int64_t>(items_.size())));
     }
+    permissions_->setVisible(!pane_->showsMembers());
     showFacts();
     const bool showsSizes = window_ && window_->app().settings().showFolderSizes;
     const bool isFolder = isOne && items_.front().isDirectory && !pane_->showsMembers();
     if (isFolder && !isPlace && showsSizes && !folderSize_ && !isMeasuring_) measureFolder();
+}
+
+void Inspector::readAgain() {
+    // Permissions may have changed, which the item does not show.
+    if (isVisible() && pane_ && items_.size() == 1) readFacts();
 }
 
 void Inspector::readFacts() {

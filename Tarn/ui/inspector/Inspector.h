@@ -57,6 +57,7 @@ private:
     void showItems(std::vector<FileItem> items, bool isPlace);
     void showNothing();
     void readFacts();
+    void readAgain();
     void showFacts();
     void measureFolder();
     void layOutPreview();
@@ -83,6 +84,7 @@ private:
     TagEditor* tags_;
     FactList* facts_;
     QPushButton* measure_;
+    QPushButton* permissions_;
 };
 
 }  // namespace tarn

@@ -119,6 +119,8 @@ void fillForFiles(QMenu& menu, WindowModel& window, const std::vector<FileItem>&
         addFavorite(menu, window, items.front().url);
     builder.separate();
     addTags(menu, window);
+    menu.addAction(Icons::symbol("lock"), Words::tr("Permissions…"), &menu,
+                   [&window] { window.edits().askPermissions(); });
     builder.separate();
     builder.add("trash");
 }

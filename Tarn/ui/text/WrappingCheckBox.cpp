@@ -68,6 +68,8 @@ void WrappingCheckBox::paintEvent(QPaintEvent*) {
     shown.rect.setHeight(first);
     QStyleOptionButton mark = shown;
     mark.rect = style()->subElementRect(QStyle::SE_CheckBoxIndicator, &shown, this);
+    // Without a text, in a table, it stands in the middle of what can be clicked.
+    if (text().isEmpty()) mark.rect.moveCenter(whole.center());
     painter.drawPrimitive(QStyle::PE_IndicatorCheckBox, mark);
     const int top = (first - fontMetrics().height()) / 2;
     const QRect words =

@@ -7,6 +7,7 @@
 #include "Tarn/ui/sheets/EjectSheet.h"
 #include "Tarn/ui/sheets/HistorySheet.h"
 #include "Tarn/ui/sheets/NewSmartFolderSheet.h"
+#include "Tarn/ui/sheets/PermissionsSheet.h"
 #include "Tarn/ui/sheets/RenameFavoriteSheet.h"
 #include "Tarn/ui/sheets/SaveWorkspaceSheet.h"
 #include "Tarn/ui/sheets/Sheet.h"
@@ -64,6 +65,9 @@ void TabSheets::showQuestion() {
             break;
         case WindowSheet::Which::connectServer:
             put(new ConnectServerSheet(window_, tab_, wanted->text));
+            break;
+        case WindowSheet::Which::permissions:
+            put(new PermissionsSheet(window_, tab_, wanted->urls));
             break;
         default:  // Their sheets come with what asks for them.
             tab_.closeSheet();

@@ -1,15 +1,18 @@
 #include "tests/ui/screens/MoreScreens.h"
 
+#include <algorithm>
 #include <memory>
 
 #include <QtCore/QMimeData>
 #include <QtGui/QDragEnterEvent>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QCheckBox>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenu>
 
 #include "Tarn/model/FileMime.h"
+#include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowOperations.h"
 #include "Tarn/model/records/Favorites.h"
 #include "Tarn/ui/menus/WindowActions.h"
@@ -20,6 +23,7 @@
 #include "Tarn/ui/quicksearch/QuickSearchPanel.h"
 #include "Tarn/ui/settings/SettingsSheet.h"
 #include "Tarn/ui/settings/ShortcutField.h"
+#include "Tarn/ui/sheets/PermissionsSheet.h"
 #include "Tarn/ui/sheets/RenameWorkspaceSheet.h"
 #include "Tarn/ui/sidebar/Sidebar.h"
 #include "Tarn/ui/tags/TagMenu.h"
@@ -100,6 +104,26 @@ void takenShortcut(Stage& stage) {
     QTest::keyClick(keys, Qt::Key_D, Qt::ControlModifier);
 }
 
+void permissions(Stage& stage) {
+    documents(stage);
+    stage.select({"Letters", "Notes.txt"});
+    stage.model().edits().askPermissions();
+    auto* sheet = stage.window().findChild<PermissionsSheet*>();
+    const auto boxes = sheet->findChildren<QCheckBox*>();
+    stage.wait([&] {
+        return std::any_of(boxes.begin(), boxes.end(),
+                           [](const QCheckBox* box) { return box->isChecked(); });
+    });
+    ItemPermissions found;
+    found.count = 2;
+    found.all = 0644;
+    found.any = 0755;
+    found.hasFiles = found.hasFolders = found.canChange = true;
+    found.owner = QStringLiteral("robin");
+    found.group = QStringLiteral("staff");
+    sheet->show(found);
+}
+
 void eject(Stage& stage) {
     documents(stage);
     WindowSheet sheet;
@@ -156,6 +180,7 @@ const Screen rarer[] = {
     {"drop", drop},
     {"shortcut-taken", takenShortcut},
     {"eject", eject},
+    {"permissions", permissions},
     {"connect", [](Stage& s) { connect(s, ""); }},
     {"connect-failed", [](Stage& s) { connect(s, "build.example.net"); }},
     {"connect-question", [](Stage& s) { connect(s, "sftp://build.example.org"); }},
