@@ -159,16 +159,20 @@ void PaneModel::goUp() {
     }
 }
 
-bool PaneModel::browse(const FileItem& item) {
+std::optional<Location> PaneModel::inside(const FileItem& item) const {
     if (location_.isArchive() && !showsResults_) {
         const auto member = ArchiveListing::member(location_.url, item.url);
-        if (!item.isDirectory || !member) return false;
-        navigate(Location::archive(location_.url, *member));
-        return true;
+        if (!item.isDirectory || !member) return std::nullopt;
+        return Location::archive(location_.url, *member);
     }
-    if (!item.isBrowsable()) return false;
-    navigate(item.isDirectory ? Location::folder(item.url) : Location::archive(item.url, {}));
-    return true;
+    if (!item.isBrowsable()) return std::nullopt;
+    return item.isDirectory ? Location::folder(item.url) : Location::archive(item.url, {});
+}
+
+bool PaneModel::browse(const FileItem& item) {
+    const auto place = inside(item);
+    if (place) navigate(*place);
+    return place.has_value();
 }
 
 // --- How it is shown

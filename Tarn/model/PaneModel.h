@@ -68,6 +68,8 @@ public:
 
     /// Enters a folder or an archive; false for anything that does not open inside the pane.
     bool browse(const FileItem& item);
+    /// Where browse() goes to; absent where it does nothing.
+    std::optional<Location> inside(const FileItem& item) const;
     /// Reads the place again, and searches again. What is shown stays until the answer is there.
     /// With `clearThumbnails` the pictures of files are taken from the disk again, too.
     void reload(bool clearThumbnails = false);

@@ -153,14 +153,19 @@ void WindowModel::openSelection() {
     }
     std::vector<URL> files;
     for (const FileItem& item : items) {
-        if (item.isDirectory && group_)
-            group_->open(WindowSnapshot::of(Location::folder(item.url), sidebarVisible_), false);
-        else if (item.isDirectory)
-            emit openWindowRequested(item.url);
+        if (item.isDirectory)
+            openAside(Location::folder(item.url));
         else
             files.push_back(item.url);
     }
     if (!files.empty()) emit openFilesRequested(files);
+}
+
+void WindowModel::openAside(const Location& place) {
+    if (group_)
+        group_->open(WindowSnapshot::of(place, sidebarVisible_), false);
+    else if (place.isFolder())
+        emit openWindowRequested(place.url);
 }
 
 void WindowModel::updateTitle() {

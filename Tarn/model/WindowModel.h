@@ -89,6 +89,8 @@ public:
 
     /// Opens what is selected: one folder in the pane, anything else with its program.
     void openSelection();
+    /// In a tab of its own, behind this one; in a window where there are no tabs.
+    void openAside(const Location& place);
 
     /// Ask the view to put the focus into its path field or its search field.
     void editPath() { emit editPathRequested(); }

@@ -220,14 +220,15 @@ TEST_F(EditTest, theMenuOffersWhatCanBeDone) {
     };
     EXPECT_EQ(titlesOf(*menuFor({"beta.txt"})),
               (Titles{"Open", "Open With", "Cut", "Copy", "Copy Path", "Rename", "Duplicate",
-                      "Compress", "", "Tags", "Move to Trash"}));
+                      "Compress", "", "Tags", "Permissions…", "Move to Trash"}));
+    EXPECT_EQ(titlesOf(*menuFor({"beta.txt", "gamma.txt"})),
+              (Titles{"Open", "Open With", "Cut", "Copy", "Copy Path", "Rename 2 Items…",
+                      "Duplicate", "New Folder with Selection", "Compress", "", "Tags",
+                      "Permissions…", "Move to Trash"}));
     EXPECT_EQ(
-        titlesOf(*menuFor({"beta.txt", "gamma.txt"})),
-        (Titles{"Open", "Open With", "Cut", "Copy", "Copy Path", "Rename 2 Items…", "Duplicate",
-                "New Folder with Selection", "Compress", "", "Tags", "Move to Trash"}));
-    EXPECT_EQ(titlesOf(*menuFor({"alpha.tar.gz"})),
-              (Titles{"Open", "Open With", "Cut", "Copy", "Copy Path", "Rename", "Duplicate",
-                      "Extract Archive", "", "Tags", "Move to Trash"}));
+        titlesOf(*menuFor({"alpha.tar.gz"})),
+        (Titles{"Open", "Open in New Tab", "Open With", "Cut", "Copy", "Copy Path", "Rename",
+                "Duplicate", "Extract Archive", "", "Tags", "Permissions…", "Move to Trash"}));
     EXPECT_EQ(titlesOf(*menuFor({})),
               (Titles{"New Folder", "New File", "Paste", "Add to Favourites", "Sort By", "Columns",
                       "Group By", "Select All", "Refresh", "Copy Path"}));

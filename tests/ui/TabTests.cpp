@@ -13,6 +13,7 @@
 #include "Tarn/ui/onboarding/OnboardingSheet.h"
 #include "Tarn/ui/pane/PaneView.h"
 #include "Tarn/ui/pane/PaneWidget.h"
+#include "Tarn/ui/path/CrumbButton.h"
 #include "Tarn/ui/path/PathBar.h"
 #include "Tarn/ui/quicklook/QuickLook.h"
 #include "Tarn/ui/search/SearchField.h"
@@ -28,6 +29,7 @@
 #include "Tarn/ui/window/SessionWindows.h"
 #include "Tarn/ui/window/TabPage.h"
 #include "Tarn/ui/window/TabStrip.h"
+#include "TarnCore/files/Paths.h"
 #include "tests/support/TestFolder.h"
 #include "tests/ui/Shown.h"
 
@@ -145,6 +147,48 @@ TEST_F(TabTest, keysOpenCloseAndReopenTabs) {
     press(Qt::Key_W, Qt::ControlModifier);
     press(Qt::Key_W, Qt::ControlModifier);
     EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(TabTest, placesOpenInTabsBehindThisOne) {
+    PaneView& rows = *window->page().active().rows().view();
+    const auto middleClick = [](QWidget& on, const QRect& at) {
+        QTest::mouseClick(&on, Qt::MiddleButton, Qt::NoModifier, at.center());
+    };
+    const auto rowOf = [&](const char* name) {
+        const auto row = model().active().items().row(folder / name);
+        return rows.visualRect(model().active().items().index(row.value_or(0), 0));
+    };
+    const auto newest = [this] {
+        return group().tab(group().currentIndex() + 1).active().location();
+    };
+    middleClick(*rows.viewport(), rowOf("one/first.txt"));
+    EXPECT_EQ(group().count(), 1) << "a file is no place";
+    middleClick(*rows.viewport(), rowOf("one/two"));
+    ASSERT_EQ(group().count(), 2);
+    EXPECT_EQ(newest(), Location::folder(folder / "one/two"));
+    EXPECT_EQ(model().active().location(), Location::folder(folder / "one"));
+
+    model().active().select({folder / "one/first.txt", folder / "one/two"});
+    rows.enter();
+    press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_EQ(group().count(), 3);
+    EXPECT_EQ(newest(), Location::folder(folder / "one/two"));
+
+    const auto crumbs = part<PathBar>().findChildren<CrumbButton*>();
+    middleClick(*crumbs.front(), crumbs.front()->rect());
+    ASSERT_EQ(group().count(), 4);
+    EXPECT_NE(newest(), model().active().location());
+    EXPECT_TRUE((folder / "one").isInside(newest().url));
+
+    auto& sidebar = part<Sidebar>();
+    const SidebarModel& places = sidebar.model();
+    for (int i = 0; i < places.rowCount(); ++i) {
+        if (places.row(i).location != Location::folder(Paths::home())) continue;
+        middleClick(*sidebar.viewport(), sidebar.visualRect(places.index(i)));
+    }
+    ASSERT_EQ(group().count(), 5);
+    EXPECT_EQ(newest(), Location::folder(Paths::home()));
+    EXPECT_EQ(group().currentIndex(), 0);
 }
 
 TEST_F(TabTest, theBarStandsForTheGroup) {

@@ -84,13 +84,12 @@ void StartScreen::connectSection(StartSection& section) {
 }
 
 void StartScreen::open(const StartPlace& place, bool isAside) {
-    TabGroup* group = tab_.group();
     if (place.workspace) {
-        if (group) group->openWorkspace(*place.workspace);
-    } else if (!isAside) {
+        if (TabGroup* group = tab_.group()) group->openWorkspace(*place.workspace);
+    } else if (isAside) {
+        tab_.openAside(place.location);
+    } else {
         pane_.navigate(place.location);
-    } else if (group) {
-        group->open(WindowSnapshot::of(place.location, tab_.sidebarVisible()), false);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 
+#include "Tarn/ui/focus/AsideClick.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
@@ -13,11 +14,6 @@ namespace tarn {
 namespace {
 
 constexpr int barHeight = Metrics::space4;
-
-bool isAside(const QMouseEvent& event) {
-    return event.button() == Qt::MiddleButton ||
-           (event.button() == Qt::LeftButton && event.modifiers().testFlag(Qt::ControlModifier));
-}
 
 }  // namespace
 

@@ -86,11 +86,33 @@ void addFavorite(QMenu& menu, WindowModel& window, const URL& folder) {
                    [&window, folder] { window.app().lists().addFavorite(folder); });
 }
 
+/// What can be looked into opens in tabs of its own, too.
+void addOpeningAside(QMenu& menu, WindowModel& window, const std::vector<FileItem>& items) {
+    std::vector<Location> places;
+    for (const FileItem& item : items)
+        if (const auto place = window.active().inside(item)) places.push_back(*place);
+    if (places.size() != items.size()) return;
+    const auto inTabs = [&window, places] {
+        for (const Location& place : places) window.openAside(place);
+    };
+    const QString keys = QKeySequence(Qt::CTRL | Qt::Key_Return).toString(QKeySequence::NativeText);
+    menu.addAction(
+        Icons::symbol("plus.square.on.square"),
+        (places.size() > 1 ? Words::tr("Open in New Tabs") : Words::tr("Open in New Tab")) + u'\t' +
+            keys,
+        &menu, inTabs);
+    if (places.size() > 1 || !places.front().isFolder()) return;
+    menu.addAction(
+        Icons::symbol("rectangle.on.rectangle"), Words::tr("Open in New Window"), &menu,
+        [&window, folder = places.front().url] { emit window.openWindowRequested(folder); });
+}
+
 /// The rows of a folder or of results.
 void fillForFiles(QMenu& menu, WindowModel& window, const std::vector<FileItem>& items,
                   QWidget& parent) {
     Builder builder(menu, window);
     builder.add("open");
+    addOpeningAside(menu, window, items);
     std::vector<URL> files;
     for (const FileItem& item : items)
         if (!item.isDirectory) files.push_back(item.url);
@@ -127,7 +149,9 @@ void fillForFiles(QMenu& menu, WindowModel& window, const std::vector<FileItem>&
 
 void fillForMembers(QMenu& menu, WindowModel& window) {
     Builder builder(menu, window);
-    builder.add({"open", "copy"});
+    builder.add("open");
+    addOpeningAside(menu, window, window.active().selectedItems());
+    builder.add("copy");
     builder.separate();
     builder.add("extract", Words::tr("Extract Here"));
     menu.addAction(Icons::symbol("archivebox"), Words::tr("Extract Everything"), &menu,

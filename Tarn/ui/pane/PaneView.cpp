@@ -317,6 +317,10 @@ void PaneView::mousePressEvent(QMouseEvent* event) {
     showsCursor_ = false;
     sincePointed_.start();
     pane_.holdRows();
+    if (event->button() == Qt::MiddleButton) {
+        asidePressed_ = rowAt(toContent(event->pos()));
+        return;
+    }
     const auto heading = places().headingAt(toContent(event->pos()).y());
     if (heading && event->button() == Qt::LeftButton) {
         const RowGroup group = pane_.groups()[static_cast<std::size_t>(*heading)];
@@ -346,6 +350,11 @@ void PaneView::mouseMoveEvent(QMouseEvent* event) {
 
 void PaneView::mouseReleaseEvent(QMouseEvent* event) {
     if (std::exchange(pressIsTaken_, false)) return;
+    if (event->button() == Qt::MiddleButton) {
+        const int row = rowAt(toContent(event->pos()));
+        if (row >= 0 && row == asidePressed_) emit openedAside({pane_.items().item(row)});
+        return;
+    }
     QAbstractItemView::mouseReleaseEvent(event);
     if (!bandStart_) return;
     bandStart_.reset();
@@ -556,6 +565,10 @@ void PaneView::keyPressEvent(QKeyEvent* event) {
         return;
     }
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isReturn && event->modifiers() == Qt::ControlModifier) {
+        emit openedAside(pane_.selectedItems());
+        return;
+    }
     if (isReturn && event->modifiers() == Qt::NoModifier && !pane_.returnOpens()) {
         emit renamePressed();
         return;

@@ -63,6 +63,8 @@ public:
 signals:
     /// Files were let go over a folder of the rows, or over the pane's own.
     void dropped(const tarn::FileDrop& drop);
+    /// These are to be opened in tabs of their own, as far as they can be looked into.
+    void openedAside(const std::vector<tarn::FileItem>& items);
     /// Members of an archive are to be dragged, which needs files of their own first.
     void membersDragged(const QPixmap& image);
     /// Up was pressed on the first row.
@@ -183,6 +185,7 @@ private:
     int hovered_ = -1;
     std::optional<int> hoveredHeading_;
     bool pressIsTaken_ = false;
+    int asidePressed_ = -1;  ///< The row on which the middle button went down.
     QString typed_;
     QElapsedTimer sinceTyped_;
     std::optional<QPoint> bandStart_;  ///< Content coordinates; a rubber band is being drawn.

@@ -94,6 +94,10 @@ PaneWidget::PaneWidget(WindowModel& window, PaneModel& pane, QWidget* parent)
 
 void PaneWidget::watch(PaneView* view) {
     connect(view, &PaneView::activated, this, [this] { window_.openSelection(); });
+    connect(view, &PaneView::openedAside, this, [this](const std::vector<FileItem>& items) {
+        for (const FileItem& item : items)
+            if (const auto place = pane_.inside(item)) window_.openAside(*place);
+    });
     connect(view, &PaneView::renamePressed, this, [this] { window_.edits().renameSelection(); });
     connect(view, &PaneView::membersDragged, this, &PaneWidget::dragMembers);
     connect(view, &PaneView::nameEdited, this, &PaneWidget::giveName);

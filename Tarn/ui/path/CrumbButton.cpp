@@ -10,6 +10,7 @@
 #include "Tarn/ui/drag/DropLabel.h"
 #include "Tarn/ui/drag/FileDrag.h"
 #include "Tarn/ui/drag/FileDrop.h"
+#include "Tarn/ui/focus/AsideClick.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Fonts.h"
 #include "Tarn/ui/theme/Icons.h"
@@ -119,8 +120,14 @@ void CrumbButton::dropEvent(QDropEvent* event) {
 }
 
 void CrumbButton::mousePressEvent(QMouseEvent* event) {
+    if (isAside(*event)) return event->accept();
     pressedAt_ = event->pos();
     QAbstractButton::mousePressEvent(event);
+}
+
+void CrumbButton::mouseReleaseEvent(QMouseEvent* event) {
+    if (!isAside(*event)) return QAbstractButton::mouseReleaseEvent(event);
+    if (rect().contains(event->position().toPoint())) emit clickedAside();
 }
 
 void CrumbButton::mouseMoveEvent(QMouseEvent* event) {

@@ -27,6 +27,8 @@ public:
     int shortestWidth() const;
 
 signals:
+    /// Clicked so that it opens in a tab of its own.
+    void clickedAside();
     void dropped(const tarn::FileDrop& drop);
 
 protected:
@@ -38,6 +40,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
     int textLeft() const;

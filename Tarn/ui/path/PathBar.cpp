@@ -103,6 +103,9 @@ void PathBar::addCrumb(const QString& text, std::string_view symbol, const URL& 
                        const std::optional<std::string>& inside) {
     CrumbButton* button = makeButton(text, symbol);
     connect(button, &CrumbButton::clicked, this, [this, url, inside] { choose(url, inside); });
+    connect(button, &CrumbButton::clickedAside, this, [this, url, inside] {
+        emit chosenAside(inside ? Location::archive(url, *inside) : Location::folder(url));
+    });
     if (!inside) {
         button->setDropFolder(url);
         connect(button, &CrumbButton::dropped, this, &PathBar::dropped);

@@ -7,6 +7,7 @@
 
 #include <QtWidgets/QWidget>
 
+#include "Tarn/model/records/Location.h"
 #include "TarnCore/base/URL.h"
 
 class QToolButton;
@@ -44,6 +45,8 @@ public:
     QSize minimumSizeHint() const override;
 
 signals:
+    /// In a tab of its own.
+    void chosenAside(const tarn::Location& place);
     void folderChosen(const tarn::URL& folder);
     void archiveChosen(const tarn::URL& archive, const std::string& inside);
     /// The typed path is a file: its folder is meant, with the file selected.

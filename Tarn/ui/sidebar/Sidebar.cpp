@@ -15,6 +15,7 @@
 
 #include "Tarn/ui/drag/DropLabel.h"
 #include "Tarn/ui/drag/FileDrop.h"
+#include "Tarn/ui/focus/AsideClick.h"
 #include "Tarn/ui/sidebar/SidebarDelegate.h"
 #include "Tarn/ui/sidebar/SidebarTarget.h"
 #include "Tarn/ui/theme/Colors.h"
@@ -83,6 +84,13 @@ QRect Sidebar::ejectButton(const QModelIndex& index) const {
                        row.center().y() - Metrics::smallestTarget / 2 + 1, Metrics::smallestTarget,
                        Metrics::smallestTarget);
     return QStyle::visualRect(layoutDirection(), row, button);
+}
+
+bool Sidebar::isPlace(const QModelIndex& index) const {
+    if (!model_ || !index.isValid()) return false;
+    const SidebarRow::Kind kind = model_->row(index.row()).kind;
+    return kind != SidebarRow::Kind::heading && kind != SidebarRow::Kind::server &&
+           kind != SidebarRow::Kind::connect;
 }
 
 void Sidebar::choose(const QModelIndex& index) {
@@ -206,6 +214,10 @@ void Sidebar::mousePressEvent(QMouseEvent* event) {
         ejectPressed_ = index;
         return;
     }
+    if (isAside(*event) && isPlace(index)) {
+        asidePressed_ = index;
+        return;
+    }
     if (event->button() == Qt::LeftButton && index.isValid() &&
         model_->row(index.row()).isMovable()) {
         dragPressed_ = index;
@@ -231,6 +243,12 @@ void Sidebar::mouseReleaseEvent(QMouseEvent* event) {
         pressed.isValid()) {
         if (ejectButton(pressed).contains(event->pos()))
             emit actionWanted(SidebarAction::eject, SidebarRow(model_->row(pressed.row())));
+        return;
+    }
+    if (const QModelIndex pressed = std::exchange(asidePressed_, QModelIndex());
+        pressed.isValid()) {
+        if (indexAt(event->pos()) == pressed)
+            emit chosenAside(Location(model_->row(pressed.row()).location));
         return;
     }
     QListView::mouseReleaseEvent(event);

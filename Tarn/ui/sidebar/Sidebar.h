@@ -42,6 +42,8 @@ public:
 
 signals:
     void chosen(const tarn::Location& location);
+    /// In a tab of its own.
+    void chosenAside(const tarn::Location& location);
     /// A server that is not connected; an empty address is the way to any.
     void serverChosen(const std::string& address);
     /// Files were let go over a place.
@@ -74,6 +76,8 @@ protected:
 private:
     using QListView::setModel;
     void choose(const QModelIndex& index);
+    /// A row that leads somewhere.
+    bool isPlace(const QModelIndex& index) const;
     /// What a key does with the row that has the keyboard; absent for any other key.
     std::optional<SidebarAction> actionOf(const QKeyEvent& event) const;
     void startRowDrag(const QModelIndex& index);
@@ -87,7 +91,8 @@ private:
     int dropLine_ = -1;  ///< Between rows, y in the viewport; -1 for none.
     QPersistentModelIndex ejectPointed_;
     QPersistentModelIndex ejectPressed_;
-    QPersistentModelIndex dragPressed_;  ///< May be dragged once the pointer goes far enough.
+    QPersistentModelIndex asidePressed_;  ///< Opens in a tab of its own when it is let go.
+    QPersistentModelIndex dragPressed_;   ///< May be dragged once the pointer goes far enough.
     QPoint pressedAt_;
 };
 

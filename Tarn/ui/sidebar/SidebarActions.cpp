@@ -40,6 +40,8 @@ WindowSnapshot showing(const Location& location) {
 SidebarActions::SidebarActions(Sidebar& sidebar, TabGroup& group, QWidget& window)
     : QObject(&window), sidebar_(sidebar), group_(group), window_(window) {
     connect(&sidebar, &Sidebar::actionWanted, this, &SidebarActions::perform);
+    connect(&sidebar, &Sidebar::chosenAside, this,
+            [this](const Location& place) { tab().openAside(place); });
     connect(&sidebar, &Sidebar::serverChosen, this, &SidebarActions::connectTo);
     connect(&sidebar, &Sidebar::moved, this, &SidebarActions::move);
     connect(&sidebar, &Sidebar::dropped, this,

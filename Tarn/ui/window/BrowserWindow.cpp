@@ -197,6 +197,9 @@ void BrowserWindow::connectParts() {
     connect(sidebarActions_, &SidebarActions::emptyTrashWanted, this,
             [this] { page().active().trash().ask(); });
     connect(&toolbar_->path(), &PathBar::dropped, this, drop);
+    connect(&toolbar_->path(), &PathBar::chosenAside, this, [this](const Location& place) {
+        if (WindowModel* tab = group_->current()) tab->openAside(place);
+    });
     connect(toolbar_, &BrowserToolbar::wentSomewhere, this, [this] { page().takeFocus(); });
     const auto enter = [this] { page().active().rows().enter(); };
     SearchField& search = toolbar_->search();
