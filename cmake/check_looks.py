@@ -14,9 +14,13 @@ from pathlib import Path
 
 THEME = "Tarn/ui/theme/"
 
+# Qt::transparent is none.
 COLOR = re.compile(
-    r'QColor\s*[({]\s*["0-9]|#[0-9a-fA-F]{6}\b|qRgba?\(|setStyleSheet'
-    r'|Qt::(black|white|red|green|blue|gray|darkGray|lightGray|yellow|cyan|magenta)\b')
+    r'QColor(?:\s+\w+)?\s*[({]\s*(?:u?"|QStringLiteral|QLatin1|[0-9]|Qt::(?!transparent))'
+    r'|QColor::from\w+\(|QColorConstants::|"#[0-9a-fA-F]{3,8}"|\b0x[fF]{2}[0-9a-fA-F]{6}\b'
+    r'|qRgba?\(|setStyleSheet'
+    r'|Qt::(?:black|white|(?:dark|light)?(?:Red|Green|Blue|Gray|Yellow|Cyan|Magenta)'
+    r'|red|green|blue|gray|yellow|cyan|magenta)\b')
 # A call that sets a length, with a number in it that stands for itself: not 0, which is none, and
 # not a factor of a named length.
 SETTER = re.compile(
@@ -27,38 +31,50 @@ SETTER = re.compile(
 NUMBER = re.compile(r'(?<![\w.])([2-9]|[1-9]\d+)(?![\w.])(?!\s*\*)')
 # Arguments of other calls inside are not lengths.
 CALL = re.compile(r'\b\w+(::\w+)*\([^()]*\)')
+FONT_SIZE = re.compile(r'\bset(?:Point|Pixel)SizeF?\(\s*[0-9]')
 
 UNTRANSLATED = re.compile(
     r'\b(setText|setToolTip|setTitle|setPlaceholderText|setAccessibleName'
     r'|setAccessibleDescription|setWindowTitle|setStatusTip|addAction|addMenu)'
-    r'\((QStringLiteral\(|QLatin1String\(|u)?"[^"]*[A-Za-z]{2}[^"]*"')
+    r'\(\s*(QStringLiteral\(|QLatin1String\(|u)?"[^"]*[A-Za-z]{2}[^"]*"')
 GLUED = re.compile(r'\btr\("[^"]*"\)\s*\+|\+\s*(\w+::)?tr\("')
 
 # Where a line is right all the same: the file, what it contains, and why.
 ALLOWED = [
     ("Tarn/ui/thumbnails/ThumbnailCache.cpp", '"Software"', "a key of the file, shown nowhere"),
+    ("Tarn/ui/sheets/ConnectServerSheet.cpp", '"smb://', "an address, alike in all languages"),
 ]
 
 
 def faults_of(path, text):
-    """What is wrong with each line of one file, as (line, sentence)."""
-    for number, line in enumerate(text.split("\n"), 1):
-        code = line.split("//")[0]
-        if any(path == file and part in line for file, part, _ in ALLOWED):
-            continue
-        if not path.startswith(THEME):
-            if COLOR.search(code):
-                yield number, "names a colour; take it from Colors or the palette"
-            for setter in SETTER.finditer(code):
-                lengths = setter.group(2)
-                while CALL.search(lengths):
-                    lengths = CALL.sub("x", lengths)
-                if NUMBER.search(lengths):
-                    yield number, "names a length; take it from Metrics"
-        if UNTRANSLATED.search(code):
-            yield number, "shows a text that cannot be translated; put it into tr()"
-        if GLUED.search(code):
-            yield number, "glues a sentence together; make it one text with placeholders"
+    """What is wrong with one file, as (line, sentence) from top to bottom."""
+    lines = text.split("\n")
+    # A statement may go on in the next line; a comment does not.
+    code = "\n".join(line.split("//")[0] for line in lines)
+    faults = []
+
+    def find(pattern, sentence, is_fault=lambda match: True):
+        for match in pattern.finditer(code):
+            number = code.count("\n", 0, match.start()) + 1
+            line = lines[number - 1]
+            if any(path == file and part in line for file, part, _ in ALLOWED):
+                continue
+            if is_fault(match):
+                faults.append((number, sentence))
+
+    def names_length(setter):
+        lengths = setter.group(2)
+        while CALL.search(lengths):
+            lengths = CALL.sub("x", lengths)
+        return NUMBER.search(lengths)
+
+    if not path.startswith(THEME):
+        find(COLOR, "names a colour; take it from Colors or the palette")
+        find(SETTER, "names a length; take it from Metrics", names_length)
+        find(FONT_SIZE, "names a size of text; take it from Fonts")
+    find(UNTRANSLATED, "shows a text that cannot be translated; put it into tr()")
+    find(GLUED, "glues a sentence together; make it one text with placeholders")
+    return sorted(faults)
 
 
 def check(root):

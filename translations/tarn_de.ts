@@ -3166,6 +3166,10 @@
         <translation>Die Suche nach Duplikaten ist noch nicht eingebaut.</translation>
     </message>
     <message>
+        <source>%1 · %2</source>
+        <translation>%1 · %2</translation>
+    </message>
+    <message>
         <source>%1 too large to be read</source>
         <translation>%1 zu groß zum Lesen</translation>
     </message>

@@ -484,8 +484,8 @@ QString PaneWidget::statusText() const {
                 .arg(found, visited, seconds);
         const std::int64_t unread = pane_.search().tooLargeCount();
         if (unread == 0) return searched;
-        return searched + QStringLiteral(" · ") +
-               tr("%1 too large to be read").arg(Counts::files(unread));
+        return tr("%1 · %2").arg(searched,
+                                 tr("%1 too large to be read").arg(Counts::files(unread)));
     }
     if (pane_.location().isQuery() && pane_.isSearching())
         return count == 0 ? tr("Searching…") : tr("%1 so far").arg(Counts::items(count));
