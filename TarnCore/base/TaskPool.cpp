@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -9,11 +10,24 @@
 #include <vector>
 
 namespace tarn {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// For so long a task that someone waits for is left to the threads of the pool, all of which are
+/// kept by others: mostly one of them is free before.
+constexpr std::chrono::milliseconds patience(250);
+
+/// Who is kept by a server that is away may be kept for ever, and holds his thread.
+constexpr std::size_t mostSpares = 16;
+
+}  // namespace
 
 struct TaskPool::State {
     struct Task {
         std::function<void()> work;
-        bool isShare = false;  ///< Of a forEach(), which may take long.
+        bool isShare = false;  ///< Of a forEach(), whose caller works, too.
+        Clock::time_point since = Clock::now();
     };
 
     std::mutex mutex;
@@ -25,9 +39,12 @@ struct TaskPool::State {
     std::size_t threadCount = 0;
     std::vector<std::thread> threads;
     std::size_t sharing = 0;  ///< Of `threads`, how many are inside of a forEach().
-    /// A walk of the whole disk keeps all threads for seconds. Meanwhile this one does what someone
-    /// waits for: a folder to be listed, a preview. Begins when it is first needed.
-    std::thread spare;
+    std::size_t idle = 0;     ///< Of `threads`, how many wait for a task, or are just beginning.
+    /// They do what someone waits for, a folder to be listed or a preview, while all threads are
+    /// kept: at once when they share a walk of the whole disk, and after `patience` when each is
+    /// kept by something of its own. They begin when they are first needed.
+    std::vector<std::thread> spares;
+    std::size_t idleSpares = 0;
 
     /// The pool that the current thread is one of the `threads` of, and how deep in forEach() it
     /// is.
@@ -62,6 +79,7 @@ struct TaskPool::State {
 
     void startThreadsIfNeeded() {
         if (!threads.empty()) return;
+        idle = threadCount;
         for (std::size_t i = 0; i < threadCount; ++i) threads.emplace_back([this] { work(); });
     }
 
@@ -70,11 +88,10 @@ struct TaskPool::State {
                             [](const Task& task) { return !task.isShare; });
     }
 
-    bool wantsSpare() { return sharing == threadCount && firstThatIsNoShare() != urgent.end(); }
-
     void wakeSpareIfWanted() {
-        if (stopping || !wantsSpare()) return;
-        if (!spare.joinable()) spare = std::thread([this] { workBesideShares(); });
+        if (stopping || urgent.size() <= idle || firstThatIsNoShare() == urgent.end()) return;
+        if (idleSpares == 0 && spares.size() < mostSpares)
+            spares.emplace_back([this] { workBeside(); });
         wakeSpare.notify_one();
     }
 
@@ -90,8 +107,9 @@ struct TaskPool::State {
     void work() {
         membership.pool = this;
         std::unique_lock lock(mutex);
-        for (;;) {
+        for (;; ++idle) {
             wake.wait(lock, [&] { return stopping || !urgent.empty() || !background.empty(); });
+            --idle;
             if (stopping) return;
             auto& queue = urgent.empty() ? background : urgent;
             Task task = std::move(queue.front());
@@ -100,14 +118,24 @@ struct TaskPool::State {
         }
     }
 
-    void workBesideShares() {
+    void workBeside() {
         std::unique_lock lock(mutex);
-        for (;;) {
-            wakeSpare.wait(lock, [&] { return stopping || wantsSpare(); });
-            if (stopping) return;
+        while (!stopping) {
             const auto next = firstThatIsNoShare();
+            const bool isAny = next != urgent.end();
+            const Clock::time_point due = isAny ? next->since + patience : Clock::time_point::max();
+            if (!isAny || (sharing < threadCount && Clock::now() < due)) {
+                ++idleSpares;
+                if (isAny)
+                    wakeSpare.wait_until(lock, due);
+                else
+                    wakeSpare.wait(lock);
+                --idleSpares;
+                continue;
+            }
             Task task = std::move(*next);
             urgent.erase(next);
+            wakeSpareIfWanted();  // This one may be kept as well.
             run(std::move(task), lock);
         }
     }
@@ -131,7 +159,7 @@ TaskPool::~TaskPool() {
     state_->wake.notify_all();
     state_->wakeSpare.notify_all();
     for (auto& thread : state_->threads) thread.join();
-    if (state_->spare.joinable()) state_->spare.join();
+    for (auto& spare : state_->spares) spare.join();
 }
 
 void TaskPool::run(std::function<void()> task, TaskPriority priority) {

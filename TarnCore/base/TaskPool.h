@@ -9,7 +9,11 @@ namespace tarn {
 /// How much a piece of background work matters to the person waiting.
 enum class TaskPriority { userWaits, background };
 
-/// A fixed set of worker threads for work that has no order.
+/// Worker threads for work that has no order: a fixed number of them, which is all that is needed
+/// as long as each task ends soon. What someone waits for is done by spare threads where none of
+/// these comes free: at once while all of them share a forEach(), and after a quarter of a second
+/// while each is kept by a task of its own, a folder on a server that is away for one. There are at
+/// most 16 of them, which begin when they are needed.
 ///
 /// Tasks must not throw; an exception that leaves one ends the program, as it would anywhere else
 /// outside main. The destructor drops what has not begun and waits for what has, so owners cancel

@@ -61,6 +61,25 @@ TEST(TaskPool, whoeverWaitsIsServedWhileEveryThreadSharesLongWork) {
     done.wait();
 }
 
+TEST(TaskPool, whoeverWaitsIsServedWhileEachThreadIsKept) {
+    std::latch begun(2), kept(2), served(1);
+    TaskPool pool(2);
+    const auto runTwo = [&](std::latch& has, TaskPriority priority) {
+        for (int i = 0; i < 2; ++i)
+            pool.run(
+                [&] {
+                    has.count_down();
+                    served.wait();
+                },
+                priority);
+        has.wait();
+    };
+    runTwo(begun, TaskPriority::background);
+    runTwo(kept, TaskPriority::userWaits);
+    pool.run([&] { served.count_down(); });
+    served.wait();
+}
+
 TEST(TaskPool, goingDropsWhatHasNotBegun) {
     std::atomic<int> ran = 0;
     std::latch started(1), go(1);
