@@ -7,8 +7,6 @@
 #include <span>
 #include <utility>
 
-#include "TarnCore/base/Collation.h"
-#include "TarnCore/base/TaskPool.h"
 #include "TarnCore/files/DirectoryLister.h"
 #include "TarnCore/files/ListedFolder.h"
 
@@ -25,42 +23,10 @@ constexpr std::size_t longestSlice = 16'384;
 constexpr std::chrono::milliseconds patience(80);
 constexpr std::chrono::milliseconds laterPatience(250);
 
-/// The half-open range from `begin` to `end`.
-std::vector<std::uint32_t> counted(std::size_t begin, std::size_t end) {
-    std::vector<std::uint32_t> positions(end - begin);
-    std::iota(positions.begin(), positions.end(), static_cast<std::uint32_t>(begin));
+std::vector<std::uint32_t> counted(std::size_t count) {
+    std::vector<std::uint32_t> positions(count);
+    std::iota(positions.begin(), positions.end(), 0U);
     return positions;
-}
-
-/// Those that come first by name. Comparing each name with the last of them takes half as long as
-/// making a key for each, which a whole order needs.
-std::vector<std::uint32_t> firstPositions(const std::vector<ListedNameView>& names,
-                                          const SortOrder& sort) {
-    const auto isBefore = [&](std::uint32_t i, std::uint32_t j) {
-        const ListedNameView& a = names[i];
-        const ListedNameView& b = names[j];
-        if (sort.foldersFirst && a.isDirectory != b.isDirectory) return a.isDirectory;
-        const int order = Collation::compare(a.name, b.name);
-        if (order == 0) return i < j;
-        return (order < 0) == sort.ascending;
-    };
-    const auto keepFirst = [&](std::vector<std::uint32_t>& positions) {
-        const std::size_t count = std::min(FolderListing::firstRowCount, positions.size());
-        const auto end = positions.begin() + static_cast<std::ptrdiff_t>(count);
-        std::partial_sort(positions.begin(), end, positions.end(), isBefore);
-        positions.resize(count);
-    };
-    const std::size_t pieces = TaskPool::shared().threadCount();
-    std::vector<std::vector<std::uint32_t>> firstOf(pieces);
-    TaskPool::shared().forEach(pieces, [&](std::size_t piece) {
-        firstOf[piece] =
-            counted(names.size() * piece / pieces, names.size() * (piece + 1) / pieces);
-        keepFirst(firstOf[piece]);
-    });
-    std::vector<std::uint32_t> first;
-    for (const auto& some : firstOf) first.insert(first.end(), some.begin(), some.end());
-    keepFirst(first);
-    return first;
 }
 
 }  // namespace
@@ -68,31 +34,29 @@ std::vector<std::uint32_t> firstPositions(const std::vector<ListedNameView>& nam
 SharedRows FolderListing::rows(const URL& folder, bool includeHidden, const SortOrder& sort,
                                const CancelToken& token, const Progress& progress) {
     Clock::time_point due = Clock::now() + patience;
-    std::optional<ListedFolder> read(std::in_place, folder, includeHidden, token);
+    const bool comesInOrder = sort.field == SortField::name;
+    // Reading sources takes longer than all the rest.
+    const bool tellsParts = progress.onPart && sort.field != SortField::source;
+    std::optional<ListedFolder::Beginning> beginning;
+    if (tellsParts && comesInOrder)
+        beginning = {sort, firstRowCount, DirectoryLister::deferTagsAbove};
+    std::optional<ListedFolder> read(std::in_place, folder, includeHidden, token, beginning);
     if (progress.onNames) {
         progress.onNames();
-        if (read->mayHaveChanged()) read.emplace(folder, includeHidden, token);
+        if (read->mayHaveChanged()) read.emplace(folder, includeHidden, token, beginning);
     }
     const ListedFolder& listed = *read;
     const ResourceKeys keys = DirectoryLister::keys(folder, listed.size());
-    const bool comesInOrder = sort.field == SortField::name;
-    const std::vector<ListedNameView> names =
-        comesInOrder ? listed.names() : std::vector<ListedNameView>();
-    // Reading sources takes longer than all the rest.
-    const bool tellsParts = progress.onPart && sort.field != SortField::source;
-    const bool hasQuickStart =
-        tellsParts && comesInOrder && DirectoryLister::tagsDeferred(listed.size());
     std::vector<SharedItems> parts;
-    std::vector<std::uint32_t> first;
-    if (hasQuickStart && !token.isCancelled()) {
-        first = firstPositions(names, sort);
+    const std::vector<std::uint32_t>& first = listed.first();
+    if (!first.empty() && !token.isCancelled()) {
         parts.push_back(shareItems(listed.items(first, keys, token)));
         progress.onPart(PaneRows::joined(parts));
         due = Clock::now() + laterPatience;
     }
 
     const std::vector<std::uint32_t> positions =
-        comesInOrder ? sort.sortedIndexes(names) : counted(0, listed.size());
+        comesInOrder ? sort.sortedIndexes(listed.names()) : counted(listed.size());
     std::span<const std::uint32_t> left(positions);
     if (std::ranges::equal(first, left.first(first.size())))
         left = left.subspan(first.size());

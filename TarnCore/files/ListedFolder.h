@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -14,6 +15,7 @@
 #include "TarnCore/files/ListedName.h"
 #include "TarnCore/files/ListingError.h"
 #include "TarnCore/files/ResourceReader.h"
+#include "TarnCore/files/SortOrder.h"
 #include "TarnCore/platform/FileSystem.h"
 
 namespace tarn {
@@ -25,15 +27,27 @@ namespace tarn {
 /// Synchronous; for use off the main thread. Package contents are never entered.
 class ListedFolder {
 public:
-    /// Reads the names, in the order of the disk; those that it has by then when it is cancelled.
-    /// Throws ListingError.
-    ListedFolder(URL folder, bool includeHidden, const CancelToken& token = {});
+    /// Names that are wanted before all others: so many that come first by name, of a folder that
+    /// has more than `from` names.
+    struct Beginning {
+        SortOrder order;
+        std::size_t count;
+        std::size_t from;
+    };
+
+    /// Reads the names, in the order of the disk, a large folder on two threads; those that it has
+    /// by then when it is cancelled. Throws ListingError.
+    ListedFolder(URL folder, bool includeHidden, const CancelToken& token = {},
+                 const std::optional<Beginning>& beginning = std::nullopt);
     ListedFolder(const ListedFolder&) = delete;
     ListedFolder& operator=(const ListedFolder&) = delete;
 
     std::size_t size() const { return entries_.size(); }
     /// Names may have come or gone since they were read.
     bool mayHaveChanged() const;
+    /// Positions of the names that were wanted before all others, in their order; none in a smaller
+    /// folder.
+    const std::vector<std::uint32_t>& first() const { return first_; }
     /// Views into this object. Items are not looked at, links excepted.
     std::vector<ListedNameView> names() const;
 
@@ -44,12 +58,15 @@ public:
 
 private:
     class Builder;
+    class Stretch;
     struct Entry {
         std::size_t offset;  ///< Of its name in `bytes_`.
         std::uint32_t length;
         FileType type;
     };
-    void readNames(bool includeHidden, const CancelToken& token);
+    void readNames(bool includeHidden, const CancelToken& token,
+                   const std::optional<Beginning>& beginning);
+    bool isDirectory(const char* name, const Entry& entry) const;
     const char* c_str(std::size_t i) const { return bytes_.data() + entries_[i].offset; }
     std::string_view name(std::size_t i) const { return {c_str(i), entries_[i].length}; }
 
@@ -60,6 +77,7 @@ private:
     Date modified_;      ///< how old they were then.
     std::string bytes_;  ///< The names end to end, each followed by a NUL.
     std::vector<Entry> entries_;
+    std::vector<std::uint32_t> first_;
 };
 
 }  // namespace tarn

@@ -70,6 +70,11 @@ public:
     /// longest file needs it.
     virtual std::string_view readFile(const char* name, std::size_t limit,
                                       PageBuffer& buffer) const = 0;
+
+    /// Leaves the second half of the names to another reader, so that two threads may read a large
+    /// folder at once. Null where the disk cannot do that, where the folder is too small to gain by
+    /// it, and once something was read.
+    virtual std::unique_ptr<FolderReader> splitOff() { return nullptr; }
 };
 
 /// How a whole folder is deleted.

@@ -8,6 +8,7 @@
 #include "TarnCore/base/Error.h"
 #include "TarnCore/files/DirectoryLister.h"
 #include "TarnCore/files/ItemGathering.h"
+#include "TarnCore/files/ListedFolder.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/platform/memory/MemoryFileSystem.h"
 #include "TarnCore/platform/memory/MemoryPlatform.h"
@@ -198,6 +199,38 @@ TEST(DirectoryLister, cancelledListingReturnsWhatItHas) {
     const CancelToken token;
     token.cancel();
     EXPECT_TRUE(DirectoryLister::list(root.url(), false, token).empty());
+}
+
+TEST(ListedFolder, itsFirstNamesAreThoseOfTheWholeOrder) {
+    MemoryPlatform machine;  // Whose folders are read in two stretches.
+    const ScopedPlatform platform(machine.services());
+    const URL folder = URL::fromPath("/home/many");
+    machine.files->setBatchSize(3);
+    for (int i = 0; i < 40; ++i) {
+        const std::string number = std::to_string(i * 7 % 40);
+        machine.files->addFile(folder.appending("File " + number));
+        if (i % 4 == 0) machine.files->addFile(folder.appending("FILE " + number));
+        if (i % 8 == 0) machine.files->addFolder(folder.appending("z folder " + number));
+        if (i % 8 == 4) machine.files->addFolder(folder.appending("Notes " + number + ".pages"));
+        if (i % 10 == 0) machine.files->addLink(folder.appending("link " + number), "z folder 0");
+        if (i % 10 == 5) machine.files->addLink(folder.appending("dead " + number), "gone");
+    }
+    for (const bool ascending : {true, false}) {
+        for (const bool foldersFirst : {true, false}) {
+            const SortOrder order{SortField::size, ascending, foldersFirst};
+            for (const std::size_t count : {std::size_t{1}, std::size_t{12}, std::size_t{500}}) {
+                SCOPED_TRACE(testing::Message() << ascending << foldersFirst << " " << count);
+                const ListedFolder listed(folder, false, {},
+                                          ListedFolder::Beginning{order, count, 50});
+                std::vector<std::uint32_t> all = order.sortedIndexes(listed.names());
+                ASSERT_EQ(all.size(), 68U);
+                all.resize(std::min(count, all.size()));
+                EXPECT_EQ(listed.first(), all);
+            }
+        }
+    }
+    const ListedFolder small(folder, false, {}, ListedFolder::Beginning{{}, 12, 68});
+    EXPECT_TRUE(small.first().empty()) << "not worth it";
 }
 
 TEST(DirectoryLister, bareNamesKnowFoldersFromFiles) {

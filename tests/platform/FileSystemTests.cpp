@@ -45,6 +45,31 @@ TEST(LinuxFileSystem, readsFoldersOfManyBatches) {
     EXPECT_EQ(contents(*LinuxFileSystem().openFolder(folder.url())).size(), 2500U);
 }
 
+TEST(LinuxFileSystem, readsALargeFolderInTwoHalves) {
+    const TestFolder folder;
+    const std::string beginning(100, 'n');
+    for (int i = 0; i < 8000; ++i) folder.file(beginning + std::to_string(i));
+    const LinuxFileSystem files;
+    const auto reader = files.openFolder(folder.url());
+    const auto behind = reader->splitOff();
+    if (!behind) GTEST_SKIP() << "not on this disk";
+    EXPECT_EQ(reader->splitOff(), nullptr);
+    EXPECT_EQ(behind->splitOff(), nullptr);
+    // Either may be read before the other.
+    auto names = contents(*behind);
+    const std::size_t half = names.size();
+    names.merge(contents(*reader));
+    EXPECT_EQ(names.size(), 8000U);
+    EXPECT_TRUE(contents(*reader).empty()) << "the end stays the end";
+    EXPECT_GT(half, 2000U);
+    EXPECT_LT(half, 6000U);
+
+    const auto begun = files.openFolder(folder.url());
+    begun->read();
+    EXPECT_EQ(begun->splitOff(), nullptr) << "half of it has been told";
+    EXPECT_EQ(files.openFolder(folder.folder("small"))->splitOff(), nullptr);
+}
+
 TEST(LinuxFileSystem, leavesNoTraceOfReadingInTheAccessTime) {
     const TestFolder folder;
     const URL file = folder.file("file", "text");

@@ -5,12 +5,15 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <new>
 #include <system_error>
 #include <type_traits>
 
+#include <linux/magic.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/vfs.h>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -58,6 +61,13 @@ int look(const URL& url, Links links, FileAttributes& out) {
     }
 }
 
+/// ext4 keeps large folders in the order of a hash of their names, and that is also the position
+/// that one may seek: half of the names stand before this one.
+constexpr std::int64_t middleHash = std::int64_t{1} << 62;
+/// Bytes of the folder itself from which on two threads read it faster than one: some 10,000 names,
+/// which take one of them 5 ms.
+constexpr std::int64_t splitFrom = 512 * 1024;
+
 /// What a folder is read into, left as it comes: clearing it would cost more than most folders.
 struct ReadBuffer {
     static constexpr std::size_t size = 64 * 1024;
@@ -100,10 +110,12 @@ SpareBuffers& spareBuffers() {
 
 class LinuxFolderReader final : public FolderReader {
 public:
-    explicit LinuxFolderReader(FileDescriptor fd) : fd_(std::move(fd)) {}
+    explicit LinuxFolderReader(FileDescriptor fd, bool isWhole = true)
+        : fd_(std::move(fd)), isWhole_(isWhole) {}
     ~LinuxFolderReader() override { releaseBuffer(); }
 
     std::span<const FolderEntry> read() override;
+    std::unique_ptr<FolderReader> splitOff() override;
 
     std::optional<FileAttributes> attributes(const char* name, Links links) const override {
         FileAttributes out;
@@ -141,10 +153,27 @@ private:
 
     FileDescriptor fd_;
     std::unique_ptr<ReadBuffer> buffer_;
+    std::int64_t end_ = std::numeric_limits<std::int64_t>::max();  ///< Where another reader begins.
+    bool isWhole_;  ///< Nothing was read of it, and no part is another's.
     bool atEnd_ = false;
 };
 
+std::unique_ptr<FolderReader> LinuxFolderReader::splitOff() {
+    if (!isWhole_) return nullptr;
+    struct statfs disk;
+    struct stat folder;
+    if (fstatfs(fd_.get(), &disk) != 0 || disk.f_type != EXT4_SUPER_MAGIC) return nullptr;
+    if (fstat(fd_.get(), &folder) != 0 || folder.st_size < splitFrom) return nullptr;
+    FileDescriptor later(openat(fd_.get(), ".", folderFlags));
+    // A folder without an index has no place so far from its beginning.
+    if (!later || lseek(later.get(), middleHash, SEEK_SET) != middleHash) return nullptr;
+    end_ = middleHash;
+    isWhole_ = false;
+    return std::make_unique<LinuxFolderReader>(std::move(later), /*isWhole=*/false);
+}
+
 std::span<const FolderEntry> LinuxFolderReader::read() {
+    isWhole_ = false;
     while (!atEnd_) {
         if (!buffer_) buffer_ = spareBuffers().take();
         const long bytes =
@@ -154,9 +183,10 @@ std::span<const FolderEntry> LinuxFolderReader::read() {
         if (bytes < 0 && errno != ENOENT) fail(errno, "getdents64");
         if (bytes <= 0) break;
         std::size_t count = 0;
-        for (long at = 0; at < bytes;) {
+        for (long at = 0; at < bytes && !atEnd_;) {
             const auto* record = reinterpret_cast<const dirent64*>(buffer_->bytes.data() + at);
             at += record->d_reclen;
+            atEnd_ = record->d_off >= end_;  // It tells where the next one stands.
             const char* name = record->d_name;
             if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0')))
                 continue;

@@ -142,6 +142,14 @@ public:
                               types_[at_].type, types_[at_].inode});
         return batch_;
     }
+    std::unique_ptr<FolderReader> splitOff() override {
+        if (!isWhole_ || at_ > 0 || names_.size() < 2) return nullptr;
+        isWhole_ = false;
+        auto later = std::make_unique<Reader>(*this);
+        later->at_ = names_.size() / 2;
+        names_.resize(later->at_);
+        return later;
+    }
     std::optional<FileAttributes> attributes(const char* name, Links links) const override {
         return files_.attributes(folder_.appending(name), links);
     }
@@ -173,6 +181,7 @@ private:
     std::vector<FolderEntry> batch_;
     std::size_t batchSize_ = 0;
     std::size_t at_ = 0;
+    bool isWhole_ = true;  ///< No part is another's.
 };
 
 std::unique_ptr<FolderReader> MemoryFileSystem::openFolder(const URL& folder) const {
