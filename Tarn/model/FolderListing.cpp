@@ -77,12 +77,13 @@ SharedRows FolderListing::rows(const URL& folder, bool includeHidden, const Sort
     return comesInOrder || token.isCancelled() ? all : PaneRows::sorted(all, sort);
 }
 
-SharedRows FolderListing::withTags(const SharedRows& rows, const SortOrder& sort) {
+SharedRows FolderListing::withTags(const SharedRows& rows, const SortOrder& sort,
+                                   const CancelToken& token) {
     std::vector<URL> urls;
     urls.reserve(rows->size());
     for (const FileItem& item : rows->items()) urls.push_back(item.url);
-    auto tags = DirectoryLister::loadTags(urls);
-    if (tags.empty()) return nullptr;
+    auto tags = DirectoryLister::loadTags(urls, token);
+    if (tags.empty() || token.isCancelled()) return nullptr;
     std::vector<FileItem> tagged;
     tagged.reserve(tags.size());
     for (const FileItem& item : rows->items()) {

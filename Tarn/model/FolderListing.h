@@ -29,7 +29,7 @@ SharedRows rows(const URL& folder, bool includeHidden, const SortOrder& sort,
                 const CancelToken& token, const Progress& progress = {});
 
 /// The same rows with the tags that were left out of a listing of many items; null when none of
-/// them has any.
-SharedRows withTags(const SharedRows& rows, const SortOrder& sort);
+/// them has any, and when it is cancelled.
+SharedRows withTags(const SharedRows& rows, const SortOrder& sort, const CancelToken& token);
 
 }  // namespace tarn::FolderListing

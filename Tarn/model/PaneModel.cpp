@@ -374,6 +374,7 @@ void PaneModel::startListing() {
 
 std::function<void()> PaneModel::listing(std::shared_ptr<AwaitedWatch> watch) {
     missedChanges_ = false;
+    listToken_.cancel();  // The tags of the listing before may still be under way.
     listToken_ = CancelToken();
     return location_.isFolder() ? folderListing(std::move(watch))
                                 : archiveListing(std::move(watch));
@@ -466,9 +467,9 @@ void PaneModel::listingFailed(const ListingError& error) {
 
 void PaneModel::loadDeferredTags(const SharedRows& rows) {
     app_.pool().run(
-        [rows, sort = sort_, how = wantedArrangement(), generation = generation_,
-         self = QPointer<PaneModel>(this)] {
-            SharedRows tagged = FolderListing::withTags(rows, sort);
+        [rows, sort = sort_, token = listToken_, how = wantedArrangement(),
+         generation = generation_, self = QPointer<PaneModel>(this)] {
+            SharedRows tagged = FolderListing::withTags(rows, sort, token);
             if (!tagged) return;
             MainThread::post(self, [generation, old = rows,
                                     listed = Listed(tagged, sort, how)](PaneModel& pane) {

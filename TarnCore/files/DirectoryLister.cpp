@@ -66,9 +66,11 @@ std::vector<FileItem> load(const std::vector<URL>& urls, ResourceKeys keys) {
                                              [&] { return ItemLoader(urls, keys); });
 }
 
-std::unordered_map<URL, std::vector<std::string>> loadTags(const std::vector<URL>& urls) {
+std::unordered_map<URL, std::vector<std::string>> loadTags(const std::vector<URL>& urls,
+                                                           const CancelToken& token) {
     std::unordered_map<URL, std::vector<std::string>> result;
     for (const URL& url : urls) {
+        if (token.isCancelled()) break;
         std::vector<std::string> tags = ResourceReader::tags(url);
         if (!tags.empty()) result.emplace(url, std::move(tags));
     }

@@ -41,8 +41,9 @@ std::vector<ListedName> names(const URL& folder, bool includeHidden, const Cance
 std::vector<FileItem> load(const std::vector<URL>& urls, ResourceKeys keys);
 
 /// The tags of those URLs that have any. On this thread alone, since nobody waits for them: what is
-/// asked for meanwhile, another order say, finds the others free.
-std::unordered_map<URL, std::vector<std::string>> loadTags(const std::vector<URL>& urls);
+/// asked for meanwhile, another order say, finds the others free. Has fewer when it is cancelled.
+std::unordered_map<URL, std::vector<std::string>> loadTags(const std::vector<URL>& urls,
+                                                           const CancelToken& token = {});
 
 /// The name to show for a path ("Computer" for "/", else the last component, made valid UTF-8).
 std::string displayName(const URL& url);
