@@ -173,6 +173,30 @@
         <source>Add to Favourites</source>
         <translation>Zu den Favoriten hinzufügen</translation>
     </message>
+    <message>
+        <source>Go to Start</source>
+        <translation>Zur Startseite</translation>
+    </message>
+    <message>
+        <source>Go to Trash</source>
+        <translation>Zum Papierkorb</translation>
+    </message>
+    <message>
+        <source>Empty Trash…</source>
+        <translation>Papierkorb leeren …</translation>
+    </message>
+    <message>
+        <source>Next Part</source>
+        <translation>Nächster Bereich</translation>
+    </message>
+    <message>
+        <source>Previous Part</source>
+        <translation>Voriger Bereich</translation>
+    </message>
+    <message>
+        <source>Menu of What Is Selected</source>
+        <translation>Menü der Auswahl</translation>
+    </message>
 </context>
 <context>
     <name>tarn::BusyLine</name>
@@ -2522,10 +2546,6 @@
         <translation>pdfs from last week</translation>
     </message>
     <message>
-        <source>the folder that is shown</source>
-        <translation>im gezeigten Ordner</translation>
-    </message>
-    <message>
         <source>the home folder</source>
         <translation>im Benutzerordner</translation>
     </message>
@@ -2795,6 +2815,14 @@
     <message>
         <source>Workspaces</source>
         <translation>Arbeitsbereiche</translation>
+    </message>
+    <message>
+        <source>Places</source>
+        <translation>Orte</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>Weiteres</translation>
     </message>
 </context>
 <context>
@@ -4488,6 +4516,10 @@
     <message>
         <source>The document is damaged.</source>
         <translation>Das Dokument ist beschädigt.</translation>
+    </message>
+    <message>
+        <source>There is nothing in this file.</source>
+        <translation>In dieser Datei steht nichts.</translation>
     </message>
 </context>
 <context>

@@ -13,6 +13,7 @@
 #include "Tarn/model/TabGroup.h"
 #include "Tarn/model/UserLists.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/model/records/Favorites.h"
 #include "TarnCore/base/Text.h"
 #include "TarnCore/files/Paths.h"
 
@@ -74,8 +75,10 @@ void appendPlaces(std::vector<PaletteRow>& rows, const Offers& offers, std::stri
 
 }  // namespace
 
-PaletteEntries::PaletteEntries(WindowModel& window) {
+PaletteEntries::PaletteEntries(WindowModel& window, std::vector<PaletteEntry> actions) {
     addCommands(window);
+    addActions(window, std::move(actions));
+    addPlaces(window);
     addFolders(window);
     addWorkspaces(window);
 }
@@ -97,15 +100,51 @@ void PaletteEntries::addCommands(WindowModel& window) {
     }
 }
 
+void PaletteEntries::addActions(WindowModel& window, std::vector<PaletteEntry> actions) {
+    for (PaletteEntry& entry : actions) {
+        entry.kind = PaletteEntry::Kind::action;
+        entry.uses = window.app().usageCount(entry.action);
+        const std::string title = entry.title.toStdString();
+        commands_.push_back({std::move(entry), MatchedTitle(title)});
+    }
+}
+
+void PaletteEntries::addPlaces(WindowModel& window) {
+    const auto add = [&](const Location& location, const QString& title, std::string_view symbol) {
+        if (location == window.active().location()) return;
+        PaletteEntry entry;
+        entry.kind = PaletteEntry::Kind::place;
+        entry.location = location;
+        entry.title = title;
+        entry.symbol = symbol;
+        const std::string text = title.toStdString();
+        places_.push_back({std::move(entry), MatchedTitle(text)});
+    };
+    const UserLists& lists = window.app().lists();
+    for (const Favorite& favorite : lists.favorites()) {
+        const Location location = Location::folder(Favorites::folder(favorite));
+        add(location, displayText(Favorites::title(favorite)), location.symbol());
+    }
+    for (const LibraryItem item : allLibraryItems)
+        add(Location::library(item), coreText(LibraryItems::title(item)),
+            LibraryItems::symbol(item));
+    for (const SmartFolder& folder : lists.smartFolders()) {
+        const Location location = Location::smartFolder(folder.id);
+        add(location, placeText(location, folder.name), folder.symbol);
+    }
+    for (const FinderTag& tag : window.app().tagColors().known())
+        add(Location::tag(tag.name), tagText(tag.name), "tag");
+}
+
 void PaletteEntries::addFolders(WindowModel& window) {
     const Location& shown = window.active().location();
     for (const URL& folder : window.app().recentFolders()) {
         if (shown.isFolder() && shown.url == folder) continue;
         PaletteEntry entry;
-        entry.kind = PaletteEntry::Kind::folder;
-        entry.folder = folder;
+        entry.kind = PaletteEntry::Kind::place;
+        entry.location = Location::folder(folder);
         entry.title = folderText(folder);
-        entry.symbol = Location::folder(folder).symbol();
+        entry.symbol = entry.location.symbol();
         entry.detail = displayText(Paths::abbreviate(folder.parent()));
         const std::string title = entry.title.toStdString();
         folders_.push_back({std::move(entry), MatchedTitle(title)});
@@ -130,15 +169,20 @@ std::vector<PaletteRow> PaletteEntries::matching(std::string_view typed) const {
     if (Text::trimmed(typed).empty()) {
         std::string_view group;
         for (const Offer& offer : commands_) {
-            if (offer.entry.command->group != group) {
-                group = offer.entry.command->group;
-                rows.push_back(heading(CommandRegistry::groupTitle(group)));
+            const TarnCommand* command = offer.entry.command;
+            const std::string_view wanted = command ? std::string_view(command->group) : "";
+            if (rows.empty() || wanted != group) {
+                group = wanted;
+                rows.push_back(
+                    heading(command ? CommandRegistry::groupTitle(group)
+                                    : QCoreApplication::translate("tarn::PaletteEntries", "More")));
             }
             rows.push_back({&offer.entry, {}, {}});
         }
         return rows;
     }
     for (const Found& one : fitting(commands_, typed)) rows.push_back(row(*one.entry, one.match));
+    appendPlaces(rows, places_, typed, QT_TRANSLATE_NOOP("tarn::PaletteEntries", "Places"));
     appendPlaces(rows, folders_, typed,
                  QT_TRANSLATE_NOOP("tarn::PaletteEntries", "Recent Folders"));
     appendPlaces(rows, workspaces_, typed, QT_TRANSLATE_NOOP("tarn::PaletteEntries", "Workspaces"));
@@ -151,8 +195,13 @@ bool PaletteEntries::run(const PaletteEntry& entry, WindowModel& window) {
             if (!CommandRegistry::isEnabled(*entry.command, &window)) return false;
             window.app().noteUsed(entry.command->id);
             return CommandRegistry::run(*entry.command, window);
-        case PaletteEntry::Kind::folder:
-            window.active().navigate(Location::folder(entry.folder));
+        case PaletteEntry::Kind::action:
+            if (!entry.isEnabled) return false;
+            window.app().noteUsed(entry.action);
+            entry.perform();
+            return true;
+        case PaletteEntry::Kind::place:
+            window.active().navigate(entry.location);
             return true;
         case PaletteEntry::Kind::workspace:
             return window.group() && window.group()->openWorkspace(entry.workspace);

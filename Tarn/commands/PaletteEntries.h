@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -10,7 +11,7 @@
 #include <QtCore/QString>
 
 #include "Tarn/commands/TitleMatch.h"
-#include "TarnCore/base/URL.h"
+#include "Tarn/model/records/Location.h"
 #include "TarnCore/base/UUID.h"
 
 namespace tarn {
@@ -20,10 +21,17 @@ class WindowModel;
 
 /// One thing that the palette offers.
 struct PaletteEntry {
-    enum class Kind { command, folder, workspace };
+    enum class Kind {
+        command,
+        action,  ///< What the window itself can do besides the commands.
+        place,
+        workspace
+    };
     Kind kind = Kind::command;
     const TarnCommand* command = nullptr;  ///< Of a command.
-    URL folder;
+    std::string action;                    ///< Id of an action; its uses are counted by it.
+    std::function<void()> perform;         ///< Does an action.
+    Location location;                     ///< Of a place.
     UUID workspace;
     QString title;
     std::string symbol;  ///< Name of its icon.
@@ -45,18 +53,20 @@ struct PaletteRow {
 /// thread only.
 class PaletteEntries {
 public:
-    explicit PaletteEntries(WindowModel& window);
+    /// `actions` are those of the window, in their order.
+    explicit PaletteEntries(WindowModel& window, std::vector<PaletteEntry> actions = {});
 
-    /// Without a text, every command in the order of the menus. Else the commands that fit, best
-    /// first: the whole title, its start, starts of its words, its letters in their order. Among
-    /// equals those come first that can be run, then those used more from here, then the order of
-    /// the menus decides. Below them are the recent folders and workspaces that fit.
+    /// Without a text, every command in the order of the menus, and the actions. Else those of both
+    /// that fit, best first: the whole title, its start, starts of its words, its letters in their
+    /// order. Among equals those come first that can be run, then those used more from here, then
+    /// the order of the menus decides. Below them are the places of the sidebar, the recent folders
+    /// and the workspaces that fit.
     std::vector<PaletteRow> matching(std::string_view typed) const;
 
     /// Does what an entry says, and counts it. False when it is not enabled.
     static bool run(const PaletteEntry& entry, WindowModel& window);
 
-    /// How many folders, and how many workspaces, are offered at most.
+    /// How many places, recent folders and workspaces, each, are offered at most.
     static constexpr std::size_t mostPlaces = 5;
 
 private:
@@ -66,10 +76,13 @@ private:
     };
 
     void addCommands(WindowModel& window);
+    void addActions(WindowModel& window, std::vector<PaletteEntry> actions);
+    void addPlaces(WindowModel& window);
     void addFolders(WindowModel& window);
     void addWorkspaces(WindowModel& window);
 
-    std::vector<Offer> commands_;
+    std::vector<Offer> commands_;  ///< And the actions behind them.
+    std::vector<Offer> places_;
     std::vector<Offer> folders_;
     std::vector<Offer> workspaces_;
 };

@@ -258,6 +258,40 @@ TEST_F(PaletteTest, runsWhatIsEnabledAndCountsIt) {
     EXPECT_EQ(app.usageCount("rename"), 0);
 }
 
+TEST_F(PaletteTest, findsWhatTheWindowDoesAndThePlacesOfTheSidebar) {
+    int asked = 0;
+    PaletteEntry own;
+    own.kind = PaletteEntry::Kind::action;
+    own.action = "z-x.settings";
+    own.title = QStringLiteral("Settings…");
+    own.perform = [&asked] { ++asked; };
+    const PaletteEntries entries(*window, {own});
+    EXPECT_EQ(titles(entries, "").back(), "Settings…") << "below all commands";
+    const auto rows = entries.matching("settings");
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_TRUE(PaletteEntries::run(*rows[0].entry, *window));
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(app.usageCount("z-x.settings"), 1);
+    own.isEnabled = false;
+    EXPECT_FALSE(PaletteEntries::run(own, *window));
+    EXPECT_EQ(asked, 1);
+    const struct {
+        const char* typed;
+        Location place;
+    } places[] = {
+        {"recents", Location::library(LibraryItem::recents)},
+        {"orange", Location::tag("Orange")},
+        {"large files", Location::smartFolder(app.lists().smartFolders().front().id)},
+    };
+    for (const auto& c : places) {
+        SCOPED_TRACE(c.typed);
+        const auto found = entries.matching(c.typed);
+        ASSERT_FALSE(found.empty());
+        EXPECT_TRUE(PaletteEntries::run(*found.back().entry, *window));
+        EXPECT_EQ(pane().location(), c.place);
+    }
+}
+
 TEST_F(PaletteTest, recentFoldersAndWorkspacesStandBelow) {
     // No name of a temporary folder has these letters.
     const URL folder = folder_.folder("Quarterly z-x");

@@ -75,6 +75,13 @@ protected:
         return *window->findChild<Part*>();
     }
     QTabBar& bar() { return part<QTabBar>(); }
+    /// One that came about beside ours.
+    BrowserWindow* otherWindow() {
+        for (QWidget* one : QApplication::topLevelWidgets())
+            if (auto* browser = qobject_cast<BrowserWindow*>(one); browser && browser != window)
+                return browser;
+        return nullptr;
+    }
     URL shownPath() { return part<PathBar>().location(); }
     bool hasKeyboard(PaneFrame& frame) {
         return frame.isAncestorOf(QApplication::focusWidget()) ||
@@ -335,14 +342,30 @@ TEST_F(TabTest, aTabBecomesAWindowAndBack) {
     ASSERT_EQ(app.groups().size(), 2u);
     EXPECT_EQ(group().count(), 1);
     EXPECT_EQ(shownPath(), folder / "one");
-    BrowserWindow* other = nullptr;
-    for (QWidget* one : QApplication::topLevelWidgets())
-        if (auto* browser = qobject_cast<BrowserWindow*>(one); browser && browser != window)
-            other = browser;
+    BrowserWindow* other = otherWindow();
     ASSERT_TRUE(other);
     EXPECT_EQ(other->model().active().location(), Location::folder(folder / "two"));
     delete other;
     EXPECT_EQ(app.groups().size(), 1u);
+}
+
+TEST_F(TabTest, aTabThatIsDraggedAwayBecomesAWindow) {
+    group().open(model().snapshot());
+    go("two");
+    const QPoint from = bar().tabRect(1).center();
+    const auto dragTo = [&](const QPoint& to) {
+        QTest::mousePress(&bar(), Qt::LeftButton, {}, from);
+        QTest::mouseMove(&bar(), to);
+        QTest::mouseRelease(&bar(), Qt::LeftButton, {}, to);
+        QCoreApplication::processEvents();
+    };
+    dragTo(from + QPoint(0, 40));
+    EXPECT_EQ(group().count(), 2) << "a hand is not that steady";
+    dragTo(from + QPoint(0, 200));
+    ASSERT_EQ(app.groups().size(), 2u);
+    EXPECT_EQ(group().count(), 1);
+    EXPECT_EQ(shownPath(), folder / "one");
+    delete otherWindow();
 }
 
 TEST_F(TabTest, theNextStartFindsTheWindowsAsTheyWere) {

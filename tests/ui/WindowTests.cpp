@@ -1,9 +1,12 @@
 #include <filesystem>
+#include <fstream>
 
+#include <QtCore/QTimer>
 #include <QtGui/QAccessible>
 #include <QtTest/QTest>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QToolButton>
@@ -14,12 +17,14 @@
 #include "Tarn/ui/pane/PaneView.h"
 #include "Tarn/ui/search/ChipRow.h"
 #include "Tarn/ui/search/SearchField.h"
+#include "Tarn/ui/sheets/QuestionSheet.h"
 #include "Tarn/ui/sidebar/Sidebar.h"
 #include "Tarn/ui/states/StatePage.h"
 #include "Tarn/ui/states/StatusPill.h"
 #include "Tarn/ui/theme/Colors.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/window/BrowserWindow.h"
+#include "Tarn/ui/window/TabPage.h"
 #include "TarnCore/files/Paths.h"
 #include "tests/support/TestFolder.h"
 #include "tests/ui/Shown.h"
@@ -98,6 +103,68 @@ TEST_F(WindowTest, lettersGoToTheFirstNameThatBeginsWithThem) {
     type("b");
     EXPECT_NE(current(), first);
     EXPECT_FALSE(pane().query());
+}
+
+TEST_F(WindowTest, theKeyboardGoesFromPartToPart) {
+    window->model().setSplit(true);
+    window->model().setActiveIndex(0);
+    window->page().takeFocus();
+    const auto part = [this] {
+        const QWidget* focus = QApplication::focusWidget();
+        if (focus == window->findChild<Sidebar*>()) return std::string("sidebar");
+        if (search()->isAncestorOf(focus)) return std::string("search");
+        if (!window->page().isAncestorOf(focus)) return std::string();
+        return "pane " + std::to_string(window->model().activeIndex());
+    };
+    Names parts;
+    for (int i = 0; i < 4; ++i) {
+        press(Qt::Key_F6);
+        parts.push_back(part());
+    }
+    EXPECT_EQ(parts, (Names{"pane 1", "sidebar", "search", "pane 0"}));
+    press(Qt::Key_F6, Qt::ShiftModifier);
+    EXPECT_EQ(part(), "search");
+}
+
+TEST_F(WindowTest, theMenuOfWhatIsSelectedOpensByAKey) {
+    pane().select({folder / "alpha.txt"});
+    bool hasOpened = false;
+    QTimer::singleShot(0, [&hasOpened] {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        hasOpened = menu != nullptr;
+        if (menu) menu->close();
+    });
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_TRUE(hasOpened);
+    EXPECT_EQ(selected(), Names{"alpha.txt"});
+}
+
+TEST_F(WindowTest, whoeverGoesSomewhereHasTheKeyboardThere) {
+    // As on the first start: a sheet comes before the window is active.
+    BrowserWindow first(std::make_unique<WindowModel>(app, Location::home()));
+    first.setAttribute(Qt::WA_DeleteOnClose, false);
+    first.show();
+    auto* sheet = new QuestionSheet({}, first);
+    sheet->open(sheet->no());
+    sheet->finish();
+    EXPECT_TRUE(qobject_cast<const QLineEdit*>(first.focusWidget())) << "the field of the start";
+    first.hide();
+    window->activateWindow();
+    ASSERT_TRUE(waitFor([this] { return window->isActiveWindow(); }));
+    window->findChild<Sidebar*>()->setFocus();
+    pane().navigate(Location::folder(folder / "inner"));
+    EXPECT_TRUE(waitFor([this] { return view()->hasFocus(); })) << "from the sidebar";
+    pane().navigate(Location::home());
+    const QWidget* start = QApplication::focusWidget();
+    ASSERT_TRUE(qobject_cast<const QLineEdit*>(start));
+    std::ofstream(Paths::home().appending("alpha").path());
+    type("alpha");
+    ASSERT_TRUE(waitFor([this] { return pane().showsResults() && !pane().isSearching(); }));
+    press(Qt::Key_Down);
+    ASSERT_TRUE(view()->hasFocus());
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(pane().query());
+    EXPECT_EQ(QApplication::focusWidget(), start) << "from the results";
 }
 
 TEST_F(WindowTest, shiftAndControlSelectSeveral) {
@@ -183,20 +250,22 @@ TEST_F(WindowTest, everyStateShowsItsPage) {
 TEST_F(WindowTest, whereNothingWasFoundAWiderPlaceIsOffered) {
     auto* page = window->findChild<StatePage*>();
     ASSERT_TRUE(page);
-    const URL home = Paths::home();
+    const Location here = Location::folder(folder.url());
     const struct {
         const char* name;
-        URL folder;
+        Location place;
         SearchScopeSetting scope;
         const char* action;
     } cases[] = {
-        {"folder", folder.url(), SearchScopeSetting::currentFolder, "Search Home"},
-        {"home folder", home, SearchScopeSetting::currentFolder, "Search This Computer"},
-        {"home, from a folder", folder.url(), SearchScopeSetting::home, "Search This Computer"},
+        {"folder", here, SearchScopeSetting::currentFolder, "Search Home"},
+        {"home folder", Location::folder(Paths::home()), SearchScopeSetting::currentFolder,
+         "Search This Computer"},
+        {"home, from a folder", here, SearchScopeSetting::home, "Search This Computer"},
+        {"start", Location::home(), SearchScopeSetting::currentFolder, "Search This Computer"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        pane().navigate(Location::folder(c.folder));
+        pane().navigate(c.place);
         settle();
         pane().setScope(c.scope);
         pane().setSearchText("zebra");

@@ -140,7 +140,7 @@ QAction* WindowActions::add(std::string_view id, const QString& title,
     connect(action, &QAction::triggered, this, std::move(run));
     window_.addAction(action);
     actions_.insert_or_assign(std::string(id), action);
-    own_.push_back({action, keys});
+    own_.push_back({action, keys, std::string(symbol)});
     setKeys();
     return action;
 }
@@ -293,11 +293,29 @@ QMenu* WindowActions::makeGroup(std::string_view group, QWidget* parent) {
     return menu;
 }
 
+std::vector<PaletteEntry> WindowActions::ownEntries() const {
+    std::vector<PaletteEntry> entries;
+    for (const Own& own : own_) {
+        if (own.action->priority() == QAction::LowPriority) continue;
+        PaletteEntry entry;
+        entry.action = own.action->objectName().toStdString();
+        entry.perform = [action = QPointer(own.action)] {
+            if (action) action->trigger();
+        };
+        entry.title = own.action->text();
+        entry.symbol = own.symbol;
+        entry.keys = own.action->shortcut().toString(QKeySequence::PortableText).toStdString();
+        entry.isEnabled = own.action->isEnabled();
+        entries.push_back(std::move(entry));
+    }
+    return entries;
+}
+
 void WindowActions::showPalette() {
     const bool isWanted = model_ && model_->showsPalette();
     if (isWanted == (palette_ != nullptr)) return;
     if (!isWanted) return palette_->finish();
-    palette_ = new CommandPalette(*model_, window_);
+    palette_ = new CommandPalette(*model_, ownEntries(), window_);
     connect(palette_, &CommandPalette::finished, this, [this, model = model_] {
         palette_.clear();
         if (model) model->setShowsPalette(false);

@@ -11,6 +11,8 @@
 #include <QtCore/QTimer>
 #include <QtGui/QKeySequence>
 
+#include "Tarn/commands/PaletteEntries.h"
+
 class QAction;
 class QMenu;
 class QWidget;
@@ -41,7 +43,8 @@ public:
     /// while the keyboard is in one of the panes, and mean something else in a field or a sidebar.
     void addPane(QWidget& pane);
 
-    /// An action of the window itself. Its keys give way to shortcuts that a person gave away.
+    /// An action of the window itself. Its keys give way to shortcuts that a person gave away. The
+    /// palette offers it unless its priority is low.
     QAction* add(std::string_view id, const QString& title, const QList<QKeySequence>& keys,
                  std::function<void()> run, std::string_view symbol = {});
     /// By the id of a command or of add(); it exists.
@@ -67,12 +70,15 @@ private:
     void followPanes();
     void setKeys();
     void showPalette();
+    /// What add() brought, for the palette.
+    std::vector<PaletteEntry> ownEntries() const;
     /// The menu that opens one of them.
     void addWorkspaces(QMenu& menu);
 
     struct Own {
         QAction* action;
         QList<QKeySequence> keys;
+        std::string symbol;
     };
 
     AppModel& app_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include <QtGui/QAccessible>
 #include <QtGui/QAction>
@@ -54,10 +55,11 @@ protected:
 
 }  // namespace
 
-CommandPalette::CommandPalette(WindowModel& model, QWidget& window)
+CommandPalette::CommandPalette(WindowModel& model, std::vector<PaletteEntry> actions,
+                               QWidget& window)
     : QWidget(&window),
       model_(model),
-      rows_(new PaletteModel(model, this)),
+      rows_(new PaletteModel(model, std::move(actions), this)),
       card_(new Card(this)),
       field_(new QLineEdit),
       list_(new QListView),

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 
@@ -11,6 +13,7 @@ class QModelIndex;
 namespace tarn {
 
 class PaletteModel;
+struct PaletteEntry;
 class WindowModel;
 
 /// A field over the window in which one types what shall be done, and below it what fits.
@@ -20,7 +23,8 @@ class WindowModel;
 class CommandPalette final : public QWidget {
     Q_OBJECT
 public:
-    CommandPalette(WindowModel& model, QWidget& window);
+    /// `actions` are what the window can do besides the commands.
+    CommandPalette(WindowModel& model, std::vector<PaletteEntry> actions, QWidget& window);
 
     void open();
     /// Closes it and gives the keyboard back.

@@ -1,11 +1,13 @@
 #include "Tarn/ui/palette/PaletteModel.h"
 
+#include <utility>
+
 #include "Tarn/ui/menus/KeyText.h"
 
 namespace tarn {
 
-PaletteModel::PaletteModel(WindowModel& window, QObject* parent)
-    : QAbstractListModel(parent), entries_(window) {
+PaletteModel::PaletteModel(WindowModel& window, std::vector<PaletteEntry> actions, QObject* parent)
+    : QAbstractListModel(parent), entries_(window, std::move(actions)) {
     setText({});
 }
 

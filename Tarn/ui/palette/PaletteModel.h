@@ -13,7 +13,7 @@ namespace tarn {
 class PaletteModel final : public QAbstractListModel {
     Q_OBJECT
 public:
-    explicit PaletteModel(WindowModel& window, QObject* parent = nullptr);
+    PaletteModel(WindowModel& window, std::vector<PaletteEntry> actions, QObject* parent);
 
     void setText(const QString& text);
     const PaletteRow& row(int row) const { return rows_[static_cast<std::size_t>(row)]; }

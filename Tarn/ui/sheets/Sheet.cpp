@@ -86,7 +86,8 @@ int Sheet::contentWidth() const {
 }
 
 void Sheet::open(QWidget* first) {
-    before_ = QApplication::focusWidget();
+    // Also of a window that is not active yet.
+    before_ = window()->focusWidget();
     place();
     show();
     raise();

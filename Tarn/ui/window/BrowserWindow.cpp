@@ -1,6 +1,12 @@
 #include "Tarn/ui/window/BrowserWindow.h"
 
+#include <algorithm>
+#include <functional>
+#include <vector>
+
+#include <QtGui/QContextMenuEvent>
 #include <QtGui/QScreen>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QToolButton>
@@ -12,6 +18,7 @@
 #include "Tarn/model/WindowOperations.h"
 #include "Tarn/ui/desktop/FileOpener.h"
 #include "Tarn/ui/drag/FileDrop.h"
+#include "Tarn/ui/focus/FocusRing.h"
 #include "Tarn/ui/inspector/Inspector.h"
 #include "Tarn/ui/menus/WindowActions.h"
 #include "Tarn/ui/pane/PaneWidget.h"
@@ -31,6 +38,7 @@
 #include "Tarn/ui/window/TabStrip.h"
 #include "Tarn/ui/window/WindowChanges.h"
 #include "Tarn/ui/window/WindowMenu.h"
+#include "TarnCore/files/Paths.h"
 
 namespace tarn {
 namespace {
@@ -111,45 +119,57 @@ TabPage& BrowserWindow::page() { return *pageOf(model()); }
 
 void BrowserWindow::makeActions() {
     const auto add = [this](const char* id, const QString& title, const QList<QKeySequence>& keys,
-                            std::function<void()> run) {
-        return actions_->add(id, title, keys, std::move(run));
+                            const char* symbol, std::function<void()> run) {
+        return actions_->add(id, title, keys, std::move(run), symbol);
     };
-    add("window.new", tr("New Window"), {QKeySequence(Qt::CTRL | Qt::Key_N)},
+    add("window.new", tr("New Window"), {QKeySequence(Qt::CTRL | Qt::Key_N)}, "macwindow",
         [this] { openWindow(model().active().location()); });
-    add("tab.close", tr("Close Tab"), {QKeySequence(Qt::CTRL | Qt::Key_W)},
+    add("tab.close", tr("Close Tab"), {QKeySequence(Qt::CTRL | Qt::Key_W)}, "xmark",
         [this] { closeTab(group_->currentIndex()); });
     for (int i = 0; i < mostTabKeys; ++i)
         add(qPrintable(QStringLiteral("tab.%1").arg(i + 1)), tr("Show Tab %1").arg(i + 1),
-            {QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + i))},
-            [this, i] { group_->setCurrent(i); });
+            {QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + i))}, "",
+            [this, i] { group_->setCurrent(i); })
+            ->setPriority(QAction::LowPriority);
     add("window.close", tr("Close Window"), {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_W)},
-        [this] { close(); });
-    add("quit", tr("Quit"), {QKeySequence(Qt::CTRL | Qt::Key_Q)}, [this] { changes_->quit(); });
-    add("settings", tr("Settings…"), {QKeySequence(Qt::CTRL | Qt::Key_Comma)}, [this] {
+        "xmark", [this] { close(); });
+    add("quit", tr("Quit"), {QKeySequence(Qt::CTRL | Qt::Key_Q)}, "xmark",
+        [this] { changes_->quit(); });
+    add("settings", tr("Settings…"), {QKeySequence(Qt::CTRL | Qt::Key_Comma)}, "gearshape", [this] {
         if (settings_ && settings_->isVisible()) return;
         settings_ = new SettingsSheet(model(), *this);
         settings_->open();
     });
-    actions_->add(
-        "sidebar", tr("Show Sidebar"), {QKeySequence(Qt::Key_F9)},
-        [this] {
-            if (isSidebarFolded())
-                isUnfolded_ = !isUnfolded_;
-            else
-                model().setSidebarVisible(!model().sidebarVisible());
-            updateSides();
-        },
-        "sidebar.left");
+    add("sidebar", tr("Show Sidebar"), {QKeySequence(Qt::Key_F9)}, "sidebar.left", [this] {
+        if (isSidebarFolded())
+            isUnfolded_ = !isUnfolded_;
+        else
+            model().setSidebarVisible(!model().sidebarVisible());
+        updateSides();
+    });
     add("fullScreen", tr("Full Screen"), {QKeySequence(Qt::Key_F11)},
+        "arrow.up.left.and.arrow.down.right",
         [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
-    actions_->add(
-        "favorite.add", tr("Add to Favourites"), {QKeySequence(Qt::CTRL | Qt::Key_B)},
-        [this] { SidebarActions::addFavorite(model()); }, "star");
-    add("undo", tr("Undo"), QKeySequence::keyBindings(QKeySequence::Undo),
+    for (const bool next : {true, false})
+        add(next ? "part.next" : "part.previous", next ? tr("Next Part") : tr("Previous Part"),
+            {next ? QKeySequence(Qt::Key_F6) : QKeySequence(Qt::SHIFT | Qt::Key_F6)}, "",
+            [this, next] { stepPart(next); })
+            ->setPriority(QAction::LowPriority);
+    add("menu.context", tr("Menu of What Is Selected"), {QKeySequence(Qt::SHIFT | Qt::Key_F10)}, "",
+        [this] { openContextMenu(); })
+        ->setPriority(QAction::LowPriority);
+    add("favorite.add", tr("Add to Favourites"), {QKeySequence(Qt::CTRL | Qt::Key_B)}, "star",
+        [this] { SidebarActions::addFavorite(model()); });
+    add("go.start", tr("Go to Start"), {}, "house",
+        [this] { model().active().navigate(Location::home()); });
+    add("go.trash", tr("Go to Trash"), {}, "trash",
+        [this] { model().active().navigate(Location::folder(Paths::trash())); });
+    add("trash.empty", tr("Empty Trash…"), {}, "trash", [this] { page().active().trash().ask(); });
+    add("undo", tr("Undo"), QKeySequence::keyBindings(QKeySequence::Undo), "arrow.uturn.backward",
         [this] { model().operations().undo(); });
     add("redo", tr("Redo"),
         {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)},
-        [this] { model().operations().redo(); });
+        "arrow.uturn.forward", [this] { model().operations().redo(); });
     actions_->addPane(*pages_);
 }
 
@@ -180,7 +200,14 @@ void BrowserWindow::connectParts() {
     connect(group_.get(), &TabGroup::emptied, this, &QWidget::close);
     connect(tabs_, &TabStrip::closePressed, this, &BrowserWindow::closeTab);
     connect(tabs_, &TabStrip::detachPressed, this, &BrowserWindow::detachTab);
+    // Its window may be left without tabs, so the bar that told of it has to be through first.
+    connect(tabs_, &TabStrip::tornOff, this, &BrowserWindow::tearTab, Qt::QueuedConnection);
     connect(&group_->app().history(), &HistoryModel::changed, this, &BrowserWindow::updateUndo);
+    const auto showTrash = [this] {
+        actions_->action("trash.empty")->setEnabled(TrashBar::canEmpty(group_->app().trash()));
+    };
+    connect(&group_->app().trash(), &TrashService::changed, this, showTrash);
+    showTrash();
 
     connect(sidebar_, &Sidebar::chosen, this, [this](const Location& location) {
         model().active().navigate(location);
@@ -201,7 +228,7 @@ void BrowserWindow::connectParts() {
         if (WindowModel* tab = group_->current()) tab->openAside(place);
     });
     connect(toolbar_, &BrowserToolbar::wentSomewhere, this, [this] { page().takeFocus(); });
-    const auto enter = [this] { page().active().rows().enter(); };
+    const auto enter = [this] { page().active().enter(); };
     SearchField& search = toolbar_->search();
     connect(&search, &SearchField::downPressed, this, enter);
     connect(&search, &SearchField::escaped, this, enter);
@@ -286,11 +313,60 @@ void BrowserWindow::followPane() {
     PaneModel& pane = model().active();
     paneFollowing_ = std::make_unique<QObject>();
     QObject* following = paneFollowing_.get();
-    connect(&pane, &PaneModel::locationChanged, following, [this] { showLocation(); });
+    connect(&pane, &PaneModel::locationChanged, following, [this] {
+        showLocation();
+        // Who goes somewhere wants to go on there. A button or a field that was used keeps it.
+        const QWidget* focus = focusWidget();
+        if (!focus || focus == this || focus == sidebar_ || sidebar_->isAncestorOf(focus))
+            page().takeFocus();
+    });
     toolbar_->follow(&model(), &pane);
     searchRow_->follow(&model(), &pane);
     inspector_->setPane(&model(), &pane);
     showLocation();
+}
+
+void BrowserWindow::openContextMenu() {
+    QWidget* target = focusWidget();
+    if (!target) return;
+    // As the toolkit does for the key that has a menu on it.
+    const QPoint place = target->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, place, target->mapToGlobal(place));
+    QApplication::sendEvent(target, &event);
+}
+
+void BrowserWindow::stepPart(bool next) {
+    struct Part {
+        bool hasKeyboard;
+        std::function<void()> enter;
+    };
+    const QWidget* focus = focusWidget();
+    const auto holds = [focus](const QWidget& room) {
+        return focus && (focus == &room || room.isAncestorOf(focus));
+    };
+    std::vector<Part> parts;
+    if (sidebar_->isVisible())
+        parts.push_back(
+            {holds(*sidebar_), [this] { sidebar_->setFocus(Qt::ShortcutFocusReason); }});
+    parts.push_back(
+        {holds(*toolbar_) || holds(*searchRow_), [this] { toolbar_->search().beginEditing(); }});
+    for (int i = 0; i < static_cast<int>(model().panes().size()); ++i)
+        parts.push_back({holds(page()) && model().activeIndex() == i, [this, i] {
+                             model().setActiveIndex(i);
+                             page().takeFocus();
+                         }});
+    if (inspector_->isVisible())
+        parts.push_back({holds(*inspector_), [this] { FocusRing::step(*inspector_, true); }});
+    const auto count = parts.size();
+    const auto now =
+        static_cast<std::size_t>(std::find_if(parts.begin(), parts.end(),
+                                              [](const Part& part) { return part.hasKeyboard; }) -
+                                 parts.begin());
+    // From nowhere to the first pane.
+    if (now == count) return page().takeFocus();
+    // Where there is nothing that could have the keyboard, it goes on.
+    for (std::size_t i = 1; i < count && focusWidget() == focus; ++i)
+        parts[(now + (next ? i : count - i)) % count].enter();
 }
 
 void BrowserWindow::closeTab(int index) {
@@ -300,11 +376,28 @@ void BrowserWindow::closeTab(int index) {
         close();
 }
 
-void BrowserWindow::detachTab(int index) {
-    if (group_->count() < 2) return;
+BrowserWindow* BrowserWindow::detachTab(int index) {
+    if (group_->count() < 2) return nullptr;
     auto window = new BrowserWindow(group_->take(index));
     window->resize(size());
     window->show();
+    return window;
+}
+
+void BrowserWindow::tearTab(int index, const QPoint& globalPosition) {
+    auto* other = qobject_cast<BrowserWindow*>(QApplication::topLevelAt(globalPosition));
+    if (other && other != this) {
+        other->group().add(group_->take(index));
+        other->activateWindow();
+    } else if (BrowserWindow* window = detachTab(index)) {
+        const QRect room = window->screen()->availableGeometry();
+        const auto within = [](int wanted, int first, int last) {
+            return std::max(first, std::min(wanted, last));
+        };
+        window->move(within(globalPosition.x() - window->width() / 2, room.left(),
+                            room.right() + 1 - window->width()),
+                     within(globalPosition.y(), room.top(), room.bottom() + 1 - window->height()));
+    }
 }
 
 // --- What is shown
@@ -404,7 +497,7 @@ void BrowserWindow::resizeEvent(QResizeEvent* event) {
 void BrowserWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape && model().active().query()) {
         model().active().clearSearch(false);
-        page().active().rows().enter();
+        page().active().enter();
         return;
     }
     if (event->key() == Qt::Key_Escape && page().active().rows().stopWaiting()) return;

@@ -76,8 +76,15 @@ private:
     /// Takes the sizes that were remembered.
     void restoreLayout();
     void rememberLayout();
+    /// Gives the keyboard to the next part of the window, or to the one before: the sidebar, the
+    /// search, a pane, the inspector.
+    void stepPart(bool next);
+    /// Of what has the keyboard.
+    void openContextMenu();
     void closeTab(int index);
-    void detachTab(int index);
+    BrowserWindow* detachTab(int index);
+    /// Into the window at that place, else into one of its own there.
+    void tearTab(int index, const QPoint& globalPosition);
 
     std::unique_ptr<TabGroup> group_;
     WindowActions* actions_;

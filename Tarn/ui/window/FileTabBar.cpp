@@ -21,6 +21,8 @@ namespace {
 
 /// How long files are held over a tab until it comes to the front, in milliseconds.
 constexpr int switchDelay = 500;
+/// How far from the bar a tab leaves it, in pixels.
+constexpr int tearDistance = 2 * Metrics::space24;
 
 }  // namespace
 
@@ -79,11 +81,31 @@ void FileTabBar::paintEvent(QPaintEvent* event) {
 
 void FileTabBar::mousePressEvent(QMouseEvent* event) {
     middlePressed_ = event->button() == Qt::MiddleButton ? tabAt(event->position().toPoint()) : -1;
+    isHeld_ = event->button() == Qt::LeftButton && tabAt(event->position().toPoint()) >= 0;
     QTabBar::mousePressEvent(event);
+}
+
+bool FileTabBar::isAway(const QMouseEvent& event) const {
+    return isHeld_ && !rect()
+                           .adjusted(-tearDistance, -tearDistance, tearDistance, tearDistance)
+                           .contains(event.position().toPoint());
+}
+
+void FileTabBar::mouseMoveEvent(QMouseEvent* event) {
+    QTabBar::mouseMoveEvent(event);
+    if (isAway(*event))
+        setCursor(Qt::DragMoveCursor);
+    else
+        unsetCursor();
 }
 
 void FileTabBar::mouseReleaseEvent(QMouseEvent* event) {
     QTabBar::mouseReleaseEvent(event);
+    unsetCursor();
+    const bool isTorn = event->button() == Qt::LeftButton && isAway(*event);
+    isHeld_ = false;
+    // The one that was pressed is in front.
+    if (isTorn) return emit tornOff(currentIndex(), event->globalPosition().toPoint());
     if (event->button() != Qt::MiddleButton || middlePressed_ < 0) return;
     const int index = std::exchange(middlePressed_, -1);
     if (tabAt(event->position().toPoint()) == index) emit closePressed(index);

@@ -33,6 +33,8 @@ public:
 signals:
     /// The button or the middle button of the mouse.
     void closePressed(int index);
+    /// Dragged away from the bar and let go there.
+    void tornOff(int index, const QPoint& globalPosition);
     void menuRequested(int index, const QPoint& globalPosition);
     void dropped(const tarn::FileDrop& drop);
 
@@ -41,6 +43,7 @@ protected:
     QSize minimumTabSizeHint(int index) const override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -49,12 +52,15 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    /// Far enough from the bar that the tab is not only being moved in it.
+    bool isAway(const QMouseEvent& event) const;
     void setDropTab(int index);
     std::optional<FileDrop> dropAt(const QDropEvent& event) const;
 
     std::function<std::optional<URL>(int)> folderOf_;
     int room_ = 0;
     int middlePressed_ = -1;
+    bool isHeld_ = false;  ///< A tab, by the left button.
     int dropTab_ = -1;
     QTimer switchTimer_;
 };

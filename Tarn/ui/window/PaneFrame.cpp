@@ -68,6 +68,13 @@ void PaneFrame::showPage() {
         takeFocus();
 }
 
+void PaneFrame::enter() {
+    if (pages_->currentWidget() == start_)
+        start_->enter();
+    else
+        rows_->enter();
+}
+
 void PaneFrame::takeFocus() {
     if (pages_->currentWidget() == start_) {
         start_->enter();

@@ -30,6 +30,8 @@ public:
     void setInSplit(bool inSplit, bool active);
     /// Gives the keyboard to what is shown.
     void takeFocus();
+    /// The same, at the first row where none is selected.
+    void enter();
     /// What is shown has the keyboard, and not one of the controls around it.
     bool hasKeyboard() const;
 

@@ -57,6 +57,7 @@ TabStrip::TabStrip(TabGroup& group, QAction* newTab, QWidget* parent)
         return pane.location().url;
     });
     connect(bar_, &FileTabBar::closePressed, this, &TabStrip::closePressed);
+    connect(bar_, &FileTabBar::tornOff, this, &TabStrip::tornOff);
     connect(bar_, &FileTabBar::menuRequested, this, &TabStrip::openMenu);
     connect(bar_, &FileTabBar::dropped, this, &TabStrip::drop);
     connect(bar_, &QTabBar::currentChanged, this, [this](int index) {

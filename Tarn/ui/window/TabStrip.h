@@ -32,6 +32,8 @@ signals:
     void closePressed(int index);
     /// The person wants a window for a tab alone.
     void detachPressed(int index);
+    /// The same, by dragging the tab there.
+    void tornOff(int index, const QPoint& globalPosition);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -37,8 +37,12 @@ WindowMenu::WindowMenu(WindowActions& actions, WindowModel& tab, QWidget* window
     addSorting();
     add({"split", "sidebar", "inspector", "hidden", "refresh", "fullScreen"});
     addSeparator();
-    for (const char* group : {"Go", "View", "File", "Window"})
-        addMenu(actions.makeGroup(group, this));
+    for (const char* group : {"Go", "View", "File", "Window"}) {
+        QMenu* menu = addMenu(actions.makeGroup(group, this))->menu();
+        if (menu->objectName() != u"Go") continue;
+        menu->addSeparator();
+        for (const char* id : {"go.start", "go.trash"}) menu->addAction(actions.action(id));
+    }
     addSeparator();
     add({"palette"});
     addAppearance();
