@@ -212,6 +212,16 @@ TEST_F(DropTest, aTabTakesFilesForTheFolderThatItShows) {
     EXPECT_EQ(label(), QString());
 }
 
+TEST_F(DropTest, whatIsHeldOverAFolderGoesIntoIt) {
+    const auto data = FileMime::makeDrag({folder / "a.txt"});
+    ASSERT_TRUE(drag(rows(), middleOf("sub"), *data));
+    ASSERT_TRUE(waitFor([this] { return pane().location() == Location::folder(folder / "sub"); }));
+    settle();
+    // The pointer has not moved.
+    drop(rows(), QPoint(20, 200), *data);
+    ASSERT_TRUE(waitFor([this] { return folder.exists("sub/a.txt"); }));
+}
+
 TEST_F(DropTest, besideAnUnfoldedFoldersChildrenThatFolderIsMeant) {
     folder.file("sub/child.txt");
     pane().loadChildren(folder / "sub");

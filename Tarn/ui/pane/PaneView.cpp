@@ -34,6 +34,8 @@ constexpr int bandFillAlpha = 40;
 constexpr int dragScrollEdge = Metrics::space24;
 constexpr int dragScrollPixels = Metrics::space12;
 constexpr int dragScrollInterval = 30;  // milliseconds
+/// How long something is held over a folder until that opens, in milliseconds.
+constexpr int springDelay = 900;
 
 }  // namespace
 
@@ -62,7 +64,7 @@ void PaneView::begin() {
         updateGeometries();
         restorePlace();
         viewport()->update();
-        if (awaited_ && pane_.items().row(*awaited_)) closeEditor();
+        if (awaited_ && pane_.items().row(*awaited_)) endNaming();
     });
     connect(&pane_, &PaneModel::tagColorsChanged, viewport(), qOverload<>(&QWidget::update));
     connect(&pane_, &PaneModel::renamingChanged, this, &PaneView::renamingChanged);
@@ -78,6 +80,9 @@ void PaneView::begin() {
     connect(verticalScrollBar(), &QAbstractSlider::actionTriggered, this,
             [this] { pane_.holdRows(); });
     connect(&pane_, &PaneModel::cutChanged, viewport(), qOverload<>(&QWidget::update));
+    spring_.setSingleShot(true);
+    spring_.setInterval(springDelay);
+    connect(&spring_, &QTimer::timeout, this, &PaneView::openDropTarget);
     connect(&dragScroll_, &QTimer::timeout, this,
             [this] { verticalScrollBar()->setValue(verticalOffset() + dragScrollStep_); });
     connect(&pane_.selection(), &QItemSelectionModel::currentChanged, this,
@@ -407,7 +412,19 @@ void PaneView::showDropTarget(std::optional<int> row) {
     if (row && *row >= 0) dropFolder_ = pane_.items().item(*row).url;
     if (row == dropRow_) return;
     dropRow_ = row;
+    if (dropFolder_)
+        spring_.start();
+    else
+        spring_.stop();
     viewport()->update();
+}
+
+void PaneView::openDropTarget() {
+    if (!dropFolder_) return;
+    const URL folder = *dropFolder_;
+    // It takes the drop from now on, even if the pointer stays where it is.
+    showDropTarget(-1);
+    pane_.navigate(Location::folder(folder));
 }
 
 void PaneView::dragEnterEvent(QDragEnterEvent* event) { dragMoveEvent(event); }

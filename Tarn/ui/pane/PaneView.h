@@ -163,6 +163,8 @@ private:
     /// the row is -1 for that one. Absent where nothing can be dropped.
     std::optional<std::pair<URL, int>> dropTarget(const QPoint& point) const;
     void showDropTarget(std::optional<int> row);
+    /// Goes into the folder that something is held over, so that it can be dropped further down.
+    void openDropTarget();
     /// Before and after the rows are replaced.
     void notePlace();
     void restorePlace();
@@ -177,6 +179,10 @@ private:
     void renamingChanged();
     void placeEditor();
     void closeEditor();
+    /// The new name is shown by its row: goes on with the row that was asked for.
+    void endNaming();
+    /// The item that is edited after this one; absent for none.
+    std::optional<URL> nextToName() const;
     void paintBand(QPainter& painter) const;
     bool isTyping() const;
 
@@ -192,6 +198,7 @@ private:
     QPoint bandEnd_;
     RenameEditor* editor_ = nullptr;
     std::optional<URL> named_;       ///< The item that the field is for.
+    std::optional<URL> next_;        ///< Is edited once `awaited_` is listed.
     std::optional<URL> awaited_;     ///< The item under its new name, until it is listed.
     bool showsCursor_ = false;       ///< The keyboard was used last, not the pointer.
     std::optional<int> dropRow_;     ///< Would take the drop; -1 for the pane as a whole.
@@ -202,6 +209,7 @@ private:
     QElapsedTimer sincePointed_;          ///< Since the pointer was last used over the rows.
     std::function<QPixmap(const FileItem&)> dragPicture_;
     QTimer dragScroll_;
+    QTimer spring_;           ///< Until the folder that something is held over opens.
     int dragScrollStep_ = 0;  ///< Pixels, downwards.
 };
 

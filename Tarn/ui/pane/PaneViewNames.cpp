@@ -1,4 +1,6 @@
 // The field that edits a name in its row.
+#include <utility>
+
 #include <QtCore/QTimer>
 
 #include "Tarn/model/PaneModel.h"
@@ -30,7 +32,11 @@ void PaneView::renamingChanged() {
     editor_ = new RenameEditor(pane_.items().item(*row), viewport());
     connect(editor_, &RenameEditor::accepted, this,
             [this](const QString& name) { emit nameEdited(*named_, name); });
-    connect(editor_, &RenameEditor::cancelled, this, [this] { pane_.endRename(); });
+    connect(editor_, &RenameEditor::cancelled, this, [this] {
+        const auto next = nextToName();
+        pane_.endRename();
+        if (next) pane_.beginRename(*next);
+    });
     scrollTo(model()->index(*row, 0));
     placeEditor();
     editor_->show();
@@ -52,15 +58,31 @@ void PaneView::refuseName(const QString& sentence) {
 void PaneView::acceptName(const QString& name) {
     if (!editor_) return;
     awaited_ = named_->parent().appending(name.toStdString());
+    next_ = nextToName();
     pane_.endRename();
     if (editor_->hasFocus()) setFocus(Qt::OtherFocusReason);
-    if (pane_.items().row(*awaited_)) return closeEditor();
-    QTimer::singleShot(longestWait, editor_, [this] { closeEditor(); });
+    if (pane_.items().row(*awaited_)) return endNaming();
+    QTimer::singleShot(longestWait, editor_, [this] { endNaming(); });
+}
+
+std::optional<URL> PaneView::nextToName() const {
+    if (!editor_ || editor_->step() == 0) return std::nullopt;
+    const auto row = pane_.items().row(*named_);
+    const int next = row ? *row + editor_->step() : -1;
+    if (next < 0 || next >= pane_.items().count()) return std::nullopt;
+    return pane_.items().item(next).url;
+}
+
+void PaneView::endNaming() {
+    const auto next = std::exchange(next_, std::nullopt);
+    closeEditor();
+    if (next && hasFocus()) pane_.beginRename(*next);
 }
 
 void PaneView::closeEditor() {
     awaited_.reset();
     named_.reset();
+    next_.reset();
     if (!editor_) return;
     const bool hadFocus = editor_->hasFocus();
     editor_->disconnect(this);

@@ -119,11 +119,21 @@ void RenameEditor::accept(bool mayStay) {
 
 void RenameEditor::refuse(const QString& sentence) {
     isWaiting_ = false;
+    step_ = 0;
     setReadOnly(false);
     note_->setText(sentence);
     note_->pointAt(geometry());
     setFocus();
     update();
+}
+
+bool RenameEditor::focusNextPrevChild(bool next) {
+    if (isWaiting_ || isOver_) return true;
+    step_ = next ? 1 : -1;
+    accept(true);
+    // The name cannot be used.
+    if (!isWaiting_ && !isOver_) step_ = 0;
+    return true;
 }
 
 void RenameEditor::keyPressEvent(QKeyEvent* event) {

@@ -25,6 +25,9 @@ public:
     void refuse(const QString& sentence);
     /// What the note says; empty for none.
     QString problem() const;
+    /// Which row is to be edited once this one is done: 1 the next, after Tab; -1 the one before,
+    /// after Shift+Tab; else 0.
+    int step() const { return step_; }
 
 signals:
     /// A name that is another one than before and valid.
@@ -33,6 +36,7 @@ signals:
     void cancelled();
 
 protected:
+    bool focusNextPrevChild(bool next) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
@@ -44,6 +48,7 @@ private:
 
     QString oldName_;
     QRect nameRect_;
+    int step_ = 0;
     bool isCentred_ = false;
     bool isWaiting_ = false;
     bool isOver_ = false;  ///< cancelled() was emitted.
