@@ -14,6 +14,7 @@
 #include "Tarn/commands/Programs.h"
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/MainThread.h"
+#include "Tarn/model/SavedSearch.h"
 #include "Tarn/model/TabGroup.h"
 #include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowModel.h"
@@ -153,11 +154,11 @@ void openEditor(WindowModel& window) {
 }
 
 void saveSearch(WindowModel& window) {
-    const PaneModel& pane = window.active();
+    const SavedSearch saved = SavedSearch::of(window.active());
     WindowSheet sheet;
     sheet.which = WindowSheet::Which::newSmartFolder;
-    sheet.text = pane.searchText();
-    sheet.scope = pane.searchScope();
+    sheet.text = saved.text;
+    sheet.scope = saved.scope;
     window.showSheet(std::move(sheet));
 }
 

@@ -158,7 +158,7 @@ TEST_F(CommandsTest, asksWhatItNeedsToKnow) {
     pane().setSearchText("pdfs over 1 mb");
     ASSERT_TRUE(run("saveSearch"));
     EXPECT_EQ(window->sheet()->which, WindowSheet::Which::newSmartFolder);
-    EXPECT_EQ(window->sheet()->text, "pdfs over 1 mb");
+    EXPECT_EQ(window->sheet()->text, "pdfs over 1 mb in \"" + folder_.url().path() + '"');
 }
 
 TEST_F(CommandsTest, revealTellsOfTheSelectionOrThePlace) {

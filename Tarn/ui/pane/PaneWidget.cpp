@@ -300,16 +300,18 @@ void PaneWidget::showError() {
 
 void PaneWidget::showNothingFound() {
     const QString place = placeText(pane_.location(), pane_.title());
-    switch (pane_.searchScope()) {
-        case SearchScopeSetting::currentFolder: {
-            const bool isHome = pane_.location() == Location::folder(Paths::home());
+    // From the start screen, the home folder is what is searched.
+    const bool isHome =
+        pane_.location() == Location::folder(Paths::home()) || pane_.location() == Location::home();
+    const SearchScopeSetting scope = isHome && pane_.searchScope() != SearchScopeSetting::thisMac
+                                         ? SearchScopeSetting::home
+                                         : pane_.searchScope();
+    switch (scope) {
+        case SearchScopeSetting::currentFolder:
             state_->setContent({"magnifyingglass", tr("No Results"),
-                                tr("Nothing in “%1” matches.").arg(place),
-                                isHome ? tr("Search This Computer") : tr("Search Home")});
-            const auto wider = isHome ? SearchScopeSetting::thisMac : SearchScopeSetting::home;
-            action_ = [this, wider] { pane_.setScope(wider); };
+                                tr("Nothing in “%1” matches.").arg(place), tr("Search Home")});
+            action_ = [this] { pane_.setScope(SearchScopeSetting::home); };
             break;
-        }
         case SearchScopeSetting::home:
             state_->setContent({"magnifyingglass", tr("No Results"),
                                 tr("Nothing in your home folder matches."),
@@ -465,7 +467,7 @@ QString PaneWidget::statusText() const {
                 bytes += size.value_or(0);
             }
         }
-        const QString text = selected == count
+        const QString text = selected == count && count > 1
                                  ? tr("All %1 selected").arg(Counts::items(count))
                                  : tr("%1 of %2 selected").arg(selected).arg(Counts::items(count));
         if (!hasSize || selected > mostSummed) return text;

@@ -65,11 +65,13 @@ NewSmartFolderSheet::NewSmartFolderSheet(QWidget& window, WindowModel& model,
         label->setForegroundRole(QPalette::PlaceholderText);
     }
     terms_->setFont(Fonts::small());
-    scope_->addItem(tr("the folder that is shown"),
-                    static_cast<int>(SearchScopeSetting::currentFolder));
     scope_->addItem(tr("the home folder"), static_cast<int>(SearchScopeSetting::home));
     scope_->addItem(tr("the whole computer"), static_cast<int>(SearchScopeSetting::thisMac));
-    scope_->setCurrentIndex(scope_->findData(static_cast<int>(shown.scope)));
+    // One that was stored for the folder that is shown searches the home folder as well: a smart
+    // folder is shown alone.
+    scope_->setCurrentIndex(scope_->findData(
+        static_cast<int>(shown.scope == SearchScopeSetting::currentFolder ? SearchScopeSetting::home
+                                                                          : shown.scope)));
 
     addRow(tr("Name"), name_);
     addRow(tr("Search for"), query_);
