@@ -21,6 +21,25 @@ constexpr double folderLatency = 0.25;  // seconds
 /// Milliseconds after which a place that has not answered at all is said not to respond.
 constexpr int listingDeadline = 10'000;
 
+/// Which row of a place leads to where one was: the way on, for who comes back. Rows that are not
+/// there are never selected.
+std::vector<URL> wayTo(const Location& left, const Location& place) {
+    if (place.isArchive() && left.isArchive() && place.url == left.url) {
+        const std::size_t below = place.text.empty() ? 0 : place.text.size() + 1;
+        const bool isBelow =
+            left.text.size() > below && (below == 0 || left.text.starts_with(place.text + '/'));
+        if (!isBelow) return {};
+        return {ArchiveListing::url(place.url, left.text.substr(0, left.text.find('/', below)))};
+    }
+    if (!left.isFolder() && !left.isArchive()) return {};
+    URL way = left.url;
+    // In a list of results, the folder itself may be one of them.
+    if (!place.isFolder()) return {way};
+    if (way == place.url || !way.isInside(place.url)) return {};
+    while (way.parent() != place.url) way = way.parent();
+    return {way};
+}
+
 }  // namespace
 
 PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
@@ -133,11 +152,13 @@ void PaneModel::navigate(const Location& to, bool addToHistory, std::vector<URL>
 }
 
 void PaneModel::goBack() {
-    if (auto target = history_.goBack(location_)) navigate(*target, false);
+    const Location left = location_;
+    if (auto target = history_.goBack(left)) navigate(*target, false, wayTo(left, *target));
 }
 
 void PaneModel::goForward() {
-    if (auto target = history_.goForward(location_)) navigate(*target, false);
+    const Location left = location_;
+    if (auto target = history_.goForward(left)) navigate(*target, false, wayTo(left, *target));
 }
 
 bool PaneModel::canGoUp() const {

@@ -131,6 +131,24 @@ TEST_F(PaneModelTest, goingSomewhereNewForgetsWhatLayAhead) {
     EXPECT_EQ(pane.location(), Location::folder(a));
 }
 
+TEST_F(PaneModelTest, goingBackSelectsTheWayThatWasTaken) {
+    folder.file("a.txt");
+    const URL deep = folder.folder("inner/deeper");
+    open(folder.url());
+    go(deep);
+    pane.goBack();
+    settle();
+    ASSERT_EQ(pane.selectedItems().size(), 1u);
+    EXPECT_EQ(pane.selectedItems().front().name, "inner");
+    pane.goForward();
+    settle();
+    EXPECT_TRUE(pane.selectedItems().empty()) << "further down";
+    go(folder.url());
+    pane.goBack();
+    settle();
+    EXPECT_TRUE(pane.selectedItems().empty()) << "from above";
+}
+
 TEST_F(PaneModelTest, goingUpSelectsTheFolderLeft) {
     const URL inner = folder.folder("inner");
     folder.file("a.txt");
