@@ -261,6 +261,12 @@ TEST_F(PreviewTest, withoutASoundSystemTimePassesAllTheSame) {
     EXPECT_TRUE(media->player().isMuted());
 }
 
+TEST_F(PreviewTest, aFileWithNothingInItSaysSo) {
+    auto* icon = shown<IconPreview>(folder.file("a.txt", ""));
+    ASSERT_TRUE(icon);
+    EXPECT_EQ(icon->sentence(), QStringLiteral("There is nothing in this file."));
+}
+
 TEST_F(PreviewTest, bytesThatAreNoFilmSaySo) {
     auto* icon = shown<IconPreview>(folder.file("a.mp4", "nothing that moves"));
     ASSERT_TRUE(icon);

@@ -69,6 +69,8 @@ void TextPreview::showHead(const std::optional<TextHead>& head) {
         return;
     }
     const bool isFirst = !head_;
+    // A blank page would look as if it was still being read.
+    if (isFirst && head->bytesRead == 0) return emit failed(tr("There is nothing in this file."));
     const QString text = QString::fromStdString(head->text);
     head_ = *head;
     head_->text.clear();
