@@ -149,6 +149,8 @@ int TarnStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
         case SH_ScrollBar_LeftClickAbsolutePosition:
         case SH_Slider_AbsoluteSetButtons:
         case SH_Menu_MouseTracking:
+        // On a small screen a second column would stand beside it.
+        case SH_Menu_Scrollable:
         case SH_ComboBox_ListMouseTracking:
         case SH_ToolTip_WakeUpDelay:
             if (hint == SH_ToolTip_WakeUpDelay) return 600;
