@@ -17,6 +17,7 @@
 #include "Tarn/ui/theme/Theme.h"
 #include "tests/ui/screens/LongTexts.h"
 #include "tests/ui/screens/MoreScreens.h"
+#include "tests/ui/screens/PreviewScreens.h"
 #include "tests/ui/screens/Screens.h"
 
 namespace {
@@ -43,7 +44,7 @@ struct Shot {
 
 std::vector<Shot> take(const Options& options) {
     std::vector<Shot> shots;
-    for (const auto screens : {allScreens(), popupScreens()}) {
+    for (const auto screens : {allScreens(), popupScreens(), previewScreens()}) {
         for (const Screen& screen : screens) {
             const QString name = QString::fromUtf8(screen.name);
             if (!options.names.isEmpty() && !options.names.contains(name)) continue;

@@ -25,6 +25,7 @@
 #include "TarnCore/sources/SourceResolver.h"
 #include "TarnCore/tags/TagStore.h"
 #include "tests/ui/screens/BusyPool.h"
+#include "tests/ui/screens/SampleFiles.h"
 
 namespace tarn {
 namespace {
@@ -117,8 +118,8 @@ void makeFiles() {
     for (const char* folder : {"Desktop", "Documents/Letters/Old", "Downloads", "Empty", "Movies",
                                "Music", "Pictures", "Work"})
         std::filesystem::create_directories(Paths::home().appending(folder).path());
-    const URL budget = file("Documents/Budget 2026.ods", 48'200, 1);
-    file("Documents/Lease Agreement.pdf", 182'400, 12);
+    const URL budget = file("Documents/Budget 2026.ods", SampleFiles::workbook(48'200), 1);
+    file("Documents/Lease Agreement.pdf", SampleFiles::letter(), 12);
     file("Documents/Letters/Bank.odt", 21'000, 40);
     file("Documents/Letters/Landlord.odt", 18'700, 44);
     file("Documents/Letters/Old/2019.odt", 9'100, 2500);
@@ -129,7 +130,7 @@ void makeFiles() {
     file("Documents/Projects/Garden/Plan.pdf", 640'000, 20);
     file("Documents/Projects/Garden/Seeds.csv", "Name,Rows\nPeas,4\nBeans,6\n", 19);
     file("Documents/Projects/Roof.pdf", 1'204'000, 70);
-    file("Documents/Survey.zip", 2'400'000, 300);
+    file("Documents/Survey.zip", SampleFiles::archive(2'400'000), 300);
     const URL talk = file("Documents/Talk.odp", 3'900'000, 0.1);
     file("Documents/\xd9\x82\xd8\xa7\xd8\xa6\xd9\x85\xd8\xa9.txt", 900, 8);
     file("Documents/bad \xff name.txt", 12, 500);

@@ -144,6 +144,17 @@ void quickLook(Stage& stage, const char* file) {
     stage.wait([&] { return look->preview().isSettled(); });
 }
 
+void trash(Stage& stage) {
+    stage.go(Location::folder(work("Phone")));
+    stage.select({"IMG_2042.jpg", "Summer in the Mountains.mov"});
+    stage.model().operations().trashSelection();
+    stage.wait([&] { return stage.model().toast().has_value(); });
+    stage.model().dismissToast(stage.model().toast()->id);
+    stage.app().trash().measure();
+    stage.wait([&] { return stage.app().trash().items() == 2; });
+    stage.go(Location::folder(Paths::trash()));
+}
+
 void inspector(Stage& stage) {
     stage.go(Location::folder(Paths::documents()));
     stage.select({"Budget 2026.ods"});
@@ -198,7 +209,7 @@ const Screen screens[] = {
     {"tags", [](Stage& s) { s.go(Location::tags()); }},
     {"sources", [](Stage& s) { s.go(Location::sources()); }},
     {"library", [](Stage& s) { s.go(Location::library(LibraryItem::documents)); }},
-    {"trash", [](Stage& s) { s.go(Location::folder(Paths::trash())); }},
+    {"trash", trash},
     {"settings-general", [](Stage& s) { settings(s, 0); }},
     {"settings-view", [](Stage& s) { settings(s, 1); }},
     {"settings-search", [](Stage& s) { settings(s, 2); }},
