@@ -100,6 +100,8 @@ TEST_F(CommandsTest, enablingFollowsTheSelectionAndThePlace) {
     EXPECT_FALSE(isEnabled("copyText")) << "no picture";
     EXPECT_FALSE(isEnabled("otherPane.copy")) << "one pane only";
     EXPECT_FALSE(isEnabled("saveSearch"));
+    EXPECT_FALSE(run("saveSearch"));
+    EXPECT_FALSE(window->sheet());
     EXPECT_FALSE(isEnabled("tab.next"));
     EXPECT_FALSE(CommandRegistry::obstacle(command("otherPane.copy"), window).isEmpty());
 

@@ -8,6 +8,8 @@
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/PaneModel.h"
+#include "TarnCore/files/DirectoryLister.h"
+#include "TarnCore/tags/TagStore.h"
 #include "tests/support/TestFolder.h"
 
 namespace tarn {
@@ -101,10 +103,41 @@ TEST_F(PaneModelTest, whatIsKnownOfAFolderComesInTheOrderOfNow) {
     EXPECT_EQ(std::set(shown.begin(), shown.end()), std::set{(Names{"b", "a"})});
 }
 
+TEST_F(PaneModelTest, whatIsKnownWithHiddenItemsIsNotShownWithoutThem) {
+    const URL inner = folder.folder("inner");
+    folder.file("inner/a");
+    folder.file("inner/.b");
+    pane.setShowsHidden(true);
+    open(inner);
+    EXPECT_EQ(pane.items().count(), 2);
+    open(folder.url());
+    pane.setShowsHidden(false);
+    settle();
+    std::set<Names> shown;
+    QObject::connect(&pane, &PaneModel::rowsChanged, [&] {
+        if (pane.location().url == inner && !names().empty()) shown.insert(names());
+    });
+    open(inner);
+    EXPECT_EQ(shown, std::set{Names{"a"}});
+}
+
+TEST_F(PaneModelTest, tagsOfALargeFolderComeAfterItsRows) {
+    constexpr int many = static_cast<int>(DirectoryLister::deferTagsAbove) + 1;
+    for (int i = 0; i < many; ++i) folder.file(std::to_string(1000 + i));
+    ASSERT_TRUE(TagStore::setTags({{"Work", TagColor::blue}}, folder / "1500"));
+    open(folder.url());
+    waitFor([this] { return pane.items().item(500).tags == Names{"Work"}; });
+    EXPECT_EQ(pane.items().item(500).name, "1500");
+}
+
 TEST_F(PaneModelTest, goingToTheSamePlaceAddsNoHistory) {
     open(folder.url());
+    const auto id = pane.navigationID();
     go(folder.url());
     EXPECT_FALSE(pane.canGoBack());
+    EXPECT_EQ(pane.navigationID(), id);
+    go(folder.folder("inner"));
+    EXPECT_NE(pane.navigationID(), id);
 }
 
 TEST_F(PaneModelTest, historyKeepsTheLastHundredPlaces) {
@@ -321,6 +354,10 @@ TEST_F(PaneModelTest, emptyTextRestoresTheListingAtOnce) {
     pane.searchTextChanged("");
     EXPECT_FALSE(pane.query());
     EXPECT_EQ(names(), (Names{"a.txt", "b.pdf"}));
+    pane.setSearchText("b");
+    EXPECT_TRUE(pane.search().isRunning());
+    pane.clearSearch(false);
+    EXPECT_FALSE(pane.search().isRunning());
     // A keystroke before the delay has passed takes the search along.
     pane.searchTextChanged("a");
     pane.searchTextChanged("");
@@ -347,6 +384,10 @@ TEST_F(PaneModelTest, removingAChipWidensTheSearchUntilItsWordsChange) {
     pane.setSearchText("tax pdfs");
     settle();
     EXPECT_EQ(names(), Names{"tax.pdf"});
+    pane.removeChip(ChipCategory::type);
+    pane.clearSearch(false);
+    pane.setSearchText("tax pdfs");
+    EXPECT_EQ(pane.query()->chips().size(), 1u);  // That was another search.
     pane.removeChip(ChipCategory::type);
     settle();
     EXPECT_EQ(names(), (Names{"tax.pdf", "tax.txt"}));

@@ -1,5 +1,7 @@
 // Places of a pane that are queries over the home folder.
+#include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 
 #include <QtTest/QTest>
@@ -117,6 +119,8 @@ TEST_F(PanePlacesTest, aSourceShowsWhatCameFromIt) {
     SourceResolver::setWhereFroms(slack, {"https://files.slack.com/x/invoice.pdf"});
     SourceResolver::setWhereFroms(file("page.html"), {"https://example.org/page.html"});
     file("own.txt");
+    SourceResolver::setWhereFroms(home.root.folder("Home/unpacked"),
+                                  {"https://files.slack.com/x/unpacked.zip"});
     open(Location::source("Slack"));
     EXPECT_EQ(names(), Names{"invoice.pdf"});
     open(Location::source("example.org"));
@@ -171,6 +175,60 @@ TEST_F(PanePlacesTest, aSearchInALivePlaceGivesWayToItAgain) {
     EXPECT_EQ(names().size(), 2u);  // … unless everything is asked for.
     pane.clearSearch(false);
     EXPECT_EQ(names(), Names{"pear.jpg"});
+}
+
+TEST_F(PanePlacesTest, whatIsTypedInASavedSearchNarrowsItAndWinsWhereBothSaySomething) {
+    const auto dated = [this](const char* name, int year) {
+        const auto days = std::chrono::sys_days(std::chrono::year(year) / 5 / 5);
+        home.root.setModified(file(name), Date::fromUnix(days.time_since_epoch().count() * 86'400));
+    };
+    dated("report old.txt", 2024);
+    dated("report new.txt", 2025);
+    dated("other.txt", 2025);
+    open(Location::smartFolder(
+        app.lists().addSmartFolder("Reports", "report from 2024", SearchScopeSetting::home)));
+    EXPECT_EQ(names(), Names{"report old.txt"});
+    pane.setSearchText("from 2025");
+    settle();
+    EXPECT_EQ(names(), Names{"report new.txt"});
+}
+
+TEST_F(PanePlacesTest, recentFilesBeginWithTheLatest) {
+    open(Location::library(LibraryItem::recents));
+    EXPECT_EQ(pane.sort().field, SortField::modified);
+    EXPECT_FALSE(pane.sort().ascending);
+    open(Location::library(LibraryItem::images));
+    EXPECT_EQ(pane.sort().field, SortField::name);
+}
+
+TEST_F(PanePlacesTest, onlyWhoIsInTheTrashSearchesIt) {
+    file("needle.txt");
+    const URL gone = Paths::trash().appending("needle gone.txt");
+    std::filesystem::create_directories(gone.parent().path());
+    std::ofstream(gone.path()) << "gone";
+    pane.setShowsHidden(true);  // The Trash may lie in a folder that is.
+    open(Location::folder(home.root / "Home"));
+    pane.setSearchText("needle");
+    settle();
+    EXPECT_EQ(names(), Names{"needle.txt"});
+    open(Location::folder(Paths::trash()));
+    pane.setSearchText("needle");
+    settle();
+    EXPECT_EQ(names(), Names{"needle gone.txt"});
+}
+
+TEST_F(PanePlacesTest, aRepeatedQueryFindsWhatTheWatchDidNotTell) {
+    file("needle 1.txt");
+    LiveList list(nullptr, {.latency = 1000, .betweenWholeRuns = 1000});
+    SearchOptions options;
+    options.roots = {Paths::home()};
+    options.query.terms = {"needle"};
+    list.start(LiveQuery::search(options), {});
+    waitFor([&list] { return !list.isRunning(); });
+    EXPECT_EQ(list.rows()->size(), 1u);
+    file("needle 2.txt");
+    list.repeat();
+    waitFor([&list] { return list.rows()->size() == 2; });
 }
 
 TEST_F(PanePlacesTest, selectsWhatWasAskedForWhenItIsFound) {

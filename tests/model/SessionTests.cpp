@@ -1,3 +1,6 @@
+#include <functional>
+
+#include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <gtest/gtest.h>
 
@@ -77,6 +80,8 @@ TEST_F(SessionTest, theSessionFollowsEveryChange) {
               Location::library(LibraryItem::recents));
     first->close(1);
     first->tab(0).setSplit(true);
+    first->tab(0).setActiveIndex(1);
+    EXPECT_EQ(app.storedSession().windows[0][0].activePane, 1);
     first->tab(0).active().setViewMode(ViewMode::list);
     second->open(at("d"));
     EXPECT_EQ(session(), "a|cd");
@@ -86,6 +91,25 @@ TEST_F(SessionTest, theSessionFollowsEveryChange) {
     // The last one to go is what the next start gets.
     second.reset();
     EXPECT_EQ(session(), "cd");
+    auto alone = std::make_unique<WindowModel>(app, at("a"));
+    app.saveSession();
+    EXPECT_EQ(session(), "a");
+    alone.reset();
+    EXPECT_EQ(session(), "a");
+}
+
+TEST_F(SessionTest, foldersAreRememberedByWhenAndHowOftenTheyWereVisited) {
+    const URL often = folder / "a", once = folder / "b";
+    for (const URL& visited : {often, often, once, often, often, once, often})
+        app.noteVisited(visited);
+    const auto isOurs = [&](const URL& url) { return url == often || url == once; };
+    std::vector<URL> recent = app.recentFolders();
+    std::erase_if(recent, std::not_fn(isOurs));
+    EXPECT_EQ(recent, (std::vector{often, once}));
+    std::vector<URL> most = app.mostVisited(1000);
+    std::erase_if(most, std::not_fn(isOurs));
+    EXPECT_EQ(most, (std::vector{often, once}));
+    EXPECT_EQ(app.visitCount(often), 5);
 }
 
 TEST_F(SessionTest, theSessionHasHowItsPlacesAreShown) {
@@ -162,20 +186,27 @@ TEST_F(SessionTest, comingBackDecidesNothingForTheFolder) {
 }
 
 TEST_F(SessionTest, aWindowHasOnePaneOrTwo) {
-    WindowModel window(app, at("a"));
+    const ViewMode other =
+        app.settings().defaultView == ViewMode::list ? ViewMode::grid : ViewMode::list;
+    WindowModel window(app, {{{Location::folder(folder / "a"), other}}, 0, true, false});
     EXPECT_FALSE(window.otherPane());
     window.setSplit(true);
     ASSERT_EQ(window.panes().size(), 2u);
     // The second begins where the first is, which goes on being the active one.
     EXPECT_EQ(window.activeIndex(), 0);
     EXPECT_EQ(window.otherPane()->location(), Location::folder(folder / "a"));
+    EXPECT_EQ(window.otherPane()->viewMode(), other);
+    window.setShowHidden(true);
+    EXPECT_TRUE(window.active().showsHidden() && window.otherPane()->showsHidden());
     window.setActiveIndex(1);
     window.active().navigate(Location::folder(folder / "b"));
     EXPECT_EQ(window.title(), QStringLiteral("b"));
     window.setActiveIndex(2);
     EXPECT_EQ(window.activeIndex(), 1);
     // The active one stays.
+    const QSignalSpy moves(&window, &WindowModel::activePaneChanged);
     window.setSplit(false);
+    EXPECT_EQ(moves.count(), 1) << "it has another number now";
     EXPECT_EQ(window.active().location(), Location::folder(folder / "b"));
     EXPECT_EQ(window.activeIndex(), 0);
     // More than two were never stored by us.

@@ -70,6 +70,8 @@ TEST_F(UserListsTest, aFavoriteIsInTheListOnceWhereverItIsDropped) {
     EXPECT_THAT(titles(lists), ElementsAre("c", "a", "b")) << "without a place it stays";
     EXPECT_EQ(lists.addFavorite(URL::fromPath("/srv/c"), 2), c);
     EXPECT_THAT(titles(lists), ElementsAre("a", "c", "b")) << "in front of what was the third";
+    lists.addFavorite(URL::fromPath("/srv/c"), 1);
+    EXPECT_THAT(titles(lists), ElementsAre("a", "c", "b")) << "in front of itself";
     lists.moveFavorite(a, 99);
     EXPECT_THAT(titles(lists), ElementsAre("c", "b", "a"));
     lists.moveFavorite(UUID::random(), 0);
@@ -103,6 +105,9 @@ TEST_F(UserListsTest, smartFoldersHaveNamesOfTheirOwnBehindTheBuiltInOnes) {
               ListError::Reason::emptyQuery);
     EXPECT_EQ(refusal([&] { lists.renameSmartFolder(bills, "songs"); }),
               ListError::Reason::nameTaken);
+    SmartFolder changed = *lists.smartFolder(bills);
+    changed.query = " ";
+    EXPECT_EQ(refusal([&] { lists.changeSmartFolder(changed); }), ListError::Reason::emptyQuery);
     lists.renameSmartFolder(bills, "bills");
     lists.moveSmartFolder(bills, 1);
     for (const SmartFolder& builtIn : SmartFolder::builtIns()) {
@@ -114,6 +119,30 @@ TEST_F(UserListsTest, smartFoldersHaveNamesOfTheirOwnBehindTheBuiltInOnes) {
                 ElementsAre("Large Files", "Screenshots", "Installers", "Songs", "bills"));
     lists.flush();
     EXPECT_EQ(UserLists().smartFolders(), lists.smartFolders());
+}
+
+TEST_F(UserListsTest, copiesOfBuiltInSmartFoldersInAnOldFileTakeNoPart) {
+    const auto own = [](const char* name) {
+        SmartFolder folder = SmartFolders::make({}, name, "pdfs", SearchScopeSetting::home);
+        folder.builtIn = true;  // What a file says of that counts for nothing.
+        return folder;
+    };
+    SmartFolder copy = SmartFolder::builtIns()[1];
+    copy.name = "Mine";
+    std::vector<SmartFolder> stored = {own("a"), copy, own("b")};
+    const auto shown = [&stored] {
+        std::vector<std::string> names;
+        for (const SmartFolder& folder : SmartFolders::merged(stored))
+            if (!folder.builtIn) names.push_back(folder.name);
+        return names;
+    };
+    EXPECT_THAT(shown(), ElementsAre("a", "b"));
+    EXPECT_EQ(SmartFolders::merged(stored).size(), SmartFolder::builtIns().size() + 2);
+    copy.query = "images";
+    SmartFolders::change(stored, copy);
+    EXPECT_EQ(stored[1].query, SmartFolder::builtIns()[1].query);
+    SmartFolders::move(stored, stored[2].id, 0);
+    EXPECT_THAT(shown(), ElementsAre("b", "a"));
 }
 
 TEST_F(UserListsTest, aNameThatTwoProcessesTakeAtOnceIsGivenToBoth) {
@@ -195,6 +224,10 @@ TEST_F(UserListsTest, aSettingThatAnotherProcessChangedIsNotTakenBack) {
         all.shortcutOverrides["go.up"] = {"u", true, false, false, false};
     });
     terminal.flush();
+    AppSettings before = app.settings();
+    before.shortcutOverrides["home"] = {"h", true, false, false, false};
+    EXPECT_EQ(AppSettings::rebased(before, app.settings(), before), app.settings())
+        << "what was taken away stays away";
     AppSettings mine = app.settings();
     mine.foldersFirst = false;
     mine.cleanup.videoDays = 8;

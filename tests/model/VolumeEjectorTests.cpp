@@ -30,6 +30,7 @@ protected:
         EXPECT_TRUE(app->ejector().eject(
             app->volumes()[1], force, [&ended](const VolumeEjector::Ended& one) { ended = one; }));
         EXPECT_TRUE(app->ejector().isEjecting(point));
+        EXPECT_FALSE(app->ejector().eject(app->volumes()[1], force, {})) << "one is under way";
         EXPECT_TRUE(waitFor([&ended] { return ended.has_value(); }));
         return ended.value_or(VolumeEjector::Ended());
     }
@@ -39,22 +40,31 @@ protected:
 
 TEST_F(VolumeEjectorTest, aVolumeGoesAndPanesThatShowItGoHome) {
     WindowModel inside(*app, Location::folder(point.appending("Photos")));
+    WindowModel archive(*app, Location::archive(point.appending("Photos.zip"), "2024"));
     WindowModel outside(*app, Location::folder(Paths::documents()));
     EXPECT_EQ(eject(false).result, EjectResult());
     EXPECT_FALSE(app->ejector().isEjecting(point));
     EXPECT_TRUE(waitFor([this] { return app->volumes().size() == 1; }));
     EXPECT_EQ(inside.active().location(), Location::folder(Paths::home()));
+    EXPECT_EQ(archive.active().location(), Location::folder(Paths::home()));
     EXPECT_EQ(outside.active().location(), Location::folder(Paths::documents()));
 }
 
 TEST_F(VolumeEjectorTest, whoUsesABusyVolumeIsToldAndCanBeIgnored) {
     const BlockingProcess editor{12, "vim", {point.path() + "/a.txt"}};
     drives->setBlocking(point, {editor});
+    WindowModel inside(*app, Location::folder(point.appending("Photos")));
     const auto busy = eject(false);
+    EXPECT_TRUE(inside.active().location().url.isInside(point));
     EXPECT_EQ(busy.result.outcome, Outcome::busy);
     EXPECT_EQ(busy.processes, std::vector{editor});
     EXPECT_EQ(app->volumes().size(), 2u);
     EXPECT_EQ(eject(true).result.outcome, Outcome::ejected);
+    VolumeEjector::Ended unknown;
+    unknown.result.message = "It is in use.";
+    EXPECT_EQ(unknown.message(), "It is in use.");
+    unknown.unknown = "Nobody knows by whom.";
+    EXPECT_EQ(unknown.message(), "It is in use. Nobody knows by whom.");
 }
 
 TEST_F(VolumeEjectorTest, aWindowTellsOfEachEnd) {
