@@ -197,6 +197,10 @@
         <source>Menu of What Is Selected</source>
         <translation>Menü der Auswahl</translation>
     </message>
+    <message>
+        <source>Permissions…</source>
+        <translation>Rechte …</translation>
+    </message>
 </context>
 <context>
     <name>tarn::BusyLine</name>

@@ -249,9 +249,11 @@ void WindowEdits::newTag() {
 // --- Permissions
 
 void WindowEdits::askPermissions() {
-    const std::vector<URL> urls = selectedURLs();
-    if (urls.empty() || window_.active().showsMembers()) return;
-    window_.showSheet({WindowSheet::Which::permissions, urls});
+    const PaneModel& pane = window_.active();
+    if (pane.showsMembers()) return;
+    std::vector<URL> urls = selectedURLs();
+    if (urls.empty() && pane.location().isFolder()) urls = {pane.location().url};
+    if (!urls.empty()) window_.showSheet({WindowSheet::Which::permissions, std::move(urls)});
 }
 
 void WindowEdits::changePermissions(const std::vector<URL>& urls, const PermissionChange& change) {

@@ -59,7 +59,7 @@ public:
 
     // Permissions.
 
-    /// Asks what becomes of those of the selected items.
+    /// Asks what becomes of those of the selected items, else of the folder that is shown.
     void askPermissions();
     void changePermissions(const std::vector<URL>& urls, const PermissionChange& change);
 

@@ -14,6 +14,7 @@
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/SidebarModel.h"
 #include "Tarn/model/TabGroup.h"
+#include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/model/WindowOperations.h"
 #include "Tarn/ui/desktop/FileOpener.h"
@@ -160,6 +161,8 @@ void BrowserWindow::makeActions() {
         ->setPriority(QAction::LowPriority);
     add("favorite.add", tr("Add to Favourites"), {QKeySequence(Qt::CTRL | Qt::Key_B)}, "star",
         [this] { SidebarActions::addFavorite(model()); });
+    add("permissions", tr("Permissions…"), {}, "lock",
+        [this] { model().edits().askPermissions(); });
     add("go.start", tr("Go to Start"), {}, "house",
         [this] { model().active().navigate(Location::home()); });
     add("go.trash", tr("Go to Trash"), {}, "trash",

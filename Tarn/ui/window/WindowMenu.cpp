@@ -1,5 +1,8 @@
 #include "Tarn/ui/window/WindowMenu.h"
 
+#include <utility>
+#include <vector>
+
 #include <QtGui/QActionGroup>
 
 #include "Tarn/model/AppModel.h"
@@ -37,11 +40,13 @@ WindowMenu::WindowMenu(WindowActions& actions, WindowModel& tab, QWidget* window
     addSorting();
     add({"split", "sidebar", "inspector", "hidden", "refresh", "fullScreen"});
     addSeparator();
-    for (const char* group : {"Go", "View", "File", "Window"}) {
+    // The commands of a group, and below them what the window adds to it.
+    const std::pair<const char*, std::vector<const char*>> groups[] = {
+        {"Go", {"go.start", "go.trash"}}, {"View", {}}, {"File", {"permissions"}}, {"Window", {}}};
+    for (const auto& [group, more] : groups) {
         QMenu* menu = addMenu(actions.makeGroup(group, this))->menu();
-        if (menu->objectName() != u"Go") continue;
-        menu->addSeparator();
-        for (const char* id : {"go.start", "go.trash"}) menu->addAction(actions.action(id));
+        if (!more.empty()) menu->addSeparator();
+        for (const char* id : more) menu->addAction(actions.action(id));
     }
     addSeparator();
     add({"palette"});
