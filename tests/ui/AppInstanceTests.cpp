@@ -1,5 +1,8 @@
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <memory>
+#include <vector>
 
 #include <QtCore/QProcess>
 #include <QtDBus/QDBusConnectionInterface>
@@ -194,6 +197,8 @@ protected:
         if (!bus.isRunning()) GTEST_SKIP() << "there is no dbus-daemon here";
         folder.file("root/Support/settings.json", R"({"hasOnboarded": true})");
         folder.file("there/file.txt");
+        folder.folder("there/more");
+        folder.folder("there/most");
         environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus.address());
         environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
@@ -215,14 +220,22 @@ protected:
         EXPECT_TRUE(process.waitForFinished());
         EXPECT_EQ(process.exitCode(), 0);
     }
-    /// In the windows that are open, as they are kept for the next start.
-    void expectBothWindows() {
-        const auto count = [this](const char* name) {
-            return QString::fromStdString(folder.read("root/Support/session.json"))
-                .count(uri(folder / name) + u'"');
+    /// The folders of the windows that are open, as they are kept for the next start.
+    void expectWindows(const std::vector<const char*>& names) {
+        const auto isThere = [&] {
+            const auto kept = QString::fromStdString(folder.read("root/Support/session.json"));
+            return std::ranges::all_of(names, [&](const char* name) {
+                return kept.count(uri(folder / name) + u'"') == 1;
+            }) && kept.count(u"\"panes\""_s) == std::ssize(names);
         };
-        EXPECT_TRUE(waitFor([&] { return count("root") == 1 && count("there") == 1; }))
-            << folder.read("root/Support/session.json");
+        EXPECT_TRUE(waitFor(isThere)) << folder.read("root/Support/session.json");
+    }
+    void handOver(const char* name) {
+        QProcess later;
+        start(later, {QString::fromStdString((folder / name).path())});
+        ASSERT_TRUE(later.waitForFinished());
+        EXPECT_EQ(later.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(later.exitCode(), 0);
     }
 
     PrivateBus bus;
@@ -234,13 +247,31 @@ TEST_F(StartTest, aSecondStartHandsItsPlacesToTheFirst) {
     QProcess first;
     start(first, {QString::fromStdString((folder / "root").path())});
     ASSERT_TRUE(waitFor([this] { return isAnswering(); }));
-    QProcess second;
-    start(second, {QString::fromStdString((folder / "there").path())});
-    ASSERT_TRUE(second.waitForFinished());
-    EXPECT_EQ(second.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(second.exitCode(), 0);
-    expectBothWindows();
+    handOver("there");
+    expectWindows({"root", "there"});
     end(first);
+}
+
+TEST_F(StartTest, theNextStartOpensTheWindowsOfLastTimeHoweverThatEnded) {
+    QProcess first;
+    start(first, {QString::fromStdString((folder / "root").path())});
+    ASSERT_TRUE(waitFor([this] { return isAnswering(); }));
+    handOver("there");
+    expectWindows({"root", "there"});
+    end(first);
+    QProcess second;
+    start(second, {});
+    ASSERT_TRUE(waitFor([this] { return isAnswering(); }));
+    handOver("there/more");
+    expectWindows({"root", "there", "there/more"});
+    second.kill();
+    ASSERT_TRUE(second.waitForFinished());
+    QProcess third;
+    start(third, {});
+    ASSERT_TRUE(waitFor([this] { return isAnswering(); }));
+    handOver("there/most");
+    expectWindows({"root", "there", "there/more", "there/most"});
+    end(third);
 }
 
 TEST_F(StartTest, ofTwoAtOnceOneOpensBothWindows) {
@@ -254,7 +285,7 @@ TEST_F(StartTest, ofTwoAtOnceOneOpensBothWindows) {
     ASSERT_TRUE(waitFor([&] { return isOver(one) || isOver(other); }));
     EXPECT_FALSE(isOver(one) && isOver(other));
     EXPECT_EQ((isOver(one) ? one : other).exitCode(), 0);
-    expectBothWindows();
+    expectWindows({"root", "there"});
     end(isOver(one) ? other : one);
 }
 
