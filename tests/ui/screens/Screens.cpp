@@ -23,6 +23,7 @@
 #include "Tarn/ui/rename/RenameSheet.h"
 #include "Tarn/ui/settings/SettingsSheet.h"
 #include "Tarn/ui/sheets/Sheet.h"
+#include "Tarn/ui/states/LoadingGate.h"
 #include "Tarn/ui/window/PaneFrame.h"
 #include "Tarn/ui/window/TabPage.h"
 #include "TarnCore/files/Paths.h"
@@ -296,7 +297,11 @@ Stage::~Stage() {
 }
 
 void Stage::wait(const std::function<bool()>& done) {
-    if (QTest::qWaitFor(done, patience)) return;
+    const auto isDone = [&] {
+        noteLoading();
+        return done();
+    };
+    if (QTest::qWaitFor(isDone, patience)) return;
     std::fprintf(stderr, "a screen did not come about\n");
     std::abort();
 }
@@ -309,9 +314,25 @@ bool Stage::isIdle() const {
     return true;
 }
 
+/// On a busy machine a place may be read for so long that it shows it.
+void Stage::noteLoading() {
+    if (!window_ || isIdle()) {
+        loading_.invalidate();
+    } else if (!loading_.isValid()) {
+        loading_.start();
+    } else if (loading_.elapsed() >= LoadingGate::delay / 2) {
+        showsLoading_ = true;
+    }
+}
+
 void Stage::settle() {
     const PaintWatch watch;
-    wait([&] { return isIdle() && watch.elapsed() >= quiet; });
+    wait([this] { return isIdle(); });
+    QElapsedTimer sinceIdle;
+    sinceIdle.start();
+    const int sign = showsLoading_ ? LoadingGate::shortest : 0;
+    wait([&] { return isIdle() && sinceIdle.elapsed() >= sign && watch.elapsed() >= quiet; });
+    showsLoading_ = false;
 }
 
 void Stage::go(const Location& place, ViewMode mode) {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <span>
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
 #include <QtCore/QSize>
 #include <QtGui/QImage>
@@ -51,10 +52,13 @@ public:
 
 private:
     bool isIdle() const;
+    void noteLoading();
 
     std::unique_ptr<AppModel> app_;
     std::unique_ptr<HeldCopies> held_;
-    BrowserWindow* window_;
+    BrowserWindow* window_ = nullptr;
+    QElapsedTimer loading_;      ///< Invalid while nothing is being read.
+    bool showsLoading_ = false;  ///< A sign of it may have come since the last settle().
 };
 
 struct Screen {
