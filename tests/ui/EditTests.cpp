@@ -139,6 +139,25 @@ TEST_F(EditTest, aNameIsGivenInItsRow) {
     EXPECT_TRUE(pane().items().row(folder / "zeta.txt"));
 }
 
+TEST_F(EditTest, tabGoesOnWithTheNextName) {
+    select({"beta.txt"});
+    press(Qt::Key_F2);
+    type("bravo");
+    press(Qt::Key_Tab);
+    ASSERT_TRUE(waitFor([this] { return editor() && editor()->text() == u"gamma.txt"; }));
+    EXPECT_TRUE(folder.exists("bravo.txt"));
+    EXPECT_EQ(editor()->selectedText(), QStringLiteral("gamma"));
+    press(Qt::Key_Backtab);
+    ASSERT_TRUE(editor()) << "nothing was changed, so nothing is waited for";
+    EXPECT_EQ(editor()->text(), QStringLiteral("bravo.txt"));
+    type("a/b");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(editor()->text(), QStringLiteral("a/b.txt")) << "this one has to be mended first";
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(editor());
+    EXPECT_EQ(QApplication::focusWidget(), view());
+}
+
 TEST_F(EditTest, aNameThatCannotBeUsedStaysInItsField) {
     select({"beta.txt"});
     press(Qt::Key_F2);
@@ -193,17 +212,27 @@ TEST_F(EditTest, severalAreRenamedInTheSheet) {
     type("o");
     ASSERT_TRUE(waitFor([&] { return apply->isEnabled(); }));
     EXPECT_EQ(apply->text(), QStringLiteral("Rename 2 Items"));
-    apply->click();
+    press(Qt::Key_Return);
     ASSERT_TRUE(waitFor([this] { return folder.exists("gommo.txt"); }));
     EXPECT_TRUE(folder.exists("beto.txt"));
     ASSERT_TRUE(waitFor([this] { return !window->model().sheet(); }));
 }
 
-TEST_F(EditTest, escapeLeavesTheSheetWithoutAChange) {
+TEST_F(EditTest, whoCancelsTheSheetChangesNothing) {
     select({"beta.txt", "gamma.txt"});
     press(Qt::Key_F2);
     ASSERT_TRUE(sheet());
     type("a");
+    auto* apply = sheet()->findChild<QPushButton*>(QStringLiteral("applyRename"));
+    ASSERT_TRUE(waitFor([&] { return apply->isEnabled(); }));
+    // With a button, and by Return as with every button.
+    for (int i = 0; i < 20 && QApplication::focusWidget() != apply; ++i) press(Qt::Key_Backtab);
+    press(Qt::Key_Backtab);
+    press(Qt::Key_Return);
+    EXPECT_FALSE(window->model().sheet());
+    EXPECT_TRUE(folder.exists("beta.txt"));
+    ASSERT_TRUE(waitFor([this] { return !sheet(); }));
+    press(Qt::Key_F2);
     press(Qt::Key_Escape);
     EXPECT_FALSE(window->model().sheet());
     EXPECT_TRUE(folder.exists("beta.txt"));

@@ -90,6 +90,8 @@ Inspector::Inspector(QWidget* parent)
         layOutPreview();
         showFacts();
     });
+    // Return presses it, as the space bar does.
+    measure_->setAutoDefault(true);
     connect(measure_, &QPushButton::clicked, this, &Inspector::measureFolder);
     connect(permissions_, &QPushButton::clicked, this, [this] {
         std::vector<URL> urls;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QCheckBox>
@@ -177,6 +178,13 @@ QWidget* RenameSheet::makeButtons() {
     row->add(*cancel_);
     row->add(*apply_);
     return row;
+}
+
+void RenameSheet::keyPressEvent(QKeyEvent* event) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    // From every field of the rules.
+    if (isReturn && !pressFocused() && apply_->isEnabled()) return apply_->click();
+    if (!isReturn) Sheet::keyPressEvent(event);
 }
 
 void RenameSheet::layOut() {

@@ -32,6 +32,7 @@ public:
 
 protected:
     void layOut() override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QWidget* makeRules();

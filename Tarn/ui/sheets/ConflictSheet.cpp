@@ -156,6 +156,7 @@ void ConflictSheet::keyPressEvent(QKeyEvent* event) {
                 return;
             case Qt::Key_Return:
             case Qt::Key_Enter:
+                if (pressFocused()) return;
                 return answer(conflict_.bothFolders ? ConflictAction::merge
                                                     : ConflictAction::keepBoth);
             default:

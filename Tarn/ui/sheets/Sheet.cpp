@@ -213,8 +213,16 @@ bool Sheet::focusNextPrevChild(bool next) {
     return true;
 }
 
+bool Sheet::pressFocused() {
+    auto* button = qobject_cast<QPushButton*>(QApplication::focusWidget());
+    if (!button || !isAncestorOf(button)) return false;
+    button->click();
+    return true;
+}
+
 void Sheet::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape) escape();
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) pressFocused();
     // No key goes on to the window below.
     event->accept();
 }

@@ -30,6 +30,8 @@ StatePage::StatePage(QWidget* parent)
     }
     sentence_->setForegroundRole(QPalette::PlaceholderText);
     sentence_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // Return presses it, as the space bar does.
+    action_->setAutoDefault(true);
     connect(action_, &QPushButton::clicked, this, &StatePage::actionTriggered);
 
     auto* column = new QVBoxLayout(this);

@@ -69,6 +69,8 @@ ToastView::ToastView(WindowModel& model, QWidget& window, QWidget& pane)
     timer_.setTimerType(Qt::PreciseTimer);
     connect(&timer_, &QTimer::timeout, this, &ToastView::dismiss);
     connect(close_, &QToolButton::clicked, this, &ToastView::dismiss);
+    // Return presses it, as the space bar does.
+    undo_->setAutoDefault(true);
     connect(undo_, &QPushButton::clicked, this, [this] {
         const auto toast = window_.toast();
         dismiss();

@@ -31,6 +31,8 @@ TrashBar::TrashBar(WindowModel& model, PaneModel& pane, QWidget& window)
     row->setSpacing(Metrics::space8);
     row->addWidget(text_, 1);
     row->addWidget(button_);
+    // Return presses it, as the space bar does.
+    button_->setAutoDefault(true);
     connect(button_, &QPushButton::clicked, this, [this] {
         if (trash_.isEmptying())
             trash_.cancelEmptying();
