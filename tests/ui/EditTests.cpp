@@ -147,6 +147,8 @@ TEST_F(EditTest, tabGoesOnWithTheNextName) {
     ASSERT_TRUE(waitFor([this] { return editor() && editor()->text() == u"gamma.txt"; }));
     EXPECT_TRUE(folder.exists("bravo.txt"));
     EXPECT_EQ(editor()->selectedText(), QStringLiteral("gamma"));
+    ASSERT_EQ(pane().selectedItems().size(), 1u);
+    EXPECT_EQ(pane().selectedItems().front().name, "gamma.txt");
     press(Qt::Key_Backtab);
     ASSERT_TRUE(editor()) << "nothing was changed, so nothing is waited for";
     EXPECT_EQ(editor()->text(), QStringLiteral("bravo.txt"));

@@ -167,6 +167,25 @@ TEST_F(WindowTest, whoeverGoesSomewhereHasTheKeyboardThere) {
     EXPECT_EQ(QApplication::focusWidget(), start) << "from the results";
 }
 
+TEST_F(WindowTest, whereNothingIsSelectedAKeySelectsTheFirst) {
+    const struct {
+        Qt::Key key;
+        const char* selected;
+    } cases[] = {
+        {Qt::Key_Down, "inner"}, {Qt::Key_Up, "inner"},       {Qt::Key_Home, "inner"},
+        {Qt::Key_I, "inner"},    {Qt::Key_PageDown, "inner"}, {Qt::Key_End, "gamma.txt"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.key);
+        pane().selection().clear();
+        search()->setFocus();
+        // Where it is marked, but not selected.
+        view()->setFocus();
+        press(c.key);
+        EXPECT_EQ(selected(), Names{c.selected});
+    }
+}
+
 TEST_F(WindowTest, shiftAndControlSelectSeveral) {
     for (const ViewMode mode : {ViewMode::list, ViewMode::grid}) {
         SCOPED_TRACE(mode == ViewMode::list ? "list" : "grid");

@@ -573,14 +573,31 @@ void PaneView::focusInEvent(QFocusEvent* event) {
     viewport()->update();
 }
 
+bool PaneView::selectFirst(const QKeyEvent& event) {
+    constexpr int keys[] = {Qt::Key_Up,   Qt::Key_Down, Qt::Key_Left,   Qt::Key_Right,
+                            Qt::Key_Home, Qt::Key_End,  Qt::Key_PageUp, Qt::Key_PageDown};
+    if (std::ranges::find(keys, event.key()) == std::end(keys) || rowCount() == 0 ||
+        (event.modifiers() & ~Qt::KeypadModifier) || selectionModel()->hasSelection())
+        return false;
+    int row = std::max(0, currentIndex().row());
+    if (event.key() == Qt::Key_Home) row = 0;
+    if (event.key() == Qt::Key_End) row = rowCount() - 1;
+    selectionModel()->setCurrentIndex(
+        model()->index(row, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    scrollTo(model()->index(row, 0));
+    viewport()->update();
+    return true;
+}
+
 void PaneView::keyPressEvent(QKeyEvent* event) {
     showsCursor_ = true;
     pane_.holdRows();
     if (event->key() == Qt::Key_Up && event->modifiers() == Qt::NoModifier &&
         currentIndex().row() <= 0 && visibleRows()) {
         emit leftAtTop();
-        return;
+        if (!hasFocus() || selectionModel()->hasSelection()) return;
     }
+    if (selectFirst(*event)) return;
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isReturn && event->modifiers() == Qt::ControlModifier) {
         emit openedAside(pane_.selectedItems());
@@ -614,7 +631,8 @@ void PaneView::keyboardSearch(const QString& text) {
     sinceTyped_.start();
     const int current = std::max(0, currentIndex().row());
     // One letter looks further on, so that pressing it again leads to the next name with it.
-    const int from = goesOn && !repeats ? current : current + (currentIndex().isValid() ? 1 : 0);
+    const bool isAtOne = selectionModel()->isSelected(currentIndex());
+    const int from = (goesOn && !repeats) || !isAtOne ? current : current + 1;
     const auto row = pane_.items().rowWithPrefix(typed_.toStdString(), from);
     if (!row) return;
     selectionModel()->setCurrentIndex(

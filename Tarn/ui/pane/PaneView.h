@@ -165,6 +165,9 @@ private:
     void showDropTarget(std::optional<int> row);
     /// Goes into the folder that something is held over, so that it can be dropped further down.
     void openDropTarget();
+    /// Where nothing is selected, a key that moves selects what it would move from: the row that is
+    /// marked, or the first one. False for other keys.
+    bool selectFirst(const QKeyEvent& event);
     /// Before and after the rows are replaced.
     void notePlace();
     void restorePlace();

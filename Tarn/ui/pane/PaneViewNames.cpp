@@ -76,7 +76,14 @@ std::optional<URL> PaneView::nextToName() const {
 void PaneView::endNaming() {
     const auto next = std::exchange(next_, std::nullopt);
     closeEditor();
-    if (next && hasFocus()) pane_.beginRename(*next);
+    if (!next) return;
+    // After the one that has just got its name is selected.
+    QMetaObject::invokeMethod(
+        this,
+        [this, url = *next] {
+            if (hasFocus()) pane_.beginRename(url);
+        },
+        Qt::QueuedConnection);
 }
 
 void PaneView::closeEditor() {
