@@ -91,6 +91,8 @@ ShortcutSection::ShortcutSection(AppModel& app, QWidget* parent)
         }
         groups_.back().rows.push_back(rows_.size());
         rows_.push_back(makeRow(command));
+        // Few of them stand below their headings, and do not share the page.
+        rows_.back().widget->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
         column_->addWidget(rows_.back().widget);
     }
     connect(&app, &AppModel::settingsChanged, this, [this] {
