@@ -8,7 +8,9 @@
 #include <QtWidgets/QToolButton>
 #include <gtest/gtest.h>
 
+#include "Tarn/ui/inspector/TagChip.h"
 #include "Tarn/ui/pane/PaneView.h"
+#include "Tarn/ui/search/Chip.h"
 #include "Tarn/ui/theme/Metrics.h"
 #include "Tarn/ui/theme/Theme.h"
 #include "tests/ui/Shown.h"
@@ -25,6 +27,17 @@ bool isOnTop(Stage& stage, const QWidget& widget, const QPoint& place) {
            top->isAncestorOf(&stage.front()) || top->isAncestorOf(&widget);
 }
 
+/// Where a widget has its words: the symbol in front of them and the ✕ of a chip are not meant.
+QRect wordsOf(const QWidget& widget) {
+    QRect words = widget.rect();
+    const bool isChip = qobject_cast<const Chip*>(&widget) || qobject_cast<const TagChip*>(&widget);
+    const auto* button = qobject_cast<const QAbstractButton*>(&widget);
+    if (!isChip && (!button || button->icon().isNull())) return words;
+    words.setLeft(Metrics::space8 + Metrics::iconSmall + Metrics::space4);
+    if (isChip) words.setRight(words.right() - Metrics::chipCloseTarget - Metrics::space4);
+    return words;
+}
+
 /// Where a label or a button can be seen to have text or a symbol.
 void expectInk(Stage& stage, const QImage& picture, bool isHighContrast) {
     for (QWidget* widget : Looks::seen(stage.front())) {
@@ -32,7 +45,9 @@ void expectInk(Stage& stage, const QImage& picture, bool isHighContrast) {
         const auto* button = qobject_cast<const QAbstractButton*>(widget);
         const bool isSymbol = button && !isText && !button->icon().isNull();
         if ((!isText && !isSymbol) || !widget->isEnabled()) continue;
-        const QRect place(widget->mapTo(&stage.window(), QPoint()), widget->size());
+        const QRect part = isText && widget->layoutDirection() == Qt::LeftToRight ? wordsOf(*widget)
+                                                                                  : widget->rect();
+        const QRect place(widget->mapTo(&stage.window(), part.topLeft()), part.size());
         if (!isOnTop(stage, *widget, place.center())) continue;
         const auto ink = Looks::inkIn(picture, Looks::inPixels(picture, place));
         const double least = isText ? (isHighContrast ? 7.0 : 4.5) : (isHighContrast ? 4.5 : 3.0);
