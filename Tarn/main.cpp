@@ -21,6 +21,7 @@
 #include "Tarn/ui/language/Language.h"
 #include "Tarn/ui/quicksearch/QuickSearch.h"
 #include "Tarn/ui/quicksearch/XDisplay.h"
+#include "Tarn/ui/theme/FallbackFonts.h"
 #include "Tarn/ui/theme/Theme.h"
 #include "Tarn/ui/thumbnails/ThumbnailPreloader.h"
 #include "Tarn/ui/transfers/DesktopClipboard.h"
@@ -139,7 +140,11 @@ int main(int argc, char** argv) try {
     ThumbnailPreloader preloader;
     app.setThumbnailPreloading([&preloader](AppModel& model) { preloader.preloadVisited(model); });
     const bool isInitialSetup = request.isPlain() && !app.settings().hasOnboarded;
-    const FirstRows shown([&app, isInitialSetup] { app.startBackgroundServices(isInitialSetup); });
+    FallbackFonts fallbacks;
+    const FirstRows shown([&app, &fallbacks, isInitialSetup] {
+        fallbacks.learn();
+        app.startBackgroundServices(isInitialSetup);
+    });
     const int result = QApplication::exec();
     app.flush();
     return result;

@@ -11,6 +11,7 @@
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/search/SearchField.h"
+#include "Tarn/ui/theme/FallbackFonts.h"
 #include "Tarn/ui/theme/Theme.h"
 #include "Tarn/ui/window/BrowserWindow.h"
 #include "Tarn/ui/window/WatchedApplication.h"
@@ -121,7 +122,9 @@ int main(int argc, char** argv) {
     window->show();
     PaneModel& pane = window->model().active();
     pane.setScope(SearchScopeSetting::currentFolder);
-    waitUntil([&pane] { return !pane.isLoading(); });
+    FallbackFonts fallbacks;
+    fallbacks.learn();  // As the program does behind its first rows.
+    waitUntil([&] { return !pane.isLoading() && !fallbacks.isLearning(); });
     Typist typist(qt, *window);
     for (const Look& look : looks) {
         pane.setViewMode(look.mode);

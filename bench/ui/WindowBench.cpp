@@ -9,6 +9,7 @@
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/pane/PaneView.h"
+#include "Tarn/ui/theme/FallbackFonts.h"
 #include "Tarn/ui/theme/Theme.h"
 #include "Tarn/ui/window/BrowserWindow.h"
 #include "Tarn/ui/window/WatchedApplication.h"
@@ -113,6 +114,9 @@ int main(int argc, char** argv) {
     window->resize(1280, 800);
     window->show();
     PaneModel& pane = window->model().active();
+    FallbackFonts fallbacks;
+    fallbacks.learn();  // As the program does behind its first rows.
+    waitUntil([&fallbacks] { return !fallbacks.isLearning(); });
     for (const Look& look : looks) {
         Timings timings;
         for (int run = 0; run <= runs; ++run) {

@@ -7,6 +7,8 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 
+#include "Tarn/ui/theme/FallbackFonts.h"
+
 namespace tarn::Fonts {
 namespace {
 
@@ -47,7 +49,7 @@ void forEachPiece(const QFontMetricsF& metrics, const QString& text, Piece piece
 
 }  // namespace
 
-QFont body() { return QApplication::font(); }
+QFont body() { return FallbackFonts::added(QApplication::font()); }
 
 QFont small() { return resized(body(), 1.0, -1.0); }
 
