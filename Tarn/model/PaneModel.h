@@ -246,6 +246,9 @@ private:
     /// The same for the place, nothing while results are shown.
     void arrangePlace();
     void showArranged(const SharedRows& rows, const RowOrder& order);
+    /// `selected`: which of the new rows are those that are selected now, from top to bottom.
+    void showArranged(const SharedRows& rows, const RowOrder& order,
+                      const std::vector<int>& selected);
     void settleSelection();
     void startListing();
     void watchAndList();
@@ -265,7 +268,7 @@ private:
     void listingEnded();
     void loadDeferredTags(const SharedRows& rows);
     void resortListing();
-    void showRows(const SharedRows& rows, const RowOrder& order);
+    void showRows(const SharedRows& rows, const RowOrder& order, const std::vector<int>& selected);
     void runSearch();
     void startSearch();
     void resultsChanged();

@@ -8,6 +8,16 @@
 namespace tarn {
 namespace {
 
+/// Where more rows than this stay selected, it takes another thread to find them among new ones
+/// without keeping the window waiting.
+constexpr int manySelected = 1000;
+
+int selectedCount(const QItemSelectionModel& selection) {
+    int count = 0;
+    for (const QItemSelectionRange& range : selection.selection()) count += range.height();
+    return count;
+}
+
 /// From top to bottom.
 std::vector<int> selectedRows(const QItemSelectionModel& selection) {
     std::vector<int> rows;
@@ -18,9 +28,20 @@ std::vector<int> selectedRows(const QItemSelectionModel& selection) {
     return rows;
 }
 
-/// These and no others; the uppermost has the keyboard.
-void selectRows(QItemSelectionModel& selection, const PaneItems& items, std::vector<int> rows) {
-    std::sort(rows.begin(), rows.end());
+/// Where rows of `old` are among others, from top to bottom; without those that are not there.
+std::vector<int> rowsNow(const PaneRows& old, const std::vector<int>& rows, const PaneRows& fresh) {
+    std::vector<int> now;
+    now.reserve(rows.size());
+    for (const int row : rows)
+        if (const auto place = fresh.row(old.item(static_cast<std::size_t>(row)).url))
+            now.push_back(static_cast<int>(*place));
+    std::sort(now.begin(), now.end());
+    return now;
+}
+
+/// These and no others, which come from top to bottom; the uppermost has the keyboard.
+void selectRows(QItemSelectionModel& selection, const PaneItems& items,
+                const std::vector<int>& rows) {
     QItemSelection ranges;
     const int lastColumn = paneColumnCount - 1;
     for (std::size_t i = 0; i < rows.size();) {
@@ -102,8 +123,35 @@ void PaneModel::arrangePlace() {
 }
 
 void PaneModel::showArranged(const SharedRows& rows, const RowOrder& order) {
+    if (rows == items_.rows()) {
+        showArranged(rows, order, {});
+        return;
+    }
+    if (selectedCount(selection_) <= manySelected) {
+        showArranged(rows, order, rowsNow(*items_.rows(), selectedRows(selection_), *rows));
+        return;
+    }
+    isArranging_ = true;
+    app_.pool().run([rows, order, old = items_.rows(), selected = selectedRows(selection_),
+                     number = ++arranging_, self = QPointer(this)]() mutable {
+        std::vector<int> now = rowsNow(*old, selected, *rows);
+        MainThread::post(
+            self, [rows, order, number, old = std::move(old), selected = std::move(selected),
+                   now = std::move(now)](PaneModel& pane) {
+                if (number != pane.arranging_) return;
+                // What was selected meanwhile counts.
+                const std::vector<int> still = selectedRows(pane.selection_);
+                const bool isSame = pane.items_.rows() == old && still == selected;
+                pane.showArranged(rows, order,
+                                  isSame ? now : rowsNow(*pane.items_.rows(), still, *rows));
+            });
+    });
+}
+
+void PaneModel::showArranged(const SharedRows& rows, const RowOrder& order,
+                             const std::vector<int>& selected) {
     const bool wasArranging = std::exchange(isArranging_, false);
-    showRows(rows, order);
+    showRows(rows, order, selected);
     if (!showsResults_) settleSelection();
     if (wasArranging) emit stateChanged();
 }
@@ -116,29 +164,22 @@ void PaneModel::settleSelection() {
     if (nameWhenListed_ && items_.row(*nameWhenListed_)) beginRename(*nameWhenListed_);
 }
 
-void PaneModel::showRows(const SharedRows& rows, const RowOrder& order) {
+void PaneModel::showRows(const SharedRows& rows, const RowOrder& order,
+                         const std::vector<int>& selected) {
     if (rows == items_.rows()) {
         rowOrder_ = order;
         return;
     }
     const SharedRows old = items_.rows();
-    const std::vector<int> selected = selectedRows(selection_);
+    const bool hadSelection = selection_.hasSelection();
     const int current = selection_.currentIndex().row();
     items_.show(rows);
     rowOrder_ = order;
-    const auto rowNow = [&](int row) {
-        return items_.row(old->item(static_cast<std::size_t>(row)).url);
-    };
-    if (!selected.empty()) {
-        std::vector<int> still;
-        still.reserve(selected.size());
-        for (const int row : selected)
-            if (const auto now = rowNow(row)) still.push_back(*now);
-        selectRows(selection_, items_, std::move(still));
-    }
+    if (hadSelection) selectRows(selection_, items_, selected);
     if (current >= 0) {
         // The keyboard goes on from where an item was that has gone.
-        const int row = rowNow(current).value_or(std::min(current, items_.count() - 1));
+        const int row = items_.row(old->item(static_cast<std::size_t>(current)).url)
+                            .value_or(std::min(current, items_.count() - 1));
         if (row >= 0)
             selection_.setCurrentIndex(items_.index(row, 0), QItemSelectionModel::NoUpdate);
     }
@@ -151,7 +192,8 @@ void PaneModel::select(const std::vector<URL>& urls) {
     for (const URL& url : urls) {
         if (const auto row = items_.row(url)) rows.push_back(*row);
     }
-    selectRows(selection_, items_, std::move(rows));
+    std::sort(rows.begin(), rows.end());
+    selectRows(selection_, items_, rows);
 }
 
 void PaneModel::selectWhenListed(std::vector<URL> urls) {

@@ -273,6 +273,27 @@ TEST_F(PaneModelTest, followsChangesAndKeepsTheSelection) {
     EXPECT_EQ(selected(), Names{});
 }
 
+TEST_F(PaneModelTest, manyRowsStaySelectedInAnotherOrder) {
+    constexpr int count = 1200;
+    for (int i = 0; i < count; ++i) folder.file(std::to_string(i));
+    open(folder.url());
+    std::vector<URL> wanted;
+    for (int i = 0; i < count; i += 10)
+        for (int j = 1; j < 10; ++j) wanted.push_back(folder / std::to_string(i + j));
+    pane.select(wanted);
+    pane.sortBy(SortField::name);
+    waitFor([this] { return names().front() == "1199" && !pane.isLoading(); });
+    EXPECT_EQ(pane.selectedItems().size(), wanted.size());
+    for (const FileItem& item : pane.selectedItems()) EXPECT_FALSE(item.name.ends_with('0'));
+
+    // What is selected meanwhile counts.
+    pane.sortBy(SortField::name);
+    waitFor([this] { return pane.isLoading() || names().front() == "0"; });
+    pane.select({folder / "7"});
+    waitFor([this] { return names().front() == "0" && !pane.isLoading(); });
+    EXPECT_EQ(selected(), Names{"7"});
+}
+
 TEST_F(PaneModelTest, saysWhyAFolderCannotBeShownAndRecovers) {
     open(folder / "gone");
     ASSERT_TRUE(pane.listingError());
