@@ -285,6 +285,8 @@ void AppModel::startBackgroundServices(bool initialSetup) {
     if (preloading_) preloading_(*this);
     emit serviceStarted(Service::thumbnails);
     trash_.measure();
+    // A disk comes and goes with its Trash.
+    connect(this, &AppModel::volumesChanged, &trash_, &TrashService::measure);
     emit serviceStarted(Service::trash);
 }
 

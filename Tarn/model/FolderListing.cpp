@@ -7,8 +7,10 @@
 #include <span>
 #include <utility>
 
+#include "Tarn/model/TrashListing.h"
 #include "TarnCore/files/DirectoryLister.h"
 #include "TarnCore/files/ListedFolder.h"
+#include "TarnCore/files/Paths.h"
 
 namespace tarn {
 namespace {
@@ -33,6 +35,10 @@ std::vector<std::uint32_t> counted(std::size_t count) {
 
 SharedRows FolderListing::rows(const URL& folder, bool includeHidden, const SortOrder& sort,
                                const CancelToken& token, const Progress& progress) {
+    if (folder == Paths::trash()) {
+        if (progress.onNames) progress.onNames();
+        return PaneRows::sorted(TrashListing::items(includeHidden, token), sort);
+    }
     Clock::time_point due = Clock::now() + patience;
     const bool comesInOrder = sort.field == SortField::name;
     // Reading sources takes longer than all the rest.

@@ -92,6 +92,12 @@ PaneModel::PaneModel(AppModel& app, bool showsHidden, QObject* parent)
             });
     connect(&watcher_, &PaneWatcher::changed, this, &PaneModel::refreshSoon);
     connect(&app.downloads(), &DownloadsService::arrived, &overview_, &PlaceOverview::filesArrived);
+    // What was trashed on another disk lies in another folder.
+    connect(&app.trash(), &TrashService::changed, this, [this] {
+        const TrashService& trash = app_.trash();
+        const bool isHere = location_.isFolder() && location_.url == Paths::trash();
+        if (isHere && !trash.isMeasuring() && !trash.isEmptying()) refreshSoon();
+    });
     connect(&tree_, &PaneTree::changed, this, &PaneModel::arrangePlace);
     connect(&tree_, &PaneTree::failed, this, &PaneModel::unfoldingFailed);
     connect(&app.lists(), &UserLists::smartFoldersChanged, this, &PaneModel::smartFoldersChanged);

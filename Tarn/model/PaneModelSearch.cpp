@@ -7,6 +7,7 @@
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/index/IndexedTexts.h"
 #include "TarnCore/index/TextReader.h"
+#include "TarnCore/ops/TrashContents.h"
 #include "TarnCore/platform/Platform.h"
 #include "TarnCore/search/QueryParser.h"
 
@@ -92,7 +93,9 @@ void PaneModel::changeScope(SearchScopeSetting scope) {
 std::vector<URL> PaneModel::searchRoots() const {
     switch (searchScope_) {
         case SearchScopeSetting::currentFolder:
-            return {location_.isFolder() ? location_.url : Paths::home()};
+            if (!location_.isFolder()) return {Paths::home()};
+            if (location_.url == Paths::trash()) return TrashContents::possibleFolders();
+            return {location_.url};
         case SearchScopeSetting::home:
             return {Paths::home()};
         case SearchScopeSetting::thisMac:

@@ -29,13 +29,11 @@ void TrashService::measure() {
     }
     isMeasuring_ = true;
     emit changed();
-    queue_.run([self = QPointer(this), token = measureToken_] {
+    queue_.run([this, self = QPointer(this), token = measureToken_] {
+        // Before it is measured, so that nothing is missed. A disk may be slow to answer.
+        watch(TrashContents::watched());
         const Trash::Measured measured = TrashContents::measure(token);
-        auto folders = TrashContents::folders();
-        MainThread::post(self, [measured, folders = std::move(folders)](TrashService& service) {
-            service.watch(folders);
-            service.takeOver(measured);
-        });
+        MainThread::post(self, [measured](TrashService& service) { service.takeOver(measured); });
     });
 }
 

@@ -63,7 +63,7 @@ private:
     bool measureAgain_ = false;
     CancelToken measureToken_;
     CancelToken emptyToken_;
-    std::unique_ptr<FolderWatcher> watcher_;
+    std::unique_ptr<FolderWatcher> watcher_;  ///< Touched on queue_ only.
     SerialQueue queue_{"tarn.trash"};
 };
 

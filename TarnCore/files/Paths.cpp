@@ -14,6 +14,7 @@
 #include "TarnCore/files/DirectoryLister.h"
 #include "TarnCore/files/ResourceReader.h"
 #include "TarnCore/files/SortOrder.h"
+#include "TarnCore/files/SupportDirectory.h"
 #include "TarnCore/files/UserDirs.h"
 #include "TarnCore/platform/Platform.h"
 
@@ -96,6 +97,13 @@ URL userFolder(std::string_view key, std::string_view designName) {
     if (found == state->userDirs->folders.end() || found->second == state->home)
         return state->home.appending(designName);
     return found->second;
+}
+
+/// Isolated runs and automated checks leave the desktop's Trash alone.
+std::optional<URL> privateTrash() {
+    if (isIsolated()) return home().appending(".Trash");
+    if (SupportDirectory::isTestFolder()) return SupportDirectory::location().appending("Trash");
+    return std::nullopt;
 }
 
 bool isStrictlyInside(const URL& url, const URL& folder) {
@@ -188,7 +196,7 @@ URL downloads() { return userFolder("DOWNLOAD", "Downloads"); }
 URL pictures() { return userFolder("PICTURES", "Pictures"); }
 URL movies() { return userFolder("VIDEOS", "Movies"); }
 URL music() { return userFolder("MUSIC", "Music"); }
-URL trash() { return dataHome().appending("Trash/files"); }
+URL trash() { return privateTrash().value_or(dataHome().appending("Trash/files")); }
 URL applications() { return URL::fromPath("/usr/share/applications"); }
 URL iCloudDrive() { return homeFolder("Library/Mobile Documents/com~apple~CloudDocs"); }
 
@@ -197,6 +205,7 @@ bool isInTrash(const URL& url) {
     // Nearly every path answers here.
     if (path.find("Trash") == path.npos) return false;
     if (isStrictlyInside(url, dataHome().appending("Trash"))) return true;
+    if (const auto own = privateTrash(); own && url.isInside(*own)) return true;
     const auto names = Text::split(path, '/');
     return names.size() > 1 && std::any_of(names.begin(), names.end() - 1, isTrashName);
 }

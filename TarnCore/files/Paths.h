@@ -33,7 +33,7 @@ URL pictures();
 URL movies();
 URL music();
 URL homeFolder(std::string_view name);
-URL trash();         ///< "files" of the home trash.
+URL trash();         ///< "files" of the home trash; in isolated mode ".Trash" in home().
 URL applications();  ///< The desktop entries of programs installed for everyone.
 URL iCloudDrive();
 

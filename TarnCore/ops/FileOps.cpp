@@ -276,8 +276,7 @@ std::string friendly(int errnum, std::string_view verb) {
 }
 
 std::optional<URL> privateTrash() {
-    if (Paths::isIsolated()) return Paths::home().appending(".Trash");
-    if (SupportDirectory::isTestFolder()) return SupportDirectory::url().appending("Trash");
+    if (Paths::isIsolated() || SupportDirectory::isTestFolder()) return Paths::trash();
     return std::nullopt;
 }
 

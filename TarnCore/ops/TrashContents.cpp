@@ -1,8 +1,14 @@
 #include "TarnCore/ops/TrashContents.h"
 
+#include <algorithm>
+#include <array>
+#include <iterator>
 #include <string>
 #include <system_error>
 
+#include <unistd.h>
+
+#include "TarnCore/files/Paths.h"
 #include "TarnCore/ops/FileOps.h"
 #include "TarnCore/platform/Platform.h"
 
@@ -46,6 +52,24 @@ void removeIfEmpty(const URL& folder) {
         files().removeFolder(folder);
     } catch (const std::system_error&) {
         // Something else lies in it, or it is gone.
+    }
+}
+
+/// Where the Trash of a disk other than the home's keeps its items (freedesktop.org Trash
+/// specification 1.0, "Trash directories").
+std::array<URL, 2> foldersOf(const Mount& mount) {
+    const std::string user = std::to_string(getuid());
+    return {mount.mountPoint.appending(".Trash/" + user + "/files"),
+            mount.mountPoint.appending(".Trash-" + user + "/files")};
+}
+
+/// A folder that cannot be read cannot be watched either.
+bool canList(const URL& folder) {
+    try {
+        files().openFolder(folder);
+        return true;
+    } catch (const std::system_error&) {
+        return false;
     }
 }
 
@@ -102,9 +126,45 @@ Trash::Emptied empty(const CancelToken& token, const std::function<void()>& prog
     return emptied;
 }
 
-std::vector<URL> folders() {
-    if (const auto own = FileOps::privateTrash()) return {*own};
-    return Platform::current().trash->folders();
+std::vector<URL> holders() {
+    const auto own = FileOps::privateTrash();
+    if (!own) return Platform::current().trash->folders();
+    std::vector<URL> all;
+    try {
+        for (const std::string& name : namesIn(*own)) all.push_back(own->appending(name));
+    } catch (const std::system_error&) {
+        // Nothing was trashed yet.
+    }
+    return all;
+}
+
+std::vector<URL> watched() {
+    if (const auto own = FileOps::privateTrash()) {
+        std::vector<URL> all = holders();
+        all.insert(all.begin(), *own);
+        return all;
+    }
+    std::vector<URL> all = Platform::current().trash->folders();
+    for (const Mount& mount : Platform::current().volumes->mounts()) {
+        if (mount.isPseudo || mount.isNetwork || mount.isReadOnly || !canList(mount.mountPoint))
+            continue;
+        for (URL& folder : foldersOf(mount))
+            if (std::ranges::find(all, folder) == all.end()) all.push_back(std::move(folder));
+    }
+    return all;
+}
+
+std::vector<URL> possibleFolders() {
+    if (FileOps::privateTrash()) {
+        const std::vector<URL> all = holders();
+        return all.empty() ? std::vector{Paths::trash()} : all;
+    }
+    std::vector<URL> all = {Paths::trash()};
+    for (const Mount& mount : Platform::current().volumes->mounts()) {
+        if (mount.isPseudo) continue;
+        std::ranges::move(foldersOf(mount), std::back_inserter(all));
+    }
+    return all;
 }
 
 }  // namespace tarn::TrashContents

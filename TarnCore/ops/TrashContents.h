@@ -21,8 +21,18 @@ Trash::Measured measure(const CancelToken& token);
 /// on the calling thread.
 Trash::Emptied empty(const CancelToken& token, const std::function<void()>& progress);
 
-/// The folders to watch for changes.
-std::vector<URL> folders();
+/// The folders whose items were trashed: one on each disk, the home's first, or of the private one
+/// a folder for each item.
+std::vector<URL> holders();
+
+/// The folders to watch for changes: those of every Trash, and those that come into being with
+/// the first item of a disk. Disks that nobody can write to, and servers, which tell nothing of
+/// what others do there, have none of the latter.
+std::vector<URL> watched();
+
+/// The folders that may hold trashed items, whether they are there or not; at least one. By the
+/// mount table alone, so that the main thread may ask; only a private one is looked into.
+std::vector<URL> possibleFolders();
 
 }  // namespace TrashContents
 

@@ -12,6 +12,8 @@
 #include "Tarn/model/PaneModel.h"
 #include "Tarn/model/records/SmartFolder.h"
 #include "TarnCore/files/Paths.h"
+#include "TarnCore/ops/FileOps.h"
+#include "TarnCore/ops/TrashContents.h"
 #include "TarnCore/platform/memory/MemoryVolumes.h"
 #include "TarnCore/sources/SourceResolver.h"
 #include "TarnCore/tags/TagStore.h"
@@ -97,6 +99,25 @@ TEST_F(PanePlacesTest, aLivePlaceFollowsWhatHappensToItsFiles) {
     waitFor([this] { return pane.items().count() == 2; });
     ASSERT_EQ(pane.selectedItems().size(), 1u);
     EXPECT_EQ(pane.selectedItems().front().name, "a.jpg");
+}
+
+TEST_F(PanePlacesTest, theTrashShowsWhatWasTrashedAndFollows) {
+    const Location trash = Location::folder(Paths::trash());
+    open(trash);
+    EXPECT_EQ(names(), Names()) << "nothing was trashed yet";
+    EXPECT_FALSE(pane.listingError());
+    app.startBackgroundServices(false);
+    std::vector<Step> steps = FileOps::trash({file("a.txt"), file("Sub/a.txt"), file("Sub/b.txt")});
+    waitFor([this] { return names() == Names{"a.txt", "a.txt", "b.txt"}; });
+    EXPECT_EQ(TrashContents::measure({}).items, 3);
+    EXPECT_TRUE(Paths::isInTrash(trash.url)) << "what is dropped there is trashed, not moved";
+    EXPECT_TRUE(Paths::isInTrash(pane.items().item(0).url));
+    pane.setSearchText("b");
+    waitFor([this] { return names() == Names{"b.txt"}; });
+    pane.setSearchText({});
+    FileOps::revert(steps);
+    waitFor([this] { return pane.items().count() == 0; });
+    EXPECT_EQ(home.root.read("Home/Sub/a.txt"), "");
 }
 
 TEST_F(PanePlacesTest, aTagShowsWhatCarriesItAndFollows) {

@@ -261,10 +261,6 @@ void PaneWidget::showError() {
     const ListingError& error = *pane_.listingError();
     const QString sentence = coreSentence(error.what());
     const bool isArchive = pane_.location().isArchive();
-    // Its folder is made when something is deleted for the first time.
-    if (TrashBar::isTrash(pane_.location()) && error.reason() == ListingError::Reason::notFound &&
-        window_.app().trash().items() == 0)
-        return showEmptyFolder();
     if (pane_.location().isQuery()) {
         state_->setContent({"folder.badge.gearshape", tr("Smart Folder Not Found"), sentence,
                             tr("Go to Home Folder")});
