@@ -2,12 +2,15 @@
 
 #include <fcntl.h>
 #include <nlohmann/json.hpp>
+#include <unistd.h>
 
 #include "TarnCore/platform/MediaMetadata.h"
 #include "TarnCore/platform/linux/LinuxContentTypes.h"
 #include "TarnCore/platform/linux/LinuxFileSystem.h"
 #include "TarnCore/platform/linux/LinuxMediaMetadata.h"
 #include "TarnCore/platform/linux/LinuxPictureDecoding.h"
+#include "TarnCore/platform/linux/MediaReader.h"
+#include "TarnCore/platform/linux/Module.h"
 #include "TarnCore/platform/memory/MemoryContentTypes.h"
 #include "TarnCore/platform/memory/MemoryRecentFiles.h"
 #include "TarnCore/platform/memory/MemoryVolumes.h"
@@ -126,6 +129,24 @@ TEST_F(LinuxMediaMetadataTest, knowsTheCameraAndTheUprightSize) {
         EXPECT_EQ(read.cameraModel, "Canon EOS R5");
         EXPECT_EQ(read.pixelHeight, 40);
     }
+}
+
+TEST(LinuxMediaMetadata, aPictureThatIsCutShortWhileItIsReadSaysNothing) {
+    auto* const entry =
+        reinterpret_cast<MediaReaderEntry*>(loadModuleSymbol("tarn-pictures", mediaReaderSymbol));
+    if (!entry) GTEST_SKIP() << "Built without Exiv2.";
+    const TestFolder folder;
+    // The values lie behind what is left.
+    constexpr std::size_t left = 4096;
+    const std::string make(3 * left, 'C');
+    const URL raw = folder.file("card.tif", cameraFacts(make, "EOS R5", 1));
+    const LinuxFileBytes file(raw.c_str());
+    ItemMetadata whole, cut;
+    entry(mediaReaderVersion)->read(file, "card.tif", whole);
+    EXPECT_EQ(whole.cameraModel, "EOS R5");
+    ASSERT_EQ(truncate(raw.c_str(), left), 0);
+    entry(mediaReaderVersion)->read(file, "card.tif", cut);
+    EXPECT_EQ(cut.cameraModel, std::nullopt);
 }
 
 TEST_F(LinuxMediaMetadataTest, knowsWhenAPictureWasTaken) {

@@ -3,15 +3,15 @@
 #include <algorithm>
 #include <cerrno>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
 
-#include <sys/mman.h>
-
 #include <exiv2/exiv2.hpp>
 
 #include "TarnCore/platform/linux/modules/FileCursor.h"
+#include "TarnCore/platform/linux/modules/MappedFile.h"
 
 namespace tarn::ExivImage {
 namespace {
@@ -34,7 +34,6 @@ using Pointer = Exiv2::BasicIo::AutoPtr;
 class Input final : public Exiv2::BasicIo {
 public:
     explicit Input(const LinuxFileBytes& file) : file_(file), cursor_(file) {}
-    ~Input() override { unmap(); }
     Input(const Input&) = delete;
     Input& operator=(const Input&) = delete;
 
@@ -75,18 +74,16 @@ public:
         return 0;
     }
 
-    /// The forms that cameras store raw pictures in are looked at like this. When such a file is
-    /// cut short meanwhile, the process dies of it, as it does where the library maps it.
+    /// The forms that cameras store raw pictures in are looked at like this: of some fifty
+    /// megabytes only the few pages are read that say something.
     Exiv2::byte* mmap(bool isWriteable) override {
-        if (mapped_) return mapped_;
         if (isWriteable) throw std::system_error(EROFS, std::generic_category(), "mmap");
-        void* const address =
-            ::mmap(nullptr, size(), PROT_READ, MAP_PRIVATE, file_.descriptor(), 0);
-        if (address == MAP_FAILED) throw std::system_error(errno, std::generic_category(), "mmap");
-        return mapped_ = static_cast<Exiv2::byte*>(address);
+        if (!mapped_) mapped_.emplace(file_.descriptor(), size());
+        // The library wants it so, and knows that it must not write.
+        return static_cast<Exiv2::byte*>(mapped_->address());
     }
     int munmap() override {
-        unmap();
+        mapped_.reset();
         return 0;
     }
 
@@ -106,14 +103,9 @@ public:
     }
 
 private:
-    void unmap() {
-        if (mapped_) ::munmap(mapped_, size());
-        mapped_ = nullptr;
-    }
-
     const LinuxFileBytes& file_;
     FileCursor cursor_;
-    Exiv2::byte* mapped_ = nullptr;
+    std::optional<MappedFile> mapped_;
     bool isAtEnd_ = false;
     const std::string path_;  ///< None: the library must not open it by itself.
 };
