@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <string>
 #include <utility>
 
 #include <QtCore/QDir>
@@ -31,6 +32,7 @@
 #include "Tarn/ui/window/SessionWindows.h"
 #include "Tarn/ui/window/WatchedApplication.h"
 #include "TarnCore/base/Error.h"
+#include "TarnCore/platform/linux/LinuxActivationTokens.h"
 #include "TarnCore/platform/linux/LinuxOpenedFiles.h"
 #include "TarnCore/platform/linux/LinuxPlatform.h"
 #include "TarnCore/platform/linux/LinuxSoundOutput.h"
@@ -54,13 +56,17 @@ tarn::Theme::Mode mode(tarn::Appearance appearance) {
     return tarn::Theme::Mode::system;
 }
 
-/// What the words on the command line and the environment ask for.
-tarn::AppRequest requestOf(int argc, char** argv) {
+/// What the words on the command line and the environment ask for. `startupID` is what launchers
+/// give under X11.
+tarn::AppRequest requestOf(int argc, char** argv, const std::string& startupID) {
     using tarn::AppRequest;
     const tarn::URL here = tarn::URL::fromPath(QDir::currentPath().toStdString());
     AppRequest request = AppRequest::parse({argv + 1, argv + argc}, here);
     // Programs that are started from here are not meant by it.
-    if (const char* token = std::getenv("XDG_ACTIVATION_TOKEN")) request.activationToken = token;
+    if (const char* token = std::getenv("XDG_ACTIVATION_TOKEN"))
+        request.activationToken = token;
+    else
+        request.activationToken = startupID;
     qunsetenv("XDG_ACTIVATION_TOKEN");
     return request;
 }
@@ -90,6 +96,10 @@ int main(int argc, char** argv) try {
     Platform::setCurrent(makeLinuxPlatform());
     SoundOutput::setCurrent(std::make_shared<LinuxSoundOutput>());
     OpenedFiles::setCurrent(std::make_shared<LinuxOpenedFiles>());
+    ActivationTokens::setCurrent(std::make_shared<LinuxActivationTokens>());
+    // Qt takes it out of the environment.
+    const char* startupID = std::getenv("DESKTOP_STARTUP_ID");
+    const std::string startedBy = startupID ? startupID : "";
 #ifdef NDEBUG
     QApplication qt(argc, argv);
 #else
@@ -97,7 +107,7 @@ int main(int argc, char** argv) try {
 #endif
     QApplication::setApplicationName(QStringLiteral("Tarn"));
     QApplication::setDesktopFileName(AppID::name());
-    const AppRequest request = requestOf(argc, argv);
+    const AppRequest request = requestOf(argc, argv, startedBy);
     AppInstance instance;
     if (instance.handOver(request)) return EXIT_SUCCESS;
 

@@ -1904,6 +1904,21 @@
     </message>
 </context>
 <context>
+    <name>tarn::FileOpener</name>
+    <message>
+        <source>There is no program that opens “%1”.</source>
+        <translation>Es gibt kein Programm, das „%1“ öffnet.</translation>
+    </message>
+    <message>
+        <source>“%1” could not be started.</source>
+        <translation>„%1“ konnte nicht gestartet werden.</translation>
+    </message>
+    <message>
+        <source>“%1” ended right after it was started.</source>
+        <translation>„%1“ hat sich gleich nach dem Start beendet.</translation>
+    </message>
+</context>
+<context>
     <name>tarn::FileTabBar</name>
     <message>
         <source>Tabs</source>

@@ -98,6 +98,21 @@ std::vector<std::string> words(std::string_view text) {
     return all;
 }
 
+/// OnlyShowIn and NotShowIn; where no desktop says that it is there, all programs are for it.
+bool isForThisDesktop(const Group& keys) {
+    const char* set = std::getenv("XDG_CURRENT_DESKTOP");
+    const auto names = [&](const char* key) {
+        const std::string list = value(keys, key);
+        const auto listed = Text::split(list, ';');
+        const auto here = Text::split(set ? set : "", ':');
+        return std::ranges::any_of(here, [&listed](std::string_view desktop) {
+            return !desktop.empty() && std::ranges::find(listed, desktop) != listed.end();
+        });
+    };
+    if (!set || !*set) return true;
+    return !names("NotShowIn") && (value(keys, "OnlyShowIn").empty() || names("OnlyShowIn"));
+}
+
 /// An id may name a subfolder: "kde-konsole.desktop" is "kde/konsole.desktop".
 std::optional<fs::path> entryFile(const fs::path& folder, std::string id) {
     std::error_code error;
@@ -127,12 +142,14 @@ std::set<std::string> installedIDs() {
 
 }  // namespace
 
-std::optional<DesktopEntry> DesktopEntry::parse(std::string_view text, std::string id) {
+std::optional<DesktopEntry> DesktopEntry::parse(std::string_view text, std::string id,
+                                                std::optional<URL> file) {
     const Group keys = KeyFile::group(text, "Desktop Entry");
     if (value(keys, "Type") != "Application" || value(keys, "Hidden") == "true")
         return std::nullopt;
     DesktopEntry entry;
     entry.id = std::move(id);
+    entry.source = std::move(file);
     entry.name = unescaped(localized(keys, "Name"));
     entry.icon = unescaped(value(keys, "Icon"));
     entry.exec = words(unescaped(value(keys, "Exec")));
@@ -144,8 +161,14 @@ std::optional<DesktopEntry> DesktopEntry::parse(std::string_view text, std::stri
     };
     entry.isTerminal = isOf("TerminalEmulator");
     entry.isEditor = isOf("TextEditor") || isOf("IDE");
-    entry.isShown = value(keys, "NoDisplay") != "true";
-    if (entry.exec.empty() || !DesktopEntries::executable(entry.exec.front())) return std::nullopt;
+    entry.isShown = value(keys, "NoDisplay") != "true" && isForThisDesktop(keys);
+    if (const std::string start = unescaped(value(keys, "Path")); start.starts_with('/'))
+        entry.folder = URL::fromPath(start);
+    entry.windowClass = unescaped(value(keys, "StartupWMClass"));
+    entry.tellsWhenStarted = value(keys, "StartupNotify") == "true";
+    entry.isActivatable = value(keys, "DBusActivatable") == "true";
+    const bool hasProgram = !entry.exec.empty() && DesktopEntries::executable(entry.exec.front());
+    if (entry.exec.empty() ? !entry.isActivatable : !hasProgram) return std::nullopt;
     const std::string tried = unescaped(value(keys, "TryExec"));
     if (!tried.empty() && !DesktopEntries::executable(tried)) return std::nullopt;
     return entry;
@@ -156,6 +179,10 @@ std::vector<std::string> DesktopEntry::command(const std::vector<URL>& files) co
     for (const std::string& word : exec) {
         if (word == "%F" || word == "%U") {
             for (const URL& file : files) out.push_back(word == "%F" ? file.path() : file.string());
+            continue;
+        }
+        if (word == "%i") {
+            if (!icon.empty()) out.insert(out.end(), {"--icon", icon});
             continue;
         }
         // The other codes stand for one thing or nothing, also inside a word.
@@ -181,7 +208,11 @@ std::vector<std::string> DesktopEntry::command(const std::vector<URL>& files) co
                 case 'c':
                     built += name;
                     break;
-                default:  // Icons, and codes of the past.
+                case 'k':
+                    if (source) built += source->path();
+                    isEmptyCode = !source;
+                    break;
+                default:  // Codes of the past.
                     isEmptyCode = true;
             }
         }
@@ -207,7 +238,8 @@ std::optional<DesktopEntry> DesktopEntries::find(std::string_view id) {
     for (const fs::path& folder : DesktopFiles::entryFolders()) {
         // The first of that name counts, also when it hides the program.
         if (const auto found = entryFile(folder, file))
-            return DesktopEntry::parse(DesktopFiles::contents(*found), file);
+            return DesktopEntry::parse(DesktopFiles::contents(*found), file,
+                                       URL::fromPath(found->string()));
     }
     return std::nullopt;
 }

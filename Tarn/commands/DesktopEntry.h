@@ -15,13 +15,20 @@ struct DesktopEntry {
     std::string name;               ///< In the user's language.
     std::string icon;               ///< Of the icon theme, or a path; may be empty.
     std::vector<std::string> exec;  ///< The words of Exec, with its field codes; the first is it.
+                                    ///< None where it is only started through the session bus.
+    std::optional<URL> source;      ///< The entry itself.
+    std::optional<URL> folder;      ///< Where it is to be started.
+    std::string windowClass;        ///< Of its windows under X11, for docks; may be empty.
+    bool tellsWhenStarted = false;  ///< StartupNotify
+    bool isActivatable = false;     ///< Answers org.freedesktop.Application, under its id.
     bool needsTerminal = false;
     bool isTerminal = false;  ///< Of the category TerminalEmulator.
     bool isEditor = false;    ///< Of the category TextEditor or IDE.
     bool isShown = true;      ///< Among the programs that a person chooses from.
 
     /// Absent when the text is no entry of an application, or hides it, or its program is missing.
-    static std::optional<DesktopEntry> parse(std::string_view text, std::string id);
+    static std::optional<DesktopEntry> parse(std::string_view text, std::string id,
+                                             std::optional<URL> file = std::nullopt);
 
     /// The words to start it with, by the desktop entry specification: the field codes replaced by
     /// what they stand for. `files` are left out where the program takes none.

@@ -1,16 +1,17 @@
 #include "Tarn/commands/Programs.h"
 
-#include <cerrno>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
-#include <sys/wait.h>
+#include <sys/syscall.h>
 
 #include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
 #include <unistd.h>
 
 #include "Tarn/commands/DesktopEntry.h"
+#include "Tarn/commands/ProgramWatch.h"
+#include "Tarn/model/MainThread.h"
 #include "TarnCore/platform/ProcessStart.h"
 
 namespace tarn::Programs {
@@ -22,7 +23,7 @@ using Words = std::vector<std::string>;
 std::optional<Words> chosen(const std::string& setting, const std::vector<URL>& files,
                             bool* needsTerminal = nullptr) {
     if (setting.empty()) return std::nullopt;
-    if (const auto entry = DesktopEntries::find(setting)) {
+    if (const auto entry = DesktopEntries::find(setting); entry && !entry->exec.empty()) {
         if (needsTerminal) *needsTerminal = entry->needsTerminal;
         Words words = entry->command(files);
         // An entry that says nothing of files still opens those that it is given.
@@ -60,6 +61,21 @@ std::optional<Words> insideTerminal(const std::string& setting, const Words& wor
     return inside;
 }
 
+/// Our own, with these instead. What this program was started with to come to the front is not
+/// for others.
+std::vector<std::string> environmentWith(const std::map<std::string, std::string>& variables) {
+    std::vector<std::string> all;
+    for (char** one = environ; *one; ++one) {
+        const std::string_view variable = *one;
+        const std::string name(variable.substr(0, variable.find('=')));
+        if (name != "XDG_ACTIVATION_TOKEN" && name != "DESKTOP_STARTUP_ID" &&
+            !variables.contains(name))
+            all.emplace_back(variable);
+    }
+    for (const auto& [name, value] : variables) all.push_back(name + "=" + value);
+    return all;
+}
+
 }  // namespace
 
 std::optional<Call> terminal(const std::string& setting, const URL& folder) {
@@ -74,7 +90,7 @@ std::optional<Call> editor(const std::string& setting, const std::string& termin
     auto words = chosen(setting, files, &needsTerminal);
     if (!words) {
         const auto standard = DesktopEntries::defaultFor("text/plain");
-        if (!standard) return std::nullopt;
+        if (!standard || standard->exec.empty()) return std::nullopt;
         words = standard->command(files);
         needsTerminal = standard->needsTerminal;
     }
@@ -85,33 +101,34 @@ std::optional<Call> editor(const std::string& setting, const std::string& termin
 
 std::vector<Call> calls(const DesktopEntry& program, const std::string& terminalSetting,
                         const std::vector<URL>& files) {
+    if (program.exec.empty()) return {};
     std::vector<Call> all;
     for (Words& words : program.commands(files)) {
         auto complete = program.needsTerminal ? insideTerminal(terminalSetting, words)
                                               : std::optional(std::move(words));
         if (!complete) return {};
-        all.push_back({*std::move(complete), std::nullopt});
+        all.push_back({*std::move(complete), program.folder});
     }
     return all;
 }
 
-bool start(const Call& call) {
-    // `setsid --fork` lets go of the program at once, so that it outlives us and leaves no zombie.
-    const auto setsid = DesktopEntries::executable("setsid");
-    if (!setsid) return false;
-    Words words = {"setsid", "--fork"};
-    words.insert(words.end(), call.words.begin(), call.words.end());
+bool start(const Call& call, std::function<void()> failedSoon) {
+    const auto program = DesktopEntries::executable(call.words.front());
+    if (!program) return false;
     ProcessStart process;
     process.giveNull(STDIN_FILENO, O_RDONLY);
     process.giveNull(STDOUT_FILENO, O_WRONLY);
     process.giveNull(STDERR_FILENO, O_WRONLY);
     if (call.folder) process.setFolder(*call.folder);
+    process.setSession();
+    process.setEnvironment(environmentWith(call.variables));
     try {
-        const pid_t child = process.start(URL::fromPath(*setsid), words);
-        int status = 0;
-        while (waitpid(child, &status, 0) < 0)
-            if (errno != EINTR) return false;
-        return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+        const pid_t child = process.start(URL::fromPath(*program), call.words);
+        const auto descriptor = static_cast<int>(syscall(SYS_pidfd_open, child, 0));
+        MainThread::post([descriptor, failedSoon = std::move(failedSoon)] {
+            new ProgramWatch(FileDescriptor(descriptor), failedSoon, qApp);
+        });
+        return true;
     } catch (const std::system_error&) {
         return false;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,6 +22,7 @@ namespace tarn::Programs {
 struct Call {
     std::vector<std::string> words;  ///< The first is an absolute path, or is found in $PATH.
     std::optional<URL> folder;       ///< Where it starts; where we are when absent.
+    std::map<std::string, std::string> variables = {};  ///< Beside those of our environment.
     bool operator==(const Call&) const = default;
 };
 
@@ -37,6 +40,7 @@ std::vector<Call> calls(const DesktopEntry& program, const std::string& terminal
                         const std::vector<URL>& files);
 
 /// Starts it on its own: it outlives this program. False when it could not be started.
-bool start(const Call& call);
+/// `failedSoon` is called on the main thread when it ends without success as good as at once.
+bool start(const Call& call, std::function<void()> failedSoon = {});
 
 }  // namespace tarn::Programs

@@ -56,6 +56,12 @@ void ProcessStart::setFolder(const URL& folder) {
     check(posix_spawn_file_actions_addchdir_np(&actions_, folder.c_str()));
 }
 
+void ProcessStart::setSession() {
+    // Who leads a session leads a group already.
+    check(posix_spawnattr_setflags(
+        &attributes_, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF));
+}
+
 pid_t ProcessStart::start(const URL& program, std::vector<std::string> words) const {
     std::optional<std::vector<std::string>> environment = environment_;
     std::vector<char*> variables;

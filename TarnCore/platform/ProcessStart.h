@@ -30,6 +30,8 @@ public:
     void closeFrom(int first);
 
     void setFolder(const URL& folder);
+    /// Also a session of its own: it outlives us and the terminal that we run in.
+    void setSession();
     /// "NAME=value", in place of our own.
     void setEnvironment(std::vector<std::string> variables) { environment_ = std::move(variables); }
 

@@ -4,6 +4,7 @@
 
 #include <sys/stat.h>
 
+#include <QtTest/QTest>
 #include <gtest/gtest.h>
 
 #include "Tarn/commands/DesktopEntry.h"
@@ -153,18 +154,76 @@ TEST_F(ProgramsTest, wordsOfExecAreReadAsTheSpecificationSays) {
     }
 }
 
+TEST_F(ProgramsTest, anEntryTellsItsIconItselfAndWhereItStarts) {
+    program("run");
+    entry("it.desktop", "Exec=run %i %k %f\nIcon=pic\nPath=/some\\swhere");
+    const auto calls = Programs::calls(*DesktopEntries::find("it"), "", files_);
+    ASSERT_EQ(calls.size(), 2u);
+    EXPECT_EQ(calls[1].words, (Words{"run", "--icon", "pic", file("share/applications/it.desktop"),
+                                     files_[1].path()}));
+    EXPECT_EQ(calls[1].folder, URL::fromPath("/some where"));
+}
+
+TEST_F(ProgramsTest, servicesOfTheBusNeedNoCommand) {
+    entry("org.a.B.desktop", "DBusActivatable=true");
+    const auto service = DesktopEntries::find("org.a.B");
+    ASSERT_TRUE(service);
+    EXPECT_TRUE(service->isActivatable);
+    EXPECT_TRUE(Programs::calls(*service, "", files_).empty());
+    entry("org.a.C.desktop", "DBusActivatable=true\nExec=gone");
+    EXPECT_FALSE(DesktopEntries::find("org.a.C")) << "it was taken off the machine";
+}
+
+TEST_F(ProgramsTest, programsAreShownOnTheDesktopsThatTheyAreFor) {
+    program("run");
+    const struct {
+        const char* desktop;
+        const char* line;
+        bool isShown;
+    } cases[] = {
+        {"KDE", "OnlyShowIn=GNOME;KDE;", true},
+        {"sway:wlroots", "OnlyShowIn=GNOME;KDE;", false},
+        {"ubuntu:GNOME", "NotShowIn=GNOME;", false},
+        {"KDE", "NotShowIn=GNOME;", true},
+        {"", "OnlyShowIn=GNOME;", true},
+        {"KDE", "NoDisplay=true", false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.desktop) + ", " + c.line);
+        set("XDG_CURRENT_DESKTOP", c.desktop);
+        entry("it.desktop", std::string("Exec=run\n") + c.line);
+        EXPECT_EQ(DesktopEntries::all().size(), c.isShown ? 1u : 0u);
+    }
+}
+
+TEST_F(ProgramsTest, aProgramThatFailsAtOnceIsTold) {
+    program("works");
+    program("fails", "#!/bin/sh\nexit 3\n");
+    program("dies", "#!/bin/sh\nkill -9 $$\n");
+    std::string told;
+    for (const char* name : {"works", "fails", "dies"})
+        ASSERT_TRUE(Programs::start({{name}, std::nullopt}, [&told, name] { told += name; }));
+    EXPECT_TRUE(QTest::qWaitFor([&told] { return told.size() == 9; })) << told;
+    EXPECT_EQ(told.find("works"), told.npos);
+    EXPECT_FALSE(Programs::start({{"gone"}, std::nullopt}));
+}
+
 TEST_F(ProgramsTest, startsAProgramWithTheBytesOfTheNameInTheFolder) {
     set("PATH", file("bin") + ":/usr/bin:/bin");
+    set("DESKTOP_STARTUP_ID", "ours");
     write("folder/keep", "");
     // Opening the pipe for reading waits until the program, which is let go of, has opened it.
     const std::string pipe = file("pipe");
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-    program("tell", "#!/bin/sh\nprintf '%s|%s' \"$1\" \"$(basename \"$PWD\")\" > \"$2\"\n");
-    ASSERT_TRUE(
-        Programs::start({{file("bin/tell"), "a\xff\n", pipe}, URL::fromPath(file("folder"))}));
+    program("tell",
+            "#!/bin/sh\nprintf '%s|%s|%s' \"$1\" \"$(basename \"$PWD\")\" "
+            "\"$TOKEN$DESKTOP_STARTUP_ID\" > \"$2\"\n");
+    ASSERT_TRUE(Programs::start({{file("bin/tell"), "a\xff\n", pipe},
+                                 URL::fromPath(file("folder")),
+                                 {{"TOKEN", "theirs"}}}));
     std::ifstream told(pipe, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(told), std::istreambuf_iterator<char>()};
-    EXPECT_EQ(text, "a\xff\n|folder");
+    EXPECT_EQ(text, "a\xff\n|folder|theirs");
     EXPECT_FALSE(Programs::start({{"/bin/true"}, URL::fromPath(file("no such folder"))}));
 }
 

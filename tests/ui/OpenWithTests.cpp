@@ -5,6 +5,7 @@
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListWidget>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "Tarn/model/AppModel.h"
@@ -23,6 +24,7 @@ namespace tarn {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::UnorderedElementsAre;
 
 /// Remembers what was opened.
 class OpenedFilesInMemory final : public OpenedFiles {
@@ -118,7 +120,7 @@ TEST_F(OpenWithTest, filesAreOpenedWithoutAWindowAndItIsSaidWhereTheyAreNot) {
     };
     FileOpener::open(app, {one, other}, teller);
     ASSERT_TRUE(waitFor([this] { return opened->opened.lock()->size() == 2; }));
-    EXPECT_EQ(*opened->opened.lock(), (std::vector<std::string>{"text/plain", "text/markdown"}));
+    EXPECT_THAT(*opened->opened.lock(), UnorderedElementsAre("text/plain", "text/markdown"));
     EXPECT_TRUE(waitFor([this] { return folder.exists("bin/Writer.log"); }));
     // No desktop is here that would open it.
     const URL unknown = folder.file("\xff\n.tarn-unknown", "\x01");

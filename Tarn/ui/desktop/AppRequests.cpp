@@ -17,8 +17,11 @@
 #include "Tarn/model/WindowModel.h"
 #include "Tarn/ui/desktop/AppRequest.h"
 #include "Tarn/ui/desktop/FileOpener.h"
+#include "Tarn/ui/desktop/StartupNotice.h"
+#include "Tarn/ui/desktop/WindowSystem.h"
 #include "Tarn/ui/onboarding/OnboardingSheet.h"
 #include "Tarn/ui/quicksearch/QuickSearch.h"
+#include "Tarn/ui/quicksearch/XDisplay.h"
 #include "Tarn/ui/window/BrowserWindow.h"
 #include "Tarn/ui/window/SessionWindows.h"
 #include "TarnCore/files/FileItem.h"
@@ -137,12 +140,17 @@ void AppRequests::raise(QWidget& window, const std::string& activationToken) {
     // Where Qt looks for it; it is used up by the next window that is activated.
     if (!activationToken.empty())
         qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activationToken));
+    // Under X11 it is an id with the time of the input that led here.
+    if (const auto time = StartupNotice::time(activationToken); time && *time > 0)
+        WindowSystem::noteInputTime(*time);
     if (window.isMinimized()) window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     // Puts it on top, too.
     window.activateWindow();
     // Programs that are started from here are not meant by it.
     qunsetenv("XDG_ACTIVATION_TOKEN");
+    if (xcb_connection_t* const x = XDisplay::connection(); x && !activationToken.empty())
+        StartupNotice::end(x, activationToken);
 }
 
 void AppRequests::openFirst(const std::string& token) {

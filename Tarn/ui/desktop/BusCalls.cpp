@@ -27,7 +27,9 @@ void refuse(const QDBusMessage& message, const QDBusConnection& bus, const QStri
 }
 
 std::string token(const QVariantMap& platformData) {
-    return platformData.value(u"activation-token"_s).toString().toStdString();
+    const QString token = platformData.value(u"activation-token"_s).toString();
+    if (!token.isEmpty()) return token.toStdString();
+    return platformData.value(u"desktop-startup-id"_s).toString().toStdString();
 }
 
 }  // namespace tarn::BusCalls

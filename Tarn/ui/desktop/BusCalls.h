@@ -23,7 +23,8 @@ std::optional<std::vector<URL>> places(const QStringList& uris, const QDBusMessa
 /// Tells the caller that nothing could be made of his call.
 void refuse(const QDBusMessage& message, const QDBusConnection& bus, const QString& sentence);
 
-/// "activation-token" of the data that launchers send along; empty for none.
+/// "activation-token" of the data that launchers send along, or what says the same under X11,
+/// "desktop-startup-id"; empty for none.
 std::string token(const QVariantMap& platformData);
 
 }  // namespace tarn::BusCalls

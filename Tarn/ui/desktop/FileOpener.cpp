@@ -12,13 +12,14 @@
 #include <QtCore/QUrl>
 #include <QtGui/QDesktopServices>
 #include <fcntl.h>
+#include <unistd.h>
 
-#include "Tarn/commands/Programs.h"
 #include "Tarn/model/AppModel.h"
 #include "Tarn/model/DisplayText.h"
 #include "Tarn/model/MainThread.h"
 #include "Tarn/model/MemberFolder.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/ui/desktop/ProgramLaunch.h"
 #include "TarnCore/base/FileDescriptor.h"
 #include "TarnCore/base/QuietOpen.h"
 #include "TarnCore/files/Paths.h"
@@ -28,12 +29,10 @@
 namespace tarn::FileOpener {
 namespace {
 
-struct Group {
-    DesktopEntry program;
-    std::vector<URL> files;
+/// Whose texts they are.
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(tarn::FileOpener)
 };
-
-QString text(const char* source) { return QCoreApplication::translate("tarn::FileOpener", source); }
 
 void tell(WindowModel& window, const QString& message) {
     Toast toast;
@@ -57,16 +56,44 @@ void note(const std::vector<URL>& files) {
     list->note(opened, Platform::current().clock->now());
 }
 
-/// False when one of the commands could not be started.
-bool start(const Group& group, const std::string& terminal) {
-    const auto calls = Programs::calls(group.program, terminal, group.files);
-    return !calls.empty() && std::ranges::all_of(calls, Programs::start);
+/// The programs of the machine are not those that are installed inside.
+bool isSandboxed() { return ::access("/.flatpak-info", F_OK) == 0; }
+
+/// By the desktop's own way, where we know no program, or must not start it.
+void openByDesktop(AppModel& app, const std::vector<URL>& files,
+                   const std::function<WindowModel*(const URL& file)>& teller) {
+    std::vector<URL> opened;
+    for (const URL& file : files) {
+        if (QDesktopServices::openUrl(
+                QUrl::fromEncoded(QByteArray::fromStdString(file.string())))) {
+            opened.push_back(file);
+        } else if (WindowModel* const window = teller(file)) {
+            tell(*window, Words::tr("There is no program that opens “%1”.")
+                              .arg(displayText(std::string(file.name()))));
+        }
+    }
+    if (!opened.empty()) app.pool().run([opened] { note(opened); });
 }
 
-/// By the desktop's own way, which also knows programs outside of a sandbox, and hands them what
-/// lets their window come to the front. False when there is no program for it.
-bool openByDesktop(const URL& file) {
-    return QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(file.string())));
+void tellOfFailure(WindowModel& window, const ProgramLaunch::Job& job,
+                   ProgramLaunch::Outcome outcome) {
+    const QString name = displayText(job.program.name);
+    if (outcome == ProgramLaunch::Outcome::notStarted)
+        tell(window, Words::tr("“%1” could not be started.").arg(name));
+    if (outcome == ProgramLaunch::Outcome::endedAtOnce)
+        tell(window, Words::tr("“%1” ended right after it was started.").arg(name));
+}
+
+/// Notes what was opened. `failed` hears of the rest.
+void launch(AppModel& app, const std::vector<ProgramLaunch::Job>& jobs,
+            ProgramLaunch::Told failed) {
+    ProgramLaunch::start(app.pool(), jobs, app.settings().terminalApp,
+                         [target = QPointer(&app), failed = std::move(failed)](
+                             const ProgramLaunch::Job& job, ProgramLaunch::Outcome outcome) {
+                             if (outcome != ProgramLaunch::Outcome::started)
+                                 return failed(job, outcome);
+                             if (target) target->pool().run([files = job.files] { note(files); });
+                         });
 }
 
 }  // namespace
@@ -115,47 +142,40 @@ void open(WindowModel& window, const std::vector<URL>& files) {
 
 void open(AppModel& app, const std::vector<URL>& files,
           const std::function<WindowModel*(const URL& file)>& teller) {
-    app.pool().run(
-        [files, teller, target = QPointer<AppModel>(&app), terminal = app.settings().terminalApp] {
-            std::vector<Group> groups;
-            std::vector<URL> others;
-            for (const URL& file : files) {
-                std::vector<DesktopEntry> openers;
-                if (files.size() > 1) openers = DesktopEntries::openers(types(file));
-                if (openers.empty()) {
-                    others.push_back(file);
-                    continue;
-                }
-                const auto isSame = [&openers](const Group& group) {
-                    return group.program.id == openers.front().id;
-                };
-                auto group = std::ranges::find_if(groups, isSame);
-                if (group == groups.end()) group = groups.insert(group, {openers.front(), {}});
-                group->files.push_back(file);
+    app.pool().run([files, teller, target = QPointer<AppModel>(&app)] {
+        std::vector<ProgramLaunch::Job> jobs;
+        std::vector<URL> others;
+        for (const URL& file : files) {
+            const auto openers = DesktopEntries::openers(types(file));
+            if (openers.empty() || isSandboxed()) {
+                others.push_back(file);
+                continue;
             }
-            for (const Group& group : groups)
-                if (!start(group, terminal))
-                    others.insert(others.end(), group.files.begin(), group.files.end());
-            note(files);
-            MainThread::post(target, [others, teller](AppModel&) {
-                for (const URL& file : others) {
-                    if (openByDesktop(file)) continue;
-                    if (WindowModel* const window = teller(file))
-                        tell(*window, text("There is no program that opens “%1”.")
-                                          .arg(displayText(std::string(file.name()))));
-                }
+            const auto isSame = [&openers](const ProgramLaunch::Job& job) {
+                return job.program.id == openers.front().id;
+            };
+            auto job = std::ranges::find_if(jobs, isSame);
+            if (job == jobs.end()) job = jobs.insert(job, {openers.front(), {}});
+            job->files.push_back(file);
+        }
+        MainThread::post(target, [jobs, others, teller](AppModel& model) {
+            openByDesktop(model, others, teller);
+            launch(model, jobs, [target = QPointer(&model), teller](const auto& job, auto outcome) {
+                if (!target) return;
+                if (outcome == ProgramLaunch::Outcome::notStarted)
+                    return openByDesktop(*target, job.files, teller);
+                if (WindowModel* const window = teller(job.files.front()))
+                    tellOfFailure(*window, job, outcome);
             });
         });
+    });
 }
 
 void openWith(WindowModel& window, const std::vector<URL>& files, const DesktopEntry& program) {
-    window.app().pool().run([files, program, self = QPointer<WindowModel>(&window),
-                             terminal = window.app().settings().terminalApp] {
-        if (start({program, files}, terminal)) return note(files);
-        MainThread::post(self, [name = program.name](WindowModel& model) {
-            tell(model, text("“%1” could not be started.").arg(displayText(name)));
-        });
-    });
+    launch(window.app(), {{program, files}},
+           [self = QPointer<WindowModel>(&window)](const auto& job, auto outcome) {
+               if (self) tellOfFailure(*self, job, outcome);
+           });
 }
 
 }  // namespace tarn::FileOpener
