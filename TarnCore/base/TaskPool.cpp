@@ -18,9 +18,6 @@ using Clock = std::chrono::steady_clock;
 /// kept by others: mostly one of them is free before.
 constexpr std::chrono::milliseconds patience(250);
 
-/// Who is kept by a server that is away may be kept for ever, and holds his thread.
-constexpr std::size_t mostSpares = 16;
-
 }  // namespace
 
 struct TaskPool::State {

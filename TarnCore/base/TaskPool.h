@@ -13,13 +13,16 @@ enum class TaskPriority { userWaits, background };
 /// as long as each task ends soon. What someone waits for is done by spare threads where none of
 /// these comes free: at once while all of them share a forEach(), and after a quarter of a second
 /// while each is kept by a task of its own, a folder on a server that is away for one. There are at
-/// most 16 of them, which begin when they are needed.
+/// most `mostSpares` of them, which begin when they are needed.
 ///
 /// Tasks must not throw; an exception that leaves one ends the program, as it would anywhere else
 /// outside main. The destructor drops what has not begun and waits for what has, so owners cancel
 /// their tokens first. Callable from any thread.
 class TaskPool {
 public:
+    /// Who is kept by a server that is away may be kept for ever, and holds his thread.
+    static constexpr std::size_t mostSpares = 16;
+
     /// `threads` 0 means one per processor, at least two and at most eight.
     explicit TaskPool(std::size_t threads = 0);
     ~TaskPool();

@@ -7,11 +7,11 @@
 
 namespace tarn {
 
-/// No task of the shared pool begins while this lives.
+/// No task of the shared pool begins while this lives; its spare threads are kept as well.
 class BusyPool {
 public:
-    BusyPool() : begun_(static_cast<std::ptrdiff_t>(TaskPool::shared().threadCount())) {
-        for (std::size_t i = 0; i < TaskPool::shared().threadCount(); ++i) {
+    BusyPool() {
+        for (std::ptrdiff_t i = 0; i < count_; ++i) {
             TaskPool::shared().run([this] {
                 begun_.count_down();
                 released_.wait();
@@ -28,9 +28,11 @@ public:
     BusyPool& operator=(const BusyPool&) = delete;
 
 private:
-    std::latch begun_;
+    std::ptrdiff_t count_ =
+        static_cast<std::ptrdiff_t>(TaskPool::shared().threadCount() + TaskPool::mostSpares);
+    std::latch begun_{count_};
     std::latch released_{1};
-    std::latch ended_{static_cast<std::ptrdiff_t>(TaskPool::shared().threadCount())};
+    std::latch ended_{count_};
 };
 
 }  // namespace tarn
