@@ -1384,6 +1384,18 @@
         <source>Couldn’t change permissions of “%1”</source>
         <translation>Die Rechte von „%1“ konnten nicht geändert werden</translation>
     </message>
+    <message>
+        <source>Put back %1</source>
+        <translation>%1 zurücklegen</translation>
+    </message>
+    <message>
+        <source>%1 because nobody noted where it was.</source>
+        <translation>%1, weil sich niemand gemerkt hat, wo es war.</translation>
+    </message>
+    <message>
+        <source>Couldn’t put “%1” back</source>
+        <translation>„%1“ konnte nicht zurückgelegt werden</translation>
+    </message>
 </context>
 <context>
     <name>tarn::CoreTexts</name>
@@ -2945,6 +2957,10 @@
     <message>
         <source>Open in New Window</source>
         <translation>In neuem Fenster öffnen</translation>
+    </message>
+    <message>
+        <source>Put Back</source>
+        <translation>Zurücklegen</translation>
     </message>
 </context>
 <context>
@@ -4992,6 +5008,10 @@
     <message>
         <source>Renamed “%1” to “%2”</source>
         <translation>„%1“ in „%2“ umbenannt</translation>
+    </message>
+    <message>
+        <source>Put back %1</source>
+        <translation>%1 zurückgelegt</translation>
     </message>
 </context>
 <context>

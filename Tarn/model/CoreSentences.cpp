@@ -45,6 +45,7 @@ constexpr const char* patterns[] = {
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Rename tag “%1” to “%2”"),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Change colour of tag “%1”"),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Change permissions of %1"),
+    QT_TRANSLATE_NOOP("tarn::CoreSentences", "Put back %1"),
     // Why something was not done: the rest of a sentence that begins as one of those below.
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "%1 because you don’t have permission."),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "%1 because it no longer exists."),
@@ -59,6 +60,7 @@ constexpr const char* patterns[] = {
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "%1 because it is a socket or a device."),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "%1 because its disk has no Trash that can be used."),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "%1 because the Trash is inside it."),
+    QT_TRANSLATE_NOOP("tarn::CoreSentences", "%1 because nobody noted where it was."),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "%1."),
     // What was not done.
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t create the folder"),
@@ -74,6 +76,7 @@ constexpr const char* patterns[] = {
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t remove it"),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t change tags on “%1”"),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t change permissions of “%1”"),
+    QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t put “%1” back"),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t compress"),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t unpack “%1”"),
     QT_TRANSLATE_NOOP("tarn::CoreSentences", "Couldn’t eject “%1”"),

@@ -15,6 +15,7 @@
 #include "TarnCore/files/Paths.h"
 #include "TarnCore/ops/FileOps.h"
 #include "TarnCore/ops/Subject.h"
+#include "TarnCore/ops/TrashContents.h"
 
 namespace tarn {
 namespace {
@@ -111,6 +112,30 @@ void WindowOperations::trash(std::vector<URL> urls) {
 }
 
 void WindowOperations::trashSelection() { trash(urlsOf(window_.active().selectedItems())); }
+
+void WindowOperations::putBackSelection() {
+    perform([urls = urlsOf(window_.active().selectedItems())] {
+        PerformedChange change;
+        change.entry.kind = OperationKind::move;
+        for (const URL& url : urls) {
+            try {
+                FileChange done = TrashContents::putBack(url);
+                change.entry.steps.insert(change.entry.steps.end(), done.steps.begin(),
+                                          done.steps.end());
+                change.results.push_back(std::move(done.url));
+            } catch (const Error& error) {
+                // The others can be put back all the same.
+                if (change.failure.isEmpty()) change.failure = coreSentence(error.what());
+            }
+        }
+        if (change.results.empty()) return change;
+        const std::string what = Subject::of(change.results);
+        change.entry.title = "Put back " + what;
+        change.entry.fileCount = static_cast<std::int64_t>(change.results.size());
+        change.message = tr("Put back %1").arg(coreSentence(what));
+        return change;
+    });
+}
 
 void WindowOperations::transfer(TransferKind kind, std::vector<URL> urls,
                                 std::optional<URL> folder) {

@@ -59,6 +59,8 @@ public:
     void moveTo(std::vector<URL> urls, const URL& folder);
     void trash(std::vector<URL> urls);
     void trashSelection();
+    /// What is selected in the Trash, to where it was.
+    void putBackSelection();
 
     // Changes that take no time worth showing.
 

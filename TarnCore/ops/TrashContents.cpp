@@ -8,8 +8,8 @@
 
 #include <unistd.h>
 
+#include "TarnCore/base/Text.h"
 #include "TarnCore/files/Paths.h"
-#include "TarnCore/ops/FileOps.h"
 #include "TarnCore/platform/Platform.h"
 
 namespace tarn::TrashContents {
@@ -124,6 +124,17 @@ Trash::Emptied empty(const CancelToken& token, const std::function<void()>& prog
         ++emptied.failed;
     }
     return emptied;
+}
+
+FileChange putBack(const URL& trashed) {
+    const auto& trash = Platform::current().trash;
+    const auto origin = trash ? trash->origin(trashed) : std::nullopt;
+    if (!origin)
+        throw FileOpError::failed("Couldn’t put " + Text::quoted(trashed.name()) +
+                                  " back because nobody noted where it was.");
+    const URL place = FileOps::exists(origin->url) ? FileOps::uniqueURL(origin->url) : origin->url;
+    FileOps::revert({Step::move(place, trashed)});
+    return {place, {Step::create(place)}};
 }
 
 std::vector<URL> holders() {

@@ -6,6 +6,7 @@
 
 #include "TarnCore/base/CancelToken.h"
 #include "TarnCore/base/URL.h"
+#include "TarnCore/ops/FileOps.h"
 #include "TarnCore/platform/Trash.h"
 
 namespace tarn {
@@ -20,6 +21,11 @@ Trash::Measured measure(const CancelToken& token);
 /// Deletes everything. Links are deleted, never followed. `progress` hears of every deleted file,
 /// on the calling thread.
 Trash::Emptied empty(const CancelToken& token, const std::function<void()>& progress);
+
+/// Takes an item out of the Trash, back to where it was; its folders are made again where they are
+/// gone, and where its name is taken by now, it gets the next free one. The step that is returned
+/// trashes it again. Throws FileOpError.
+FileChange putBack(const URL& trashed);
 
 /// The folders whose items were trashed: one on each disk, the home's first, or of the private one
 /// a folder for each item.

@@ -89,5 +89,35 @@ TEST(TrashContents, onlyDisksThatCanGetATrashAreWatchedForOne) {
     }
 }
 
+TEST(TrashContents, itemsGoBackToWhereTheyWere) {
+    OtherDisk disk;
+    if (!disk.isOther) GTEST_SKIP() << "/dev/shm is no disk of its own here.";
+    const Platform& platform = Platform::current();
+    const URL folder = disk.url.appending("Letters");
+    const URL letter = folder.appending("a.txt");
+    platform.files->createFolder(folder);
+    platform.files->createFile(letter, "first");
+    const URL first = FileOps::trash(letter);
+    platform.files->removeFolder(folder);
+    EXPECT_EQ(TrashContents::putBack(first).url, letter) << "in a folder that is made again";
+    EXPECT_EQ(platform.files->readFile(letter, 100), "first");
+    EXPECT_FALSE(platform.trash->origin(first)) << "is forgotten";
+
+    const URL second = FileOps::trash(letter);
+    platform.files->createFile(letter, "another");
+    const FileChange beside = TrashContents::putBack(second);
+    EXPECT_EQ(beside.url, folder.appending("a 2.txt"));
+    EXPECT_EQ(platform.files->readFile(letter, 100), "another");
+    FileOps::revert(beside.steps);
+    EXPECT_FALSE(FileOps::exists(beside.url));
+    EXPECT_TRUE(platform.trash->origin(second.parent().appending("a 2.txt")))
+        << "can be put back again";
+
+    const URL stray = second.parent().appending("stray.txt");
+    platform.files->createFile(stray, "");
+    EXPECT_THROW(TrashContents::putBack(stray), FileOpError);
+    EXPECT_TRUE(FileOps::exists(stray));
+}
+
 }  // namespace
 }  // namespace tarn

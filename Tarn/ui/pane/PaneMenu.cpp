@@ -1,5 +1,6 @@
 #include "Tarn/ui/pane/PaneMenu.h"
 
+#include <algorithm>
 #include <initializer_list>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "Tarn/model/Counts.h"
 #include "Tarn/model/WindowEdits.h"
 #include "Tarn/model/WindowModel.h"
+#include "Tarn/model/WindowOperations.h"
 #include "Tarn/ui/menus/OpenWithMenu.h"
 #include "Tarn/ui/pane/ColumnMenu.h"
 #include "Tarn/ui/pane/NewFileMenu.h"
@@ -22,6 +24,7 @@
 #include "Tarn/ui/theme/Icons.h"
 #include "TarnCore/files/FileGrouping.h"
 #include "TarnCore/files/Format.h"
+#include "TarnCore/files/Paths.h"
 
 namespace tarn::PaneMenu {
 namespace {
@@ -111,6 +114,14 @@ void addOpeningAside(QMenu& menu, WindowModel& window, const std::vector<FileIte
 void fillForFiles(QMenu& menu, WindowModel& window, const std::vector<FileItem>& items,
                   QWidget& parent) {
     Builder builder(menu, window);
+    const bool isTrashed = std::all_of(items.begin(), items.end(), [](const FileItem& item) {
+        return Paths::isInTrash(item.url);
+    });
+    if (isTrashed) {
+        menu.addAction(Icons::symbol("arrow.uturn.backward"), Words::tr("Put Back"), &menu,
+                       [&window] { window.operations().putBackSelection(); });
+        builder.separate();
+    }
     builder.add("open");
     addOpeningAside(menu, window, items);
     std::vector<URL> files;
@@ -143,6 +154,7 @@ void fillForFiles(QMenu& menu, WindowModel& window, const std::vector<FileItem>&
     addTags(menu, window);
     menu.addAction(Icons::symbol("lock"), Words::tr("Permissions…"), &menu,
                    [&window] { window.edits().askPermissions(); });
+    if (isTrashed) return;
     builder.separate();
     builder.add("trash");
 }
