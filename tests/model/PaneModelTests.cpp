@@ -318,10 +318,12 @@ TEST_F(PaneModelTest, showsTheFirstRowsOfALargeFolderInTheirFinalPlaces) {
     std::vector<Names> shown;
     QObject::connect(&pane, &PaneModel::rowsChanged, [&] { shown.push_back(names()); });
     open(folder.url(), {folder / "f4999"});
-    ASSERT_EQ(shown.size(), 2u);
+    ASSERT_GE(shown.size(), 2u);
     EXPECT_LT(shown.front().size(), 1000u);
     EXPECT_EQ(shown.back().size(), 5003u);
-    EXPECT_TRUE(std::equal(shown.front().begin(), shown.front().end(), shown.back().begin()));
+    // On a busy machine more parts are shown on the way.
+    for (const Names& part : shown)
+        EXPECT_TRUE(std::equal(part.begin(), part.end(), shown.back().begin()));
     EXPECT_EQ(selected(), Names{"f4999"});
 }
 

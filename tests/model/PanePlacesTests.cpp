@@ -238,20 +238,6 @@ TEST_F(PanePlacesTest, onlyWhoIsInTheTrashSearchesIt) {
     EXPECT_EQ(names(), Names{"needle gone.txt"});
 }
 
-TEST_F(PanePlacesTest, aRepeatedQueryFindsWhatTheWatchDidNotTell) {
-    file("needle 1.txt");
-    LiveList list(nullptr, {.latency = 1000, .betweenWholeRuns = 1000});
-    SearchOptions options;
-    options.roots = {Paths::home()};
-    options.query.terms = {"needle"};
-    list.start(LiveQuery::search(options), {});
-    waitFor([&list] { return !list.isRunning(); });
-    EXPECT_EQ(list.rows()->size(), 1u);
-    file("needle 2.txt");
-    list.repeat();
-    waitFor([&list] { return list.rows()->size() == 2; });
-}
-
 TEST_F(PanePlacesTest, selectsWhatWasAskedForWhenItIsFound) {
     const URL wanted = file("x/wanted.jpg");
     for (int i = 0; i < 50; ++i) file("y/" + std::to_string(i) + ".jpg");
