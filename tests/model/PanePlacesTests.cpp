@@ -224,7 +224,7 @@ TEST_F(PanePlacesTest, recentFilesBeginWithTheLatest) {
 
 TEST_F(PanePlacesTest, onlyWhoIsInTheTrashSearchesIt) {
     file("needle.txt");
-    const URL gone = Paths::trash().appending("needle gone.txt");
+    const URL gone = Paths::trash().appending("1/needle gone.txt");
     std::filesystem::create_directories(gone.parent().path());
     std::ofstream(gone.path()) << "gone";
     pane.setShowsHidden(true);  // The Trash may lie in a folder that is.

@@ -205,7 +205,7 @@ URL ScreenHome::work(std::string_view name) {
 void ScreenHome::reset() {
     std::filesystem::remove_all(SupportDirectory::location().path());
     std::filesystem::remove_all(Paths::home().appending("Work").path());
-    std::filesystem::remove_all(Paths::trash().parent().path());
+    std::filesystem::remove_all(Paths::trash().path());
     file("Work/Holiday/IMG_2041.jpg", 412'000, 200);
     file("Work/Holiday/plan.odt", 48'000, 7);
     file("Work/Phone/IMG_2041.jpg", 2'400'000, 1);
