@@ -305,6 +305,7 @@ void Session::changeFiles() {
     ASSERT_TRUE(showsWithin({"IMG_2041.jpg", "Summer in the Mountains.mov"}));
     ASSERT_TRUE(waitFor([this] { return app->transfers().activeCount() == 0; }));
     EXPECT_TRUE(isInTrash("IMG_2042.jpg"));
+    ASSERT_TRUE(waitFor([this] { return app->history().nextUndoTitle().has_value(); }));
     press(Qt::Key_Z, Qt::ControlModifier);
     ASSERT_TRUE(showsWithin({"IMG_2041.jpg", "IMG_2042.jpg", "Summer in the Mountains.mov"}));
     EXPECT_FALSE(isInTrash("IMG_2042.jpg"));
