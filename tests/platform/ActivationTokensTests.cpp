@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <memory>
+#include <vector>
 
 #include <sys/eventfd.h>
 #include <sys/socket.h>
@@ -44,7 +45,7 @@ public:
         wl_global_create(server_, &wl_seat_interface, 1, this, bindSeat);
         if (kind != Kind::withoutTokens)
             wl_global_create(server_, &xdg_activation_v1_interface, 1, this, bindActivation);
-        wl_event_loop_add_fd(
+        stopping_ = wl_event_loop_add_fd(
             wl_display_get_event_loop(server_), stop_, WL_EVENT_READABLE,
             [](int, std::uint32_t, void* self) {
                 wl_display_terminate(static_cast<Compositor*>(self)->server_);
@@ -63,10 +64,13 @@ public:
     ~Compositor() {
         eventfd_write(stop_, 1);
         pool_.reset();
+        wl_event_source_remove(stopping_);
         wl_display_destroy_clients(server_);
         wl_display_destroy(server_);
         close(stop_);
         // The connection stays: its address must not come again in this process.
+        static auto& kept = *new std::vector<wl_display*>;
+        kept.push_back(display);
     }
 
     ActivationTokens::Origin origin(std::uint32_t serial) {
@@ -79,6 +83,7 @@ public:
     Guarded<Asked> asked;
 
 private:
+    wl_event_source* stopping_ = nullptr;
     const Kind kind_;  // In front of those who look at it.
 
     static void found(void* data, wl_registry* registry, std::uint32_t name, const char* interface,
